@@ -1,0 +1,161 @@
+// How every calculation reads, checks and rejects its arguments.
+//
+//  (1) Arguments are examined strictly left to right, each completely before the next. The first failure ends the call.
+//  (2) An absent value (no value pointer) is invalid; a missing one (any NaN) makes the result missing; a value that
+//      breaks its rule is invalid. All three flag the argument and write the missing value, where there is a result to
+//      write to. No type byte is looked at, but for the basis.
+//  (3) A whole number is at most 2^53 (there is no lower bound) and differs from its truncation by no more than 1e-12
+//      of its own size: 3.0000000000001 is 3.
+//  (4) Positions count from 1: slot 1 is the first argument after the name.
+#pragma once
+
+#include <cassert>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+#include "abi/conversions.hpp"
+#include "abi/status.hpp"
+#include "abi/zelkovan.h"
+
+namespace finance {
+
+// ---- The record of a call
+
+inline ArgSlot* slots_of(HostCallContext* context) { return reinterpret_cast<ArgSlot*>(context + 1); }
+inline const ArgSlot* slots_of(const HostCallContext* context) { return reinterpret_cast<const ArgSlot*>(context + 1); }
+
+inline int slot_type(const ArgSlot& slot) { return slot.type & ~ZELKOVAN_TYPE_HOST_MARK & 0xFF; }
+
+inline void flag_invalid(ArgSlot& slot) { slot.flags |= ZELKOVAN_FLAG_INVALID; }
+
+// A slot read as a number whatever its type; without a value it is missing.
+inline double numeric_value(const ArgSlot& slot) {
+    if (slot.value == nullptr) return MISSING_VALUE;
+    double value;
+    std::memcpy(&value, slot.value, sizeof value);
+    return value;
+}
+
+// A slot read as characters whatever its type. text is null where there is no value or no text.
+struct CharacterValue {
+    const char* text;
+    std::int64_t length;
+};
+
+inline CharacterValue character_value(const ArgSlot& slot) {
+    if (slot.value == nullptr) return {nullptr, 0};
+    const auto* descriptor = static_cast<const CharacterDescriptor*>(slot.value);
+    return {descriptor->text, descriptor->length};
+}
+
+// ---- The takers
+
+inline constexpr double largest_whole_number = 9007199254740992.0;  // 2^53
+
+// Reads the arguments of one call. A taker that returns false has dealt with the failure: return status().
+class Arguments {
+public:
+    Arguments(HostCallContext* context, double* result, std::int64_t count)
+        : slots_{slots_of(context)}, result_{result}, count_{count} {}
+
+    // -- required
+    bool number(int i, double& value) {
+        const ArgSlot& slot = required(i);
+        if (slot.value == nullptr) [[unlikely]] return refuse(i);
+        value = numeric_value(slot);
+        if (is_missing(value)) [[unlikely]] return refuse_missing(i);
+        return true;
+    }
+    bool above(int i, double bound, double& value) { return number(i, value) && (value > bound || refuse(i)); }
+    bool positive(int i, double& value) { return above(i, 0.0, value); }
+
+    // A whole number of any sign, as 64 bits or as the low 32 of them.
+    bool whole(int i, std::int64_t& value) {
+        double x;
+        if (!number(i, x)) return false;
+        if (x > largest_whole_number) return refuse(i);
+        value = truncate_to_int64(x);
+        return !(std::abs(x - static_cast<double>(value)) > 1e-12 * std::abs(x)) || refuse(i);
+    }
+    bool whole(int i, std::int32_t& value) {
+        std::int64_t k;
+        if (!whole(i, k)) return false;
+        value = low_32_bits(k);
+        return true;
+    }
+    // A whole number whose low 32 bits are at least 1: 2^32 + 3 counts as 3, 2^31 fails.
+    bool count(int i, std::int32_t& value) { return whole(i, value) && (value >= 1 || refuse(i)); }
+    // A whole number of at least 1, kept as its low 32 bits: 2^32 counts as 0.
+    bool whole_from_1(int i, std::int32_t& value) {
+        std::int64_t k;
+        if (!whole(i, k)) return false;
+        value = low_32_bits(k);
+        return k >= 1 || refuse(i);
+    }
+
+    // -- optional: an argument that is left out, absent or missing leaves value as it is
+    bool optional_number(int i, double& value) {
+        const double x = number_or_missing(i);
+        if (!is_missing(x)) value = x;
+        return true;
+    }
+    // A number that is exactly its own conversion to 32 bits.
+    bool optional_exact(int i, std::int32_t& value) {
+        const double x = number_or_missing(i);
+        if (is_missing(x)) return true;
+        value = truncate_to_int32(x);
+        return static_cast<double>(value) == x || refuse(i);
+    }
+    // Payment timing: 1 at the start of each period; 0 and every negative whole number at its end.
+    bool payment_timing(int i, std::int32_t& type) { return optional_exact(i, type) && (type <= 1 || refuse(i)); }
+
+    // A basis that is left out leaves value as it is; one that is there but missing is ACTUAL.
+    bool basis(int i, std::int32_t& value);
+
+    // -- what the call holds
+    [[nodiscard]] bool given(int i) const { return i < count_; }
+    [[nodiscard]] bool has_value(int i) const { return given(i) && slots_[i].value != nullptr; }
+    // The value of an argument that no rule requires; missing where it is left out or absent.
+    [[nodiscard]] double number_or_missing(int i) const { return given(i) ? numeric_value(slots_[i]) : MISSING_VALUE; }
+
+    // -- the end of the call
+    // An argument that is found at fault after it was read: as a taker (false), or as the call's status.
+    bool reject(int i) { return refuse(i); }
+    Status invalid(int i) {
+        refuse(i);
+        return status_;
+    }
+    // The calculation has no answer; no argument is at fault.
+    Status fail();
+    Status answer(double value) {
+        if (result_ != nullptr) *result_ = value;
+        return STATUS_SUCCESS;
+    }
+    // What a kernel left behind, unless it failed. (By reference: the kernel runs in the same argument list.)
+    Status answer_if(int kernel_failure, const double& value) { return kernel_failure == 0 ? answer(value) : fail(); }
+    // What the failed taker decided.
+    [[nodiscard]] Status status() const { return status_; }
+
+private:
+    const ArgSlot& required(int i) const {
+        assert(given(i));
+        return slots_[i];
+    }
+    bool refuse(int i) {
+        mark(i, STATUS_INVALID_ARGUMENT);
+        return false;
+    }
+    bool refuse_missing(int i) {
+        mark(i, STATUS_MISSING_RESULT);
+        return false;
+    }
+    void mark(int i, Status status);
+
+    ArgSlot* slots_;
+    double* result_;
+    std::int64_t count_;
+    Status status_ = STATUS_SUCCESS;
+};
+
+}  // namespace finance

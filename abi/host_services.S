@@ -1,0 +1,57 @@
+/* Host service stubs and memory adapters.
+ *
+ * A stub may change nothing that carries an argument: not rdi rsi rdx rcx r8 r9, not the vector registers, not al (the
+ * number of vector registers of a variadic call), not the stack. That leaves r10, where the host finds the service
+ * identifier, and r11, which carries the jump target.
+ */
+
+.macro service name, vector, slot
+    .globl  \name
+    .hidden \name
+    .type   \name, @function
+    .p2align 4
+\name:
+    .cfi_startproc
+    movq    v_global_gcb_anchor(%rip), %r11
+    movq    8(%r11), %r10                   /* the marks, a byte for each vector */
+    movb    $0, \vector(%r10)
+    movq    (%r11), %r11                    /* the service vectors */
+    movq    8*\vector(%r11), %r11
+    movq    8*\slot(%r11), %r11
+    movabsq $((\vector << 32) | \slot), %r10
+    jmpq    *%r11
+    .cfi_endproc
+    .size   \name, . - \name
+.endm
+
+/* A call into a slot of the vector in rdi, one argument widened from 32 to 64 bits. */
+.macro adapter name, slot, narrow, wide
+    .globl  \name
+    .protected \name
+    .type   \name, @function
+    .p2align 4
+\name:
+    .cfi_startproc
+    movslq  %\narrow, %\wide
+    movq    8*\slot(%rdi), %r11
+    jmpq    *%r11
+    .cfi_endproc
+    .size   \name, . - \name
+.endm
+
+    .text
+    service xexit,    39,   4
+    service xpmlog,   39,  70
+    service xpslog,   39,  89
+    service wzstrlo,   0, 330
+    service wzstrup,   0, 331
+    service wzsxcch,   4,   7
+    service wzsxrch,   4,  39
+    service wzsxcmn,   4,  65
+    service zmdy,    164,  11
+
+    adapter vmalloc_handler, 0, edx, rdx
+    adapter vmalcp_handler,  0, edx, rdx
+    adapter vmfree_handler,  1, ecx, rcx
+
+    .section .note.GNU-stack, "", @progbits

@@ -1,0 +1,48 @@
+// The missing-value counters that the host may call by name.
+//
+//  (1) fncnmis reads every slot as a number, the name's too.
+//  (2) fnccmis goes by type: bit 0 of the type byte set means a number, anything else is a text, missing when blank.
+//  (3) A slot without a value, and a text without characters, is missing.
+#include "abi/arguments.hpp"
+#include "abi/text.hpp"
+
+namespace finance {
+
+namespace {
+
+bool missing_as_number(const ArgSlot& slot) { return is_missing(numeric_value(slot)); }
+
+bool missing_by_type(const ArgSlot& slot) {
+    if ((slot.type & ZELKOVAN_TYPE_NUMERIC) != 0) return missing_as_number(slot);
+    const CharacterValue value = character_value(slot);
+    return value.text == nullptr || vzatl(' ', value.text, value.length) == 1;
+}
+
+template <typename Test>
+void count_slots(const HostCallContext* context, double* result, Test test) {
+    std::int64_t missing = 0;
+    for (std::int64_t i = 0; i < context->count; ++i) {
+        if (test(slots_of(context)[i])) ++missing;
+    }
+    *result = static_cast<double>(missing);
+}
+
+}  // namespace
+
+}  // namespace finance
+
+std::uint32_t fncnmis(const HostCallContext* context, double* result) {
+    finance::count_slots(context, result, finance::missing_as_number);
+    return finance::STATUS_SUCCESS;
+}
+
+std::uint32_t fnccmis(const HostCallContext* context, double* result) {
+    finance::count_slots(context, result, finance::missing_by_type);
+    return finance::STATUS_SUCCESS;
+}
+
+std::uint32_t fncmis(const HostCallContext* context, double* result) {
+    const bool missing = context->count < 1 || finance::missing_by_type(*finance::slots_of(context));
+    *result = missing ? 1.0 : 0.0;
+    return finance::STATUS_SUCCESS;
+}

@@ -1,0 +1,190 @@
+/* zelkovan: the module's interface to its host, for C11 and C++.
+ *
+ * A host loads zelkovan.so, calls mcn_main once, finds in the image record that it returns the registration entry,
+ * and asks that entry for the function items (request 1) and for the dispatcher (request 2). From then on it calls the
+ * dispatcher, fncfin, for every evaluation of FINANCE.
+ *
+ * All offsets below are in bytes on 64-bit Linux (x86-64) and are part of the interface.
+ */
+#ifndef ZELKOVAN_H
+#define ZELKOVAN_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+#define ZELKOVAN_ASSERT(condition, text) static_assert(condition, text)
+extern "C" {
+#else
+#define ZELKOVAN_ASSERT(condition, text) _Static_assert(condition, text)
+#endif
+
+/* Exported from zelkovan.so, and bound inside it: nobody can put another definition in its place. */
+#define ZELKOVAN_EXPORT __attribute__((visibility("protected")))
+
+/* ---- Statuses and the missing value ---------------------------------------------------------------------------- */
+
+#define ZELKOVAN_STATUS_SUCCESS UINT32_C(0)
+#define ZELKOVAN_STATUS_MISSING_RESULT UINT32_C(120833)   /* an argument is missing; from handlers only */
+#define ZELKOVAN_STATUS_INVALID_ARGUMENT UINT32_C(120836) /* all that fncfin reports besides success */
+
+/* The double that a host writes for "no value". Any NaN that it hands over counts as missing as well. */
+#define ZELKOVAN_MISSING_VALUE_BITS UINT64_C(0xFFFFFE0000000000)
+
+/* ---- A call ---------------------------------------------------------------------------------------------------- */
+
+enum {
+    ZELKOVAN_TYPE_NUMERIC = 1,
+    ZELKOVAN_TYPE_CHARACTER = 2,
+    ZELKOVAN_TYPE_HOST_MARK = 4, /* the host's; the module clears it before it looks at a type */
+    ZELKOVAN_FLAG_INVALID = 1    /* set by the module: this argument is at fault; the other flag bits are the host's */
+};
+
+/* One argument. value is null where the host supplies none. */
+typedef struct ArgSlot {
+    uint8_t type;
+    uint8_t flags;
+    uint8_t host_owned[6];
+    void* value; /* numeric: a double; character: a CharacterDescriptor */
+} ArgSlot;
+ZELKOVAN_ASSERT(sizeof(ArgSlot) == 16, "an argument slot has 16 bytes");
+ZELKOVAN_ASSERT(offsetof(ArgSlot, flags) == 1, "flag byte");
+ZELKOVAN_ASSERT(offsetof(ArgSlot, value) == 8, "value pointer");
+
+/* A text: blank-padded bytes, not NUL-terminated. */
+typedef struct CharacterDescriptor {
+    uint8_t host_owned[8];
+    uint32_t length;
+    uint8_t host_owned_too[4];
+    char* text;
+} CharacterDescriptor;
+ZELKOVAN_ASSERT(sizeof(CharacterDescriptor) == 24, "a character descriptor has 24 bytes");
+ZELKOVAN_ASSERT(offsetof(CharacterDescriptor, length) == 8, "text length");
+ZELKOVAN_ASSERT(offsetof(CharacterDescriptor, text) == 16, "text pointer");
+
+/* The head of a call; count slots follow it at once. Argument 0 is the name of the calculation. */
+typedef struct HostCallContext {
+    uint8_t host_owned[24];
+    uint8_t mode;          /* says whether the notes of XIRR are limited: 72, 88, 104, 136 */
+    uint8_t host_owned_too[3];
+    int32_t notes_written; /* counts them where they are */
+    int64_t count;         /* of arguments, the name included */
+} HostCallContext;
+ZELKOVAN_ASSERT(sizeof(HostCallContext) == 40, "the slots begin at byte 40");
+ZELKOVAN_ASSERT(offsetof(HostCallContext, mode) == 24, "mode byte");
+ZELKOVAN_ASSERT(offsetof(HostCallContext, notes_written) == 28, "note counter");
+ZELKOVAN_ASSERT(offsetof(HostCallContext, count) == 32, "argument count");
+
+/* ---- What the loader reads ------------------------------------------------------------------------------------- */
+
+typedef struct ImageInformation {
+    char tag[24]; /* "ZOT_Image_Information=" */
+    uint32_t magic;
+    uint32_t reserved;
+    uint64_t layout;
+    char short_version[6];
+    char release[20];
+    char build_date[30]; /* Jan 01 2000 */
+    const void* program_controls;
+    const char* notice;
+    char sequence[8];
+} ImageInformation;
+ZELKOVAN_ASSERT(sizeof(ImageInformation) == 120, "the image record has 120 bytes");
+ZELKOVAN_ASSERT(offsetof(ImageInformation, magic) == 24, "magic");
+ZELKOVAN_ASSERT(offsetof(ImageInformation, layout) == 32, "layout");
+ZELKOVAN_ASSERT(offsetof(ImageInformation, short_version) == 40, "short version");
+ZELKOVAN_ASSERT(offsetof(ImageInformation, release) == 46, "release");
+ZELKOVAN_ASSERT(offsetof(ImageInformation, build_date) == 66, "build date");
+ZELKOVAN_ASSERT(offsetof(ImageInformation, program_controls) == 96, "program controls");
+ZELKOVAN_ASSERT(offsetof(ImageInformation, notice) == 104, "notice");
+ZELKOVAN_ASSERT(offsetof(ImageInformation, sequence) == 112, "sequence");
+
+/* Answers a registration request: 1 the function items, 2 the entry points, anything else null. */
+typedef void* RegistrationEntry(int32_t request, ...);
+
+typedef struct ProgramControl {
+    uint64_t header;
+    uint64_t first_size;
+    uint64_t second_size;
+    char name[8]; /* lower case, not NUL-terminated */
+    uint64_t reserved;
+    RegistrationEntry* entry;
+    uint64_t entries;
+    uint64_t first_build;
+    uint64_t second_build;
+    uint64_t kind;
+} ProgramControl;
+ZELKOVAN_ASSERT(sizeof(ProgramControl) == 80, "the program-control record has 80 bytes");
+ZELKOVAN_ASSERT(offsetof(ProgramControl, name) == 24, "module name");
+ZELKOVAN_ASSERT(offsetof(ProgramControl, entry) == 40, "registration entry");
+ZELKOVAN_ASSERT(offsetof(ProgramControl, first_build) == 56, "build identification");
+ZELKOVAN_ASSERT(offsetof(ProgramControl, kind) == 72, "kind");
+
+typedef struct FunctionItem {
+    char name[24];
+    uint32_t first_property;
+    uint32_t second_property;
+    uint64_t third_property;
+    uint64_t fourth_property;
+    uint64_t fifth_property;
+} FunctionItem;
+ZELKOVAN_ASSERT(sizeof(FunctionItem) == 56, "the function item has 56 bytes");
+ZELKOVAN_ASSERT(offsetof(FunctionItem, first_property) == 24, "first property");
+ZELKOVAN_ASSERT(offsetof(FunctionItem, third_property) == 32, "third property");
+ZELKOVAN_ASSERT(offsetof(FunctionItem, fifth_property) == 48, "fifth property");
+
+/* The answer to request 1, allocated from the host's memory and the host's from then on. */
+typedef struct FunctionItemList {
+    uint32_t count;
+    uint8_t host_owned[4];
+    const FunctionItem* items;
+} FunctionItemList;
+ZELKOVAN_ASSERT(sizeof(FunctionItemList) == 16, "the item list has 16 bytes");
+ZELKOVAN_ASSERT(offsetof(FunctionItemList, items) == 8, "items");
+
+enum {
+    ZELKOVAN_REQUEST_ITEMS = 1,
+    ZELKOVAN_REQUEST_ENTRIES = 2,
+    ZELKOVAN_VERSION_BYTES = 208 /* what kxvercn1 copies: 26 words, texts and numbers of the build */
+};
+
+ZELKOVAN_EXPORT extern const ImageInformation vi_mcn;
+ZELKOVAN_EXPORT extern const ProgramControl pcn_ZELKOVAN;
+ZELKOVAN_EXPORT extern const ProgramControl* const mcn_pcns[2]; /* null-terminated */
+ZELKOVAN_EXPORT extern const FunctionItem fncitems;
+
+/* Keeps both anchors, reads the toolkit handle, returns &vi_mcn. gcb_anchor: the host's global control block. */
+ZELKOVAN_EXPORT const ImageInformation* mcn_main(void* gcb_anchor, void* pidb_anchor);
+ZELKOVAN_EXPORT void* zelkovan(int32_t request, ...);
+ZELKOVAN_EXPORT void kxvercn1(void* destination);
+
+/* Evaluates FINANCE. Returns 0 with *result written, or 120836: then *result is the missing value, or untouched where
+ * the call never reached a calculation (unknown name, wrong number of arguments). */
+ZELKOVAN_EXPORT uint32_t fncfin(HostCallContext* context, double* result);
+
+/* Missing-value counters: every slot read as a number; every slot by its type; slot 0 only (1.0 or 0.0). Return 0. */
+ZELKOVAN_EXPORT uint32_t fncnmis(const HostCallContext* context, double* result);
+ZELKOVAN_EXPORT uint32_t fnccmis(const HostCallContext* context, double* result);
+ZELKOVAN_EXPORT uint32_t fncmis(const HostCallContext* context, double* result);
+
+/* Memory adapters: tail calls into slot 0 (allocate) or 1 (release) of the vector given first, the last argument shown
+ * sign-extended from 32 to 64 bits; what follows is handed on as it is. */
+ZELKOVAN_EXPORT void* vmalloc_handler(void* vector, uint64_t a, int32_t n, ...);
+ZELKOVAN_EXPORT void* vmalcp_handler(void* vector, uint64_t a, int32_t n, ...);
+ZELKOVAN_EXPORT void* vmfree_handler(void* vector, uint64_t a, uint64_t b, int32_t n, ...);
+
+/* ---- Numeric kernels, pure functions --------------------------------------------------------------------------- */
+
+ZELKOVAN_EXPORT double zexpm1(double x);                                /* e^x - 1 */
+ZELKOVAN_EXPORT double zln1px(double x);                                /* ln(1 + x) */
+ZELKOVAN_EXPORT double zlnSumOfExp(double a, double b);                 /* ln(e^a + e^b) */
+ZELKOVAN_EXPORT double zvasum(const double* values, int64_t n);         /* sum of |values[i]|; 0 for n <= 0 */
+ZELKOVAN_EXPORT double zvamx(const double* values, int64_t n);          /* largest |values[i]|; 0 for n <= 0 */
+ZELKOVAN_EXPORT double zpower(int32_t* status, double x, double y);     /* x^y; status: 0 valid, 1 overflow,
+                             2 negative base with an exponent that is not integral, 3 zero base and y not positive */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,43 @@
+# Language level, warnings, floating-point rules and sanitizers, for every target of ours through zelkovan_options.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_STANDARD_REQUIRED ON)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+set(ZELKOVAN_SANITIZE "" CACHE STRING "Sanitizers, as a list: address;undefined;float-cast-overflow or thread")
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
+endif()
+
+find_program(ZELKOVAN_CCACHE ccache)
+if(ZELKOVAN_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_C_COMPILER_LAUNCHER "${ZELKOVAN_CCACHE}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${ZELKOVAN_CCACHE}")
+endif()
+
+add_library(zelkovan_options INTERFACE)
+
+set(warnings -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wfloat-conversion -Werror)
+
+# Results are the same bits whatever a builder adds: these come after the builder's flags and win.
+set(floating_point -fno-fast-math -ffp-contract=off -msse2 -mfpmath=sse)
+
+target_compile_options(zelkovan_options INTERFACE
+    $<$<COMPILE_LANGUAGE:C,CXX>:${warnings}>
+    $<$<COMPILE_LANGUAGE:C,CXX>:${floating_point}>
+    "$<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>"
+    "$<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>")
+target_link_options(zelkovan_options INTERFACE -fno-fast-math)
+
+if(ZELKOVAN_SANITIZE)
+    list(JOIN ZELKOVAN_SANITIZE "," sanitizers)
+    set(sanitizer_flags "-fsanitize=${sanitizers}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(zelkovan_options INTERFACE "$<$<COMPILE_LANGUAGE:C,CXX>:${sanitizer_flags}>")
+    target_link_options(zelkovan_options INTERFACE ${sanitizer_flags})
+endif()
