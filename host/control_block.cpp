@@ -1,0 +1,113 @@
+#include "host/control_block.hpp"
+
+#include <stdexcept>
+
+#include "host/services.hpp"
+
+namespace finance::host {
+namespace {
+
+constexpr std::size_t word_service_vectors = 0;
+constexpr std::size_t word_marks = 1;
+constexpr std::size_t word_collating_table = 6;
+constexpr std::size_t word_memory_vector = 10;
+constexpr std::size_t word_locale = 13;
+constexpr std::size_t word_translation_tables = 27;
+constexpr std::size_t word_toolkit = 82;
+
+constexpr std::size_t locale_multibyte_word = 3;
+constexpr std::size_t multibyte_active_byte = 72;
+constexpr unsigned char junk_byte = 0xA5;
+
+using ByteTable = std::array<unsigned char, 256>;
+
+enum class Folding : std::uint8_t { none, upper, lower };
+
+constexpr ByteTable byte_table(Folding folding) {
+    ByteTable table{};
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const bool lower = i >= 'a' && i <= 'z';
+        const bool upper = i >= 'A' && i <= 'Z';
+        constexpr std::size_t case_bit = 0x20;
+        const bool moved = (folding == Folding::upper && lower) || (folding == Folding::lower && upper);
+        table[i] = static_cast<unsigned char>(moved ? i ^ case_bit : i);
+    }
+    return table;
+}
+
+constexpr ByteTable identity = byte_table(Folding::none);
+constexpr ByteTable to_upper = byte_table(Folding::upper);
+constexpr ByteTable to_lower = byte_table(Folding::lower);
+
+void* junk_address(std::size_t i) { return reinterpret_cast<void*>(ControlBlock::junk_word(i)); }
+
+template <std::size_t size>
+void fill_with_junk(std::array<void*, size>& words) {
+    for (std::size_t i = 0; i < size; ++i) words[i] = junk_address(i);
+}
+
+// Word 6 is typed for writing, like all words; no module writes through it.
+void* as_word(const unsigned char* table) { return const_cast<unsigned char*>(table); }
+
+}  // namespace
+
+const unsigned char* ControlBlock::plain_table() { return identity.data(); }
+
+const unsigned char* ControlBlock::case_blind_table() { return to_upper.data(); }
+
+ControlBlock::ControlBlock(void** memory_vector, void* toolkit)
+    : translation_tables_{junk_address(0), junk_address(1), identity.data(), identity.data(),
+                          to_upper.data(), to_lower.data(), identity.data()} {
+    fill_with_junk(words_);
+    fill_with_junk(locale_);
+    marks_.fill(untouched_mark);
+    multibyte_record_.fill(junk_byte);
+    process_block_.fill(junk_byte);
+    place_services();
+    words_[word_service_vectors] = vectors_.data();
+    words_[word_marks] = marks_.data();
+    words_[word_memory_vector] = memory_vector;
+    words_[word_locale] = locale_.data();
+    words_[word_translation_tables] = translation_tables_.data();
+    words_[word_toolkit] = toolkit;
+    set_case_blind(false);
+    set_multibyte(false);
+}
+
+ControlBlock::SlotTable& ControlBlock::new_slot_table() {
+    slot_tables_.push_back(std::make_unique<SlotTable>());
+    slot_tables_.back()->fill(unexpected_service());
+    return *slot_tables_.back();
+}
+
+void ControlBlock::place_services() {
+    void* const without_service = new_slot_table().data();
+    vectors_.fill(without_service);
+    for (const Service& service : offered_services()) {
+        void*& vector = vectors_.at(service.vector);
+        if (vector == without_service) vector = new_slot_table().data();
+        if (service.slot >= slot_count) throw std::logic_error{"a service lies outside its vector's table"};
+        static_cast<void**>(vector)[service.slot] = service.routine;
+    }
+}
+
+void ControlBlock::set_case_blind(bool on) {
+    words_[word_collating_table] = as_word(on ? case_blind_table() : plain_table());
+}
+
+void ControlBlock::set_multibyte(bool on) {
+    multibyte_record_[multibyte_active_byte] = on ? 1 : 0;
+    locale_[locale_multibyte_word] = on ? multibyte_record_.data() : nullptr;
+}
+
+const unsigned char* ControlBlock::collating_table() const {
+    return static_cast<const unsigned char*>(words_[word_collating_table]);
+}
+
+bool ControlBlock::multibyte() const {
+    const auto* locale = static_cast<void* const*>(words_[word_locale]);
+    const auto* record = locale != nullptr ? static_cast<const unsigned char*>(locale[locale_multibyte_word]) : nullptr;
+    return record != nullptr && record[multibyte_active_byte] != 0;
+}
+
+}  // namespace finance::host
