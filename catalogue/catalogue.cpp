@@ -1,0 +1,124 @@
+#include "catalogue/catalogue.hpp"
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+
+#include "catalogue/annuities.hpp"
+#include "catalogue/text_case.hpp"
+
+namespace finance::catalogue {
+
+namespace {
+
+constexpr std::array all_families{annuity_family};
+
+constexpr std::size_t family_sizes() {
+    std::size_t sum = 0;
+    for (const Family& family : all_families) sum += family.calculations.size();
+    return sum;
+}
+
+constexpr std::array<Calculation, family_sizes()> sorted_by_name() {
+    std::array<Calculation, family_sizes()> joined{};
+    auto end = joined.begin();
+    for (const Family& family : all_families) end = std::ranges::copy(family.calculations, end).out;
+    std::ranges::sort(joined, {}, &Calculation::name);
+    return joined;
+}
+
+constexpr auto table = sorted_by_name();
+
+// ---- What every row must satisfy
+
+constexpr bool has_parameter(const Calculation& calculation, std::string_view name) {
+    return std::ranges::find(calculation.parameters, name, &Parameter::name) != calculation.parameters.end();
+}
+
+constexpr bool names_are_distinct(const Calculation& calculation) {
+    const auto& all = calculation.parameters;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (same_name(all[i].name, all[j].name)) return false;
+        }
+    }
+    return true;
+}
+
+constexpr bool orders_name_parameters(const Calculation& calculation) {
+    for (const Parameter& parameter : calculation.parameters) {
+        for (const Order& order : parameter.orders) {
+            if (order.relation != Relation::none && !has_parameter(calculation, order.other)) return false;
+        }
+    }
+    return true;
+}
+
+// Without lists, what may be left out comes last; a scalar after lists may be left out only after two of them, where
+// an odd number of values gives it away.
+constexpr bool optional_ones_are_last(const Calculation& calculation) {
+    std::size_t lists = 0;
+    bool left_out = false;
+    for (const Parameter& parameter : calculation.parameters) {
+        lists += is_list(parameter.kind) ? 1U : 0U;
+        if (is_list(parameter.kind)) continue;
+        if (left_out && parameter.need != Need::optional) return false;
+        left_out = parameter.need == Need::optional;
+        if (left_out && list_count(calculation) > 0 && lists != 2) return false;
+    }
+    return lists <= 2;
+}
+
+constexpr bool lists_are_together(const Calculation& calculation) {
+    const auto list = [](const Parameter& parameter) { return is_list(parameter.kind); };
+    const auto first = std::ranges::find_if(calculation.parameters, list);
+    const auto end = std::ranges::find_if_not(first, calculation.parameters.end(), list);
+    return std::ranges::none_of(end, calculation.parameters.end(), list);
+}
+
+constexpr bool is_told(const Parameter& parameter) {
+    const bool has_default = !parameter.default_text.empty();
+    return !parameter.name.empty() && !parameter.meaning.empty() && has_default == (parameter.need != Need::required);
+}
+
+constexpr bool is_sound(const Calculation& c) {
+    return !c.name.empty() && !c.answers.empty() && !c.formula.empty() && !c.failure.empty() &&
+           !c.example.arguments.empty() && !c.example.result.empty() && !c.parameters.empty() &&
+           std::ranges::all_of(c.parameters, is_told) && names_are_distinct(c) && orders_name_parameters(c) &&
+           optional_ones_are_last(c) && lists_are_together(c);
+}
+
+constexpr bool is_ascending(std::span<const Calculation> rows) {
+    return std::ranges::is_sorted(rows, std::ranges::less_equal{}, &Calculation::name);
+}
+
+static_assert(is_ascending(table), "each name once");
+static_assert(std::ranges::all_of(all_families, is_ascending, &Family::calculations));
+static_assert(std::ranges::all_of(table, is_sound));
+
+}  // namespace
+
+std::span<const Family> families() { return all_families; }
+
+std::span<const Calculation> calculations() { return table; }
+
+const Calculation* find(std::string_view name) {
+    const auto row = std::ranges::find_if(table, [&](const Calculation& c) { return same_name(c.name, name); });
+    return row == table.end() ? nullptr : &*row;
+}
+
+std::size_t find_parameter(const Calculation& calculation, std::string_view name) {
+    const auto& all = calculation.parameters;
+    const auto found = std::ranges::find_if(all, [&](const Parameter& p) { return same_name(p.name, name); });
+    return static_cast<std::size_t>(std::distance(all.begin(), found));
+}
+
+const Family& family_of(const Calculation& calculation) {
+    const auto holds_it = [&](const Family& family) {
+        return std::ranges::find(family.calculations, calculation.name, &Calculation::name) !=
+               family.calculations.end();
+    };
+    return *std::ranges::find_if(all_families, holds_it);
+}
+
+}  // namespace finance::catalogue

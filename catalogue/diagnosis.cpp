@@ -1,0 +1,186 @@
+// Mirrors the module's rules in its order: value there, value not missing, whole, bounds, other arguments.
+//
+//  (1) A whole number is at most 2^53 and differs from its truncation to 64 bits by no more than 1e-12 of its size.
+//  (2) Where the bounds look at 32 bits they look at the low 32 bits of that truncation.
+//  (3) A flag equals its own conversion to 32 bits.
+#include "catalogue/diagnosis.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <optional>
+
+#include "catalogue/layout.hpp"
+#include "catalogue/number_text.hpp"
+#include "catalogue/text_case.hpp"
+#include "catalogue/wording.hpp"
+
+namespace finance::catalogue {
+
+namespace {
+
+constexpr double largest_whole_number = 9007199254740992.0;  // 2^53
+constexpr double whole_tolerance = 1e-12;
+constexpr std::size_t longest_basis_text = 255;
+
+struct Call {
+    const Calculation& calculation;
+    std::span<const Given> arguments;
+};
+
+using Fault = std::optional<std::string>;
+
+// ---- Numbers as they are kept
+
+// Out of range: the smallest value.
+std::int64_t truncated(double x) {
+    if (!(x >= -0x1p63 && x < 0x1p63)) return std::numeric_limits<std::int64_t>::min();
+    return static_cast<std::int64_t>(x);
+}
+
+bool is_counted(const Parameter& parameter) {
+    return parameter.kind == Kind::whole || parameter.kind == Kind::date || parameter.kind == Kind::dates;
+}
+
+double as_bounded(const Parameter& parameter, double x) {
+    if (!is_counted(parameter)) return x;
+    const std::int64_t k = truncated(x);
+    if (parameter.bound_width == Width::bits_64) return static_cast<double>(k);
+    return static_cast<std::int32_t>(static_cast<std::uint64_t>(k) & 0xFFFFFFFFU);
+}
+
+// Two whole numbers are compared as 32 bits whatever width their own bounds look at.
+double as_compared(const Parameter& parameter, double x) {
+    Parameter narrow = parameter;
+    if (parameter.kind == Kind::whole) narrow.bound_width = Width::bits_32;
+    return as_bounded(narrow, x);
+}
+
+// ---- One rule each
+
+Fault whole_fault(double x) {
+    if (x > largest_whole_number) return plain_text(x) + " is above 2^53";
+    if (x < -0x1p63) return std::isinf(x) ? Fault{} : plain_text(x) + " is below -2^63";
+    if (std::abs(x - std::trunc(x)) > whole_tolerance * std::abs(x)) return plain_text(x) + " is not a whole number";
+    return {};
+}
+
+Fault flag_fault(double x) {
+    if (x != std::trunc(x) || std::isinf(x)) return plain_text(x) + " is not a whole number";
+    if (x < -0x1p31 || x >= 0x1p31) return plain_text(x) + " does not fit a flag";
+    return {};
+}
+
+Fault bound_fault(const Parameter& parameter, const Bound& bound, double x) {
+    if (holds(as_bounded(parameter, x), bound.relation, bound.limit)) return {};
+    const bool dated = is_dated(parameter.kind);
+    if (holds(x, bound.relation, bound.limit)) {
+        return plain_text(x) + " does not fit a count (" + plain_text(bound.limit) + " to 2147483647)";
+    }
+    return value_text(x, dated) + ' ' + std::string{broken_words(bound.relation, dated)} + ' ' +
+           value_text(bound.limit, dated);
+}
+
+// The position of a parameter's own value; 0 where it has none.
+std::size_t position_of(const Call& call, std::string_view name) {
+    for (std::size_t i = 1; i <= call.arguments.size(); ++i) {
+        const Place place = place_of(call.calculation, i, call.arguments.size());
+        if (place.parameter < call.calculation.parameters.size() &&
+            call.calculation.parameters[place.parameter].name == name) {
+            return i;
+        }
+    }
+    return 0;
+}
+
+Fault order_fault(const Call& call, const Parameter& parameter, const Order& order, double x) {
+    if (order.relation == Relation::none) return {};
+    const std::size_t position = position_of(call, order.other);
+    if (position == 0) return {};
+    const double* y = std::get_if<double>(&call.arguments[position - 1]);
+    const Parameter& other = call.calculation.parameters[find_parameter(call.calculation, order.other)];
+    if (y == nullptr || holds(as_compared(parameter, x), order.relation, as_compared(other, *y))) return {};
+    const bool dated = is_dated(parameter.kind);
+    return value_text(x, dated) + ' ' + std::string{broken_words(order.relation, dated)} + ' ' +
+           std::string{order.other} + " (" + value_text(*y, dated) + ')';
+}
+
+// ---- One kind of value each
+
+std::string refused(const std::string& value, const Parameter& parameter) {
+    const std::string rule = rule_words(parameter);
+    return value + " is refused" + (rule.empty() ? "" : ": it " + rule);
+}
+
+std::string without_value(std::string_view what, const Parameter& parameter) {
+    std::string text{what};
+    if (parameter.need != Need::required && !parameter.rule.empty()) {
+        text.append(" (it ").append(parameter.rule).append(")");
+    }
+    return text;
+}
+
+bool is_basis_keyword(std::string_view text) {
+    if (text.empty() || text.size() > longest_basis_text) return false;
+    std::string name;
+    for (const char c : text) {
+        if (c != ' ') name += upper(c);
+    }
+    return std::ranges::find(basis_keywords, name) != basis_keywords.end();
+}
+
+std::string basis_reason(const Parameter& parameter, const std::string& shown, bool known) {
+    if (known) return refused(shown, parameter);
+    return shown + " is not a day-count basis: " + std::string{basis_words};
+}
+
+std::string text_reason(const Parameter& parameter, std::string_view text) {
+    const std::string shown = '\'' + std::string{text} + '\'';
+    if (parameter.kind == Kind::basis) return basis_reason(parameter, shown, is_basis_keyword(text));
+    return shown + " is not a number";
+}
+
+std::string number_reason(const Call& call, const Parameter& parameter, double x) {
+    if (std::isnan(x)) return without_value("a value is missing", parameter);
+    if (parameter.kind == Kind::basis)
+        return basis_reason(parameter, plain_text(x), x > -1.0 && x < static_cast<double>(basis_keywords.size()));
+    if (is_counted(parameter)) {
+        if (Fault fault = whole_fault(x)) return *fault;
+    }
+    if (parameter.kind == Kind::flag) {
+        if (Fault fault = flag_fault(x)) return *fault;
+    }
+    for (const Bound& bound : {parameter.lower, parameter.upper}) {
+        if (Fault fault = bound_fault(parameter, bound, x)) return *fault;
+    }
+    for (const Order& order : parameter.orders) {
+        if (Fault fault = order_fault(call, parameter, order, x)) return *fault;
+    }
+    return refused(value_text(x, is_dated(parameter.kind)), parameter);
+}
+
+}  // namespace
+
+std::string reason(const Calculation& calculation, std::span<const Given> arguments, int flagged) {
+    const auto position = static_cast<std::size_t>(flagged);
+    if (flagged < 1 || position > arguments.size()) return std::string{calculation.failure};
+    const std::size_t index = place_of(calculation, position, arguments.size()).parameter;
+    if (index >= calculation.parameters.size()) return std::string{calculation.failure};
+    const Parameter& parameter = calculation.parameters[index];
+    const Given& given = arguments[position - 1];
+    if (const double* x = std::get_if<double>(&given)) return number_reason({calculation, arguments}, parameter, *x);
+    if (const auto* text = std::get_if<std::string_view>(&given)) return text_reason(parameter, *text);
+    return without_value("no value given", parameter);
+}
+
+std::string argument_label(const Calculation& calculation, std::size_t position, std::size_t values) {
+    const Place place = place_of(calculation, position, values);
+    std::string label = "argument " + std::to_string(position);
+    if (place.parameter >= calculation.parameters.size()) return label;
+    label.append(" (").append(calculation.parameters[place.parameter].name);
+    if (place.element > 0) label.append(", value ").append(std::to_string(place.element));
+    return label + ')';
+}
+
+}  // namespace finance::catalogue

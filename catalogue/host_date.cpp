@@ -1,0 +1,56 @@
+#include "catalogue/host_date.hpp"
+
+#include <chrono>
+#include <cmath>
+
+namespace finance::catalogue {
+
+namespace {
+
+using namespace std::chrono;
+
+constexpr sys_days epoch{year{1960} / January / 1};
+constexpr int first_year = 1;
+constexpr int last_year = 9999;
+constexpr double first_day = (sys_days{year{first_year} / January / 1} - epoch).count();
+constexpr double last_day = (sys_days{year{last_year} / December / 31} - epoch).count();
+
+// Digits only, all of them; -1 otherwise.
+int digits(std::string_view text) {
+    int value = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') return -1;
+        value = value * 10 + (c - '0');
+    }
+    return value;
+}
+
+void append(std::string& text, unsigned value, std::size_t width) {
+    const std::string plain = std::to_string(value);
+    text.append(width - plain.size(), '0').append(plain);
+}
+
+}  // namespace
+
+std::optional<double> host_date(std::string_view iso) {
+    if (iso.size() != 10 || iso[4] != '-' || iso[7] != '-') return {};
+    const int y = digits(iso.substr(0, 4));
+    const int m = digits(iso.substr(5, 2));
+    const int d = digits(iso.substr(8, 2));
+    if (y < first_year || m < 1 || d < 1) return {};
+    const year_month_day date{year{y}, month{static_cast<unsigned>(m)}, day{static_cast<unsigned>(d)}};
+    if (!date.ok()) return {};
+    return static_cast<double>((sys_days{date} - epoch).count());
+}
+
+std::optional<std::string> iso_date(double host_date) {
+    if (!(host_date >= first_day && host_date <= last_day) || host_date != std::trunc(host_date)) return {};
+    const year_month_day date{epoch + days{static_cast<int>(host_date)}};
+    std::string text;
+    append(text, static_cast<unsigned>(static_cast<int>(date.year())), 4);
+    append(text += '-', static_cast<unsigned>(date.month()), 2);
+    append(text += '-', static_cast<unsigned>(date.day()), 2);
+    return text;
+}
+
+}  // namespace finance::catalogue

@@ -1,0 +1,83 @@
+#include "catalogue/wording.hpp"
+
+#include "catalogue/number_text.hpp"
+
+namespace finance::catalogue {
+
+namespace {
+
+struct RelationWords {
+    std::string_view kept, broken;
+    std::string_view kept_by_date, broken_by_date;
+};
+
+constexpr RelationWords words_for(Relation relation) {
+    switch (relation) {
+        case Relation::above:
+            return {"above ", "is not above", "after ", "is not after"};
+        case Relation::at_least:
+            return {"at least ", "is below", "not before ", "is before"};
+        case Relation::at_most:
+            return {"at most ", "is above", "not after ", "is after"};
+        case Relation::none:
+            break;
+    }
+    return {};
+}
+
+void add_condition(std::string& rule, std::string_view words, std::string_view limit) {
+    rule.append(rule.empty() ? "must be " : " and ").append(words).append(limit);
+}
+
+void add_bound(std::string& rule, const Parameter& parameter, const Bound& bound) {
+    if (bound.relation == Relation::none) return;
+    const RelationWords words = words_for(bound.relation);
+    const bool dated = is_dated(parameter.kind);
+    add_condition(rule, dated ? words.kept_by_date : words.kept, value_text(bound.limit, dated));
+}
+
+void add_order(std::string& rule, const Parameter& parameter, const Order& order) {
+    if (order.relation == Relation::none) return;
+    const RelationWords words = words_for(order.relation);
+    add_condition(rule, is_dated(parameter.kind) ? words.kept_by_date : words.kept, order.other);
+}
+
+}  // namespace
+
+std::string_view kind_words(Kind kind) {
+    switch (kind) {
+        case Kind::number:
+            return "number";
+        case Kind::whole:
+            return "whole number";
+        case Kind::date:
+            return "date";
+        case Kind::date_time:
+            return "date (or part of a day)";
+        case Kind::basis:
+            return "day-count basis";
+        case Kind::flag:
+            return "flag";
+        case Kind::numbers:
+            return "numbers";
+        case Kind::dates:
+            return "dates";
+    }
+    return "";
+}
+
+std::string_view broken_words(Relation relation, bool dated) {
+    const RelationWords words = words_for(relation);
+    return dated ? words.broken_by_date : words.broken;
+}
+
+std::string rule_words(const Parameter& parameter) {
+    std::string rule;
+    add_bound(rule, parameter, parameter.lower);
+    add_bound(rule, parameter, parameter.upper);
+    for (const Order& order : parameter.orders) add_order(rule, parameter, order);
+    if (parameter.rule.empty()) return rule;
+    return rule.empty() ? std::string{parameter.rule} : rule + "; " + std::string{parameter.rule};
+}
+
+}  // namespace finance::catalogue

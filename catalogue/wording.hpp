@@ -1,0 +1,24 @@
+// The words for kinds, needs and rules.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "catalogue/catalogue.hpp"
+
+namespace finance::catalogue {
+
+// In the order of their codes, 0 to 4.
+inline constexpr std::array<std::string_view, 5> basis_keywords{"30/360", "ACTUAL", "ACT/360", "ACT/365", "EU30/360"};
+inline constexpr std::string_view basis_words = "30/360, ACTUAL, ACT/360, ACT/365, EU30/360 or 0 to 4";
+
+std::string_view kind_words(Kind kind);
+
+// "must be above 0", "must be at least 1 and at most nper"; empty where nothing but the kind restricts it.
+std::string rule_words(const Parameter& parameter);
+
+// Between a value that breaks a relation and its limit: "is not above", "is below", "is before".
+std::string_view broken_words(Relation relation, bool dated);
+
+}  // namespace finance::catalogue

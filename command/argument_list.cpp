@@ -1,0 +1,230 @@
+#include "command/argument_list.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+#include "command/argument_text.hpp"
+#include "command/closest_name.hpp"
+#include "command/usage_error.hpp"
+
+namespace finance::command {
+
+namespace {
+
+using catalogue::Calculation;
+using catalogue::Given;
+using catalogue::Need;
+using catalogue::Parameter;
+
+using Tokens = std::span<const std::string_view>;
+
+[[noreturn]] void fail(const Calculation& calculation, const std::string& message) {
+    const std::string name{calculation.name};
+    throw UsageError{name + ": " + message, "finance help " + name};
+}
+
+std::vector<std::string_view> split_at_commas(std::string_view text) {
+    std::vector<std::string_view> parts;
+    for (std::size_t comma = text.find(','); comma != std::string_view::npos; comma = text.find(',')) {
+        parts.push_back(text.substr(0, comma));
+        text.remove_prefix(comma + 1);
+    }
+    parts.push_back(text);
+    return parts;
+}
+
+bool has_comma(std::string_view token) { return token.find(',') != std::string_view::npos; }
+
+// ---- What each parameter was given
+
+class Assignment {
+public:
+    explicit Assignment(const Calculation& calculation)
+        : calculation_{calculation}, texts_(calculation.parameters.size()), named_(texts_.size(), false) {}
+
+    void take_named(Tokens tokens);
+    void take_positional(Tokens tokens);
+    [[nodiscard]] std::vector<Given> values() const;
+
+private:
+    void name(std::string_view token);
+    void give(std::size_t i, std::string_view text);
+    void give_lists(Tokens tokens);
+    void give_two_lists(Tokens tokens);
+    std::vector<std::size_t> unnamed(std::size_t from, std::size_t to) const;
+    [[nodiscard]] std::size_t end_of_call() const;
+    void check_completeness(std::size_t end) const;
+    void check_pairs() const;
+    void append(std::vector<Given>& values, std::size_t i) const;
+    const Parameter& parameter(std::size_t i) const { return calculation_.parameters[i]; }
+    bool list(std::size_t i) const { return is_list(parameter(i).kind); }
+
+    const Calculation& calculation_;
+    std::vector<std::vector<std::string_view>> texts_;  // by parameter; more than one in lists only
+    std::vector<bool> named_;
+};
+
+void Assignment::give(std::size_t i, std::string_view text) {
+    if (!list(i)) {
+        texts_[i].push_back(text);
+        return;
+    }
+    for (const std::string_view part : split_at_commas(text)) texts_[i].push_back(part);
+}
+
+// -- named
+
+void Assignment::take_named(Tokens tokens) {
+    for (const std::string_view token : tokens) name(token);
+}
+
+void Assignment::name(std::string_view token) {
+    const std::size_t equals = token.find('=');
+    const std::string_view name = token.substr(0, equals);
+    const std::string_view text = token.substr(equals + 1);
+    const std::size_t i = catalogue::find_parameter(calculation_, name);
+    if (i == texts_.size()) {
+        std::vector<std::string_view> names;
+        for (const Parameter& known : calculation_.parameters) names.push_back(known.name);
+        fail(calculation_, "no argument is called '" + std::string{name} + '\'' + suggestion(name, names));
+    }
+    if (named_[i] && !list(i)) fail(calculation_, std::string{parameter(i).name} + " is given twice");
+    named_[i] = true;
+    if (text.empty() && list(i)) return;
+    give(i, text);
+}
+
+// -- in order
+
+std::vector<std::size_t> Assignment::unnamed(std::size_t from, std::size_t to) const {
+    std::vector<std::size_t> result;
+    for (std::size_t i = from; i < to; ++i) {
+        if (!named_[i]) result.push_back(i);
+    }
+    return result;
+}
+
+// Parameters before a list take from the front, required ones after it from the back, lists what is in between.
+void Assignment::take_positional(Tokens tokens) {
+    const std::size_t size = texts_.size();
+    std::size_t list_begin = 0;
+    while (list_begin < size && !list(list_begin)) ++list_begin;
+    const std::size_t before = std::min(list_begin, tokens.size());
+    for (std::size_t i = 0; i < before; ++i) {
+        if (named_[i]) fail(calculation_, std::string{parameter(i).name} + " is given twice");
+        give(i, tokens[i]);
+    }
+    tokens = tokens.subspan(before);
+    std::vector<std::size_t> after = unnamed(list_begin, size);
+    std::erase_if(after, [&](std::size_t i) { return list(i) || parameter(i).need == Need::optional; });
+    if (tokens.size() > after.size()) {
+        const Tokens last = tokens.last(after.size());
+        for (std::size_t k = 0; k < after.size(); ++k) give(after[k], last[k]);
+        tokens = tokens.first(tokens.size() - after.size());
+    }
+    if (!tokens.empty()) give_lists(tokens);
+}
+
+void Assignment::give_lists(Tokens tokens) {
+    std::vector<std::size_t> lists = unnamed(0, texts_.size());
+    std::erase_if(lists, [&](std::size_t i) { return !list(i); });
+    if (lists.empty()) fail(calculation_, "too many arguments, from '" + std::string{tokens.front()} + "' on");
+    if (lists.size() == 2) {
+        give_two_lists(tokens);
+        return;
+    }
+    for (const std::string_view token : tokens) give(lists.front(), token);
+}
+
+void Assignment::give_two_lists(Tokens tokens) {
+    std::size_t first = 0;
+    while (!list(first)) ++first;
+    const std::size_t last = texts_.size() - 1;
+    if (tokens.size() % 2 == 1 && !list(last) && parameter(last).need == Need::optional && !named_[last]) {
+        give(last, tokens.back());
+        tokens = tokens.first(tokens.size() - 1);
+    }
+    const std::string names = std::string{parameter(first).name} + " and " + std::string{parameter(first + 1).name};
+    if (std::ranges::any_of(tokens, has_comma) && tokens.size() != 2) {
+        fail(calculation_, names + " are two arguments where they are separated by commas");
+    }
+    if (tokens.size() % 2 == 1) fail(calculation_, names + " do not pair up");
+    const std::size_t half = tokens.size() / 2;
+    for (const std::string_view token : tokens.first(half)) give(first, token);
+    for (const std::string_view token : tokens.last(half)) give(first + 1, token);
+}
+
+// -- into a call
+
+// One past the last parameter that is part of the call.
+std::size_t Assignment::end_of_call() const {
+    for (std::size_t end = texts_.size(); end > 0; --end) {
+        const auto& texts = texts_[end - 1];
+        const bool has_value = std::ranges::any_of(texts, [](std::string_view text) { return !text.empty(); });
+        if (has_value || (!texts.empty() && parameter(end - 1).need == Need::required)) return end;
+    }
+    return 0;
+}
+
+// Whatever is needed has a place in the call; a list that is needed has a value.
+void Assignment::check_completeness(std::size_t end) const {
+    std::string lacking;
+    for (std::size_t i = 0; i < texts_.size(); ++i) {
+        const bool empty_list = list(i) && texts_[i].empty();
+        if (parameter(i).need == Need::optional || (i < end && !empty_list)) continue;
+        lacking.append(lacking.empty() ? "" : ", ").append(parameter(i).name);
+    }
+    if (!lacking.empty()) fail(calculation_, "too few arguments: no " + lacking);
+}
+
+void Assignment::check_pairs() const {
+    for (std::size_t i = 1; i < texts_.size(); ++i) {
+        const std::size_t first = texts_[i - 1].size();
+        const std::size_t second = texts_[i].size();
+        if (!list(i - 1) || !list(i) || first == second) continue;
+        fail(calculation_, std::string{parameter(i - 1).name} + " and " + std::string{parameter(i).name} +
+                               " do not pair up: " + std::to_string(first) + " and " + std::to_string(second) +
+                               " values");
+    }
+}
+
+void Assignment::append(std::vector<Given>& values, std::size_t i) const {
+    if (!list(i) && texts_[i].empty()) values.emplace_back();
+    for (const std::string_view text : texts_[i]) {
+        const auto value = read_value(parameter(i).kind, text);
+        if (!value) {
+            fail(calculation_, "argument " + std::to_string(values.size() + 1) + " (" + std::string{parameter(i).name} +
+                                   "): " + unreadable(parameter(i).kind, text));
+        }
+        values.push_back(*value);
+    }
+}
+
+std::vector<Given> Assignment::values() const {
+    const std::size_t end = end_of_call();
+    check_completeness(end);
+    check_pairs();
+    std::vector<Given> values;
+    for (std::size_t i = 0; i < end; ++i) append(values, i);
+    return values;
+}
+
+bool is_named(std::string_view token) { return token.find('=') != std::string_view::npos; }
+
+}  // namespace
+
+std::vector<Given> read_arguments(const Calculation& calculation, Tokens tokens) {
+    const auto first_named = std::ranges::find_if(tokens, is_named);
+    const auto stray = std::ranges::find_if_not(first_named, tokens.end(), is_named);
+    if (stray != tokens.end()) {
+        fail(calculation, '\'' + std::string{*stray} + "' follows a named argument and needs a name as well");
+    }
+    const auto positional = static_cast<std::size_t>(first_named - tokens.begin());
+    Assignment assignment{calculation};
+    assignment.take_named(tokens.subspan(positional));
+    assignment.take_positional(tokens.first(positional));
+    return assignment.values();
+}
+
+}  // namespace finance::command

@@ -1,0 +1,82 @@
+#include "command/argument_text.hpp"
+
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <system_error>
+
+#include "catalogue/host_date.hpp"
+
+namespace finance::command {
+
+namespace {
+
+using catalogue::Given;
+using catalogue::Kind;
+
+struct Reading {
+    double value = 0.0;
+    std::errc fault{};
+    [[nodiscard]] bool good() const { return fault == std::errc{}; }
+};
+
+constexpr std::string_view without_plus(std::string_view text) {
+    const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+';
+    return plus ? text.substr(1) : text;
+}
+
+Reading read_plain(std::string_view text) {
+    const std::string_view number = without_plus(text);
+    const char* end = number.data() + number.size();
+    Reading reading;
+    const auto [stop, fault] = std::from_chars(number.data(), end, reading.value);
+    reading.fault = fault == std::errc{} && stop != end ? std::errc::invalid_argument : fault;
+    return reading;
+}
+
+// The decimal point moves in the text, before anything is rounded.
+Reading read_percentage(std::string_view number) {
+    constexpr int places = 2;
+    const std::size_t e = number.find_first_of("eE");
+    if (e == std::string_view::npos) return read_plain(std::string{number} + "e-" + std::to_string(places));
+    const std::string_view exponent_text = without_plus(number.substr(e + 1));
+    std::int64_t exponent = 0;
+    const char* end = exponent_text.data() + exponent_text.size();
+    const auto [stop, fault] = std::from_chars(exponent_text.data(), end, exponent);
+    if (stop != end || fault == std::errc::invalid_argument) return {.fault = std::errc::invalid_argument};
+    if (fault != std::errc{} || exponent < std::numeric_limits<std::int64_t>::min() + places) {
+        return {.fault = std::errc::result_out_of_range};
+    }
+    return read_plain(std::string{number.substr(0, e + 1)} + std::to_string(exponent - places));
+}
+
+Reading read_number(std::string_view text) {
+    return text.ends_with('%') ? read_percentage(text.substr(0, text.size() - 1)) : read_plain(text);
+}
+
+}  // namespace
+
+std::optional<Given> read_value(Kind kind, std::string_view text) {
+    if (text.empty()) return Given{};
+    if (text == ".") return std::numeric_limits<double>::quiet_NaN();
+    if (catalogue::is_dated(kind)) {
+        if (const auto date = catalogue::host_date(text)) return *date;
+    }
+    const Reading reading = read_number(text);
+    if (reading.good()) return reading.value;
+    if (kind == Kind::basis) return text;
+    return {};
+}
+
+std::string unreadable(Kind kind, std::string_view text) {
+    const std::string shown = '\'' + std::string{text} + '\'';
+    if (read_number(text).fault == std::errc::result_out_of_range) {
+        return shown + " is beyond what a double can hold";
+    }
+    if (catalogue::is_dated(kind)) {
+        return shown + " is not a date: year-month-day as in 2008-02-15, or days since 1960-01-01";
+    }
+    return shown + " is not a number";
+}
+
+}  // namespace finance::command

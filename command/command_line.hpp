@@ -1,0 +1,13 @@
+// `finance`: its options, and which of its jobs the words ask for.
+#pragma once
+
+#include "command/outcome.hpp"
+
+namespace finance::command {
+
+Outcome run(int argc, const char* const* argv);
+
+// Writes both texts; an output that cannot be written makes the run fail, with a sentence.
+int deliver(const Outcome& outcome);
+
+}  // namespace finance::command

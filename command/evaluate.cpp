@@ -1,0 +1,79 @@
+#include "command/evaluate.hpp"
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "catalogue/number_text.hpp"
+#include "command/argument_list.hpp"
+#include "command/closest_name.hpp"
+#include "command/module_path.hpp"
+#include "command/usage_error.hpp"
+
+namespace finance::command {
+
+namespace {
+
+using catalogue::Calculation;
+using catalogue::Given;
+
+host::Argument as_argument(const Given& given) {
+    if (const double* number = std::get_if<double>(&given)) {
+        return std::isnan(*number) ? host::Argument::missing() : host::Argument{*number};
+    }
+    if (const auto* text = std::get_if<std::string_view>(&given)) return host::Argument{*text};
+    return host::Argument::absent();
+}
+
+std::string result_text(const Calculation& calculation, double value) {
+    const bool dated = calculation.result == catalogue::ResultKind::date;
+    return (dated && !std::isnan(value) ? catalogue::value_text(value, true) : catalogue::shortest_text(value)) + '\n';
+}
+
+std::string no_answer(const Calculation& calculation) {
+    return "finance: " + std::string{calculation.name} + ": no answer: " + std::string{calculation.failure} + '\n';
+}
+
+std::string refusal(const Calculation& calculation, std::span<const Given> arguments,
+                    const host::Evaluation& evaluation) {
+    const std::string head = "finance: " + std::string{calculation.name} + ": ";
+    if (evaluation.flagged > 0) {
+        const auto position = static_cast<std::size_t>(evaluation.flagged);
+        return head + catalogue::argument_label(calculation, position, arguments.size()) + ": " +
+               catalogue::reason(calculation, arguments, evaluation.flagged) + '\n';
+    }
+    if (evaluation.log.empty()) return no_answer(calculation);
+    std::string text;
+    for (const std::string& line : evaluation.log) text += head + line + '\n';
+    return text;
+}
+
+}  // namespace
+
+const Calculation& calculation_named(std::string_view name) {
+    if (const Calculation* found = catalogue::find(name)) return *found;
+    std::vector<std::string_view> names;
+    for (const Calculation& calculation : catalogue::calculations()) names.push_back(calculation.name);
+    throw UsageError{"no calculation is called '" + std::string{name} + '\'' + suggestion(name, names), "finance list"};
+}
+
+Outcome report(const Calculation& calculation, std::span<const Given> arguments, const host::Evaluation& evaluation) {
+    if (!evaluation.answered()) return {exit_refused, "", refusal(calculation, arguments, evaluation)};
+    // A search that found nothing answers with a missing value and notes it.
+    const bool noted = std::isnan(evaluation.value) && !evaluation.notes.empty();
+    return {exit_answered, result_text(calculation, evaluation.value), noted ? no_answer(calculation) : ""};
+}
+
+Outcome evaluate(const Calculation& calculation, std::span<const std::string_view> tokens,
+                 const std::filesystem::path& told_module) {
+    const std::vector<Given> values = read_arguments(calculation, tokens);
+    const std::vector<host::Argument> arguments = [&] {
+        std::vector<host::Argument> converted;
+        for (const Given& value : values) converted.push_back(as_argument(value));
+        return converted;
+    }();
+    const host::EmbeddedHost host{find_module(told_module, this_program())};
+    return report(calculation, values, host.evaluate(calculation.name, arguments));
+}
+
+}  // namespace finance::command

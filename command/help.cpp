@@ -1,0 +1,141 @@
+#include "command/help.hpp"
+
+#include <algorithm>
+#include <vector>
+
+#include "catalogue/wording.hpp"
+
+namespace finance::command {
+
+namespace {
+
+using catalogue::Calculation;
+using catalogue::Need;
+using catalogue::Parameter;
+
+constexpr std::size_t line_width = 100;
+constexpr std::size_t margin = 2;
+
+std::string padded(std::string_view text, std::size_t width) {
+    std::string result{text};
+    result.resize(std::max(width, text.size()), ' ');
+    return result;
+}
+
+// ---- The call
+
+std::string in_brackets(const Parameter& parameter) {
+    std::string text{parameter.name};
+    if (is_list(parameter.kind)) text += "...";
+    return parameter.need == Need::optional ? '[' + text + ']' : text;
+}
+
+std::string call_text(const Calculation& calculation) {
+    std::string text = "  finance " + std::string{calculation.name};
+    for (const Parameter& parameter : calculation.parameters) text += ' ' + in_brackets(parameter);
+    return text + '\n';
+}
+
+// ---- Arguments, one line each and what else is to be known of it indented below
+
+struct Columns {
+    std::size_t name = 0, kind = 0, need = 0;
+};
+
+std::string need_text(const Parameter& parameter) {
+    if (parameter.need == Need::required) return "required";
+    if (parameter.need == Need::may_be_missing) return ". is " + std::string{parameter.default_text};
+    if (is_list(parameter.kind)) return "optional";
+    return "default " + std::string{parameter.default_text};
+}
+
+Columns columns_of(const Calculation& calculation) {
+    Columns widest;
+    for (const Parameter& parameter : calculation.parameters) {
+        widest.name = std::max(widest.name, parameter.name.size());
+        widest.kind = std::max(widest.kind, catalogue::kind_words(parameter.kind).size());
+        widest.need = std::max(widest.need, need_text(parameter).size());
+    }
+    return widest;
+}
+
+std::string argument_text(const Parameter& parameter, std::size_t number, const Columns& columns) {
+    constexpr std::size_t gap = 2;
+    std::string text = padded("", margin) + padded(std::to_string(number), 1 + gap) +
+                       padded(parameter.name, columns.name + gap) +
+                       padded(catalogue::kind_words(parameter.kind), columns.kind + gap) +
+                       padded(need_text(parameter), columns.need + gap);
+    const std::size_t indent = text.size();
+    std::string about{parameter.meaning};
+    if (!parameter.unit.empty()) about.append("\nunit: ").append(parameter.unit);
+    if (parameter.kind == catalogue::Kind::basis) about.append("\none of ").append(catalogue::basis_words);
+    if (const std::string rule = catalogue::rule_words(parameter); !rule.empty()) about.append("\n").append(rule);
+    return text + wrapped(about, indent).substr(indent);
+}
+
+std::string arguments_text(const Calculation& calculation) {
+    const Columns columns = columns_of(calculation);
+    std::string text = "\nArguments\n";
+    std::size_t number = 0;
+    for (const Parameter& parameter : calculation.parameters) text += argument_text(parameter, ++number, columns);
+    return text;
+}
+
+std::string section(std::string_view title, std::string_view text) {
+    if (text.empty()) return {};
+    return '\n' + std::string{title} + '\n' + wrapped(text, margin);
+}
+
+std::string example_text(const Calculation& calculation) {
+    return "\nExample\n  finance " + std::string{calculation.name} + ' ' + std::string{calculation.example.arguments} +
+           "\n  " + std::string{calculation.example.result} + '\n';
+}
+
+std::string wrapped_line(std::string_view line, std::size_t indent) {
+    const std::size_t width = line_width - indent;
+    std::string text;
+    while (line.size() > width) {
+        const std::size_t blank = line.rfind(' ', width);
+        if (blank == std::string_view::npos) break;
+        text += std::string(indent, ' ') + std::string{line.substr(0, blank)} + '\n';
+        line.remove_prefix(blank + 1);
+    }
+    return text + std::string(indent, ' ') + std::string{line} + '\n';
+}
+
+}  // namespace
+
+std::string wrapped(std::string_view text, std::size_t indent) {
+    std::string result;
+    for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+        result += wrapped_line(text.substr(0, end), indent);
+        text.remove_prefix(end + 1);
+    }
+    return result + wrapped_line(text, indent);
+}
+
+std::string list_text(std::span<const catalogue::Family> families) {
+    std::size_t widest = 0;
+    for (const catalogue::Family& family : families) {
+        for (const Calculation& calculation : family.calculations) {
+            widest = std::max(widest, calculation.name.size());
+        }
+    }
+    std::string text;
+    for (const catalogue::Family& family : families) {
+        text.append(text.empty() ? "" : "\n").append(family.title).append("\n");
+        for (const Calculation& calculation : family.calculations) {
+            text += "  " + padded(calculation.name, widest + 2) + std::string{calculation.answers} + '\n';
+        }
+    }
+    return text;
+}
+
+std::string help_text(const Calculation& calculation) {
+    return std::string{calculation.name} + ": " + std::string{calculation.answers} + "\n\n" + call_text(calculation) +
+           arguments_text(calculation) + section("Formula", calculation.formula) +
+           section("Worth knowing", calculation.remarks) + section("No answer where", calculation.failure) +
+           example_text(calculation);
+}
+
+}  // namespace finance::command
