@@ -15,8 +15,6 @@ namespace finance {
     return STATUS_INVALID_ARGUMENT;
 }
 
-bool Arguments::basis(int i, std::int32_t& value) {
-    return !given(i) || read_basis(slots_[i], value) || refuse(i);
-}
+bool Arguments::basis(int i, std::int32_t& value) { return !given(i) || read_basis(slots_[i], value) || refuse(i); }
 
 }  // namespace finance

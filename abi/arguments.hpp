@@ -62,9 +62,11 @@ public:
     // -- required
     bool number(int i, double& value) {
         const ArgSlot& slot = required(i);
-        if (slot.value == nullptr) [[unlikely]] return refuse(i);
+        if (slot.value == nullptr) [[unlikely]]
+            return refuse(i);
         value = numeric_value(slot);
-        if (is_missing(value)) [[unlikely]] return refuse_missing(i);
+        if (is_missing(value)) [[unlikely]]
+            return refuse_missing(i);
         return true;
     }
     bool above(int i, double bound, double& value) { return number(i, value) && (value > bound || refuse(i)); }
@@ -86,16 +88,17 @@ public:
     }
     // A whole number whose low 32 bits are at least 1: 2^32 + 3 counts as 3, 2^31 fails.
     bool count(int i, std::int32_t& value) { return whole(i, value) && (value >= 1 || refuse(i)); }
-    // A whole number of at least 1, kept as its low 32 bits: 2^32 counts as 0.
+    // A whole number of at least 1, as 64 bits or kept as its low 32: 2^32 counts as 0.
+    bool whole_from_1(int i, std::int64_t& value) { return whole(i, value) && (value >= 1 || refuse(i)); }
     bool whole_from_1(int i, std::int32_t& value) {
         std::int64_t k;
-        if (!whole(i, k)) return false;
+        if (!whole_from_1(i, k)) return false;
         value = low_32_bits(k);
-        return k >= 1 || refuse(i);
+        return true;
     }
 
     // -- optional: an argument that is left out, absent or missing leaves value as it is
-    bool optional_number(int i, double& value) {
+    bool optional_number(int i, double& value) const {
         const double x = number_or_missing(i);
         if (!is_missing(x)) value = x;
         return true;
@@ -138,7 +141,7 @@ public:
     [[nodiscard]] Status status() const { return status_; }
 
 private:
-    const ArgSlot& required(int i) const {
+    [[nodiscard]] const ArgSlot& required(int i) const {
         assert(given(i));
         return slots_[i];
     }

@@ -3,6 +3,7 @@
 
 #include <emmintrin.h>
 
+#include <bit>
 #include <cstdint>
 
 namespace finance {
@@ -13,6 +14,11 @@ inline std::int32_t truncate_to_int32(double x) { return _mm_cvttsd_si32(_mm_set
 
 // The low half of a 64-bit value, as a signed number: 2^32 + 3 gives 3, 2^31 gives -2^31.
 constexpr std::int32_t low_32_bits(std::int64_t k) { return static_cast<std::int32_t>(static_cast<std::uint32_t>(k)); }
+
+// A step that leaves every bit as it was has come to rest; NaN and signed zeros compare as bits.
+constexpr bool same_bits(double a, double b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
 
 // Sums and products that wrap at the width of their field.
 constexpr std::int32_t wrapping_add(std::int32_t a, std::int32_t b) {

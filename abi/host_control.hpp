@@ -16,12 +16,12 @@ namespace finance {
 
 // Words (64 bits each) of the global control block.
 enum class GcbWord : std::uint32_t {
-    service_vectors = 0,     // table of pointers to service vectors
-    vector_marks = 1,        // a byte for each service vector
-    collating_table = 6,     // 256 bytes
-    memory_vector = 10,      // slot 0 allocates, slot 1 releases
-    locale = 13,             // its word 3 points to the multibyte-mode record, or is null
-    translation_tables = 27, // entry 2 + m: 256 bytes for translation mode m
+    service_vectors = 0,      // table of pointers to service vectors
+    vector_marks = 1,         // a byte for each service vector
+    collating_table = 6,      // 256 bytes
+    memory_vector = 10,       // slot 0 allocates, slot 1 releases
+    locale = 13,              // its word 3 points to the multibyte-mode record, or is null
+    translation_tables = 27,  // entry 2 + m: 256 bytes for translation mode m
     toolkit = 82,
 };
 

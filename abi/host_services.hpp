@@ -20,8 +20,10 @@ void wzstrlo(char* text, std::int64_t length);
 void wzstrup(char* text, std::int64_t length);
 
 // Multibyte translation, modes 0 and 1; multibyte comparison with the arguments and the result of wzstcmn.
-void wzsxcch(const char* source, std::int64_t length, char* destination, std::int64_t destination_length, std::int64_t one);
-void wzsxrch(const char* source, std::int64_t length, char* destination, std::int64_t destination_length, std::int64_t one);
+void wzsxcch(const char* source, std::int64_t length, char* destination, std::int64_t destination_length,
+             std::int64_t one);
+void wzsxrch(const char* source, std::int64_t length, char* destination, std::int64_t destination_length,
+             std::int64_t one);
 std::int32_t wzsxcmn(const char* a, std::int64_t a_length, const char* b, std::int64_t b_length, std::int64_t options);
 
 // The host's date value (days since 1 January 1960) of a month, day and year.

@@ -65,7 +65,7 @@ ZELKOVAN_ASSERT(offsetof(CharacterDescriptor, text) == 16, "text pointer");
 /* The head of a call; count slots follow it at once. Argument 0 is the name of the calculation. */
 typedef struct HostCallContext {
     uint8_t host_owned[24];
-    uint8_t mode;          /* says whether the notes of XIRR are limited: 72, 88, 104, 136 */
+    uint8_t mode; /* says whether the notes of XIRR are limited: 72, 88, 104, 136 */
     uint8_t host_owned_too[3];
     int32_t notes_written; /* counts them where they are */
     int64_t count;         /* of arguments, the name included */
@@ -175,13 +175,13 @@ ZELKOVAN_EXPORT void* vmfree_handler(void* vector, uint64_t a, uint64_t b, int32
 
 /* ---- Numeric kernels, pure functions --------------------------------------------------------------------------- */
 
-ZELKOVAN_EXPORT double zexpm1(double x);                                /* e^x - 1 */
-ZELKOVAN_EXPORT double zln1px(double x);                                /* ln(1 + x) */
-ZELKOVAN_EXPORT double zlnSumOfExp(double a, double b);                 /* ln(e^a + e^b) */
-ZELKOVAN_EXPORT double zvasum(const double* values, int64_t n);         /* sum of |values[i]|; 0 for n <= 0 */
-ZELKOVAN_EXPORT double zvamx(const double* values, int64_t n);          /* largest |values[i]|; 0 for n <= 0 */
-ZELKOVAN_EXPORT double zpower(int32_t* status, double x, double y);     /* x^y; status: 0 valid, 1 overflow,
-                             2 negative base with an exponent that is not integral, 3 zero base and y not positive */
+ZELKOVAN_EXPORT double zexpm1(double x);                            /* e^x - 1 */
+ZELKOVAN_EXPORT double zln1px(double x);                            /* ln(1 + x) */
+ZELKOVAN_EXPORT double zlnSumOfExp(double a, double b);             /* ln(e^a + e^b) */
+ZELKOVAN_EXPORT double zvasum(const double* values, int64_t n);     /* sum of |values[i]|; 0 for n <= 0 */
+ZELKOVAN_EXPORT double zvamx(const double* values, int64_t n);      /* largest |values[i]|; 0 for n <= 0 */
+ZELKOVAN_EXPORT double zpower(int32_t* status, double x, double y); /* x^y; status: 0 valid, 1 overflow,
+                         2 negative base with an exponent that is not integral, 3 zero base and y not positive */
 
 #ifdef __cplusplus
 }
