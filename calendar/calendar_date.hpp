@@ -1,0 +1,61 @@
+// Dates: the record that all date calculations share, its conversions, and stepping by months.
+//
+//  (1) The calendar is Gregorian throughout, also before 1582. Years are historical: the year before 1 is -1.
+//  (2) Days are counted by Julian day number; 1 January 1960, day 0 of the host, is HOST_EPOCH_JULIAN_DAY.
+//  (3) A date that is the last day of its month steps to last days of months.
+//  (4) Any other steps to its own day of the month, or to the last one that the month has; the day aimed for is kept,
+//  so
+//      that 30 January, 28 February, 30 March follow each other.
+//  (5) All operations are total. Integer divisions truncate toward zero; fields wrap at their width.
+#pragma once
+
+#include <cstdint>
+
+namespace finance {
+
+// 1 January 1960, day 0 of the host, as a Julian day number.
+inline constexpr std::int64_t HOST_EPOCH_JULIAN_DAY = 2436935;
+
+struct CalendarDate {
+    std::int32_t day;         // of the month, 1..31
+    std::int32_t month;       // 1..12
+    std::int32_t year;        // historical: no year 0
+    std::int64_t julianDay;   // all ordering and all counting of actual days
+    std::int32_t anchorDay;   // the day of the month that stepping aims for; below 1: day itself
+    std::int32_t endOfMonth;  // 1: was the last day of its month when it was split (3)
+};
+
+enum DateOrder : std::int32_t { DATE_BEFORE = 1, DATE_EQUAL = 2, DATE_AFTER = 3 };
+
+DateOrder zCompareDates(const CalendarDate* a, const CalendarDate* b);
+
+inline bool before(const CalendarDate& a, const CalendarDate& b) { return a.julianDay < b.julianDay; }
+inline bool same_day(const CalendarDate& a, const CalendarDate& b) { return a.julianDay == b.julianDay; }
+
+// 28..31; 31 for a month number that does not exist.
+std::int32_t zlastDay(std::int32_t year, std::int32_t month);
+
+bool is_leap_year(std::int64_t year);
+
+// day, month, year -> julianDay. Nothing else is changed.
+void ConvertDateToJulian(CalendarDate* date);
+
+// Julian day number -> year, month, day. Exact from year -4800 on; beyond +-2^31 years the year wraps.
+void ConvertJulianToDate(std::int32_t* year, std::int32_t* month, std::int32_t* day, std::int64_t julian_day);
+
+// Completes a date of which only julianDay is set.
+void zgetMonthDayYear(CalendarDate* date);
+
+// For counting only: a year 0 is not skipped.
+void ToTheFirstOfTheNextMonth(std::int32_t* day, std::int32_t* month, std::int32_t* year);
+
+enum StepUnit : std::int32_t { STEP_MONTHS = 2, STEP_YEARS = 4 };
+
+struct CouponTerms;
+
+// date moved by count periods of terms->monthsPerPeriod months (STEP_MONTHS) or years (STEP_YEARS), complete but for
+// the anchors, which are the given date's. A unit that is neither moves nothing. Returns result; it may be date.
+CalendarDate* zAdvanceDate(CalendarDate* result, const CalendarDate* date, std::int64_t count,
+                           const CouponTerms* terms);
+
+}  // namespace finance

@@ -1,0 +1,26 @@
+// The calculations of this folder.
+#pragma once
+
+#include "abi/handler.hpp"
+
+namespace finance {
+
+// year_fraction.cpp
+FINANCE_HANDLER(YEARFRAC);
+
+// coupon_dates.cpp
+FINANCE_HANDLER(COUPDAYBS);
+FINANCE_HANDLER(COUPDAYS);
+FINANCE_HANDLER(COUPDAYSNC);
+FINANCE_HANDLER(COUPNCD);
+FINANCE_HANDLER(COUPNUM);
+FINANCE_HANDLER(COUPPCD);
+
+// discount_securities.cpp
+FINANCE_HANDLER(DISC);
+FINANCE_HANDLER(INTRATE);
+FINANCE_HANDLER(PRICEDISC);
+FINANCE_HANDLER(RECEIVED);
+FINANCE_HANDLER(YIELDDISC);
+
+}  // namespace finance

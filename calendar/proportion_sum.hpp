@@ -1,0 +1,21 @@
+// A long stretch as a sum of period fractions.
+//
+//  (1) Whole periods are added one by one, then the part of the last period that the end cuts.
+//  (2) Beyond ten million periods the months of the calendar repeat: one cycle of 400 years is summed and multiplied.
+#pragma once
+
+#include "calendar/calendar_date.hpp"
+#include "calendar/day_count.hpp"
+
+namespace finance {
+
+enum class WalkEnd {
+    on_or_after,  // the period that ends exactly on the end is the last, cut one
+    after,        // it counts whole, and an empty one follows
+};
+
+// total + proportions of the periods from origin on that lie before end + the proportion of the last one up to end.
+double sum_of_proportions(double total, const CalendarDate& origin, const CalendarDate& end, WalkEnd until,
+                          CouponTerms* terms);
+
+}  // namespace finance
