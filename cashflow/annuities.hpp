@@ -14,11 +14,11 @@ struct AnnuityRecord {
     std::int32_t per;          // the period asked for
     std::int32_t startPeriod;  // first and last period of a range, both counted
     std::int32_t endPeriod;
-    std::int32_t type;         // 1: payments at the start of each period; any other value: at its end
-    double pmt;                // level payment per period
-    double presentValue;       // P of PMT, IPMT, PPMT, CUMIPMT, CUMPRINC
-    double otherAmount;        // P of FV; F, the future value, of all others
-    double rate;               // per period, as a fraction
+    std::int32_t type;    // 1: payments at the start of each period; any other value: at its end
+    double pmt;           // level payment per period
+    double presentValue;  // P of PMT, IPMT, PPMT, CUMIPMT, CUMPRINC
+    double otherAmount;   // P of FV; F, the future value, of all others
+    double rate;          // per period, as a fraction
     double interestPart;
     double principalPart;
     double cumulative;

@@ -1,8 +1,8 @@
 #include "cashflow/annuity_sums.hpp"
 
 #include <algorithm>
-#include <bit>
 
+#include "abi/conversions.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {
@@ -15,8 +15,6 @@ struct Running {
     double balance;
     double sum;
 };
-
-bool same_bits(double a, double b) { return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b); }
 
 // Walks j = 1 .. last; false where the literal walk is too long.
 template <typename Step>
@@ -72,8 +70,7 @@ Span span_of(const LoanWalk& walk) {
 double closed_sum_of_interest(const LoanWalk& walk) {
     const auto [f, m] = span_of(walk);
     const double remaining = static_cast<double>(walk.nper) - (walk.at_start ? 1.0 : 0.0) - f + 1.0;
-    const double bracket =
-        walk.rate * m * growth(walk, remaining) - interest_on_interest(walk, m);
+    const double bracket = walk.rate * m * growth(walk, remaining) - interest_on_interest(walk, m);
     return walk.presentValue * (1.0 + growth(walk, f - 1.0)) * bracket / growth(walk, walk.nper);
 }
 

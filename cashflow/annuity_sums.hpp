@@ -18,7 +18,7 @@ struct LoanWalk {
     std::int32_t nper;    // n
     std::int64_t first;   // steps counted: first <= j <= last
     std::int64_t last;
-    bool at_start;        // payments at the start: a step is then one payment ahead of its period
+    bool at_start;  // payments at the start: a step is then one payment ahead of its period
 };
 
 // sum - (r b): the interest of each step, as money paid.

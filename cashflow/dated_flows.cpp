@@ -1,0 +1,200 @@
+// XNPV and XIRR: present value and internal rate of flows on arbitrary dates.
+//
+//  (1) Amounts come first, then as many dates; XNPV has its rate before them, XIRR may have a guess behind them. The
+//      number of arguments decides: XNPV with an odd one is refused before anything is read.
+//  (2) Dates need no order and may repeat. Time is counted from the first date given.
+//  (3) The rate of XNPV is not bounded. Without flows XNPV is 0, and XIRR has no rate.
+//  (4) A rate that XIRR does not find is a missing result, not an error, and a note for the host: 321 no convergence,
+//      322 no usable flows. In four modes of the host's context five notes are written, a sixth says that they end
+//      (323), and no more.
+//  (5) The working arrays are the host's. Without memory the call ends with a status of its own, the result untouched.
+#include "cashflow/dated_flows.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "abi/host_services.hpp"
+#include "calendar/date_arguments.hpp"
+#include "cashflow/handlers.hpp"
+#include "cashflow/host_array.hpp"
+#include "cashflow/numeric_kernels.hpp"
+
+namespace finance {
+
+// ---- Handlers
+
+namespace {
+
+constexpr Status status_odd_count = 1;
+constexpr Status status_without_memory = 2147604497;
+
+// m amounts from `first` on, then m dates.
+bool read_flows(Arguments& in, int first, DatedCashFlows& flows) {
+    for (int i = 0; i < flows.count; ++i) {
+        if (!in.number(first + i, flows.values[i])) return false;
+    }
+    for (int i = 0; i < flows.count; ++i) {
+        if (!read_julian_day(in, first + flows.count + i, flows.dates[i])) return false;
+    }
+    return true;
+}
+
+// The working arrays of one call.
+struct Workspace {
+    HostArray<double> values;
+    HostArray<std::int64_t> dates;
+
+    explicit Workspace(DatedCashFlows& flows) : values{flows.count}, dates{flows.count} {
+        flows.values = values.data();
+        flows.dates = dates.data();
+    }
+    [[nodiscard]] bool complete() const { return values.data() != nullptr && dates.data() != nullptr; }
+};
+
+bool limits_notes(const HostCallContext& context) {
+    return context.mode == 72 || context.mode == 88 || context.mode == 104 || context.mode == 136;
+}
+
+void write_note(HostCallContext* context, XirrOutcome outcome) {
+    constexpr std::int32_t message_set = 744;
+    constexpr std::int32_t no_convergence = 321;
+    constexpr std::int32_t no_usable_flows = 322;
+    constexpr std::int32_t no_more_notes = 323;
+    constexpr std::int32_t most_notes = 5;
+    const std::int32_t number = outcome == XIRR_NO_USABLE_FLOWS ? no_usable_flows : no_convergence;
+    if (!limits_notes(*context)) {
+        xpmlog(message_set, number);
+        return;
+    }
+    context->notes_written = wrapping_add(context->notes_written, 1);
+    if (context->notes_written <= most_notes) {
+        xpmlog(message_set, number);
+    } else if (context->notes_written == most_notes + 1) {
+        xpmlog(message_set, no_more_notes);
+    }
+}
+
+}  // namespace
+
+// rate, amounts, dates
+FINANCE_HANDLER(XNPV) {
+    if (count % 2 != 0) return status_odd_count;
+    Arguments in{context, result, count};
+    DatedCashFlows flows{};
+    flows.count = static_cast<std::int32_t>((count - 2) / 2);
+    if (!in.number(1, flows.rate)) return in.status();
+    if (flows.count == 0) return in.answer(0.0);
+    const Workspace workspace{flows};
+    if (!workspace.complete()) return status_without_memory;
+    if (!read_flows(in, 2, flows)) return in.status();
+    return in.answer_if(zComputeXNPV(&flows), flows.result);
+}
+
+// amounts, dates, guess
+FINANCE_HANDLER(XIRR) {
+    Arguments in{context, result, count};
+    DatedCashFlows flows{};
+    flows.count = static_cast<std::int32_t>((count - 1) / 2);
+    flows.guessGiven = count % 2 == 0 ? 1 : 0;
+    const auto last = static_cast<int>(count) - 1;
+    const auto finish = [&](int outcome) {
+        if (outcome == XIRR_SOLVED) return in.answer(flows.rate);
+        write_note(context, static_cast<XirrOutcome>(outcome));
+        return in.answer(MISSING_VALUE);
+    };
+    if (flows.count == 0) return in.number(last, flows.guess) ? finish(XIRR_NO_USABLE_FLOWS) : in.status();
+    const Workspace workspace{flows};
+    if (!workspace.complete()) return status_without_memory;
+    if (!read_flows(in, 1, flows) || (flows.guessGiven != 0 && !in.number(last, flows.guess))) return in.status();
+    return finish(zComputeXIRR(&flows));
+}
+
+// ---- Kernels
+
+namespace {
+
+double years_from_first(const DatedCashFlows& flows, int i) {
+    return static_cast<double>(wrapping_add(flows.dates[i], -flows.dates[0])) / 365.0;
+}
+
+bool solve_from(DatedCashFlows* flows, double start) {
+    NewtonProblem problem{};
+    problem.tolerance = 1e-12;
+    problem.maxIterations = 100;
+    problem.objective = ComputeF_XIRR;
+    problem.userData = flows;
+    problem.start = start;
+    if (CallSpecialNewton(&problem) != 0) return false;
+    flows->rate = problem.x;
+    return true;
+}
+
+// A rate from the earliest and the latest flow that count for anything, as if they were the only ones.
+XirrOutcome two_point_start(const DatedCashFlows& flows, double* start) {
+    constexpr std::int64_t far_day = 9007199254740992;  // 2^53
+    std::int64_t earliest = far_day;
+    std::int64_t latest = -far_day;
+    double vE = 0.0;
+    double vL = 0.0;
+    bool any = false;
+    for (int i = 0; i < flows.count; ++i) {
+        if (!(std::abs(flows.values[i]) >= smallest_amount)) continue;
+        any = true;
+        if (flows.dates[i] < earliest) {
+            earliest = flows.dates[i];
+            vE = flows.values[i];
+        }
+        if (flows.dates[i] > latest) {
+            latest = flows.dates[i];
+            vL = flows.values[i];
+        }
+    }
+    if (!any || earliest == latest) return XIRR_NO_USABLE_FLOWS;
+    const double s = 365.0 * std::log(std::abs(vL / vE)) / static_cast<double>(wrapping_add(latest, -earliest));
+    if (s > largest_exponent) return XIRR_NO_CONVERGENCE;
+    *start = zexpm1(s);
+    return XIRR_SOLVED;
+}
+
+}  // namespace
+
+// v_0 + sum of v_i q^t_i          q = 1 / (1 + rate), t_i years of 365 days from the first date
+int zComputeXNPV(DatedCashFlows* flows) {
+    const double q = 1.0 / (1.0 + flows->rate);
+    double result = flows->values[0];
+    for (int i = 1; i < flows->count; ++i) {
+        result = result + flows->values[i] * std::pow(q, years_from_first(*flows, i));
+    }
+    flows->result = result;
+    return 0;
+}
+
+std::uint32_t ComputeF_XIRR(NewtonProblem* problem) {
+    const auto& flows = *static_cast<const DatedCashFlows*>(problem->userData);
+    const double q = 1.0 / (problem->x + 1.0);
+    double value = flows.values[0];
+    double derivative = 0.0;
+    double largest = std::abs(flows.values[0]);
+    for (int i = 1; i < flows.count; ++i) {
+        const double t = years_from_first(flows, i);
+        const double p = std::pow(q, t) * flows.values[i];
+        derivative = derivative + (0.0 - t * q) * p;
+        value = value + p;
+        largest = std::max(std::abs(p), largest);
+    }
+    problem->value = value;
+    problem->derivative = derivative;
+    problem->residualScale = largest;
+    return 0;
+}
+
+int zComputeXIRR(DatedCashFlows* flows) {
+    constexpr double second_start = -0.9;
+    if (solve_from(flows, flows->guessGiven != 0 ? flows->guess : 0.0)) return XIRR_SOLVED;
+    if (solve_from(flows, second_start)) return XIRR_SOLVED;
+    double start = 0.0;
+    if (const XirrOutcome outcome = two_point_start(*flows, &start); outcome != XIRR_SOLVED) return outcome;
+    return solve_from(flows, start) ? XIRR_SOLVED : XIRR_NO_CONVERGENCE;
+}
+
+}  // namespace finance

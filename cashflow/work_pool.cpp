@@ -1,0 +1,34 @@
+#include "cashflow/work_pool.hpp"
+
+namespace finance {
+
+namespace {
+
+constexpr char pool_name[] = "WORKPOOL";
+constexpr std::uint64_t pool_flags = 0x80000000;
+
+Toolkit* host_toolkit() {
+    auto* toolkit = std::bit_cast<Toolkit*>(Exported_KXHandle);
+    const bool creates_pools =
+        toolkit != nullptr && toolkit->operations != nullptr && toolkit->operations->create_pool != nullptr;
+    return creates_pools ? toolkit : nullptr;
+}
+
+}  // namespace
+
+WorkPool::WorkPool(std::int64_t bytes) : bytes_{bytes} {
+    if (Toolkit* toolkit = host_toolkit(); toolkit != nullptr) {
+        pool_ = toolkit->operations->create_pool(toolkit, pool_name, pool_flags);
+        if (pool_ != nullptr) block_ = pool_->operations->allocate(pool_, bytes_, pool_flags);
+    } else {
+        block_ = host_allocate(bytes_);
+        from_memory_vector_ = true;
+    }
+}
+
+WorkPool::~WorkPool() {
+    if (pool_ != nullptr) pool_->operations->release(pool_);
+    if (from_memory_vector_ && block_ != nullptr) host_release(block_, bytes_);
+}
+
+}  // namespace finance
