@@ -1,0 +1,121 @@
+// DURATION and MDURATION: the average time to the cash flows, weighted by their present values; and that over
+// 1 + yield / frequency.
+//
+//  (1) Redemption is 100. Of the coupon period A days have accrued at settlement, none on a coupon date, and E - A
+//      remain, even where that is nothing or less.
+//  (2) Settlement on maturity: both answer 0, whatever the other arguments. Settlement after it is refused.
+//  (3) MDURATION divides by the frequency as it is stored, the kernel by one of at least 1.
+#include "securities/duration.hpp"
+
+#include <cmath>
+
+#include "calendar/date_arguments.hpp"
+#include "securities/coupon_quantities.hpp"
+#include "securities/handlers.hpp"
+#include "securities/long_sums.hpp"
+#include "securities/security_arguments.hpp"
+
+namespace finance {
+
+// ---- Handlers
+
+namespace {
+
+// coupon rate, yield, frequency, basis
+bool read_terms_of_duration(Arguments& in, Security& bond) {
+    return in.positive(3, bond.record.rate) && in.number(4, bond.record.yield) && read_coupon_terms(in, 5, bond.terms);
+}
+
+}  // namespace
+
+FINANCE_HANDLER(DURATION) {
+    Arguments in{context, result, count};
+    Security bond;
+    if (!read_settlement_and_maturity(in, bond)) return in.status();
+    if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
+    if (!read_terms_of_duration(in, bond)) return in.status();
+    return in.answer_if(zComputeDURATION(&bond.record), bond.record.duration);
+}
+
+FINANCE_HANDLER(MDURATION) {
+    Arguments in{context, result, count};
+    Security bond;
+    if (!read_settlement_and_maturity(in, bond)) return in.status();
+    if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
+    if (!read_terms_of_duration(in, bond)) return in.status();
+    const double s = bond.record.yield / bond.terms.frequency + 1.0;
+    if (s < smallest_growth || zComputeDURATION(&bond.record) != 0) return in.fail();
+    return in.answer(bond.record.duration / s);
+}
+
+// ---- Kernel
+
+namespace {
+
+struct CashFlowSums {
+    double PV;  // coupons, weighted
+    double TW;  // coupons and times, weighted
+    double w;   // the last weight
+    double t;   // its time, years
+};
+
+// From the first coupon (c at time t with weight w) to the N-th, 1/f years apart. Ends early where the weight has come
+// to rest and no time, up to the last, shows beside the sums.
+CashFlowSums sum_cash_flows(double c, double w, double t, double v, double f, double N) {
+    const double w0 = w;
+    const double t0 = t;
+    double PV = c * w;
+    double TW = t * c * w;
+    double k = 1.0;
+    while (N > k) {
+        if (k >= longest_literal_sum) {
+            const double all = sum_of_powers(v, N);
+            return {c * w0 * all, c * w0 * (t0 * all + sum_of_weighted_powers(v, N) / f), w0 * std::pow(v, N - 1.0),
+                    t0 + (N - 1.0) / f};
+        }
+        k = k + 1.0;
+        w = w * v;
+        t = t + 1.0 / f;
+        PV = PV + c * w;
+        TW = TW + c * w * t;
+        if (N - k > 64.0 && same_bits(w * v, w) && same_bits(PV + c * w, PV)) {
+            const double latest = 2.0 * (t + (N - k) / f);  // beyond the last time, however its sum is rounded
+            const bool hidden =
+                same_bits(TW + c * w * latest, TW) && same_bits(TW + 100.0 * w * latest, TW + 100.0 * w * t);
+            if (hidden) break;
+        }
+    }
+    return {PV, TW, w, t};
+}
+
+}  // namespace
+
+// (sum of t w c + T W 100) / (sum of w c + W 100), T and W time and weight of the last coupon
+//   with weights d, d v, d v^2, .. (1, v, .. for d = 0): they share the factor that makes the first one v^d
+// Guard  1 + y/f at least 2^-26.5
+int zComputeDURATION(SecurityComputeRecord* record) {
+    const bool on_coupon_date = find_coupon_quantities(record);
+    if (on_coupon_date) record->daysAccrued = 0.0;
+    const double E = record->daysInPeriod;
+    const double DSC = E - record->daysAccrued;
+    const double d = DSC / E;
+    record->daysToNextCoupon = DSC;
+    record->accruedFraction = record->daysAccrued / E;
+    record->remainingFraction = d;
+
+    const double f = clamped_frequency(*record->terms);
+    const double y = record->yield;
+    if (1.0 + y / f < smallest_growth) return 2;
+    const double v = 1.0 / (1.0 + y / f);
+    const double c = 100.0 * record->rate / f;
+    if (-(y / f) * v <= -1.0) return 1;
+
+    const double t = d == 0.0 ? 0.0 : d / f;
+    const double w = d == 0.0 ? 1.0 : d;
+    const CashFlowSums sums = sum_cash_flows(c, w, t, v, f, record->couponCount);
+    const double R = 100.0 * sums.w;
+    record->duration = (sums.TW + R * sums.t) / (sums.PV + R);
+    return 0;
+}
+
+}  // namespace finance

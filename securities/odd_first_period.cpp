@@ -1,0 +1,242 @@
+// ODDFPRICE and ODDFYIELD: the first period runs from issue to a first coupon date that is not a period away.
+//
+//  (1) issue, settlement, first coupon and maturity stand in this order of time. Two neighbours on one day: both answer
+//      0, whatever the other arguments.
+//  (2) The first coupon date must be a date of the maturity's schedule; if not, it is the argument at fault.
+//  (3) Time is counted in coupon periods: A1 since issue, DFC in the first period, W + DSC1 from settlement to the
+//  first
+//      coupon, and N periods from there to maturity.
+#include "securities/odd_first_period.hpp"
+
+#include <cmath>
+
+#include "calendar/coupon_days.hpp"
+#include "calendar/coupon_schedule.hpp"
+#include "securities/accrual.hpp"
+#include "securities/handlers.hpp"
+#include "securities/long_sums.hpp"
+#include "securities/security_arguments.hpp"
+
+namespace finance {
+
+// ---- Handlers
+
+namespace {
+
+// The four dates; all are read before any is compared.
+bool read_dates(Arguments& in, Security& bond) {
+    return read_date(in, 1, bond.settlement) && read_date(in, 2, bond.maturity) && read_date(in, 3, bond.issue) &&
+           read_date(in, 4, bond.first_coupon);
+}
+
+struct OrderVerdict {
+    int out_of_order;  // the argument at fault, or 0
+    bool same_day;     // two neighbours on one day
+};
+
+OrderVerdict order_of_dates(const Security& bond) {
+    if (before(bond.settlement, bond.issue)) return {3, false};
+    if (same_day(bond.settlement, bond.issue)) return {0, true};
+    if (before(bond.first_coupon, bond.settlement)) return {4, false};
+    if (same_day(bond.settlement, bond.first_coupon)) return {0, true};
+    if (before(bond.maturity, bond.first_coupon)) return {4, false};
+    return {0, same_day(bond.first_coupon, bond.maturity)};
+}
+
+// settlement, maturity, issue, first coupon date, rate, given (yield or price), redemption, frequency, basis
+Status odd_first_period(Arguments in, double SecurityComputeRecord::*given, int (*compute)(SecurityComputeRecord*),
+                        double SecurityComputeRecord::*answer) {
+    Security bond;
+    if (!read_dates(in, bond)) return in.status();
+    const OrderVerdict order = order_of_dates(bond);
+    if (order.out_of_order != 0) return in.invalid(order.out_of_order);
+    if (order.same_day) return in.answer(0.0);
+    if (!in.positive(5, bond.record.rate) || !in.number(6, bond.record.*given) ||
+        !in.positive(7, bond.record.redemption) || !read_coupon_terms(in, 8, bond.terms)) {
+        return in.status();
+    }
+    const int failure = compute(&bond.record);
+    if (failure == ODDF_NO_REFERENCE_DATE) return in.invalid(4);
+    return in.answer_if(failure, bond.record.*answer);
+}
+
+}  // namespace
+
+FINANCE_HANDLER(ODDFPRICE) {
+    return odd_first_period({context, result, count}, &SecurityComputeRecord::yield, zComputeODDFPRICE,
+                            &SecurityComputeRecord::oddFirstPrice);
+}
+
+FINANCE_HANDLER(ODDFYIELD) {
+    return odd_first_period({context, result, count}, &SecurityComputeRecord::oddFirstPrice, zComputeODDFYIELD,
+                            &SecurityComputeRecord::yield);
+}
+
+// ---- Quantities
+
+namespace {
+
+// Coupon periods from issue to the target; how ACCRINT differs: accrual.hpp.
+double periods_since_issue(SecurityComputeRecord* record, const CalendarDate* target) {
+    CouponList list{};
+    list.startDate = record->issue;
+    list.endDate = target;
+    list.maturity = record->maturity;
+    list.terms = record->terms;
+    MakeTheCouponList(&list);
+    if (!before(list.firstPeriod.end, *target)) {
+        return CountTheCouponDays(record->issue, target, record->terms) / list.currentPeriod->days;
+    }
+    const double whole_and_first = whole_and_first_periods(list);
+    const CouponPeriod& last_period = last_accrual_period(list);
+    const double last = CountTheCouponDays(&last_period.start, target, record->terms) / last_period.days;
+    return whole_and_first + last;
+}
+
+bool on_schedule_of_maturity(SecurityComputeRecord* record) {
+    CouponInfo info{};
+    info.settlement = record->firstCoupon;
+    info.maturity = record->maturity;
+    info.terms = record->terms;
+    FindCouponInfo(&info);
+    return info.coincidentCoupon != nullptr;
+}
+
+// The quantities of (3). False where the first coupon date is on no schedule (2).
+bool find_odd_first_quantities(SecurityComputeRecord* record) {
+    zgetMonthDayYear(record->settlement);
+    zgetMonthDayYear(record->maturity);
+    zgetMonthDayYear(record->issue);
+    zgetMonthDayYear(record->firstCoupon);
+    if (!on_schedule_of_maturity(record)) return false;
+    record->accruedFraction = periods_since_issue(record, record->settlement);
+    record->issueToMaturity = periods_since_issue(record, record->maturity);
+    record->terms->proportionFloor = 0;
+    record->firstPeriodLength = periods_since_issue(record, record->firstCoupon);
+    record->wholeCoupons = CountWholeCoupons(record->settlement, record->firstCoupon, record->maturity, record->terms);
+    record->remainingFraction =
+        ComputeFromSettlementToNextCoupon(record->settlement, record->firstCoupon, record->maturity, record->terms);
+    record->couponCount = CountTheCoupons(record->firstCoupon, record->maturity, record->maturity, record->terms);
+    return true;
+}
+
+// ---- Kernels
+
+struct LaterCoupons {
+    double sum;  // v^(e+1) + .. + v^(e+N)
+    double t;    // the last of them; v^e where there are none
+};
+
+// k counts one ahead of the terms added, so that N terms are added for a whole N.
+LaterCoupons sum_later_coupons(double t, double v, double N) {
+    const double t0 = t;
+    double sum = 0.0;
+    double k = 1.0;
+    if (N >= 1.0) {
+        do {
+            if (k >= longest_literal_sum) return {t0 * v * sum_of_powers(v, N), t0 * std::pow(v, N)};
+            k = k + 1.0;
+            t = t * v;
+            sum = sum + t;
+            if (same_bits(t * v, t) && same_bits(sum + t, sum)) break;
+        } while (k <= N);
+    }
+    return {sum, t};
+}
+
+}  // namespace
+
+// (sum of v^(e+1) .. v^(e+N) - A1) c + c v^e DFC + v^(e+N) R         e = W + DSC1
+// Guard  1 + y/f at least 2^-26.5
+int zComputeODDFPRICE(SecurityComputeRecord* record) {
+    if (!find_odd_first_quantities(record)) return ODDF_NO_REFERENCE_DATE;
+    const double f = clamped_frequency(*record->terms);
+    const double s = record->yield / f + 1.0;
+    if (s < smallest_growth) return 2;
+    const double v = 1.0 / s;
+    const double c = 100.0 * record->rate / f;
+    const double e = record->wholeCoupons + record->remainingFraction;
+    const double t = std::pow(v, e);
+    const double first = c * t;
+    const LaterCoupons later = sum_later_coupons(t, v, record->couponCount);
+    record->oddFirstPrice =
+        (later.sum - record->accruedFraction) * c + first * record->firstPeriodLength + later.t * record->redemption;
+    return 0;
+}
+
+int zComputeODDFYIELD(SecurityComputeRecord* record) {
+    if (!find_odd_first_quantities(record)) return ODDF_NO_REFERENCE_DATE;
+    NewtonProblem problem{};
+    problem.tolerance = 1e-12;
+    problem.maxIterations = 100;
+    problem.objective = ComputeF_ODDFYIELD;
+    problem.userData = record;
+    problem.start = 0.1;
+    if (CallSpecialNewton(&problem) != 0) return 1;
+    record->yield = problem.x;
+    return 0;
+}
+
+namespace {
+
+struct LaterDiscounts {
+    double S;  // v^(e+1) + .. + v^(e+N)
+    double G;  // its derivative by x
+    double t;  // the last power
+    double g;  // its derivative
+};
+
+LaterDiscounts closed_later_discounts(double t0, double v, double f, double e, double N) {
+    const double powers = v * sum_of_powers(v, N);
+    const double last = t0 * std::pow(v, N);
+    return {t0 * powers, -(t0 * v / f) * (e * powers + sum_of_weighted_powers(v, N + 1.0)), last,
+            -(e + N) * last * v / f};
+}
+
+// One step with every term at rest changes nothing any more.
+bool at_rest(const LaterDiscounts& sums, double v, double f) {
+    return same_bits(sums.t * v, sums.t) && same_bits(sums.S + sums.t, sums.S) &&
+           same_bits(sums.g * v - sums.t * v / f, sums.g) && same_bits(sums.G + sums.g, sums.G);
+}
+
+}  // namespace
+
+// F(x)  = c (DFC v^e + S - A1) + R v^(e+N) - P, the price at yield x less the price
+// F'(x) = c DFC g0 + c G + R g
+std::uint32_t ComputeF_ODDFYIELD(NewtonProblem* problem) {
+    auto* record = static_cast<SecurityComputeRecord*>(problem->userData);
+    const double x = problem->x;
+    record->yield = x;
+    const double f = clamped_frequency(*record->terms);
+    const double s = x / f + 1.0;
+    if (s < smallest_growth) return 2;
+    const double v = 1.0 / s;
+    const double c = 100.0 * record->rate / f;
+    const double N = record->couponCount;
+    const double e = record->wholeCoupons + record->remainingFraction;
+    const double t0 = std::pow(v, e);
+    const double g0 = -e * t0 * v / f;
+    LaterDiscounts sums{0.0, 0.0, t0, g0};
+    double k = 1.0;
+    if (N >= 1.0) {
+        do {
+            if (k >= longest_literal_sum || record->termsAdded + k >= longest_literal_search) {
+                sums = closed_later_discounts(t0, v, f, e, N);
+                break;
+            }
+            k = k + 1.0;
+            sums.t = sums.t * v;
+            sums.S = sums.S + sums.t;
+            sums.g = sums.g * v - sums.t * v / f;
+            sums.G = sums.G + sums.g;
+        } while (N >= k && !at_rest(sums, v, f));
+    }
+    record->termsAdded += k;
+    const double DFC = record->firstPeriodLength;
+    problem->value =
+        c * (DFC * t0 + sums.S - record->accruedFraction) + record->redemption * sums.t - record->oddFirstPrice;
+    problem->derivative = c * DFC * g0 + c * sums.G + record->redemption * sums.g;
+    return 0;
+}
+
+}  // namespace finance

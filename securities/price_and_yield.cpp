@@ -1,0 +1,209 @@
+// PRICE and YIELD: a security with N coupons to be paid, in regular periods.
+//
+//  (1) f is the number of coupons a year, c = 100 rate / f the coupon, R the redemption, v = 1 / (1 + y/f).
+//  (2) A of the E days of the coupon period have accrued at settlement; E - A remain, whatever a count of them says. On
+//      a coupon date, and where nothing would remain, nothing has accrued.
+//  (3) Settlement on maturity: both answer 0, whatever the other arguments. Settlement after it is refused.
+//  (4) With one coupon left interest is simple, and YIELD is a closed form; otherwise it is searched from 0.1.
+#include "securities/price_and_yield.hpp"
+
+#include <cmath>
+
+#include "calendar/date_arguments.hpp"
+#include "securities/coupon_quantities.hpp"
+#include "securities/handlers.hpp"
+#include "securities/long_sums.hpp"
+#include "securities/security_arguments.hpp"
+
+namespace finance {
+
+// ---- Handlers
+
+// settlement, maturity, rate, yield, redemption, frequency, basis
+FINANCE_HANDLER(PRICE) {
+    Arguments in{context, result, count};
+    Security bond;
+    if (!read_settlement_and_maturity(in, bond)) return in.status();
+    if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
+    if (!in.positive(3, bond.record.rate) || !in.number(4, bond.record.yield) ||
+        !in.positive(5, bond.record.redemption) || !read_coupon_terms(in, 6, bond.terms)) {
+        return in.status();
+    }
+    return in.answer_if(zComputePRICE(&bond.record), bond.record.price);
+}
+
+// settlement, maturity, rate, price, redemption, frequency, basis
+FINANCE_HANDLER(YIELD) {
+    Arguments in{context, result, count};
+    Security bond;
+    if (!read_settlement_and_maturity(in, bond)) return in.status();
+    if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
+    if (!in.positive(3, bond.record.rate) || !in.positive(4, bond.record.price) ||
+        !in.positive(5, bond.record.redemption) || !read_coupon_terms(in, 6, bond.terms)) {
+        return in.status();
+    }
+    return in.answer_if(zComputeYIELD(&bond.record), bond.record.yield);
+}
+
+// ---- Kernels
+
+namespace {
+
+// The quantities of (2).
+void find_period_fractions(SecurityComputeRecord* record) {
+    const bool on_coupon_date = find_coupon_quantities(record);
+    const double E = record->daysInPeriod;
+    const double A = record->daysAccrued;
+    if ((E - A) / E <= 0.0 || on_coupon_date) {
+        record->daysAccrued = 0.0;
+        record->daysToNextCoupon = E;
+        record->accruedFraction = 0.0 / E;
+        record->remainingFraction = E / E;
+    } else {
+        record->daysToNextCoupon = E - A;
+        record->accruedFraction = A / E;
+        record->remainingFraction = (E - A) / E;
+    }
+}
+
+// 1 + v + .. + v^(N-1), by a running product. Terms shrink, or grow beyond all bounds: where one no longer counts, none
+// does.
+double sum_of_discounts(double v, double N) {
+    double S = 0.0;
+    double term = 1.0;
+    double k = 0.0;
+    while (N > k) {
+        if (k >= longest_literal_sum) return sum_of_powers(v, N);
+        k = k + 1.0;
+        const double next = S + term;
+        if (next == S) return S;
+        S = next;
+        term = term * v;
+    }
+    return S;
+}
+
+}  // namespace
+
+// One coupon left   (R + c) / (1 + (y/f) d) - c a
+// More              v^d (R v^(N-1) + c (1 + v + .. + v^(N-1))) - c a
+//   with a and d the fractions of the period accrued and remaining
+// Guard  1 + y/f at least 2^-26.5
+int zComputePRICE(SecurityComputeRecord* record) {
+    find_period_fractions(record);
+    const double f = clamped_frequency(*record->terms);
+    const double y = record->yield;
+    const double R = record->redemption;
+    const double N = record->couponCount;
+    const double d = record->remainingFraction;
+    const double a = record->accruedFraction;
+    if (1.0 + y / f < smallest_growth) return 2;
+    const double c = 100.0 * record->rate / f;
+    const double v = 1.0 / (1.0 + y / f);
+    if (-(y / f) * v <= -1.0) return 1;
+    if (N == 1.0) {
+        record->price = (R + c) / (1.0 + (y / f) * d) - c * a;
+    } else if (N > 1.0) {
+        record->price = std::pow(v, d) * (R * std::pow(v, N - 1.0) + c * sum_of_discounts(v, N)) - c * a;
+    } else {
+        record->price = 0.0 * record->price - c * a;
+    }
+    return 0;
+}
+
+namespace {
+
+// Simple interest to the one coupon left; the frequency as it is stored.
+double yield_of_last_period(const SecurityComputeRecord& record) {
+    const double f0 = record.terms->frequency;
+    const double E = record.daysInPeriod;
+    const double a = record.daysAccrued / E;
+    const double ratio = (record.redemption / 100.0 + record.rate / f0) / (record.price / 100.0 + a * record.rate / f0);
+    return (ratio - 1.0) * f0 * E / record.daysToNextCoupon;
+}
+
+}  // namespace
+
+int zComputeYIELD(SecurityComputeRecord* record) {
+    find_period_fractions(record);
+    if (record->couponCount == 1.0) {
+        record->yield = yield_of_last_period(*record);
+        return 0;
+    }
+    NewtonProblem problem{};
+    problem.tolerance = 1e-12;
+    problem.maxIterations = 100;
+    problem.objective = ComputeF_YIELD;
+    problem.userData = record;
+    problem.start = 0.1;
+    if (CallSpecialNewton(&problem) != 0) return 1;
+    record->yield = problem.x;
+    return 0;
+}
+
+namespace {
+
+// Discounted coupons of 1 from the next one on, at v = 1 / (1 + x/f).
+struct DiscountSums {
+    double S;  // sum of v^e
+    double D;  // sum of its derivatives by x, -e v^(e+1) / f
+    double t;  // the last v^e
+    double g;  // its derivative
+};
+
+// For more terms than are added one by one.
+DiscountSums closed_discount_sums(double v, double f, double e, double N) {
+    const double t = std::pow(v, e);
+    const double all = sum_of_powers(v, N);
+    const double last = std::pow(v, e + (N - 1.0));
+    return {t * all, -(t * v / f) * (e * all + sum_of_weighted_powers(v, N)), last, -(v * (e + (N - 1.0))) * last / f};
+}
+
+// True where the terms that remain change neither sum, and the last one does not show beside them: the power has come
+// to rest (at 0, at the smallest number, at infinity), and the largest exponent makes no difference.
+bool at_rest(const DiscountSums& sums, double c, double R, double v, double f, double largest_e) {
+    if (!same_bits(sums.t * v, sums.t) || !same_bits(sums.S + sums.t, sums.S)) return false;
+    const double g = -(v * largest_e) * sums.t / f;
+    return same_bits(sums.D + g, sums.D) && same_bits(c * sums.D + R * g, c * sums.D + R * sums.g);
+}
+
+}  // namespace
+
+// F(x)  = c (S - a) + (R t - P), the price at yield x less the price
+// F'(x) = c D + R g
+std::uint32_t ComputeF_YIELD(NewtonProblem* problem) {
+    auto* record = static_cast<SecurityComputeRecord*>(problem->userData);
+    const double x = problem->x;
+    record->yield = x;
+    const double f = clamped_frequency(*record->terms);
+    const double s = 1.0 + x / f;
+    if (s < smallest_growth) return 2;
+    const double c = 100.0 * record->rate / f;
+    const double R = record->redemption;
+    const double N = record->couponCount;
+    const double v = 1.0 / s;
+    double e = record->remainingFraction;
+    const double first = std::pow(v, e);
+    DiscountSums sums{first, 0.0, first, first * v * (-e) / f};
+    sums.D = sums.g;
+    double k = 1.0;
+    while (N > k) {
+        if (k >= longest_literal_sum || record->termsAdded + k >= longest_literal_search) {
+            sums = closed_discount_sums(v, f, record->remainingFraction, N);
+            break;
+        }
+        k = k + 1.0;
+        sums.t = sums.t * v;
+        e = e + 1.0;
+        sums.S = sums.S + sums.t;
+        sums.g = -(v * e) * sums.t / f;
+        sums.D = sums.D + sums.g;
+        if (N - k > 64.0 && static_cast<std::int64_t>(k) % 64 == 0 && at_rest(sums, c, R, v, f, e + (N - k))) break;
+    }
+    record->termsAdded += k;
+    problem->value = c * (sums.S - record->accruedFraction) + (R * sums.t - record->price);
+    problem->derivative = c * sums.D + R * sums.g;
+    return 0;
+}
+
+}  // namespace finance
