@@ -302,7 +302,7 @@ def annual_average_year(start, end, terms):
         elif (terms.all_leap_years != 1
               and (year == start.year or year == end.year)
               and (year != start.year or start.month >= 3)
-              and (year != end.year or end.month <= 2)):
+              and (year != end.year or end.month in (1, 2))):
             a = a + 1
         else:
             b = b + 1

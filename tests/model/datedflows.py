@@ -3,6 +3,7 @@
 Times are counted in years of 365 days from the first flow given, which need not be the earliest.
 """
 
+from arguments import Refused
 from date_draws import xirr_arguments, xnpv_arguments
 from ieee import MISSING_VALUE, div, log, low64, maximum, pow
 from kernels import zexpm1
@@ -44,7 +45,7 @@ def take_flows(call, first_slot, m):
 
 def xnpv(call):
     if call.count % 2 != 0:
-        call.fail_silently()                  # before anything is read: nothing is written, nothing marked
+        raise Refused(1)                  # before anything is read: nothing is written, nothing marked
     m = (call.count - 2) // 2
     rate = call.number(1)
     flows = take_flows(call, 2, m)

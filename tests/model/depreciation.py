@@ -199,7 +199,7 @@ def AMORLINC(call):
     if period == 0:
         call.result = f * A
         return
-    left = cost - f * A - salvage - float(low32(period - 1)) * A
+    left = cost - f * A - salvage - (float(period) - 1.0) * A
     call.result = maximum(0.0, minimum(left, A))
 
 

@@ -64,9 +64,9 @@ Draw draw_of(const std::string& line) {
 bool same_result(const Draw& draw, const Outcome& got) {
     if (draw.result == "untouched") return !got.written;
     const double expected = double_of(draw.result);
-    return got.written && (bits(expected) == bits(got.value) ||
-                           (expected != expected && got.value != got.value && bits(expected) != bits(missing) &&
-                            bits(got.value) != bits(missing)));
+    return got.written &&
+           (bits(expected) == bits(got.value) || (expected != expected && got.value != got.value &&
+                                                  bits(expected) != bits(missing) && bits(got.value) != bits(missing)));
 }
 
 void check(const Draw& draw, const std::string& line) {
@@ -92,8 +92,8 @@ class Model : public testing::TestWithParam<FinancialRow> {};
 
 TEST_P(Model, AgreesBitForBit) {
     const std::string command = std::string{"python3 " ZELKOVAN_MODEL "/draw.py --seed "} +
-                                setting("ZELKOVAN_SEED", "20080215") + " --count " +
-                                setting("ZELKOVAN_DRAWS", "2000") + " --only " + GetParam().name;
+                                setting("ZELKOVAN_SEED", "20080215") + " --count " + setting("ZELKOVAN_DRAWS", "2000") +
+                                " --only " + GetParam().name;
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> lines{popen(command.c_str(), "r"), pclose};
     ASSERT_NE(lines, nullptr);
     char* line = nullptr;
@@ -114,7 +114,16 @@ TEST_P(Model, AgreesBitForBit) {
     EXPECT_GE(answered, checked / 5);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Model, testing::ValuesIn(FinancialList.begin(), FinancialList.end()),
+// All but IRR, whose search has no order of operations that another program must keep: irr_test.cpp checks its roots.
+std::vector<FinancialRow> modelled() {
+    std::vector<FinancialRow> rows;
+    for (const FinancialRow& row : FinancialList) {
+        if (std::string_view{row.name} != "IRR") rows.push_back(row);
+    }
+    return rows;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Model, testing::ValuesIn(modelled()),
                          [](const auto& row) { return std::string{row.param.name}; });
 
 }  // namespace

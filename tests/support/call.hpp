@@ -38,10 +38,10 @@ private:
     std::string text_;
 };
 
-inline const Arg absent = Arg::of(Arg::Kind::absent);              // numeric, null value pointer
-inline const Arg absent_text = Arg::of(Arg::Kind::absent_text);    // character, null text pointer
+inline const Arg absent = Arg::of(Arg::Kind::absent);                // numeric, null value pointer
+inline const Arg absent_text = Arg::of(Arg::Kind::absent_text);      // character, null text pointer
 inline const Arg no_descriptor = Arg::of(Arg::Kind::no_descriptor);  // character, null value pointer
-inline const Arg other_type = Arg::of(Arg::Kind::other_type);      // type 3, a number behind it
+inline const Arg other_type = Arg::of(Arg::Kind::other_type);        // type 3, a number behind it
 
 // What a call left behind.
 struct Outcome {
@@ -85,7 +85,7 @@ private:
 std::int32_t row_of(std::string_view name);
 
 std::uint64_t bits(double x);
-bool same_value(double a, double b);             // equal bits, or both NaN
+bool same_value(double a, double b);                      // equal bits, or both NaN
 double units_in_last_place(double got, double expected);  // distance in ulps of expected; huge where one is NaN
 
 // The embedded host around the module's objects linked into this program; made at the first call of this function.

@@ -18,9 +18,8 @@ void expect_value(const ValueCase& row, const Outcome& got, const char* way) {
     const bool close = row.ulps == 0.0 ? same_value(got.value, row.expected)
                                        : units_in_last_place(got.value, row.expected) <= row.ulps;
     EXPECT_EQ(got.status, STATUS_SUCCESS) << row.id << ' ' << way;
-    EXPECT_TRUE(close) << row.id << ' ' << way << ": got " << digits(got.value) << ", expected "
-                       << digits(row.expected) << ", " << units_in_last_place(got.value, row.expected)
-                       << " ulp apart; from " << row.source;
+    EXPECT_TRUE(close) << row.id << ' ' << way << ": got " << digits(got.value) << ", expected " << digits(row.expected)
+                       << ", " << units_in_last_place(got.value, row.expected) << " ulp apart; from " << row.source;
     EXPECT_TRUE(got.flagged.empty()) << row.id << ' ' << way;
     EXPECT_TRUE(got.host_bytes_kept) << row.id << ' ' << way;
 }

@@ -36,6 +36,7 @@ struct ArgumentRules {
     std::vector<Arg> bad_values;  // each is refused with STATUS_INVALID_ARGUMENT
 };
 // good: arguments that are all accepted. Returns the number of calls made.
-int check_argument_rules(const std::string& name, const std::vector<Arg>& good, const std::vector<ArgumentRules>& rules);
+int check_argument_rules(const std::string& name, const std::vector<Arg>& good,
+                         const std::vector<ArgumentRules>& rules);
 
 }  // namespace finance::test

@@ -1,0 +1,23 @@
+# lib/zelkovan.so, bin/finance, the C header of the host interface, a CMake package and a pkg-config file. The command
+# finds the module at ../lib, so the folder is lib whatever the distribution calls its own.
+
+include(CMakePackageConfigHelpers)
+
+set(library_folder lib)
+set(package_folder "${library_folder}/cmake/zelkovan")
+
+install(TARGETS zelkovan LIBRARY DESTINATION "${library_folder}")
+install(TARGETS finance RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+install(FILES abi/zelkovan.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zelkovan")
+
+configure_package_config_file(cmake/zelkovanConfig.cmake.in "${CMAKE_BINARY_DIR}/generated/zelkovanConfig.cmake"
+    INSTALL_DESTINATION "${package_folder}"
+    PATH_VARS CMAKE_INSTALL_INCLUDEDIR library_folder)
+write_basic_package_version_file("${CMAKE_BINARY_DIR}/generated/zelkovanConfigVersion.cmake"
+    COMPATIBILITY SameMajorVersion)
+install(FILES "${CMAKE_BINARY_DIR}/generated/zelkovanConfig.cmake"
+              "${CMAKE_BINARY_DIR}/generated/zelkovanConfigVersion.cmake"
+        DESTINATION "${package_folder}")
+
+configure_file(cmake/zelkovan.pc.in "${CMAKE_BINARY_DIR}/generated/zelkovan.pc" @ONLY)
+install(FILES "${CMAKE_BINARY_DIR}/generated/zelkovan.pc" DESTINATION "${library_folder}/pkgconfig")

@@ -1,0 +1,109 @@
+// Numbers of 200 bits, for reference values of kernels and closed forms.
+#pragma once
+
+#include <mpfr.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+
+namespace finance::test {
+
+class Precise {
+public:
+    static constexpr mpfr_prec_t precision = 200;
+
+    Precise(double x = 0.0) {
+        mpfr_init2(value_, precision);
+        mpfr_set_d(value_, x, MPFR_RNDN);
+    }
+    Precise(const Precise& other) {
+        mpfr_init2(value_, precision);
+        mpfr_set(value_, other.value_, MPFR_RNDN);
+    }
+    Precise& operator=(const Precise& other) {
+        mpfr_set(value_, other.value_, MPFR_RNDN);
+        return *this;
+    }
+    ~Precise() { mpfr_clear(value_); }
+
+    friend Precise operator+(const Precise& a, const Precise& b) { return made(mpfr_add, a, b); }
+    friend Precise operator-(const Precise& a, const Precise& b) { return made(mpfr_sub, a, b); }
+    friend Precise operator*(const Precise& a, const Precise& b) { return made(mpfr_mul, a, b); }
+    friend Precise operator/(const Precise& a, const Precise& b) { return made(mpfr_div, a, b); }
+    friend Precise power(const Precise& a, const Precise& b) { return made(mpfr_pow, a, b); }
+    friend Precise logarithm(const Precise& a) {
+        Precise r;
+        mpfr_log(r.value_, a.value_, MPFR_RNDN);
+        return r;
+    }
+    friend Precise magnitude(const Precise& a) {
+        Precise r;
+        mpfr_abs(r.value_, a.value_, MPFR_RNDN);
+        return r;
+    }
+    [[nodiscard]] double rounded() const { return mpfr_get_d(value_, MPFR_RNDN); }
+
+private:
+    template <typename Operation>
+    static Precise made(Operation operation, const Precise& a, const Precise& b) {
+        Precise r;
+        operation(r.value_, a.value_, b.value_, MPFR_RNDN);
+        return r;
+    }
+    mpfr_t value_;
+};
+
+// |got - exact| in units in the last place of size.
+inline double error_in_ulps(double got, const Precise& exact, double size) {
+    const double ulp = std::nextafter(std::abs(size), std::numeric_limits<double>::infinity()) - std::abs(size);
+    return magnitude(exact - got).rounded() / ulp;
+}
+
+inline double error_in_ulps(double got, const Precise& exact) { return error_in_ulps(got, exact, exact.rounded()); }
+
+// The slope at x of a function of 200 bits, by central differences.
+template <typename Function>
+Precise slope(const Function& f, double x) {
+    const Precise h = 0x1p-60;
+    return (f(Precise{x} + h) - f(Precise{x} - h)) / (h * 2.0);
+}
+
+// Repeatable draws.
+class Draws {
+public:
+    explicit Draws(std::uint64_t seed) : engine_{seed} {}
+    std::int64_t whole(std::int64_t low, std::int64_t high) {
+        return low + static_cast<std::int64_t>(engine_() % static_cast<std::uint64_t>(high - low + 1));
+    }
+    double between(double low, double high) {
+        return low + (high - low) * (static_cast<double>(engine_() >> 11) * 0x1p-53);
+    }
+    double log_between(double low, double high) { return std::exp(between(std::log(low), std::log(high))); }
+    template <std::size_t n>
+    int one_of(const int (&values)[n]) {
+        return values[engine_() % n];
+    }
+
+private:
+    std::mt19937_64 engine_;
+};
+
+// The worst of many errors.
+class Worst {
+public:
+    void add(double error) {
+        error_ = std::isnan(error) ? std::numeric_limits<double>::infinity() : std::max(error_, error);
+        ++count_;
+    }
+    [[nodiscard]] double error() const { return error_; }
+    [[nodiscard]] int count() const { return count_; }
+
+private:
+    double error_ = 0.0;
+    int count_ = 0;
+};
+
+}  // namespace finance::test
