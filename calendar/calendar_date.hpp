@@ -4,8 +4,7 @@
 //  (2) Days are counted by Julian day number; 1 January 1960, day 0 of the host, is HOST_EPOCH_JULIAN_DAY.
 //  (3) A date that is the last day of its month steps to last days of months.
 //  (4) Any other steps to its own day of the month, or to the last one that the month has; the day aimed for is kept,
-//  so
-//      that 30 January, 28 February, 30 March follow each other.
+//      so that 30 January, 28 February, 30 March follow each other.
 //  (5) All operations are total. Integer divisions truncate toward zero; fields wrap at their width.
 #pragma once
 

@@ -22,8 +22,7 @@ struct NewtonProblem {
 
 // Returns 0 with the root in x, or 1.
 //  (1) The step is Newton's for f in u = ln(1 + x), so that a rate never falls to -1 and large steps multiply. A rate
-//  is
-//      at least -0.9999999. A step above 354.89 in u fails.
+//      is at least -0.9999999. A step above 354.89 in u fails.
 //  (2) Two rates in succession below 2^-26.5 in size are a root of exactly 0.
 //  (3) A step within the tolerance is the last one; so is one whose difference is not a number.
 //  (4) Where the limit is reached, also by a step within the tolerance, only a value below 10 units of 2^-53 of

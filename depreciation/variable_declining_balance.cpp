@@ -1,12 +1,11 @@
 // VDB: declining balance over the periods from s to e, with or without a switch to straight line.
 //
 //  (1) Start and end are whole numbers of periods, 0 <= s <= life and 1 <= e <= life; they are not compared. Periods
-//  are
-//      numbered from 0; those from s to e - 1 count.
+//      are numbered from 0; those from s to e - 1 count.
 //  (2) Flag 1, the usual one: no switch. The period that would go below salvage goes to it and is the last.
 //  (3) Flag 0: where the straight line over the rest of the life gives more, its amount is taken, and kept from then
-//  on.
-//      A period that would go below salvage counts what is left; so does each later one of a salvage above the cost.
+//      on. A period that would go below salvage counts what is left; so does each later one of a salvage above the
+//      cost.
 //  (4) A span of the whole life is cost - salvage.
 //  (5) A walk that would go past ten million periods is replaced by its closed form (declining_spans.hpp).
 #include "abi/arguments.hpp"

@@ -3,8 +3,7 @@
 //  (1) PRICEMAT refuses a maturity on settlement; YIELDMAT answers 0 for it, once the issue date has been read.
 //  (2) Issue after maturity is refused; issue on maturity: both answer 0. Issue is not compared with settlement.
 //  (3) Times are year fractions by the basis: Bim issue to maturity, Bsm settlement to maturity, Bis issue to
-//  settlement.
-//      No day is added for a 31st.
+//      settlement. No day is added for a 31st.
 #include "securities/interest_at_maturity.hpp"
 
 #include "calendar/date_arguments.hpp"

@@ -4,8 +4,7 @@
 //      0, whatever the other arguments.
 //  (2) The first coupon date must be a date of the maturity's schedule; if not, it is the argument at fault.
 //  (3) Time is counted in coupon periods: A1 since issue, DFC in the first period, W + DSC1 from settlement to the
-//  first
-//      coupon, and N periods from there to maturity.
+//      first coupon, and N periods from there to maturity.
 #include "securities/odd_first_period.hpp"
 
 #include <cmath>
