@@ -111,6 +111,39 @@ inline constexpr std::array future_value{
               .rule = "must not be missing where pmt is missing too"},
     type};
 
+inline constexpr std::array number_of_periods{
+    rate,
+    Parameter{.name = "pmt",
+              .kind = Kind::number,
+              .unit = "money per period",
+              .meaning = "level payment, negative where it is paid"},
+    Parameter{.name = "pv",
+              .kind = Kind::number,
+              .unit = "money",
+              .meaning = "present value: a loan received is positive, an amount paid in at the start negative"},
+    Parameter{.name = "fv",
+              .kind = Kind::number,
+              .unit = "money",
+              .meaning = "future value: an amount received after the last payment is positive, one paid negative",
+              .need = Need::optional,
+              .default_text = "0",
+              .rule = "must not be missing, nor be left out where type is given"},
+    Parameter{.name = "type",
+              .kind = Kind::flag,
+              .unit = "0 or 1",
+              .meaning = "when payments fall: 1 at the start of each period, 0 at its end; any other whole number acts "
+                         "as 0",
+              .need = Need::optional,
+              .default_text = "0"}};
+
+inline constexpr std::array rate_search{
+    nper,
+    Parameter{.name = "pmt",
+              .kind = Kind::number,
+              .unit = "money per period",
+              .meaning = "level payment, negative where it is paid; 0 asks for the growth from pv to fv"},
+    pv, fv, type};
+
 inline constexpr std::array payment{rate, nper, pv, fv, type};
 inline constexpr std::array payment_part{rate, per_within_nper, nper, pv, fv, type};
 inline constexpr std::array interest_at_constant_principal{rate, per, nper, pv};
@@ -156,7 +189,7 @@ inline constexpr std::array annuities{
         .example = {"rate=0.005 nper=360 pv=200000 startPeriod=1 endPeriod=12", "-2456.023424553436"}},
     Calculation{
         .name = "FV",
-        .answers = "Future value: what level payments and an amount at the start are worth after the last period",
+        .answers = "Future value of level payments and of an amount at the start",
         .parameters = annuity_parameters::future_value,
         .result = ResultKind::amount,
         .formula = "-pv * (1 + rate)^nper - pmt * ((1 + rate)^nper - 1) / rate\n"
@@ -186,8 +219,20 @@ inline constexpr std::array annuities{
                     "Interest paid is negative. It is taken on the principal left after period per has been repaid, "
                     "so that it is 0 for per = nper; per is not compared with nper, and a later one gives a "
                     "positive amount.",
-                .failure = "never: whatever passes its rules has an answer",
+                .failure = never_fails,
                 .example = {"rate=0.01 per=3 nper=12 pv=1200", "-9"}},
+    Calculation{
+        .name = "NPER",
+        .answers = "Number of level payments that repay a loan, or save up an amount",
+        .parameters = annuity_parameters::number_of_periods,
+        .formula = "ln((pmt - fv * rate) / (pmt + pv * rate)) / ln(1 + rate)\n"
+                   "with type 1 pmt is first multiplied by 1 + rate",
+        .remarks = "Money paid is negative, money received positive: a loan received is a positive pv, repaid by a "
+                   "negative pmt. The answer is not rounded: a part of a period is a normal answer. A rate of 0 is "
+                   "refused; there the number is -(pv + fv) / pmt.",
+        .failure = "no number of payments brings the loan to its end: pmt - fv * rate is 0, or pmt + pv * rate is 0 or "
+                   "has the other sign, as where a payment does not cover the interest",
+        .example = {"rate=0.005 pmt=-400 pv=20000", "57.6801359577751"}},
     Calculation{
         .name = "PMT",
         .answers = "Level payment that repays a loan, or saves up an amount",
@@ -221,8 +266,23 @@ inline constexpr std::array annuities{
                 .failure = "-nper * ln(1 + rate) is 709.78 or more (the rate is close to -1), so that the factor "
                            "(1 + rate)^-nper is too large",
                 .example = {"rate=0.01 nper=12 pmt=-100", "1125.507747348463"}},
+    Calculation{
+        .name = "RATE",
+        .answers = "Interest rate per period of a loan or savings plan with level payments",
+        .parameters = annuity_parameters::rate_search,
+        .result = ResultKind::rate,
+        .formula = "the rate r at which pv + pmt * (1 - (1 + r)^-nper) / r + fv * (1 + r)^-nper is 0, by search\n"
+                   "with type 1 the second term is multiplied by 1 + r\n"
+                   "with pmt=0: (fv / pv)^(1 / nper) - 1",
+        .remarks = "The answer is the rate of one period: for monthly payments multiply it by 12. With payments, money "
+                   "paid is negative and money received positive: a loan received is a positive pv, repaid by a "
+                   "negative pmt. Without payments (pmt=0) the rule is another: pv and fv must have the same sign. "
+                   "There is no guess; the search starts at -pmt / pv.",
+        .failure = "the search finds no rate: with payments, the amounts have signs that no rate balances, or it does "
+                   "not settle within 100 steps; without, pv and fv are not both positive or both negative",
+        .example = {"nper=60 pmt=-400 pv=20000", "0.00618341316125396"}},
 };
 
-inline constexpr Family annuity_family{.title = "Level payments", .calculations = annuities};
+inline constexpr Family annuity_family{.title = "Annuities and loans", .calculations = annuities};
 
 }  // namespace finance::catalogue

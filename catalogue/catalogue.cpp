@@ -5,13 +5,28 @@
 #include <iterator>
 
 #include "catalogue/annuities.hpp"
+#include "catalogue/bonds.hpp"
+#include "catalogue/cash_flows.hpp"
+#include "catalogue/coupon_dates.hpp"
+#include "catalogue/depreciation.hpp"
+#include "catalogue/discount_securities.hpp"
+#include "catalogue/fractional_prices.hpp"
+#include "catalogue/interest_at_maturity.hpp"
+#include "catalogue/odd_periods.hpp"
+#include "catalogue/rate_conversion.hpp"
 #include "catalogue/text_case.hpp"
+#include "catalogue/treasury_bills.hpp"
 
 namespace finance::catalogue {
 
 namespace {
 
-constexpr std::array all_families{annuity_family};
+constexpr std::array all_families{annuity_family,         cash_flow_family,
+                                  rate_conversion_family, bond_family,
+                                  odd_period_family,      interest_at_maturity_family,
+                                  coupon_date_family,     discount_family,
+                                  treasury_bill_family,   fractional_price_family,
+                                  depreciation_family};
 
 constexpr std::size_t family_sizes() {
     std::size_t sum = 0;
@@ -21,7 +36,7 @@ constexpr std::size_t family_sizes() {
 
 constexpr std::array<Calculation, family_sizes()> sorted_by_name() {
     std::array<Calculation, family_sizes()> joined{};
-    auto end = joined.begin();
+    Calculation* end = joined.data();
     for (const Family& family : all_families) end = std::ranges::copy(family.calculations, end).out;
     std::ranges::sort(joined, {}, &Calculation::name);
     return joined;
@@ -33,6 +48,12 @@ constexpr auto table = sorted_by_name();
 
 constexpr bool has_parameter(const Calculation& calculation, std::string_view name) {
     return std::ranges::find(calculation.parameters, name, &Parameter::name) != calculation.parameters.end();
+}
+
+constexpr bool is_dated(const Calculation& calculation, std::string_view name) {
+    const auto& all = calculation.parameters;
+    const auto found = std::ranges::find(all, name, &Parameter::name);
+    return found != all.end() && is_dated(found->kind);
 }
 
 constexpr bool names_are_distinct(const Calculation& calculation) {
@@ -48,7 +69,9 @@ constexpr bool names_are_distinct(const Calculation& calculation) {
 constexpr bool orders_name_parameters(const Calculation& calculation) {
     for (const Parameter& parameter : calculation.parameters) {
         for (const Order& order : parameter.orders) {
-            if (order.relation != Relation::none && !has_parameter(calculation, order.other)) return false;
+            if (order.relation == Relation::none) continue;
+            if (!has_parameter(calculation, order.other)) return false;
+            if (!order.subject.empty() && !is_dated(calculation, order.subject)) return false;
         }
     }
     return true;
@@ -103,7 +126,7 @@ std::span<const Family> families() { return all_families; }
 std::span<const Calculation> calculations() { return table; }
 
 const Calculation* find(std::string_view name) {
-    const auto row = std::ranges::find_if(table, [&](const Calculation& c) { return same_name(c.name, name); });
+    const Calculation* row = std::ranges::find_if(table, [&](const Calculation& c) { return same_name(c.name, name); });
     return row == table.end() ? nullptr : &*row;
 }
 

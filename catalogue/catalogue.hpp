@@ -49,12 +49,6 @@ inline constexpr Bound above_0{Relation::above, 0.0};
 inline constexpr Bound at_least_0{Relation::at_least, 0.0};
 inline constexpr Bound at_least_1{Relation::at_least, 1.0};
 
-// How this argument must lie to another one of the same call.
-struct Order {
-    Relation relation = Relation::none;
-    std::string_view other{};
-};
-
 enum class Need : std::uint8_t {
     required,
     may_be_missing,  // keeps its place in the call, but without a value it stands for its default
@@ -63,6 +57,16 @@ enum class Need : std::uint8_t {
 
 // How a whole number is kept once it has passed; a count is bounded as it is kept.
 enum class Width : std::uint8_t { bits_64, bits_32 };
+
+// How this argument must lie to another one of the same call. A subject other than this argument: two arguments before
+// this one must lie so, which is examined before this one is, and laid at its door.
+struct Order {
+    Relation relation = Relation::none;
+    std::string_view other{};
+    double plus = 0.0;             // added to the other one
+    std::string_view subject{};    // empty: this argument
+    Width width = Width::bits_32;  // in which two whole numbers are compared
+};
 
 struct Parameter {
     std::string_view name{};
@@ -79,6 +83,8 @@ struct Parameter {
 };
 
 enum class ResultKind : std::uint8_t { number, date, rate, amount };
+
+inline constexpr std::string_view never_fails = "never: whatever passes its rules has an answer";
 
 struct Example {
     std::string_view arguments;  // as typed after the name

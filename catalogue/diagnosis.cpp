@@ -50,11 +50,11 @@ double as_bounded(const Parameter& parameter, double x) {
     return static_cast<std::int32_t>(static_cast<std::uint64_t>(k) & 0xFFFFFFFFU);
 }
 
-// Two whole numbers are compared as 32 bits whatever width their own bounds look at.
-double as_compared(const Parameter& parameter, double x) {
-    Parameter narrow = parameter;
-    if (parameter.kind == Kind::whole) narrow.bound_width = Width::bits_32;
-    return as_bounded(narrow, x);
+// Two whole numbers are compared in the order's width, whatever width their own bounds look at.
+double as_compared(const Parameter& parameter, const Order& order, double x) {
+    Parameter compared = parameter;
+    if (parameter.kind == Kind::whole) compared.bound_width = order.width;
+    return as_bounded(compared, x);
 }
 
 // ---- One rule each
@@ -94,22 +94,47 @@ std::size_t position_of(const Call& call, std::string_view name) {
     return 0;
 }
 
-Fault order_fault(const Call& call, const Parameter& parameter, const Order& order, double x) {
-    if (order.relation == Relation::none) return {};
-    const std::size_t position = position_of(call, order.other);
-    if (position == 0) return {};
-    const double* y = std::get_if<double>(&call.arguments[position - 1]);
-    const Parameter& other = call.calculation.parameters[find_parameter(call.calculation, order.other)];
-    if (y == nullptr || holds(as_compared(parameter, x), order.relation, as_compared(other, *y))) return {};
-    const bool dated = is_dated(parameter.kind);
-    return value_text(x, dated) + ' ' + std::string{broken_words(order.relation, dated)} + ' ' +
-           std::string{order.other} + " (" + value_text(*y, dated) + ')';
+const Parameter& parameter_named(const Call& call, std::string_view name) {
+    return call.calculation.parameters[find_parameter(call.calculation, name)];
+}
+
+// Null where the parameter was given no number.
+const double* number_of(const Call& call, std::string_view name) {
+    const std::size_t position = position_of(call, name);
+    return position == 0 ? nullptr : std::get_if<double>(&call.arguments[position - 1]);
+}
+
+// shown: the subject and its value x as the sentence names them.
+Fault order_fault(const Call& call, const Parameter& subject, const Order& order, double x, const std::string& shown) {
+    const double* y = number_of(call, order.other);
+    if (y == nullptr) return {};
+    const double limit = as_compared(parameter_named(call, order.other), order, *y) + order.plus;
+    if (holds(as_compared(subject, order, x), order.relation, limit)) return {};
+    const bool dated = is_dated(subject.kind);
+    return shown + ' ' + std::string{broken_words(order.relation, dated)} + ' ' + limit_words(order) + " (" +
+           value_text(*y + order.plus, dated) + ')';
+}
+
+Fault own_order_fault(const Call& call, const Parameter& parameter, const Order& order, double x) {
+    if (order.relation == Relation::none || !order.subject.empty()) return {};
+    return order_fault(call, parameter, order, x, value_text(x, is_dated(parameter.kind)));
+}
+
+// Of arguments before this one, whatever this one is.
+Fault earlier_order_fault(const Call& call, const Order& order) {
+    if (order.subject.empty()) return {};
+    const double* x = number_of(call, order.subject);
+    if (x == nullptr) return {};
+    const Parameter& subject = parameter_named(call, order.subject);
+    const std::string shown = std::string{order.subject} + " (" + value_text(*x, is_dated(subject.kind)) + ')';
+    return order_fault(call, subject, order, *x, shown);
 }
 
 // ---- One kind of value each
 
+// Bounds and orders hold, so that it is the rule that only words can say, where there is one.
 std::string refused(const std::string& value, const Parameter& parameter) {
-    const std::string rule = rule_words(parameter);
+    const std::string rule = parameter.rule.empty() ? rule_words(parameter) : std::string{parameter.rule};
     return value + " is refused" + (rule.empty() ? "" : ": it " + rule);
 }
 
@@ -119,6 +144,13 @@ std::string without_value(std::string_view what, const Parameter& parameter) {
         text.append(" (it ").append(parameter.rule).append(")");
     }
     return text;
+}
+
+// A required argument that the module cannot have done without.
+bool is_without_value(const Parameter& parameter, const Given& given) {
+    if (parameter.need != Need::required) return false;
+    const double* x = std::get_if<double>(&given);
+    return std::holds_alternative<std::monostate>(given) || (x != nullptr && std::isnan(*x));
 }
 
 bool is_basis_keyword(std::string_view text) {
@@ -155,12 +187,23 @@ std::string number_reason(const Call& call, const Parameter& parameter, double x
         if (Fault fault = bound_fault(parameter, bound, x)) return *fault;
     }
     for (const Order& order : parameter.orders) {
-        if (Fault fault = order_fault(call, parameter, order, x)) return *fault;
+        if (Fault fault = own_order_fault(call, parameter, order, x)) return *fault;
     }
     return refused(value_text(x, is_dated(parameter.kind)), parameter);
 }
 
 }  // namespace
+
+int argument_at_fault(const Calculation& calculation, std::span<const Given> arguments, int flagged) {
+    if (flagged > 0) return flagged;
+    const std::size_t all = calculation.parameters.size();
+    for (std::size_t i = 1; i <= arguments.size(); ++i) {
+        const std::size_t index = place_of(calculation, i, arguments.size()).parameter;
+        if (index < all && is_without_value(calculation.parameters[index], arguments[i - 1]))
+            return static_cast<int>(i);
+    }
+    return 0;
+}
 
 std::string reason(const Calculation& calculation, std::span<const Given> arguments, int flagged) {
     const auto position = static_cast<std::size_t>(flagged);
@@ -168,8 +211,12 @@ std::string reason(const Calculation& calculation, std::span<const Given> argume
     const std::size_t index = place_of(calculation, position, arguments.size()).parameter;
     if (index >= calculation.parameters.size()) return std::string{calculation.failure};
     const Parameter& parameter = calculation.parameters[index];
+    const Call call{calculation, arguments};
+    for (const Order& order : parameter.orders) {
+        if (Fault fault = earlier_order_fault(call, order)) return *fault;
+    }
     const Given& given = arguments[position - 1];
-    if (const double* x = std::get_if<double>(&given)) return number_reason({calculation, arguments}, parameter, *x);
+    if (const double* x = std::get_if<double>(&given)) return number_reason(call, parameter, *x);
     if (const auto* text = std::get_if<std::string_view>(&given)) return text_reason(parameter, *text);
     return without_value("no value given", parameter);
 }

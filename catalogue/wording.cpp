@@ -37,9 +37,21 @@ void add_bound(std::string& rule, const Parameter& parameter, const Bound& bound
 }
 
 void add_order(std::string& rule, const Parameter& parameter, const Order& order) {
-    if (order.relation == Relation::none) return;
+    if (order.relation == Relation::none || !order.subject.empty()) return;
     const RelationWords words = words_for(order.relation);
-    add_condition(rule, is_dated(parameter.kind) ? words.kept_by_date : words.kept, order.other);
+    add_condition(rule, is_dated(parameter.kind) ? words.kept_by_date : words.kept, limit_words(order));
+}
+
+void add_sentence(std::string& rule, std::string_view sentence) {
+    if (sentence.empty()) return;
+    rule.append(rule.empty() ? "" : "; ").append(sentence);
+}
+
+// Of two dates; no calculation lays another order at a third argument's door.
+std::string earlier_order(const Order& order) {
+    if (order.subject.empty()) return {};
+    return std::string{order.subject} + " must be " + std::string{words_for(order.relation).kept_by_date} +
+           limit_words(order);
 }
 
 }  // namespace
@@ -71,13 +83,18 @@ std::string_view broken_words(Relation relation, bool dated) {
     return dated ? words.broken_by_date : words.broken;
 }
 
+std::string limit_words(const Order& order) {
+    return std::string{order.other} + (order.plus == 0.0 ? "" : " + " + plain_text(order.plus));
+}
+
 std::string rule_words(const Parameter& parameter) {
     std::string rule;
     add_bound(rule, parameter, parameter.lower);
     add_bound(rule, parameter, parameter.upper);
     for (const Order& order : parameter.orders) add_order(rule, parameter, order);
-    if (parameter.rule.empty()) return rule;
-    return rule.empty() ? std::string{parameter.rule} : rule + "; " + std::string{parameter.rule};
+    for (const Order& order : parameter.orders) add_sentence(rule, earlier_order(order));
+    add_sentence(rule, parameter.rule);
+    return rule;
 }
 
 }  // namespace finance::catalogue

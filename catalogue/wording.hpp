@@ -18,6 +18,9 @@ std::string_view kind_words(Kind kind);
 // "must be above 0", "must be at least 1 and at most nper"; empty where nothing but the kind restricts it.
 std::string rule_words(const Parameter& parameter);
 
+// What an order compares with: "settlement", "life + 1".
+std::string limit_words(const Order& order);
+
 // Between a value that breaks a relation and its limit: "is not above", "is below", "is before".
 std::string_view broken_words(Relation relation, bool dated);
 

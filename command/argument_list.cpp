@@ -52,13 +52,13 @@ private:
     void give(std::size_t i, std::string_view text);
     void give_lists(Tokens tokens);
     void give_two_lists(Tokens tokens);
-    std::vector<std::size_t> unnamed(std::size_t from, std::size_t to) const;
+    [[nodiscard]] std::vector<std::size_t> unnamed(std::size_t from, std::size_t to) const;
     [[nodiscard]] std::size_t end_of_call() const;
     void check_completeness(std::size_t end) const;
     void check_pairs() const;
     void append(std::vector<Given>& values, std::size_t i) const;
-    const Parameter& parameter(std::size_t i) const { return calculation_.parameters[i]; }
-    bool list(std::size_t i) const { return is_list(parameter(i).kind); }
+    [[nodiscard]] const Parameter& parameter(std::size_t i) const { return calculation_.parameters[i]; }
+    [[nodiscard]] bool list(std::size_t i) const { return is_list(parameter(i).kind); }
 
     const Calculation& calculation_;
     std::vector<std::vector<std::string_view>> texts_;  // by parameter; more than one in lists only

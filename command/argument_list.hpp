@@ -1,16 +1,14 @@
 // The arguments after a calculation's name, read into the values of a call.
 //
 //  (1) Values stand in the parameters' order, or are named: name=value, the name in upper or lower case. Named ones
-//  come
-//      last. A name that is given nothing (name=) counts as left out.
+//      come last. A name that is given nothing (name=) counts as left out.
 //  (2) What is left out before a value that is given is absent: the module says whether it can do without. What is left
 //      out at the end is not in the call, and must be optional; but a required one at the end that was named with
 //      nothing is absent too.
 //  (3) A list takes the values that the parameters around it leave, one by one or separated by commas. Named, it takes
 //      its values separated by commas or with its name repeated.
 //  (4) Two lists share values evenly, the first half to the first; an odd one at the end is the optional parameter
-//  after
-//      them. With commas, each list is one argument.
+//      after them. With commas, each list is one argument.
 #pragma once
 
 #include <span>

@@ -37,15 +37,13 @@ std::string no_answer(const Calculation& calculation) {
 std::string refusal(const Calculation& calculation, std::span<const Given> arguments,
                     const host::Evaluation& evaluation) {
     const std::string head = "finance: " + std::string{calculation.name} + ": ";
-    if (evaluation.flagged > 0) {
-        const auto position = static_cast<std::size_t>(evaluation.flagged);
-        return head + catalogue::argument_label(calculation, position, arguments.size()) + ": " +
-               catalogue::reason(calculation, arguments, evaluation.flagged) + '\n';
-    }
-    if (evaluation.log.empty()) return no_answer(calculation);
     std::string text;
     for (const std::string& line : evaluation.log) text += head + line + '\n';
-    return text;
+    if (!text.empty()) return text;
+    const int fault = catalogue::argument_at_fault(calculation, arguments, evaluation.flagged);
+    if (fault == 0) return no_answer(calculation);
+    return head + catalogue::argument_label(calculation, static_cast<std::size_t>(fault), arguments.size()) + ": " +
+           catalogue::reason(calculation, arguments, fault) + '\n';
 }
 
 }  // namespace
@@ -69,6 +67,7 @@ Outcome evaluate(const Calculation& calculation, std::span<const std::string_vie
     const std::vector<Given> values = read_arguments(calculation, tokens);
     const std::vector<host::Argument> arguments = [&] {
         std::vector<host::Argument> converted;
+        converted.reserve(values.size());
         for (const Given& value : values) converted.push_back(as_argument(value));
         return converted;
     }();

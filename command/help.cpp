@@ -59,6 +59,15 @@ Columns columns_of(const Calculation& calculation) {
     return widest;
 }
 
+std::string spelling_words(catalogue::Kind kind) {
+    constexpr std::string_view in_a_row = "one after the other, or separated by commas";
+    if (kind == catalogue::Kind::basis) return "one of " + std::string{catalogue::basis_words};
+    std::string words;
+    if (catalogue::is_dated(kind)) words = "year-month-day, or days since 1960-01-01";
+    if (is_list(kind)) words.append(words.empty() ? "" : "; ").append(in_a_row);
+    return words;
+}
+
 std::string argument_text(const Parameter& parameter, std::size_t number, const Columns& columns) {
     constexpr std::size_t gap = 2;
     std::string text = padded("", margin) + padded(std::to_string(number), 1 + gap) +
@@ -68,7 +77,7 @@ std::string argument_text(const Parameter& parameter, std::size_t number, const 
     const std::size_t indent = text.size();
     std::string about{parameter.meaning};
     if (!parameter.unit.empty()) about.append("\nunit: ").append(parameter.unit);
-    if (parameter.kind == catalogue::Kind::basis) about.append("\none of ").append(catalogue::basis_words);
+    if (const std::string spelling = spelling_words(parameter.kind); !spelling.empty()) about += '\n' + spelling;
     if (const std::string rule = catalogue::rule_words(parameter); !rule.empty()) about.append("\n").append(rule);
     return text + wrapped(about, indent).substr(indent);
 }
@@ -86,21 +95,24 @@ std::string section(std::string_view title, std::string_view text) {
     return '\n' + std::string{title} + '\n' + wrapped(text, margin);
 }
 
-std::string example_text(const Calculation& calculation) {
-    return "\nExample\n  finance " + std::string{calculation.name} + ' ' + std::string{calculation.example.arguments} +
-           "\n  " + std::string{calculation.example.result} + '\n';
-}
-
-std::string wrapped_line(std::string_view line, std::size_t indent) {
-    const std::size_t width = line_width - indent;
+// continuation: what ends a line that goes on in the next.
+std::string wrapped_line(std::string_view line, std::size_t indent, std::string_view continuation = "") {
+    const std::size_t width = line_width - indent - continuation.size();
     std::string text;
     while (line.size() > width) {
         const std::size_t blank = line.rfind(' ', width);
         if (blank == std::string_view::npos) break;
-        text += std::string(indent, ' ') + std::string{line.substr(0, blank)} + '\n';
+        text.append(indent, ' ').append(line.substr(0, blank)).append(continuation) += '\n';
         line.remove_prefix(blank + 1);
     }
     return text + std::string(indent, ' ') + std::string{line} + '\n';
+}
+
+// A long call is broken as a shell joins it again.
+std::string example_text(const Calculation& calculation) {
+    const std::string call =
+        "finance " + std::string{calculation.name} + ' ' + std::string{calculation.example.arguments};
+    return "\nExample\n" + wrapped_line(call, margin, " \\") + "  " + std::string{calculation.example.result} + '\n';
 }
 
 }  // namespace
@@ -134,7 +146,7 @@ std::string list_text(std::span<const catalogue::Family> families) {
 std::string help_text(const Calculation& calculation) {
     return std::string{calculation.name} + ": " + std::string{calculation.answers} + "\n\n" + call_text(calculation) +
            arguments_text(calculation) + section("Formula", calculation.formula) +
-           section("Worth knowing", calculation.remarks) + section("No answer where", calculation.failure) +
+           section("Worth knowing", calculation.remarks) + section("When there is no answer", calculation.failure) +
            example_text(calculation);
 }
 

@@ -24,8 +24,8 @@ std::filesystem::path find_module(const std::filesystem::path& told, const std::
         throw ModuleNotFound{"there is no module at " + told.string()};
     }
     const std::filesystem::path folder = program.parent_path();
-    const std::filesystem::path installed = folder.parent_path() / "lib" / module_file;
-    const std::filesystem::path beside = folder / module_file;
+    std::filesystem::path installed = folder.parent_path() / "lib" / module_file;
+    std::filesystem::path beside = folder / module_file;
     if (is_file(installed)) return installed;
     if (is_file(beside)) return beside;
     throw ModuleNotFound{"the module is neither at " + installed.string() + " nor at " + beside.string() +

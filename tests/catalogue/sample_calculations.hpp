@@ -37,6 +37,24 @@ inline constexpr Parameter refused_basis{.name = "basis",
                                          .default_text = "30/360",
                                          .rule = "must not be ACT/360"};
 
+// Settlement and maturity out of order are laid at the frequency's door.
+inline constexpr Parameter any_maturity{.name = "maturity", .kind = Kind::date, .meaning = "a date"};
+inline constexpr Parameter blamed_frequency{
+    .name = "frequency",
+    .kind = Kind::whole,
+    .meaning = "coupons a year",
+    .lower = {Relation::at_least, 1.0},
+    .orders = {{{.relation = Relation::above, .other = "settlement", .subject = "maturity"}}}};
+inline constexpr std::array blaming{settlement, any_maturity, blamed_frequency};
+
+inline constexpr std::array one_more{
+    Parameter{.name = "life", .kind = Kind::whole, .meaning = "years"},
+    Parameter{.name = "period",
+              .kind = Kind::whole,
+              .meaning = "a year",
+              .lower = {Relation::at_least, 1.0},
+              .orders = {{{.relation = Relation::at_most, .other = "life", .plus = 1.0, .width = Width::bits_64}}}}};
+
 inline constexpr std::array growth{rate, optional_flows};
 inline constexpr std::array internal_rate{flows};
 inline constexpr std::array two_rates{flows, Parameter{.name = "financeRate", .meaning = "a rate"},
@@ -89,9 +107,11 @@ inline constexpr auto one_list = sample("INTERNAL", sample_parameters::internal_
 inline constexpr auto one_list_before = sample("TWORATES", sample_parameters::two_rates);  // flows..., two rates
 inline constexpr auto two_lists_after = sample("DATED", sample_parameters::dated);         // rate, values..., dates...
 inline constexpr auto two_lists_before =
-    sample("SEARCH", sample_parameters::dated_search);                          // values..., dates..., guess
-inline constexpr auto bond = sample("BOND", sample_parameters::bond);           // no list
-inline constexpr auto moments = sample("MOMENTS", sample_parameters::moments);  // part days, odd basis rule
-inline constexpr auto periods = sample("PERIODS", sample_parameters::periods);  // two optional ones
+    sample("SEARCH", sample_parameters::dated_search);                            // values..., dates..., guess
+inline constexpr auto bond = sample("BOND", sample_parameters::bond);             // no list
+inline constexpr auto moments = sample("MOMENTS", sample_parameters::moments);    // part days, odd basis rule
+inline constexpr auto blaming = sample("BLAMING", sample_parameters::blaming);    // an order laid at a third one's door
+inline constexpr auto one_more = sample("ONEMORE", sample_parameters::one_more);  // an order with a number added
+inline constexpr auto periods = sample("PERIODS", sample_parameters::periods);    // two optional ones
 
 }  // namespace finance::test

@@ -29,7 +29,7 @@ std::string shown(const Given& value) {
 
 std::string shown(const std::vector<Given>& values) {
     std::string text;
-    for (const Given& value : values) text += (text.empty() ? "" : " ") + shown(value);
+    for (const Given& value : values) text.append(text.empty() ? "" : " ").append(shown(value));
     return text;
 }
 

@@ -58,6 +58,12 @@ TEST(Report, Refusals) {
            "finance: INTERNAL: argument 2 (flows, value 2): a value is missing\n");
 }
 
+TEST(Report, AMissingFlowIsNamedThoughTheModuleMarksNone) {
+    const std::vector<Given> flows{-100.0, nan, 60.0};
+    expect(command::report(one_list, flows, refused(-1)), 1, "",
+           "finance: INTERNAL: argument 2 (flows, value 2): a value is missing\n");
+}
+
 TEST(Report, LogLinesStandInWhereNothingIsFlagged) {
     host::Evaluation evaluation = refused(-1);
     evaluation.log = {"Too many arguments for BOND "};

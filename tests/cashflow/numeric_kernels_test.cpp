@@ -1,0 +1,496 @@
+// Numeric kernels: edges by hand, measured errors against MPFR at 200 bits.
+#include "cashflow/numeric_kernels.hpp"
+
+#include <gtest/gtest.h>
+#include <mpfr.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/support/call.hpp"
+
+namespace finance::test {
+namespace {
+
+constexpr double inf = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double two_to_53 = 9007199254740992.0;
+
+// ---- Reference values
+
+class Precise {
+public:
+    Precise() { mpfr_init2(value_, 200); }
+    explicit Precise(double x) : Precise() { mpfr_set_d(value_, x, MPFR_RNDN); }
+    ~Precise() { mpfr_clear(value_); }
+    Precise(const Precise&) = delete;
+    Precise& operator=(const Precise&) = delete;
+    operator mpfr_ptr() { return value_; }
+    double rounded() { return mpfr_get_d(value_, MPFR_RNDN); }
+
+private:
+    mpfr_t value_;
+};
+
+double ulp_of(double x) {
+    const double size = std::abs(x);
+    return std::nextafter(size, inf) - size;
+}
+
+// Distance in units in the last place of the exact value, or of scale where that is larger.
+double error_in_ulps(double got, Precise& exact, double scale = 0.0) {
+    Precise difference;
+    mpfr_sub_d(difference, exact, got, MPFR_RNDN);
+    return std::abs(difference.rounded()) / ulp_of(std::max(std::abs(exact.rounded()), scale));
+}
+
+class Draws {
+public:
+    explicit Draws(std::uint64_t seed) : engine_{seed} {}
+    double between(double low, double high) { return low + (high - low) * unit(); }
+    double log_between(double low, double high) { return std::exp(between(std::log(low), std::log(high))); }
+    double sign() { return engine_() % 2 == 0 ? 1.0 : -1.0; }
+    bool coin() { return engine_() % 2 == 0; }
+
+private:
+    double unit() { return std::ldexp(static_cast<double>(engine_() >> 11), -53); }
+    std::mt19937_64 engine_;
+};
+
+constexpr int draws_a_range = 20000;
+
+// Draws of one range, and the worst error allowed there: a little above what a million draws showed.
+struct Range {
+    const char* id;
+    double low;
+    double high;
+    bool logarithmic;
+    double sign;  // of the argument; 0: either
+    double ulps;
+};
+
+double draw_from(const Range& range, Draws& draws) {
+    const double size =
+        range.logarithmic ? draws.log_between(range.low, range.high) : draws.between(range.low, range.high);
+    return size * (range.sign != 0.0 ? range.sign : draws.sign());
+}
+
+template <typename Kernel, typename Reference>
+void check_errors(const std::vector<Range>& ranges, std::uint64_t seed, Kernel kernel, Reference reference) {
+    Draws draws{seed};
+    for (const Range& range : ranges) {
+        double worst = 0.0;
+        double worst_at = 0.0;
+        for (int i = 0; i < draws_a_range; ++i) {
+            const double x = draw_from(range, draws);
+            Precise exact{x};
+            reference(exact);
+            const double error = error_in_ulps(kernel(x), exact);
+            ASSERT_FALSE(std::isnan(error)) << range.id << ' ' << x;
+            if (error > worst) {
+                worst = error;
+                worst_at = x;
+            }
+        }
+        std::printf("%s: worst of %d draws %.2f ulp\n", range.id, draws_a_range, worst);
+        EXPECT_LE(worst, range.ulps) << range.id << " at " << worst_at;
+        EXPECT_GT(worst, 0.0) << range.id;
+    }
+}
+
+// ---- e^x - 1
+
+TEST(Expm1, Errors) {
+    check_errors(
+        {
+            {"expm1, series, small", 1e-300, 0.01, true, 0, 2.4},
+            {"expm1, series, large", 0.001, 0.01, false, 0, 2.4},
+            {"expm1, 0.01 to 0.02", 0.01000001, 0.02, false, 0, 65},
+            {"expm1, 0.02 to 0.1", 0.02, 0.1, false, 0, 33},
+            {"expm1, 0.1 to 1", 0.1, 1.0, false, 0, 9},
+            {"expm1, 1 to 709", 1.0, 709.0, false, 0, 1.1},
+        },
+        20240610, [](double x) { return zexpm1(x); }, [](Precise& x) { mpfr_expm1(x, x, MPFR_RNDN); });
+}
+
+double expm1_error(double x) {
+    Precise exact{x};
+    mpfr_expm1(exact, exact, MPFR_RNDN);
+    return error_in_ulps(zexpm1(x), exact);
+}
+
+// The series keeps the digits that the difference has lost: the error tells which one was taken.
+TEST(Expm1, WhereTheSeriesEnds) {
+    for (const double x : {0.01, -0.01}) {
+        EXPECT_LT(expm1_error(x), 2.4) << "0.01 itself is the series'";
+        EXPECT_NE(zexpm1(x), std::exp(x) - 1.0);
+    }
+    for (const double x : {0.010000001, -0.010000001, std::nextafter(0.01, 1.0), std::nextafter(-0.01, -1.0)}) {
+        EXPECT_EQ(zexpm1(x), std::exp(x) - 1.0) << x;
+        EXPECT_GT(expm1_error(x), 2.4) << x;
+    }
+}
+
+TEST(Expm1, Edges) {
+    EXPECT_EQ(bits(zexpm1(0.0)), bits(0.0));
+    EXPECT_EQ(bits(zexpm1(-0.0)), bits(-0.0));
+    EXPECT_EQ(zexpm1(5e-324), 5e-324);
+    EXPECT_EQ(zexpm1(-1e-300), -1e-300);
+    EXPECT_EQ(zexpm1(inf), inf);
+    EXPECT_EQ(zexpm1(-inf), -1.0);
+    EXPECT_EQ(zexpm1(710.0), inf);
+    EXPECT_EQ(zexpm1(-800.0), -1.0);
+    EXPECT_TRUE(std::isnan(zexpm1(nan)));
+    EXPECT_TRUE(std::isfinite(zexpm1(std::nextafter(largest_exponent, 0.0))));
+    EXPECT_EQ(zexpm1(std::nextafter(largest_exponent, 1000.0)), inf);
+}
+
+// ---- ln(1 + x)
+
+TEST(Ln1p, Errors) {
+    check_errors(
+        {
+            {"ln1p, rational, small", 1e-300, 0.03125, true, 0, 2.1},
+            {"ln1p, rational, large", 0.001, 0.03125, false, 0, 2.1},
+            {"ln1p, 2^-5 to 2^-4", 0.0312501, 0.0625, false, 0, 32},
+            {"ln1p, 2^-4 to 0.5", 0.0625, 0.5, false, 0, 16.5},
+            {"ln1p, 0.5 to 1", 0.5, 1.0, false, 0, 2},
+            {"ln1p, 1 to 1e300", 1.0, 1e300, true, 1, 1.6},
+        },
+        20240611, [](double x) { return zln1px(x); }, [](Precise& x) { mpfr_log1p(x, x, MPFR_RNDN); });
+}
+
+// Close to -1 the sum 1 + x is exact.
+TEST(Ln1p, ErrorsTowardsMinusOne) {
+    check_errors(
+        {{"ln1p, 1 + x from 1e-16 to 0.5", 1e-16, 0.5, true, 1, 0.6}}, 20240612,
+        [](double gap) { return zln1px(-1.0 + std::abs(gap)); },
+        [](Precise& gap) {
+            Precise x{-1.0 + gap.rounded()};
+            mpfr_log1p(gap, x, MPFR_RNDN);
+        });
+}
+
+// Bits on both sides of the bound: the rational form evaluated step by step in another language, and the logarithm.
+TEST(Ln1p, WhereTheLogarithmBegins) {
+    EXPECT_EQ(zln1px(0.03125), 0.03077165866675369) << "2^-5 itself is the rational form's";
+    EXPECT_EQ(std::log(1.03125), 0.030771658666753687) << "where the logarithm has another last digit";
+    EXPECT_EQ(zln1px(std::nextafter(0.03125, 1.0)), std::log(1.03125)) << "1 + x rounds to 1.03125";
+    EXPECT_EQ(zln1px(-0.03125), -0.0317486983145803);
+}
+
+TEST(Ln1p, Edges) {
+    EXPECT_EQ(zln1px(-1.0), -inf);
+    EXPECT_TRUE(std::isnan(zln1px(-1.0000000000000002)));
+    EXPECT_TRUE(std::isnan(zln1px(-inf)));
+    EXPECT_TRUE(std::isnan(zln1px(nan)));
+    EXPECT_EQ(zln1px(inf), inf);
+    EXPECT_EQ(bits(zln1px(0.0)), bits(0.0));
+    EXPECT_EQ(bits(zln1px(-0.0)), bits(-0.0));
+    EXPECT_EQ(zln1px(1e-300), 1e-300);
+    EXPECT_EQ(zln1px(-5e-324), -5e-324);
+}
+
+// ---- ln(e^a + e^b)
+
+void exact_sum(Precise& exact, Precise& second_part, double a, double b) {
+    Precise larger{std::max(a, b)};
+    Precise difference{std::min(a, b)};
+    mpfr_sub(difference, difference, larger, MPFR_RNDN);
+    mpfr_exp(difference, difference, MPFR_RNDN);
+    mpfr_log1p(second_part, difference, MPFR_RNDN);
+    mpfr_add(exact, larger, second_part, MPFR_RNDN);
+}
+
+// Counted in units of the larger of result, greater argument and second part: where the two cancel, digits go.
+TEST(LnSumOfExp, Errors) {
+    Draws draws{20240613};
+    const auto wide = [&](double& a, double& b) {
+        a = draws.between(-700.0, 700.0);
+        b = a + draws.between(-40.0, 40.0);
+    };
+    const auto near_zero = [&](double& a, double& b) {
+        a = draws.between(-1.0, 1.0);
+        b = a + draws.between(-2.0, 2.0);
+    };
+    const auto any_size = [&](double& a, double& b) {
+        a = draws.sign() * draws.log_between(1e-8, 1e300);
+        b = draws.sign() * draws.log_between(1e-8, 1e300);
+    };
+    const auto before_the_bound = [&](double& a, double& b) {
+        a = draws.sign() * draws.log_between(1e-8, 0.1);
+        b = a - draws.between(2.0, 4.0);
+        if (draws.coin()) std::swap(a, b);
+    };
+    const auto worst_of = [&](const char* id, auto draw) {
+        double worst = 0.0;
+        for (int i = 0; i < draws_a_range; ++i) {
+            double a;
+            double b;
+            draw(a, b);
+            Precise exact;
+            Precise second_part;
+            exact_sum(exact, second_part, a, b);
+            const double scale = std::max(std::abs(std::max(a, b)), second_part.rounded());
+            worst = std::max(worst, error_in_ulps(zlnSumOfExp(a, b), exact, scale));
+        }
+        std::printf("%s: worst of %d draws %.2f ulp\n", id, draws_a_range, worst);
+        return worst;
+    };
+    EXPECT_LE(worst_of("lnSumOfExp, wide", wide), 15);
+    EXPECT_LE(worst_of("lnSumOfExp, near 0", near_zero), 6);
+    EXPECT_LE(worst_of("lnSumOfExp, any size", any_size), 18);
+    EXPECT_LE(worst_of("lnSumOfExp, ratio near 2^-5", before_the_bound), 36);
+}
+
+TEST(LnSumOfExp, EqualArgumentsAddTheLogarithmOf2) {
+    for (const double x : {0.0, 1.0, -1.0, 0.1, -745.0, 1e-300, 1e300, -1e300, 709.0}) {
+        EXPECT_EQ(bits(zlnSumOfExp(x, x)), bits(x + 0.6931471805599453)) << x;
+    }
+    EXPECT_EQ(zlnSumOfExp(0.0, -0.0), 0.6931471805599453);
+    EXPECT_EQ(zlnSumOfExp(inf, inf), inf);
+    EXPECT_EQ(zlnSumOfExp(-inf, -inf), -inf);
+}
+
+TEST(LnSumOfExp, Edges) {
+    EXPECT_EQ(zlnSumOfExp(inf, 5.0), inf);
+    EXPECT_EQ(zlnSumOfExp(5.0, inf), inf);
+    EXPECT_EQ(zlnSumOfExp(-inf, 5.0), 5.0);
+    EXPECT_EQ(zlnSumOfExp(5.0, -inf), 5.0);
+    EXPECT_EQ(zlnSumOfExp(inf, -inf), inf);
+    EXPECT_EQ(zlnSumOfExp(1e308, -1e308), 1e308);
+    EXPECT_EQ(zlnSumOfExp(1000.0, 0.0), 1000.0) << "e^1000 itself overflows";
+    for (const double x : {0.0, inf, -inf, nan}) {
+        EXPECT_TRUE(std::isnan(zlnSumOfExp(nan, x))) << x;
+        EXPECT_TRUE(std::isnan(zlnSumOfExp(x, nan))) << x;
+    }
+}
+
+// ---- Reductions
+
+TEST(Reductions, Rows) {
+    struct Row {
+        const char* id;
+        std::vector<double> values;
+        double sum;
+        double largest;
+    };
+    const std::vector<Row> rows{
+        {"one", {-3.0}, 3.0, 3.0},
+        {"one -0", {-0.0}, 0.0, 0.0},
+        {"signs do not count", {1.0, -5.0, 2.5}, 8.5, 5.0},
+        {"largest first", {-7.0, 1.0, 2.0}, 10.0, 7.0},
+        {"largest last", {1.0, 2.0, -7.0}, 10.0, 7.0},
+        {"all equal", {2.0, -2.0, 2.0}, 6.0, 2.0},
+        {"infinity", {1.0, -inf, 2.0}, inf, inf},
+        {"one NaN", {nan}, nan, nan},
+        {"NaN last", {1.0, 9.0, nan}, nan, nan},
+        {"NaN gives way to what follows", {nan, 1.0, 9.0, 3.0}, nan, 9.0},
+        {"NaN in the middle hides what came before", {9.0, nan, 1.0, 3.0}, nan, 3.0},
+        {"NaN, then one smaller", {9.0, nan, 1.0}, nan, 1.0},
+        {"two NaNs", {nan, nan, 4.0}, nan, 4.0},
+    };
+    for (const Row& row : rows) {
+        const auto n = static_cast<std::int64_t>(row.values.size());
+        EXPECT_TRUE(same_value(zvasum(row.values.data(), n), row.sum)) << row.id;
+        EXPECT_TRUE(same_value(zvamx(row.values.data(), n), row.largest)) << row.id;
+        EXPECT_EQ(bits(zvasum(row.values.data(), 0)), bits(0.0)) << row.id;
+    }
+    const std::vector<double> values{1.0, 2.0, 100.0};
+    EXPECT_EQ(zvasum(values.data(), 2), 3.0) << "not beyond n";
+    EXPECT_EQ(zvamx(values.data(), 2), 2.0);
+}
+
+TEST(Reductions, NothingIsReadWithoutACount) {
+    for (const std::int64_t n : {std::int64_t{0}, std::int64_t{-1}, INT64_MIN}) {
+        EXPECT_EQ(bits(zvasum(nullptr, n)), bits(0.0));
+        EXPECT_EQ(bits(zvamx(nullptr, n)), bits(0.0));
+    }
+}
+
+// ---- x^y
+
+struct PowerRow {
+    const char* id;
+    double x;
+    double y;
+    std::int32_t status;
+    double expected;  // of status 0; a failure gives the missing value
+};
+
+TEST(Power, Rows) {
+    const std::vector<PowerRow> rows{
+        {"0^0 fails", 0, 0, 3, 0},
+        {"0^-0 fails", 0, -0.0, 3, 0},
+        {"0^2", 0, 2, 0, 0.0},
+        {"-0 squared", -0.0, 2, 0, 0.0},
+        {"-0 cubed has no sign", -0.0, 3, 0, 0.0},
+        {"0^0.5", 0, 0.5, 0, 0.0},
+        {"0^infinity", 0, inf, 0, 0.0},
+        {"0^-2", 0, -2, 3, 0},
+        {"0^-infinity", 0, -inf, 3, 0},
+        {"0^NaN", 0, nan, 3, 0},
+        {"exponent 1", -5.5, 1, 0, -5.5},
+        {"exponent 1 of infinity", -inf, 1, 0, -inf},
+        {"exponent 1 of a NaN", nan, 1, 0, nan},
+        {"exponent 1 of the smallest number", 5e-324, 1, 0, 5e-324},
+        {"exponent 0", -5.5, 0, 0, 1.0},
+        {"exponent -0", 7, -0.0, 0, 1.0},
+        {"exponent 0 of infinity", inf, 0, 0, 1.0},
+        {"exponent 0 of a NaN", nan, 0, 0, 1.0},
+        {"cube root of -8", -8, 1.0 / 3.0, 2, 0},
+        {"square root of -1", -1, 0.5, 2, 0},
+        {"negative base, inverse of a fraction", -8, -2.5, 2, 0},
+        {"-1 to 2^53: counts as not whole", -1, two_to_53, 2, 0},
+        {"-1 to -2^53", -1, -two_to_53, 2, 0},
+        {"-2 to 1e300", -2, 1e300, 2, 0},
+        {"-2 to infinity", -2, inf, 2, 0},
+        {"-2 to NaN", -2, nan, 2, 0},
+        {"-1 to 2^53 - 1", -1, two_to_53 - 1, 0, -1.0},
+        {"-1 to 2^53 - 2", -1, two_to_53 - 2, 0, 1.0},
+        {"-1 to -3", -1, -3, 0, -1.0},
+        {"-1 to -4", -1, -4, 0, 1.0},
+        {"1 to 0.5", 1, 0.5, 0, 1.0},
+        {"1 to infinity", 1, inf, 0, 1.0},
+        {"1 to -infinity", 1, -inf, 0, 1.0},
+        {"1 to NaN", 1, nan, 0, 1.0},
+        {"-2 cubed", -2, 3, 0, -8.0},
+        {"-2 to 4", -2, 4, 0, 16.0},
+        {"-2 to -3", -2, -3, 0, -0.125},
+        {"2 to -2", 2, -2, 0, 0.25},
+        {"square root of 4", 4, 0.5, 0, 2.0},
+        {"4 to -1.5", 4, -1.5, 0, 0.125},
+        {"10^400", 10, 400, 1, 0},
+        {"10^-400", 10, -400, 0, 0.0},
+        {"(-10)^401", -10, 401, 1, 0},
+        {"(-10)^-401 has no sign", -10, -401, 0, 0.0},
+        {"0.1^400", 0.1, 400, 0, 0.0},
+        {"0.1^-400", 0.1, -400, 1, 0},
+        {"2^1023", 2, 1023, 0, 0x1p1023},
+        {"2^1024", 2, 1024, 1, 0},
+        {"2^-1021", 2, -1021, 0, 0x1p-1021},
+        {"2^-1022 is too small already", 2, -1022, 0, 0.0},
+        {"huge exponent, base above 1", 2, 1.4e154, 1, 0},
+        {"huge negative exponent, base above 1", 2, -1.4e154, 0, 0.0},
+        {"huge exponent, base below 1", 0.5, 1.4e154, 0, 0.0},
+        {"huge negative exponent, base below 1", 0.5, -1.4e154, 1, 0},
+        {"huge exponent, NaN base: not above 1", nan, 1.4e154, 0, 0.0},
+        {"huge negative exponent, NaN base", nan, -1.4e154, 1, 0},
+        {"just below huge", std::nextafter(1.0, 2.0), 1.3e154, 1, 0},
+        {"2^infinity", 2, inf, 1, 0},
+        {"2^-infinity", 2, -inf, 0, 0.0},
+        {"infinity squared", inf, 2, 1, 0},
+        {"infinity to -2", inf, -2, 0, 0.0},
+        {"-infinity cubed", -inf, 3, 1, 0},
+        {"-infinity to -3 has no sign", -inf, -3, 0, 0.0},
+        {"NaN squared", nan, 2, 0, nan},
+        {"2^NaN", 2, nan, 0, nan},
+        // squared, not by the library: the last digits differ; squared step by step in another language
+        {"1.3^5", 1.3, 5, 0, 3.712930000000001},
+        {"(-1.3)^5", -1.3, 5, 0, -3.712930000000001},
+        {"1.1^100", 1.1, 100, 0, 13780.612339822364},
+        {"1.1^-100", 1.1, -100, 0, 7.256571590148151e-05},
+        {"0.7^45", 0.7, 45, 0, 1.0700690442359768e-07},
+        {"0.7^-45", 0.7, -45, 0, 9345191.372337982},
+        {"1.0001^1000", 1.0001, 1000, 0, 1.105165392603197},
+        {"2.7^70", 2.7, 70, 0, 1.56842404291316e+30},
+        {"10^23", 10, 23, 0, 1e+23},
+    };
+    for (const PowerRow& row : rows) {
+        std::int32_t status = 77;
+        const double got = zpower(&status, row.x, row.y);
+        EXPECT_EQ(status, row.status) << row.id;
+        if (row.status != 0) {
+            EXPECT_EQ(bits(got), ZELKOVAN_MISSING_VALUE_BITS) << row.id;
+        } else {
+            EXPECT_TRUE(same_value(got, row.expected)) << row.id << ": " << got;
+        }
+    }
+}
+
+// From e^72.09 on the library's pow takes over, whole exponent or not.
+TEST(Power, WhereSquaringEnds) {
+    int differs_below = 0;
+    for (int k = 2; k <= 250; ++k) {
+        std::int32_t status = 77;
+        const double got = zpower(&status, 1.7, k);
+        ASSERT_EQ(status, 0);
+        const bool far = k * std::log(1.7) > 72.1;
+        if (far) {
+            EXPECT_EQ(bits(got), bits(std::pow(1.7, k))) << k;
+        } else if (bits(got) != bits(std::pow(1.7, k))) {
+            ++differs_below;
+        }
+    }
+    EXPECT_GT(differs_below, 30);
+}
+
+// Squaring lets the rounding of each step grow with the steps after it: the error is counted per unit of the exponent.
+TEST(Power, Errors) {
+    Draws draws{20240614};
+    double worst_squared = 0.0;
+    double worst_of_library = 0.0;
+    int squared = 0;
+    int by_library = 0;
+    for (int i = 0; i < 60000; ++i) {
+        const double spread = i % 3 == 0 ? 1e-3 : i % 3 == 1 ? 1.0 : 200.0;
+        const double base = std::exp(draws.between(-spread, spread));
+        const double size = std::abs(std::log(base));
+        if (size == 0.0) continue;
+        const bool whole = i % 2 == 0;
+        const double limit = std::min((whole ? 71.9 : 700.0) / size, 4e15);
+        const double y = whole ? draws.sign() * std::floor(draws.log_between(2.0, std::max(limit, 2.5)))
+                               : draws.sign() * draws.log_between(1e-3, limit);
+        const double x = whole && draws.coin() ? -base : base;
+        std::int32_t status = 77;
+        const double got = zpower(&status, x, y);
+        const double logarithm = std::abs(y) * size;
+        if (status != 0 || got == 0.0) continue;               // a base too far from 1 for any square
+        if (logarithm > 72.08 && logarithm < 72.09) continue;  // either way
+        Precise exact{x};
+        Precise exponent{y};
+        mpfr_pow(exact, exact, exponent, MPFR_RNDN);
+        const double error = error_in_ulps(got, exact);
+        if (y == std::trunc(y) && logarithm < 72.08) {
+            ++squared;
+            worst_squared = std::max(worst_squared, error / std::abs(y));
+        } else {
+            ++by_library;
+            worst_of_library = std::max(worst_of_library, error);
+        }
+    }
+    std::printf("power: %d squared, worst %.3f ulp per unit of the exponent; %d by the library, worst %.3f ulp\n",
+                squared, worst_squared, by_library, worst_of_library);
+    EXPECT_GT(squared, 15000);
+    EXPECT_GT(by_library, 15000);
+    EXPECT_LE(worst_squared, 0.95);
+    EXPECT_LE(worst_of_library, 0.6);
+}
+
+// ---- The exported names are these kernels
+
+TEST(ExportedKernels, SameBits) {
+    Draws draws{20240615};
+    for (int i = 0; i < 1000; ++i) {
+        const double x = draws.sign() * draws.log_between(1e-6, 100.0);
+        const double y = draws.between(-20.0, 20.0);
+        const double values[] = {x, y, -1.0};
+        ASSERT_EQ(bits(::zexpm1(x)), bits(finance::zexpm1(x)));
+        ASSERT_TRUE(same_value(::zln1px(x), finance::zln1px(x)));
+        ASSERT_EQ(bits(::zlnSumOfExp(x, y)), bits(finance::zlnSumOfExp(x, y)));
+        ASSERT_EQ(bits(::zvasum(values, 3)), bits(finance::zvasum(values, 3)));
+        ASSERT_EQ(bits(::zvamx(values, 3)), bits(finance::zvamx(values, 3)));
+        std::int32_t status = 77;
+        std::int32_t other_status = 78;
+        ASSERT_TRUE(same_value(::zpower(&status, x, y), finance::zpower(&other_status, x, y)));
+        ASSERT_EQ(status, other_status);
+    }
+}
+
+}  // namespace
+}  // namespace finance::test
