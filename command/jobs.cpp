@@ -1,0 +1,88 @@
+#include "command/jobs.hpp"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "command/evaluate.hpp"
+#include "command/help.hpp"
+#include "command/usage_error.hpp"
+
+namespace finance::command {
+
+namespace {
+
+constexpr std::string_view how_arguments_are_written =
+    "Arguments\n"
+    "  in order, or as name=value after those in order: finance PMT rate=0.005 nper=360 pv=200000\n"
+    "  numbers   200000, -1e5, 5.75%\n"
+    "  dates     2008-02-15, or days since 1960-01-01\n"
+    "  basis     30/360, ACTUAL, ACT/360, ACT/365, EU30/360 or 0 to 4\n"
+    "  lists     one value after the other, or separated by commas\n"
+    "  .         a missing value; name= leaves an argument out\n"
+    "\n"
+    "Exit status\n"
+    "  0 answered (. where the answer is a missing value), 1 refused, 2 wrong usage\n"
+    "\n"
+    "Options, before the first word\n"
+    "  --module PATH   use this zelkovan.so instead of the installed one\n"
+    "  --version\n";
+
+constexpr std::size_t usage_width = 42;
+
+Outcome answer(std::string text) { return {exit_answered, std::move(text), ""}; }
+
+std::string usage_line(std::string_view call, std::string_view purpose) {
+    std::string line = "  finance " + std::string{call};
+    line.resize(std::max(usage_width, line.size() + 2), ' ');
+    return line.append(purpose).append("\n");
+}
+
+std::string usage_text() {
+    std::string text = "Usage\n" + usage_line("NAME ARGUMENT...", "evaluate a calculation");
+    for (const Job& job : jobs()) {
+        const std::string separator = job.usage.empty() ? "" : " ";
+        text += usage_line(std::string{job.word} + separator + std::string{job.usage}, job.purpose);
+    }
+    return text.append("\n").append(how_arguments_are_written);
+}
+
+Outcome help(Words words, const Settings& /*settings*/) {
+    if (words.size() > 1) throw UsageError{"help takes one name", "finance list"};
+    return answer(words.empty() ? usage_text() : help_text(calculation_named(words.front())));
+}
+
+Outcome list(Words words, const Settings& /*settings*/) {
+    if (!words.empty()) throw UsageError{"list takes no argument", "finance help " + std::string{words.front()}};
+    return answer(list_text(catalogue::families()));
+}
+
+constexpr std::array all_jobs{
+    Job{"list", "", "all calculations, by family", list},
+    Job{"help", "NAME", "what one answers, its arguments, formula, an example", help},
+};
+
+bool asks_for_help(std::string_view word) { return word == "--help" || word == "-h"; }
+
+Outcome calculate(std::string_view name, Words arguments, const Settings& settings) {
+    if (name.starts_with('-')) throw UsageError{"no option is called " + std::string{name}, "finance help"};
+    const catalogue::Calculation& calculation = calculation_named(name);
+    for (const std::string_view word : arguments) {
+        if (asks_for_help(word)) return answer(help_text(calculation));
+        if (word.starts_with("--")) {
+            throw UsageError{"options come before the name: " + std::string{word}, "finance help"};
+        }
+    }
+    return evaluate(calculation, arguments, settings.module);
+}
+
+}  // namespace
+
+std::span<const Job> jobs() { return all_jobs; }
+
+Outcome run_job(std::string_view word, Words words, const Settings& settings) {
+    const auto job = std::ranges::find(all_jobs, word, &Job::word);
+    return job != all_jobs.end() ? job->run(words, settings) : calculate(word, words, settings);
+}
+
+}  // namespace finance::command
