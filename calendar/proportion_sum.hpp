@@ -1,7 +1,7 @@
 // A long stretch as a sum of period fractions.
 //
 //  (1) Whole periods are added one by one, then the part of the last period that the end cuts.
-//  (2) Beyond ten million periods the months of the calendar repeat: one cycle of 400 years is summed and multiplied.
+//  (2) Beyond ten million periods one cycle of 400 years, after which the calendar repeats, is summed and multiplied.
 #pragma once
 
 #include "calendar/calendar_date.hpp"

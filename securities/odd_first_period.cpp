@@ -133,7 +133,7 @@ LaterCoupons sum_later_coupons(double t, double v, double N) {
     double k = 1.0;
     if (N >= 1.0) {
         do {
-            if (k >= longest_literal_sum) return {t0 * v * sum_of_powers(v, N), t0 * std::pow(v, N)};
+            if (k > longest_literal_sum) return {t0 * v * sum_of_powers(v, N), t0 * std::pow(v, N)};
             k = k + 1.0;
             t = t * v;
             sum = sum + t;
@@ -147,6 +147,7 @@ LaterCoupons sum_later_coupons(double t, double v, double N) {
 
 // (sum of v^(e+1) .. v^(e+N) - A1) c + c v^e DFC + v^(e+N) R         e = W + DSC1
 // Guard  1 + y/f at least 2^-26.5
+// Error  278 ulp of price plus twice c A1, worst of 1e4 draws, N from 1 to 240, against 200 bits
 int zComputeODDFPRICE(SecurityComputeRecord* record) {
     if (!find_odd_first_quantities(record)) return ODDF_NO_REFERENCE_DATE;
     const double f = clamped_frequency(*record->terms);
@@ -202,6 +203,7 @@ bool at_rest(const LaterDiscounts& sums, double v, double f) {
 
 // F(x)  = c (DFC v^e + S - A1) + R v^(e+N) - P, the price at yield x less the price
 // F'(x) = c DFC g0 + c G + R g
+// Error  F 216 ulp of its terms added up, F' 279 ulp, worst of 1e4 draws, N from 1 to 240, against 200 bits
 std::uint32_t ComputeF_ODDFYIELD(NewtonProblem* problem) {
     auto* record = static_cast<SecurityComputeRecord*>(problem->userData);
     const double x = problem->x;
@@ -219,7 +221,7 @@ std::uint32_t ComputeF_ODDFYIELD(NewtonProblem* problem) {
     double k = 1.0;
     if (N >= 1.0) {
         do {
-            if (k >= longest_literal_sum || record->termsAdded + k >= longest_literal_search) {
+            if (k > longest_literal_sum || record->termsAdded + k >= longest_literal_search) {
                 sums = closed_later_discounts(t0, v, f, e, N);
                 break;
             }

@@ -71,6 +71,7 @@ void find_odd_last_quantities(SecurityComputeRecord* record) {
 
 // (DC c + R) / (1 + (y/f) DSC') - c A'
 // Guard  the divisor at least 2^-26.5
+// Error  2.6 ulp of price plus twice c A', worst of 1e4 draws, against 200 bits
 int zComputeODDLPRICE(SecurityComputeRecord* record) {
     find_odd_last_quantities(record);
     const double f = clamped_frequency(*record->terms);
@@ -82,6 +83,7 @@ int zComputeODDLPRICE(SecurityComputeRecord* record) {
 }
 
 // (f / DSC') ((c DC + R) / (A' c + P) - 1)
+// Error  2 ulp of the yield with + 1 for - 1, worst of 1e4 draws, against 200 bits
 int zComputeODDLYIELD(SecurityComputeRecord* record) {
     find_odd_last_quantities(record);
     const double f = clamped_frequency(*record->terms);

@@ -89,6 +89,7 @@ double sum_of_discounts(double v, double N) {
 // More              v^d (R v^(N-1) + c (1 + v + .. + v^(N-1))) - c a
 //   with a and d the fractions of the period accrued and remaining
 // Guard  1 + y/f at least 2^-26.5
+// Error  one coupon left 2.3 ulp, more 307 ulp, of price plus twice c a: worst of 1e4 draws, 1 to 360 coupons, 200 bits
 int zComputePRICE(SecurityComputeRecord* record) {
     find_period_fractions(record);
     const double f = clamped_frequency(*record->terms);
@@ -114,6 +115,7 @@ int zComputePRICE(SecurityComputeRecord* record) {
 namespace {
 
 // Simple interest to the one coupon left; the frequency as it is stored.
+// Error  2.5 ulp of the yield with ratio + 1 for ratio - 1, worst of 1e4 draws, against 200 bits
 double yield_of_last_period(const SecurityComputeRecord& record) {
     const double f0 = record.terms->frequency;
     const double E = record.daysInPeriod;
@@ -171,6 +173,7 @@ bool at_rest(const DiscountSums& sums, double c, double R, double v, double f, d
 
 // F(x)  = c (S - a) + (R t - P), the price at yield x less the price
 // F'(x) = c D + R g
+// Error  F 312 ulp of its terms added up, F' 340 ulp, worst of 1e4 draws, 2 to 360 coupons, against 200 bits
 std::uint32_t ComputeF_YIELD(NewtonProblem* problem) {
     auto* record = static_cast<SecurityComputeRecord*>(problem->userData);
     const double x = problem->x;

@@ -1,11 +1,12 @@
 // The eight level-payment calculations: values, refusals, order of checks, identities.
+#include "cashflow/annuities.hpp"
+
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <cmath>
 #include <limits>
 
-#include "cashflow/annuities.hpp"
 #include "tests/support/tables.hpp"
 
 namespace finance::test {
@@ -136,8 +137,11 @@ const std::vector<RefusalCase> refusals{
     {"CUMPRINC/start after end", "CUMPRINC", {0.1, 5, 100, 3, 2, 2}, STATUS_INVALID_ARGUMENT, {4}},
     {"CUMPRINC/type 2 comes last", "CUMPRINC", {0.1, 5, 100, 2, 3, 2}, STATUS_INVALID_ARGUMENT, {6}},
     {"CUMPRINC/type not whole comes before them", "CUMPRINC", {0.1, 5, 100, 6, 7, 0.5}, STATUS_INVALID_ARGUMENT, {6}},
-    {"CUMPRINC/end 2^32 is above 0, then counts as 0", "CUMPRINC", {0.1, 5, 100, 1, two_to_32},
-     STATUS_INVALID_ARGUMENT, {4}},
+    {"CUMPRINC/end 2^32 is above 0, then counts as 0",
+     "CUMPRINC",
+     {0.1, 5, 100, 1, two_to_32},
+     STATUS_INVALID_ARGUMENT,
+     {4}},
     {"CUMPRINC/nper 0", "CUMPRINC", {0.1, 0, 100, 1, 1}, STATUS_INVALID_ARGUMENT, {4}},
 
     // two faults at once: the first argument is named
@@ -157,7 +161,8 @@ TEST(Annuities, Refusals) { check_refusals(refusals); }
 
 // Bad values of the kinds of argument.
 const std::vector<Arg> not_a_rate{0, -0.0, -0.01, -inf};
-const std::vector<Arg> not_a_count{0, -3, 2.5, 0.5, 2147483648.0, two_to_32, two_to_53 + 2, 1e16, 1e300, inf, -inf, -1e300};
+const std::vector<Arg> not_a_count{0,    -3,    2.5, 0.5,  2147483648.0, two_to_32, two_to_53 + 2,
+                                   1e16, 1e300, inf, -inf, -1e300};
 const std::vector<Arg> not_whole{2.5, -0.5, two_to_53 + 2, 1e300, inf, -1e300};
 const std::vector<Arg> not_a_timing{2, 0.5, 1e300, inf, -inf, 2147483647.0};
 
@@ -179,8 +184,9 @@ TEST(Annuities, EveryArgumentAbsentMissingOutOfRule) {
     }
     calls += check_argument_rules("CUMIPMT", {0.1, 5, 100, 1, 3, 1},
                                   {rate, whole, {true, {0, -0.0, -5, -inf}}, whole, whole, timing});
-    calls += check_argument_rules("CUMPRINC", {0.1, 5, 100, 1, 3, 1},
-                                  {rate, whole, amount, per_or_nper, {true, {0, -3, 2.5, two_to_53 + 2, -inf}}, timing});
+    calls +=
+        check_argument_rules("CUMPRINC", {0.1, 5, 100, 1, 3, 1},
+                             {rate, whole, amount, per_or_nper, {true, {0, -3, 2.5, two_to_53 + 2, -inf}}, timing});
     calls += check_argument_rules("ISPMT", {0.1, 2, 5, 100}, {rate, per_or_nper, per_or_nper, amount});
     EXPECT_GT(calls, 250);
 }
@@ -283,10 +289,11 @@ TEST(AnnuitySums, EarlyEndsKeepTheBits) {
         int last;
     };
     // balances that settle, that overflow, that settle before the range begins, that never settle
-    const std::vector<Row> rows{{0.5, 3, 100, 1, 3000},     {0.5, 3, 100, 2500, 3000},   {0.9, 1000, 50, 1, 4000},
-                                {0.01, 60000, 1, 1, 60000}, {0.01, 60000, 1, 50000, 60000}, {0.001, 7, 1e300, 1, 900000},
-                                {1e-9, 10, 1e5, 1, 1000000}, {3.0, 1, 1e-300, 1, 5000},  {0.25, 0, 10, 1, 100},
-                                {0.25, -4, 10, 1, 100000}};
+    const std::vector<Row> rows{{0.5, 3, 100, 1, 3000},         {0.5, 3, 100, 2500, 3000},
+                                {0.9, 1000, 50, 1, 4000},       {0.01, 60000, 1, 1, 60000},
+                                {0.01, 60000, 1, 50000, 60000}, {0.001, 7, 1e300, 1, 900000},
+                                {1e-9, 10, 1e5, 1, 1000000},    {3.0, 1, 1e-300, 1, 5000},
+                                {0.25, 0, 10, 1, 100},          {0.25, -4, 10, 1, 100000}};
     for (const Row& row : rows) {
         AnnuityRecord a{};
         a.rate = row.rate;
@@ -303,7 +310,8 @@ TEST(AnnuitySums, EarlyEndsKeepTheBits) {
     }
 }
 
-// Beyond ten million steps: expected values from the identities of the whole loan, and of a range that ends at the loan.
+// Beyond ten million steps: expected values from the identities of the whole loan, and of a range that ends at the
+// loan.
 TEST(AnnuitySums, BillionsOfPeriodsHaveClosedForms) {
     const int n = 2147483647;
     const double r = 1e-8;

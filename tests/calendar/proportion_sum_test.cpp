@@ -1,0 +1,163 @@
+// Sums over many periods: against the literal loop, and beyond its reach against exact sums.
+#include "calendar/proportion_sum.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/calendar/dates.hpp"
+#include "tests/calendar/literal_schedule.hpp"
+#include "tests/support/call.hpp"
+
+namespace finance::test {
+namespace {
+
+constexpr std::array<std::int32_t, 5> frequencies{1, 2, 4, 6, 12};
+
+CouponTerms terms_of(std::int32_t frequency, std::int32_t basis, bool plain_360, bool floor) {
+    CouponTerms terms = coupon_terms(frequency, basis);
+    terms.couponDayRule = plain_360 ? 1 : 0;
+    terms.proportionFloor = floor ? 1 : 0;
+    return terms;
+}
+
+void compare(double total, const CalendarDate& origin, const CalendarDate& end, WalkEnd until,
+             const CouponTerms& terms) {
+    CouponTerms got_terms = terms;
+    CouponTerms expected_terms = terms;
+    const double got = sum_of_proportions(total, origin, end, until, &got_terms);
+    const double expected = literal::sum_of_proportions(total, origin, end, until, &expected_terms);
+    ASSERT_TRUE(same_value(got, expected)) << origin << " to " << end << ", frequency " << terms.frequency << ", basis "
+                                           << terms.basis << ": " << got << ", expected " << expected;
+    ASSERT_TRUE(same_terms(got_terms, expected_terms)) << origin << " to " << end;
+}
+
+// One end of three lies on a coupon date.
+void compare_draws(std::int64_t middle, std::int64_t around, std::int64_t longest, int draws) {
+    std::mt19937_64 random{19720229};
+    const auto below = [&](std::int64_t bound) {
+        return static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(bound));
+    };
+    for (int i = 0; i < drawn(draws) && !testing::Test::HasFatalFailure(); ++i) {
+        const CalendarDate origin = date_of_julian(middle - around + below(2 * around));
+        const CouponTerms terms = terms_of(frequencies[static_cast<std::size_t>(below(5))],
+                                           static_cast<std::int32_t>(below(5)), below(2) == 0, below(2) == 0);
+        CalendarDate end = date_of_julian(origin.julianDay + 1 + below(longest));
+        if (below(3) == 0) {
+            CalendarDate coupon{};
+            zAdvanceDate(&coupon, &origin, (end.julianDay - origin.julianDay) * terms.frequency / 365, &terms);
+            if (coupon.julianDay > origin.julianDay) end = coupon;
+        }
+        compare(static_cast<double>(below(1000)) / 999.0, origin, end,
+                below(2) == 0 ? WalkEnd::after : WalkEnd::on_or_after, terms);
+    }
+}
+
+TEST(ProportionSum, ShortSumsLikeALoop) { compare_draws(2453000, 20000, 4000, 300'000); }
+TEST(ProportionSum, LongSumsLikeALoop) { compare_draws(2453000, 20000, 2000 * 365, 500); }
+TEST(ProportionSum, SumsOverTheYearZeroLikeALoop) { compare_draws(1721426 - 1000, 3000, 4000, 300'000); }
+TEST(ProportionSum, AMillionPeriodsLikeALoop) {
+    for (const std::int32_t basis : {0, 3}) {
+        compare(0.3, date_of(2001, 1, 31), date_of_julian(2453000 + 31'000'000), WalkEnd::on_or_after,
+                terms_of(12, basis, false, false));
+    }
+}
+
+// ---- More than ten million periods
+
+CalendarDate far_date(std::int32_t year, std::int32_t month, std::int32_t day) {
+    CalendarDate made{};
+    made.year = year;
+    made.month = month;
+    made.day = day;
+    ConvertDateToJulian(&made);
+    return date_of_julian(made.julianDay);
+}
+
+struct Long {
+    std::string id;
+    CalendarDate origin;
+    CalendarDate end;
+    CouponTerms terms;
+    double total;
+    WalkEnd until;
+    double expected;
+};
+
+// Proportions by actual days over periods of a fixed length add up to all days over that length.
+double all_days(const CalendarDate& origin, const CalendarDate& end, const CouponTerms& terms) {
+    return static_cast<double>(end.julianDay - origin.julianDay) / terms.periodDays;
+}
+
+// Month ends counted by zdays360 make 361 days of a common year (29 + 32 + 10 times 30) and 360 of a leap year.
+constexpr double million_years_of_month_ends = 2500.0 * (303 * 361 + 97 * 360) / 30.0;
+
+TEST(ProportionSum, ExactBeyondTenMillionPeriods) {
+    const CalendarDate origin = far_date(2001, 5, 15);
+    const CalendarDate end = far_date(1002001, 5, 20);
+    const CalendarDate on_coupon = far_date(1002001, 5, 15);
+    const CalendarDate month_end = far_date(2001, 1, 31);
+    const CalendarDate last_month_end = far_date(1002001, 1, 31);
+    const CouponTerms european = terms_of(12, BASIS_EU30_360, false, false);
+    const CouponTerms variant = terms_of(12, BASIS_30_360, false, false);
+    const CouponTerms plain = terms_of(12, BASIS_30_360, true, false);
+    const CouponTerms actual = terms_of(12, BASIS_ACTUAL, false, false);
+    const CouponTerms act_360 = terms_of(12, BASIS_ACT_360, false, false);
+    const CouponTerms act_365 = terms_of(12, BASIS_ACT_365, false, false);
+    const CouponTerms annual = terms_of(1, BASIS_ACT_365, false, false);
+    const CalendarDate far_end = far_date(12002001, 5, 20);
+    const std::vector<Long> rows{
+        {"EU30/360", origin, end, european, 0.25, WalkEnd::on_or_after, 0.25 + 12e6 + 5 / 30.0},
+        {"30/360", origin, end, variant, 0.25, WalkEnd::after, 0.25 + 12e6 + 5 / 30.0},
+        {"30/360, month ends", month_end, last_month_end, variant, 0, WalkEnd::after, 12e6},
+        {"30/360 by zdays360, month ends", month_end, last_month_end, plain, 0, WalkEnd::after,
+         million_years_of_month_ends},
+        {"30/360 by zdays360, month ends, cut", month_end, last_month_end, plain, 0, WalkEnd::on_or_after,
+         million_years_of_month_ends},
+        {"ACTUAL", origin, end, actual, 0.5, WalkEnd::on_or_after, 0.5 + 12e6 + 5 / 31.0},
+        {"ACTUAL to a coupon date", origin, on_coupon, actual, 0.5, WalkEnd::on_or_after, 0.5 + 12e6},
+        {"ACTUAL to a coupon date and an empty period", origin, on_coupon, actual, 0.5, WalkEnd::after, 0.5 + 12e6},
+        {"ACT/360", origin, end, act_360, 0, WalkEnd::after, all_days(origin, end, act_360)},
+        {"ACT/365", origin, end, act_365, 0, WalkEnd::after, all_days(origin, end, act_365)},
+        {"ACT/365, annual", origin, far_end, annual, 0, WalkEnd::on_or_after, all_days(origin, far_end, annual)},
+    };
+    for (const Long& row : rows) {
+        CouponTerms terms = row.terms;
+        const double got = sum_of_proportions(row.total, row.origin, row.end, row.until, &terms);
+        EXPECT_LE(std::abs(got / row.expected - 1.0), 1e-12) << row.id << ": " << got << ", expected " << row.expected;
+        EXPECT_EQ(terms.periodDays, row.terms.periodDays) << row.id;
+    }
+}
+
+// The floor raises the short periods alone: of a common year's months February's 28 of 365/12 days and the four of 30
+// days, of a leap year's February's 29.
+TEST(ProportionSum, TheFloorBeyondTenMillionPeriods) {
+    const CalendarDate origin = far_date(2001, 5, 15);
+    const CalendarDate end = far_date(1002001, 5, 15);
+    CouponTerms terms = terms_of(12, BASIS_ACT_365, false, true);
+    const double expected = 1e6 * (5.0 + 7.0 * 31.0 / (365.0 / 12.0)) + 1.0;  // and the empty period, raised
+    EXPECT_LE(std::abs(sum_of_proportions(0.0, origin, end, WalkEnd::after, &terms) / expected - 1.0), 1e-12);
+}
+
+// Years before 1 have numbers that jump over 0, and dates of a year 0 are those of the year -1: such a sum takes that
+// year twice, so that it still adds up to all days.
+TEST(ProportionSum, BeyondTenMillionPeriodsOverTheYearZero) {
+    for (const std::int32_t first_year : {-1, -7, -100, -399, -401, -1000, -3000, -6000, -900000}) {
+        for (const std::int32_t basis : {2, 3}) {
+            const CalendarDate origin = far_date(first_year, 5, 15);
+            const CalendarDate end = far_date(1000000, 5, 20);
+            CouponTerms terms = terms_of(12, basis, false, false);
+            const double expected = all_days(origin, end, terms);
+            const double got = sum_of_proportions(0.0, origin, end, WalkEnd::on_or_after, &terms);
+            EXPECT_LE(std::abs(got / expected - 1.0), 1e-12)
+                << "from the year " << first_year << ", basis " << basis << ": " << got << ", expected " << expected;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace finance::test
