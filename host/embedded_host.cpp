@@ -14,10 +14,14 @@ namespace {
 
 constexpr double missing_value = std::bit_cast<double>(ZELKOVAN_MISSING_VALUE_BITS);
 
-// The first slot that the module marked. Modules take the low 32 bits of the count.
-int first_flagged(const HostCallContext* context) {
+// Modules take the low 32 bits of the count.
+std::int32_t slot_count(const HostCallContext* context) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(context->count));
+}
+
+// The first slot that the module marked.
+int first_flagged(const HostCallContext* context, std::int32_t count) {
     const auto* slot = static_cast<const ArgSlot*>(static_cast<const void*>(context + 1));
-    const auto count = static_cast<std::int32_t>(static_cast<std::uint32_t>(context->count));
     for (int i = 0; i < count; ++i) {
         if ((slot[i].flags & ZELKOVAN_FLAG_INVALID) != 0) return i;
     }
@@ -50,9 +54,10 @@ struct EmbeddedHost::State {
     Evaluation call(HostCallContext* context, double* result) {
         Evaluation evaluation;
         const CurrentEvaluation current{desk, evaluation};
+        const std::int32_t count = slot_count(context);  // before a module that is at fault can change it
         evaluation.status = registration.dispatcher()(context, result);
         evaluation.value = evaluation.answered() && result != nullptr ? *result : missing_value;
-        evaluation.flagged = first_flagged(context);
+        evaluation.flagged = first_flagged(context, count);
         return evaluation;
     }
 
