@@ -193,9 +193,9 @@ TEST(Annuities, EveryArgumentAbsentMissingOutOfRule) {
 
 // A null result pointer: the flag and the status are all that is left to say.
 TEST(Annuities, FailuresNeedNoResult) {
+    ensure_host();
     Call call{"PMT", {0.1, 2.5, 100}};
-    const std::int32_t row = row_of("PMT");
-    EXPECT_EQ(fncfin(call.context(), nullptr), STATUS_INVALID_ARGUMENT) << row;
+    EXPECT_EQ(fncfin(call.context(), nullptr), STATUS_INVALID_ARGUMENT);
 }
 
 // ---- Identities
