@@ -34,7 +34,7 @@ double scaled_power(double z, std::int32_t d, std::int32_t* exponent) {
     return z < 0.0 && d % 2 != 0 ? -mantissa : mantissa;
 }
 
-constexpr double underflow_limit = 2.2737367544323216e-13;  // 2^-42
+constexpr double underflow_limit = 2.2737367544323216e-13;  // 2^-42, which itself is below it
 
 // With w = 1/z and q the reversed polynomial, p = z^d q(w):
 //   p'  = z^d w (d q - w q')

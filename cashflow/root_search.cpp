@@ -101,6 +101,8 @@ struct Side {
 constexpr Side below_one{0.999999999999, 0.0, 1.0, 0.5, 0.0};
 constexpr Side above_one{1.000000000001, 1.0, HUGE_VAL, 1.0, 1.0};
 
+// A stop at what is no root (is_root) is passed over, and the search goes on; one where the first flows no longer count
+// beside the last ends it.
 bool newton_on_side(Polynomial& polynomial, const Side& side, double* z) {
     constexpr double tolerance = 1e-10;
     double x = side.start;
@@ -119,6 +121,9 @@ bool newton_on_side(Polynomial& polynomial, const Side& side, double* z) {
     return false;
 }
 
+// With G = p'/p and H = p''/p, free of the flows' unit:
+//   z - 1 / (G/d +- sqrt((G^2 (1 - 1/d) - H) (1 - 1/d)))        the sign that makes the step shorter
+// A negative radicand sends the search to the next place. What it finds may be above 1, or negative.
 bool laguerre(Polynomial& polynomial, double* z) {
     constexpr double tolerance = 1e-12;
     constexpr std::size_t restarts = 4;
@@ -129,21 +134,18 @@ bool laguerre(Polynomial& polynomial, double* z) {
     for (std::int32_t step_count = 0; step_count < most_steps; ++step_count) {
         EvalPol(x, &polynomial.p);
         const CashFlowPolynomial& p = polynomial.p;
-        const double sign = p.p < 0.0 ? -1.0 : 1.0;
-        const double a = std::abs(p.p);
-        if (a < tolerance * polynomial.largest && is_root(x, &polynomial.p)) {
+        if (std::abs(p.p) < tolerance * polynomial.largest && is_root(x, &polynomial.p)) {
             *z = x;
             return true;
         }
-        const double disc = (p.p1 * p.p1 * share - p.p * p.p2) * share;
+        const double G = p.p1 / p.p;
+        const double disc = (G * G * share - p.p2 / p.p) * share;
         if (disc < 0.0) {
             if (restart == restarts) return false;
             x = zranuniValues[restart++];
             continue;
         }
-        const double towards = sign * p.p1 / d;
-        const double den = towards < 0.0 ? towards - std::sqrt(disc) : towards + std::sqrt(disc);
-        const double step = a / den;
+        const double step = 1.0 / (G / d + std::copysign(std::sqrt(disc), G));
         x = x - step;
         if (std::abs(step) <= tolerance * std::abs(x) && is_root(x, &polynomial.p)) {
             *z = x;

@@ -1,5 +1,7 @@
 #include "host/control_block.hpp"
 
+#include <bit>
+
 #include <stdexcept>
 
 #include "host/services.hpp"
@@ -39,7 +41,7 @@ constexpr ByteTable identity = byte_table(Folding::none);
 constexpr ByteTable to_upper = byte_table(Folding::upper);
 constexpr ByteTable to_lower = byte_table(Folding::lower);
 
-void* junk_address(std::size_t i) { return reinterpret_cast<void*>(ControlBlock::junk_word(i)); }
+void* junk_address(std::size_t i) { return std::bit_cast<void*>(ControlBlock::junk_word(i)); }
 
 template <std::size_t size>
 void fill_with_junk(std::array<void*, size>& words) {

@@ -31,7 +31,7 @@ Header* make_block(const MemoryVector* owner, std::int64_t bytes, std::int64_t f
     const auto size = static_cast<std::size_t>(bytes);
     void* memory = std::malloc(sizeof(Header) + size + guard_bytes);
     if (memory == nullptr) return nullptr;
-    Header* header = new (memory) Header{live_mark, owner, bytes, flags};
+    auto* header = new (memory) Header{live_mark, owner, bytes, flags};
     std::memset(bytes_after(header), MemoryVector::fresh_byte, size);
     std::memset(bytes_after(header) + size, guard_byte, guard_bytes);
     return header;

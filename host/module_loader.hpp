@@ -81,10 +81,10 @@ public:
 private:
     [[noreturn]] void fail(const std::string& what) const;
     const ImageInformation* enter(EntryPoint entry);
-    RegistrationEntry* find_registration_entry() const;
+    [[nodiscard]] RegistrationEntry* find_registration_entry() const;
     void* request(std::int32_t number, const char* wanted);
-    const FunctionItem* checked_item() const;
-    Dispatcher checked_dispatcher() const;
+    [[nodiscard]] const FunctionItem* checked_item() const;
+    [[nodiscard]] Dispatcher checked_dispatcher() const;
 
     RegistrationHost host_;
     const ImageInformation* image_;

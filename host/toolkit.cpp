@@ -37,7 +37,6 @@ struct Toolkit::Pool {
 Toolkit::Toolkit() noexcept
     : face_{operations_, this},
       operations_{reinterpret_cast<void*>(&create_pool)},
-      no_operation_{nullptr},
       pool_operations_{reinterpret_cast<void*>(&allocate_block), reinterpret_cast<void*>(&release_pool)} {}
 
 void Toolkit::take_shape(Shape shape) noexcept {

@@ -62,14 +62,14 @@ private:
     };
 
     static void* create_pool(void* toolkit, const char* name, std::uint64_t flags) noexcept;
-    static void* allocate_block(void* pool, std::int64_t bytes, std::uint64_t flags) noexcept;
-    static void release_pool(void* pool) noexcept;
+    static void* allocate_block(void* object, std::int64_t bytes, std::uint64_t flags) noexcept;
+    static void release_pool(void* object) noexcept;
 
     void note_request(const char* name, std::uint64_t flags) noexcept;
 
     Face face_;
     void* operations_[1];
-    void* no_operation_[1];
+    void* no_operation_[1] = {nullptr};
     void* pool_operations_[2];
     FaultCountdown pool_fault_;
     FaultCountdown block_fault_;

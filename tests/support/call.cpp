@@ -16,14 +16,14 @@ constexpr std::uint8_t junk_byte = 0xA5;
 constexpr std::uint8_t junk_flags = 0xFE;  // all but the bit that the module may set
 constexpr std::uint64_t untouched_bits = 0x7FF4123456789ABC;
 
-const host::EmbeddedHost& shared_host() {
-    static const host::EmbeddedHost host{mcn_main};
+}  // namespace
+
+host::EmbeddedHost& linked_host() {
+    static host::EmbeddedHost host{mcn_main};
     return host;
 }
 
-}  // namespace
-
-void ensure_host() { shared_host(); }
+void ensure_host() { linked_host(); }
 
 std::uint64_t bits(double x) { return std::bit_cast<std::uint64_t>(x); }
 
@@ -119,7 +119,7 @@ Outcome Call::through_dispatcher() {
     ensure_host();
     before_ = record_;
     result_ = std::bit_cast<double>(untouched_bits);
-    return outcome(shared_host().evaluate(context(), &result_).status);
+    return outcome(linked_host().evaluate(context(), &result_).status);
 }
 
 }  // namespace finance::test

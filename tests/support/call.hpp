@@ -11,6 +11,10 @@
 #include "abi/status.hpp"
 #include "abi/zelkovan.h"
 
+namespace finance::host {
+class EmbeddedHost;  // host/embedded_host.hpp
+}
+
 namespace finance::test {
 
 inline constexpr double missing = MISSING_VALUE;
@@ -88,7 +92,8 @@ std::uint64_t bits(double x);
 bool same_value(double a, double b);                      // equal bits, or both NaN
 double units_in_last_place(double got, double expected);  // distance in ulps of expected; huge where one is NaN
 
-// The embedded host around the module's objects linked into this program; made at the first call of this function.
+// The embedded host around the module's objects linked into this program; made at the first call of either function.
+host::EmbeddedHost& linked_host();
 void ensure_host();
 
 }  // namespace finance::test

@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+"""Is what the documentation shows right? Works out its examples with the slow model, which knows nothing of the module
+or of the command: answers digit for digit, refusals by the argument at fault. The model has no IRR: its rate must bring
+the flows to 0, and its refusals must have no flows of two signs.
+
+    agree_with_model.py SOURCE_FOLDER
+
+Named arguments are taken in the order in which they stand. Examples that are no call, or that the command cannot read
+(they end in `try:`), are left out.
+"""
+import datetime
+import math
+import pathlib
+import re
+import shlex
+import sys
+from fractions import Fraction
+
+import pages
+
+root = pathlib.Path(sys.argv[1]).resolve()
+sys.path.insert(0, str(root / "tests" / "model"))
+
+import arguments
+import draw
+
+CALL = re.compile(r"finance ([A-Z]+) (.*?)(; echo \$\?)?")
+REFUSAL = re.compile(r"finance: ([A-Z]+): (?:argument (\d+) \(.*|no answer: .*)")
+EPOCH = datetime.date(1960, 1, 1)
+DATED = {"COUPNCD", "COUPPCD"}
+
+
+def argument_of(text):
+    if text == ".":
+        return arguments.Number(math.nan)
+    if re.fullmatch(r"\d{4}-\d\d-\d\d", text):
+        return arguments.Number((datetime.date.fromisoformat(text) - EPOCH).days)
+    try:
+        return arguments.Number(float(Fraction(text.rstrip("%")) / (100 if text.endswith("%") else 1)))
+    except ValueError:
+        return arguments.Text(text.encode())
+
+
+def arguments_of(words):
+    texts = [text for word in words for text in word.split("=")[-1].split(",")]
+    while texts and not texts[-1]:
+        texts.pop()
+    return [argument_of(text) for text in texts]
+
+
+def is_internal_rate(given, shown):
+    growth = 1 + Fraction(float(shown))
+    worths = [Fraction(flow.value) / growth**k for k, flow in enumerate(given)]
+    return abs(sum(worths)) < Fraction(1, 10**12) * sum(abs(worth) for worth in worths)
+
+
+def same_answer(name, value, shown):
+    if math.isnan(value):
+        return shown == "."
+    if name in DATED:
+        return shown == (EPOCH + datetime.timedelta(int(value))).isoformat()
+    return float(shown) == value
+
+
+def agrees(name, given, shown, calculation):
+    """Whether the first line shown, the answer or the refusal, is what the model says."""
+    refusal = REFUSAL.fullmatch(shown)
+    if name == "IRR":
+        signs = {flow.value > 0 for flow in given if flow.value != 0}
+        return len(signs) < 2 if refusal else is_internal_rate(given, shown)
+    status, flagged, value = arguments.run(calculation, arguments.Call(given, name.encode()))
+    if refusal:
+        slots = {int(refusal.group(2))} if refusal.group(2) else set()
+        return status != arguments.SUCCESS and set(flagged) == slots
+    return status == arguments.SUCCESS and same_answer(name, value, shown)
+
+
+def verdict(example, calculations):
+    """True or False, None where the model has no say."""
+    call = CALL.fullmatch(example.command)
+    if not call or not example.output or "\ntry: " in example.output or call.group(1) not in draw.COUNTS:
+        return None
+    lines = example.output.splitlines()
+    if call.group(3) and lines.pop() != ("1" if REFUSAL.fullmatch(lines[0]) else "0"):
+        return False
+    name = call.group(1)
+    return agrees(name, arguments_of(shlex.split(call.group(2))), lines[0], calculations.get(name))
+
+
+def main():
+    calculations = draw.load()[0]
+    counts = {True: 0, False: 0, None: 0}
+    for page in pages.pages_of(root):
+        for example in pages.read(page)[0]:
+            agreed = verdict(example, calculations)
+            counts[agreed] += 1
+            if agreed is False:
+                print(f"{page.relative_to(root)}:{example.line}: the model disagrees: $ {example.command}")
+    print(f"{counts[True]} examples agree with the model, {counts[False]} do not, {counts[None]} are no call")
+    return 0 if counts[True] > 0 and counts[False] == 0 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
