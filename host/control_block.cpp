@@ -1,7 +1,6 @@
 #include "host/control_block.hpp"
 
 #include <bit>
-
 #include <stdexcept>
 
 #include "host/services.hpp"
