@@ -1,81 +1,87 @@
 #include "depreciation/declining_spans.hpp"
 
 #include <algorithm>
-#include <cmath>
+
+#include "depreciation/decline.hpp"
 
 namespace finance {
 
 namespace {
 
-// ln(1 - q); beyond q = 1 the first period takes everything.
-double growth(const DecliningAsset& a) { return std::log1p(-std::min(a.factor / a.life, 1.0)); }
+// Of a cost of 0 nothing is taken, whatever the factor.
+Decline decline_of(const DecliningAsset& a) { return {a.cost == 0.0 ? 0.0 : a.factor, a.life}; }
 
-double accumulated_after(const DecliningAsset& a, double periods) {
-    return (0.0 - a.cost) * std::expm1(periods * growth(a));
-}
+struct Span {
+    DecliningAsset a;
+    Decline decline;
 
-// Depreciation of the periods from s to e without regard to salvage, s <= e.
-double declining_between(const DecliningAsset& a, double s, double e) {
-    return (0.0 - a.cost) * std::exp(s * growth(a)) * std::expm1((e - s) * growth(a));
-}
+    [[nodiscard]] double accumulated(std::int64_t i) const { return a.cost * decline.taken(i); }
+    [[nodiscard]] double declining(std::int64_t i) const { return a.cost * decline.left(i) * a.factor / a.life; }
+    [[nodiscard]] double straight(std::int64_t i) const {
+        return (a.depreciable - accumulated(i)) / (a.life - static_cast<double>(i));
+    }
+    [[nodiscard]] bool below_salvage(std::int64_t i) const { return accumulated(i + 1) > a.depreciable; }
+    [[nodiscard]] bool switches(std::int64_t i) const { return declining(i) < straight(i) || below_salvage(i); }
 
-double declining_amount(const DecliningAsset& a, double i) {
-    return (a.cost - accumulated_after(a, i)) * a.factor / a.life;
-}
+    // Depreciation of the periods from s to e without regard to salvage.
+    [[nodiscard]] double between(std::int64_t s, std::int64_t e) const {
+        return 0.0 + a.cost * decline.left(s) * decline.taken(e - s);
+    }
+};
 
-double straight_amount(const DecliningAsset& a, double i) {
-    return (a.depreciable - accumulated_after(a, i)) / (a.life - i);
-}
-
-bool below_salvage(const DecliningAsset& a, double i) { return accumulated_after(a, i + 1.0) > a.depreciable; }
-
-bool declining_ends(const DecliningAsset& a, double i) {
-    return declining_amount(a, i) < straight_amount(a, i) || below_salvage(a, i);
-}
-
-// The first of the periods 0 .. e - 1 for which `ends` holds, which it does from there on; e where there is none.
+// The first of the periods 0 .. e - 1 for which `ends` holds; e where there is none. Where it holds in one of the
+// periods 2j and 2j + 1 it does so in all later pairs, unless it does in the first pair.
 template <typename Ends>
-std::int32_t first_period(const DecliningAsset& a, std::int32_t e, Ends ends) {
-    std::int32_t low = 0;
-    std::int32_t high = e;
+std::int64_t first_period(std::int64_t e, Ends ends) {
+    const auto in_pair = [&](std::int64_t j) { return ends(2 * j) || ends(2 * j + 1); };
+    const std::int64_t pairs = (e + 1) / 2;
+    std::int64_t low = 0;
+    std::int64_t high = in_pair(0) ? 0 : pairs;
     while (low < high) {
-        const std::int32_t mid = low + (high - low) / 2;
-        if (ends(a, mid)) {
+        const std::int64_t mid = low + (high - low) / 2;
+        if (in_pair(mid)) {
             high = mid;
         } else {
             low = mid + 1;
         }
     }
-    return low;
+    if (low == pairs) return e;
+    return std::min(ends(2 * low) ? 2 * low : 2 * low + 1, e);
 }
 
-// From period k on: equal amounts d until depreciable is reached, then the rest; the part of it from s to e.
-double equal_amounts(const DecliningAsset& a, std::int32_t k, std::int32_t s, std::int32_t e) {
-    const double accumulated = accumulated_after(a, k);
-    const double rest = a.depreciable - accumulated;
-    const double counted_from = std::max(s, k);
-    const double counted = std::max(e - counted_from, 0.0);
-    if (rest < 0.0) return rest * counted;
-    const double d = std::max(straight_amount(a, k), declining_amount(a, k));
-    const double whole = d > 0.0 ? std::floor(rest / d) : static_cast<double>(e - k);
-    const double end_of_whole = std::min<double>(k + whole, e);
-    const double equal = d * std::max(end_of_whole - counted_from, 0.0);
-    const bool rest_counts = end_of_whole < e && end_of_whole >= s;
-    return rest_counts ? equal + (rest - d * whole) : equal;
+// From period k on: equal amounts d until depreciable is reached, then the rest; the part of it from s to e. Where
+// depreciable is passed before, each period counts the difference.
+double equal_amounts(const Span& span, std::int64_t k, std::int64_t s, std::int64_t e) {
+    const double rest = span.a.depreciable - span.accumulated(k);
+    const std::int64_t from = std::max(s, k);
+    if (rest < 0.0) return rest * static_cast<double>(e - from);
+    const double d = std::max(span.straight(k), span.declining(k));
+    const double periods = rest / d;
+    const std::int64_t whole = periods < static_cast<double>(e - k) ? static_cast<std::int64_t>(periods) : e - k;
+    const std::int64_t equal = k + whole - from;
+    const double total = equal > 0 ? d * static_cast<double>(equal) : 0.0;
+    if (k + whole == e || equal < 0) return total;
+    return total + (whole > 0 ? rest - d * static_cast<double>(whole) : rest);
 }
 
 }  // namespace
 
 double closed_declining(const DecliningAsset& a, std::int32_t s, std::int32_t e) {
-    const std::int32_t k = first_period(a, e, below_salvage);
-    if (s > k || s >= e) return 0.0;
-    return k < e ? a.depreciable - accumulated_after(a, s) : declining_between(a, s, e);
+    if (s >= e) return 0.0;
+    if (std::isinf(a.cost)) return a.cost - a.cost;  // taking from it leaves no number
+    const Span span{a, decline_of(a)};
+    const std::int64_t k = first_period(e, [&](std::int64_t i) { return span.below_salvage(i); });
+    if (k == e) return span.between(s, e);
+    return s <= k ? a.depreciable - span.accumulated(s) : 0.0;
 }
 
 double closed_switching(const DecliningAsset& a, std::int32_t s, std::int32_t e) {
-    const std::int32_t k = first_period(a, e, declining_ends);
-    const double declining = s < k ? declining_between(a, s, std::min(k, e)) : 0.0;
-    return k < e ? declining + equal_amounts(a, k, s, e) : declining;
+    if (s >= e) return 0.0;
+    if (std::isinf(a.cost)) return a.cost - a.cost;  // taking from it leaves no number
+    const Span span{a, decline_of(a)};
+    const std::int64_t k = first_period(e, [&](std::int64_t i) { return span.switches(i); });
+    const double declining = s < k ? span.between(s, std::min<std::int64_t>(k, e)) : 0.0;
+    return k < e ? declining + equal_amounts(span, k, s, e) : declining;
 }
 
 }  // namespace finance

@@ -5,8 +5,6 @@
 
 namespace finance {
 
-inline constexpr std::int32_t longest_literal_walk = 10'000'000;
-
 struct DecliningAsset {
     double cost;
     double depreciable;  // cost - salvage

@@ -30,7 +30,6 @@ struct Walk {
 std::int32_t run_length(const Walk& walk, std::int32_t limit) {
     if (limit < 2) return 0;
     if (walk.amount(walk.remaining) != walk.d) return 0;
-    if (walk.remaining - walk.d == walk.remaining) return limit;  // nothing changes any more
     if (!(walk.d > 0.0) || !(std::abs(walk.remaining) < largest_exact)) return 0;
     const double periods = (walk.remaining - (walk.d - 0.5) / walk.r) / walk.d;
     auto run = static_cast<std::int32_t>(std::clamp(periods, 0.0, static_cast<double>(limit)));
@@ -42,7 +41,9 @@ std::int32_t run_length(const Walk& walk, std::int32_t limit) {
 bool walk_periods(Walk& walk, std::int32_t count, std::int32_t* steps) {
     for (std::int32_t i = 0; i < count; ++i) {
         if (++*steps > most_steps) return false;
+        const double before = walk.remaining;
         walk.step();
+        if (same_bits(walk.remaining, before)) return true;               // and so will all later steps leave it
         if (walk.d == out_of_range && walk.remaining > 0.0) return true;  // it only grows: so are all later amounts
         const std::int32_t run = run_length(walk, count - i - 1);
         walk.remaining = walk.remaining - run * walk.d;

@@ -3,18 +3,17 @@
 //  (1) The period is at least 1 and at most the life, which need not be whole.
 //  (2) A factor that is absent, missing, zero or negative is 2.
 //  (3) A salvage above the cost leaves nothing to depreciate.
-//  (4) Once a period's amount no longer changes the sum, all later amounts are equal to it. A walk that would go past
-//      ten million periods is replaced by its closed form.
-#include <cmath>
+//  (4) Once a period's amount no longer changes the sum, all later amounts are equal to it; once two in succession leave
+//      it as it was, they alternate. A walk that would go past ten million periods is replaced by its closed form.
+#include <algorithm>
 
 #include "abi/arguments.hpp"
+#include "depreciation/decline.hpp"
 #include "depreciation/handlers.hpp"
 
 namespace finance {
 
 namespace {
-
-constexpr std::int32_t longest_literal_walk = 10'000'000;
 
 struct Asset {
     double cost;
@@ -23,23 +22,30 @@ struct Asset {
     double factor;
 };
 
-// Before period i is left cost (1 - q)^(i-1), q = factor / life; the period that would go below salvage goes to it, and
-// nothing is left for later ones.
-double closed_amount(const Asset& a, double period) {
-    const double q = a.factor / a.life;
-    const double growth = std::log1p(-q);
-    const double left_before = a.cost * std::exp((period - 1.0) * growth);
-    const double left_after = a.cost * std::exp(period * growth);
-    if (a.cost <= 0.0 || left_after > a.salvage) return left_before * q;
-    return left_before > a.salvage ? left_before - a.salvage : 0.0;
+// What a period takes of what is left before it, in exact arithmetic.
+double amount_of(const Asset& a, double left) {
+    if (a.salvage > left) return 0.0;
+    return std::min(left * a.factor / a.life, left - a.salvage);
 }
 
-// The amount of the last of `period` periods.
+// After i periods is left cost (1 - q)^i, q = factor / life, until a period takes all down to salvage. Above q = 1, where
+// what is left changes sign, a first period that does so is followed by the same powers of salvage.
+double closed_amount(const Asset& a, std::int32_t period) {
+    const Decline decline{a.factor, a.life};
+    const bool all_at_once = a.cost - a.salvage < a.cost * a.factor / a.life;
+    if (all_at_once) return amount_of(a, a.salvage * decline.left(period - 2));
+    const double before = a.cost * decline.left(period - 1);
+    return amount_of(a, before);
+}
+
+// The amount of the last of `period` periods. A sum that comes back to what it was two periods before goes on so.
 double amount_of_period(const Asset& a, std::int32_t period) {
     double accumulated = 0.0;
+    double before = 0.0;
     double d = 0.0;
     for (std::int32_t i = 1; i <= period; ++i) {
         if (i > longest_literal_walk) return closed_amount(a, period);
+        const double d_before = d;
         const double remaining = a.cost - accumulated;
         if (a.salvage > remaining) {
             d = 0.0;
@@ -48,9 +54,11 @@ double amount_of_period(const Asset& a, std::int32_t period) {
             const double all = a.cost - a.salvage - accumulated;
             d = all < declining ? all : declining;
         }
-        const double before = accumulated;
+        const double two_before = before;
+        before = accumulated;
         accumulated += d;
-        if (same_bits(accumulated, before)) break;
+        if (same_bits(accumulated, before)) return d;
+        if (i > 1 && same_bits(accumulated, two_before)) return (period - i) % 2 == 0 ? d : d_before;
     }
     return d;
 }

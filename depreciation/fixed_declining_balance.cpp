@@ -20,7 +20,7 @@ struct Declining {
     double amount;  // of the last period
 };
 
-// Periods 2 .. last. Within a million of them the sum settles or overflows, as the rate is 0 or at least 0.001 in size.
+// Periods 2 .. last. Within 1.5 million of them the sum settles or overflows, as the rate is 0 or at least 0.001 in size.
 Declining depreciate(double cost, double rate, double first, std::int64_t last) {
     Declining now{first, first};
     for (std::int64_t i = 2; i <= last; ++i) {

@@ -9,6 +9,7 @@
 //  (4) A span of the whole life is cost - salvage.
 //  (5) A walk that would go past ten million periods is replaced by its closed form (declining_spans.hpp).
 #include "abi/arguments.hpp"
+#include "depreciation/decline.hpp"
 #include "depreciation/declining_spans.hpp"
 #include "depreciation/handlers.hpp"
 
@@ -20,8 +21,9 @@ namespace {
 double declining_balance(const DecliningAsset& a, std::int32_t s, std::int32_t e) {
     double accumulated = 0.0;
     double total = 0.0;
+    std::int32_t steps = 0;
     for (std::int32_t i = 0; i < e; ++i) {
-        if (i >= longest_literal_walk) return closed_declining(a, s, e);
+        if (steps++ >= longest_literal_walk) return closed_declining(a, s, e);
         const double d = (a.cost - accumulated) * a.factor / a.life;
         if (accumulated + d > a.depreciable) return i < s ? total : total + (a.depreciable - accumulated);
         const double accumulated_before = accumulated;

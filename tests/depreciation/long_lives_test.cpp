@@ -1,0 +1,248 @@
+// Lives of up to 2^31 - 1 periods: closed forms against 200 bits, and each call ends.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "depreciation/degressive_walk.hpp"
+#include "tests/calendar/dates.hpp"
+#include "tests/depreciation/literal_walks.hpp"
+#include "tests/support/tables.hpp"
+
+namespace finance::test {
+namespace {
+
+constexpr double n = 2147483647.0;
+constexpr double inf = std::numeric_limits<double>::infinity();
+constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
+constexpr double accuracy = 1e-12;  // of the cost
+
+double value_of(const char* name, std::vector<Arg> arguments) {
+    const Outcome got = Call{name, std::move(arguments)}.through_handler();
+    EXPECT_EQ(got.status, STATUS_SUCCESS) << name;
+    return got.value;
+}
+
+struct Shape {
+    double cost;
+    double salvage;
+    double life;
+    double factor;
+
+    // What i periods leave without regard to salvage.
+    [[nodiscard]] Precise left(double i) const {
+        return Precise{cost} * power(Precise{1.0} - Precise{factor} / life, Precise{i});
+    }
+    // The same, down to salvage; of positive costs only.
+    [[nodiscard]] Precise left_above_salvage(double i) const {
+        const Precise all = left(i);
+        return (all - salvage).rounded() < 0.0 ? Precise{salvage} : all;
+    }
+    // In which period the straight line takes over, or salvage is reached: the first of those where it gives more.
+    [[nodiscard]] double switch_period() const {
+        double low = 0.0;
+        double high = std::floor(life);
+        while (low < high) {
+            const double mid = std::floor((low + high) / 2.0);
+            const Precise declining = left(mid) * factor / life;
+            const Precise straight = (left(mid) - salvage) / (Precise{life} - mid);
+            const bool ends = (declining - straight).rounded() < 0.0 || (left(mid + 1.0) - salvage).rounded() < 0.0;
+            (ends ? high : low) = ends ? mid : mid + 1.0;
+        }
+        return low;
+    }
+    // Taken after i periods, with the switch: from its period on a straight line to salvage at the end of the life.
+    [[nodiscard]] Precise left_with_switch(double i) const {
+        const double k = switch_period();
+        if (i <= k) return left(i);
+        const Precise rest = left(k) - salvage;
+        const Precise declining = left(k) * factor / life;
+        const Precise straight = rest / (Precise{life} - k);
+        const Precise each = (declining - straight).rounded() < 0.0 ? straight : declining;
+        const Precise now = left(k) - each * (i - k);
+        return (now - salvage).rounded() < 0.0 ? Precise{salvage} : now;
+    }
+};
+
+const std::vector<Shape> shapes{
+    {1e6, 0, n, 2},      {1e6, 1e5, n, 2},       {1e6, 4e5, n, 2},     {1e6, 1e5, n, 1.5},       {1e6, 1e5, n, 0.5},
+    {1e6, 999999, n, 2}, {1e6, -1e6, n, 2},      {1e6, 1, n, 10},      {1e6, 1e-3, n, 40},       {1e6, 1e5, 3e7, 2},
+    {1e6, 1e5, 2e9, 1},  {1e6, 1e5, 2.5e9, 1.1}, {1e6, 1e5, 1e12, 2},  {1e6, 1e5, 1e15, 3},      {1e6, 9.9e5, 1e11, 5},
+    {1e6, 5e5, n, 1e-3}, {1e-3, 1e-4, n, 2},     {1e300, 1e299, n, 2}, {1e6, 1e5, 1e8 + 0.5, 3}, {1e6, 1e6, n, 2},
+};
+
+const std::vector<double> moments{10000001, 12345678, 25000000, 30000000, 99999999, 777777777, 1999999999, n - 1, n};
+
+// One moment a shape in turn: each call walks ten million periods first.
+TEST(LongLives, DoubleDecliningBalance) {
+    constexpr std::size_t every = drawn(40) == 40 ? 1 : 3;
+    Worst worst;
+    for (std::size_t i = 0; i < shapes.size(); i += every) {
+        const Shape& a = shapes[i];
+        const double period = std::min(moments[i % moments.size()], std::floor(a.life));
+        const Precise d = a.left_above_salvage(period - 1.0) - a.left_above_salvage(period);
+        const double got = value_of("DDB", {a.cost, a.salvage, a.life, period, a.factor});
+        worst.add(std::abs((d - got).rounded()) / a.cost);
+    }
+    EXPECT_GT(worst.count(), 5);
+    EXPECT_LE(worst.error(), accuracy);
+}
+
+using Closed = double (*)(const DecliningAsset& a, std::int32_t s, std::int32_t e);
+using Left = Precise (Shape::*)(double i) const;
+
+// The error of the span from s to e.
+double error_of(const Shape& a, double s, double e, Left left, double got) {
+    const Precise before = (a.*left)(std::min(s, e));
+    return std::abs((before - (a.*left)(e)-got).rounded()) / a.cost;
+}
+
+void check_spans(Left left, Closed closed) {
+    Worst worst;
+    for (const Shape& a : shapes) {
+        const DecliningAsset asset{a.cost, a.cost - a.salvage, a.life, a.factor};
+        for (const double e : moments) {
+            for (const double s : {0.0, 1.0, 5e6, 1.1e7, 1e9, e - 1.0, e, n}) {
+                if (s > a.life || e > a.life) continue;
+                const double got = closed(asset, static_cast<std::int32_t>(s), static_cast<std::int32_t>(e));
+                worst.add(error_of(a, s, e, left, got));
+            }
+        }
+    }
+    EXPECT_GT(worst.count(), 800);
+    EXPECT_LE(worst.error(), accuracy);
+}
+
+// Long alternations: q is 2, and above 1 where the first period takes all.
+TEST(LongLives, DoubleDecliningAlternates) {
+    check_values({
+        {"DDB/q 2, even period", "DDB", {100, -1000, 2e7, 2e7, 4e7}, -200.0, "100, -100, 100, .. is left"},
+        {"DDB/q 2, odd period", "DDB", {100, -1000, 2e7, 19999999, 4e7}, 200.0, "100, -100, 100, .. is left"},
+        {"DDB/q 4, all at once", "DDB", {100, -50, 2e7, 2e7, 8e7}, -200.0, "-50, 150, -50, .. is left"},
+        {"DDB/q 4, all at once, odd", "DDB", {100, -50, 2e7, 19999999, 8e7}, 200.0, "-50, 150, -50, .. is left"},
+        {"DDB/q just below 2",
+         "DDB",
+         {100, -1000, 2e7, 2e7, 4e7 - 1},
+         -200.0 * std::exp(-1.0),
+         "(1-q)^n, q = 2 - 1/n",
+         1e4},
+    });
+}
+
+TEST(LongLives, SpansOfDecliningBalance) { check_spans(&Shape::left_above_salvage, closed_declining); }
+
+TEST(LongLives, SpansWithASwitch) { check_spans(&Shape::left_with_switch, closed_switching); }
+
+TEST(LongLives, SpansThroughTheHandler) {
+    for (const Shape& a : {Shape{1e6, 1e5, n, 2}, Shape{1e6, 4e5, 3e7, 1.5}}) {
+        for (const double s : {0.0, 2.5e7}) {
+            constexpr double e = 2.9e7;
+            const double declining = value_of("VDB", {a.cost, a.salvage, a.life, s, e, a.factor, 1});
+            EXPECT_LE(error_of(a, s, e, &Shape::left_above_salvage, declining), accuracy) << a.life << ' ' << s;
+            const double switching = value_of("VDB", {a.cost, a.salvage, a.life, s, e, a.factor, 0});
+            EXPECT_LE(error_of(a, s, e, &Shape::left_with_switch, switching), accuracy) << a.life << ' ' << s;
+        }
+    }
+}
+
+// One rounding an operation, and no walk at all.
+const std::vector<ValueCase> values{
+    {"SLN/2^31 - 1", "SLN", {n, 0, n}, 1.0, "by hand"},
+    {"SYD/first of 2^31 - 1", "SYD", {(n + 1.0) / 2.0, 0, n, 1}, 1.0, "n / (n (n + 1) / 2)", 2},
+    {"SYD/last of 2^31 - 1", "SYD", {n, 0, n, n}, 0x1p-30, "n * 1 / (n (n + 1) / 2)", 2},
+    {"DB/2^31 - 1, the rate rounds to 0", "DB", {1e6, 1e-300, n, n}, 0.0, "by hand"},
+    {"DB/2^31 - 1, salvage 0", "DB", {1e6, 0, n, n + 1.0, 5}, 0.0, "all is gone after period 2"},
+    {"DB/2^52, salvage 0", "DB", {1e6, 0, 0x1p52, 0x1p52, 5}, 0.0, "all is gone after period 2"},
+    {"DDB/salvage above cost", "DDB", {1, 2, n, n}, 0.0, "by hand"},
+    {"VDB/whole life", "VDB", {5, 2, n, 0, n, 1e-9, 0}, 3.0, "by hand"},
+    {"VDB/salvage above cost, switch: in each period",
+     "VDB",
+     {4, 6, n, 7, n, 2, 0},
+     -2.0 * (n - 7.0),
+     "n - 7 times -2"},
+    {"VDB/negative cost, q 1", "VDB", {-1, -2, n, 0, n - 1.0, n, 1}, -1.0, "all in the first period"},
+    {"VDB/infinite cost", "VDB", {inf, 5, n, 2e7, 3e7}, not_a_number, "infinite less infinite"},
+    {"VDB/infinite cost, switch", "VDB", {-inf, 5, n, 5, 3e7, 2, 0}, not_a_number, "infinite less infinite"},
+    {"VDB/infinite salvage, switch", "VDB", {1, inf, n, 2e7, 1.5e7, 2, 0}, 0.0, "nothing counts"},
+    {"VDB/infinite room, switch", "VDB", {1, -inf, n, 2e7, 3e7, 2, 0}, inf, "a straight line to infinity"},
+    {"VDB/infinite factor, then nothing", "VDB", {1, 0, n, 2e7, 3e7, inf, 0}, 0.0, "all in the first period"},
+    {"VDB/no cost, factor beyond the life", "VDB", {0, 0, n, 2e7, 3e7, 1e11}, 0.0, "nothing to take"},
+    {"VDB/negative cost, straight line",
+     "VDB",
+     {-100, -300, 4e7, 1e7, 3e7, 2, 0},
+     100.0,
+     "half the life, half of 200",
+     8},
+    {"VDB/q 2 and room below salvage, odd end", "VDB", {1, -100, 2e7, 0, 10000001, 4e7}, 2.0, "2 - 2 + 2 ..."},
+    {"VDB/q 2 and room below salvage, even end", "VDB", {1, -100, 2e7, 0, 10000002, 4e7}, 0.0, "2 - 2 + 2 - 2 ..."},
+};
+
+TEST(LongLives, Values) { check_values(values); }
+
+// q = 2: the first period takes twice the cost, then the straight line begins.
+TEST(LongLives, SwitchAfterTakingTooMuch) {
+    const double got = value_of("VDB", {1, -100, 2e7, 0, 15000001, 4e7, 0});
+    EXPECT_NEAR(got, 2.0 + 99.0 * 15e6 / (2e7 - 1.0), 101 * accuracy);
+}
+
+TEST(LongLives, LinearPeriods) {
+    const double begin = host_date(2009, 1, 1);
+    const double cost = n;
+    const double rate = 1.0 / n;
+    const auto amount = [&](double period) {
+        return value_of("AMORLINC", {cost, begin, begin + 73, 0, period, rate, 3});
+    };
+    EXPECT_NEAR(amount(0), 0.2, 1e-12);
+    EXPECT_NEAR(amount(1e9), 1.0, 1e-12);
+    EXPECT_NEAR(amount(n), 0.8, 1e-12 * cost);  // the rest of the first period
+}
+
+// ---- Degressive: whole units
+
+// Ten thousand runs in a billion periods: the bits of a walk by runs, made here of the exact ends of each.
+TEST(LongLives, DegressiveRunsAreExact) {
+    const auto life = static_cast<std::int32_t>(n);
+    const double r = 2.5 / n;
+    double left = 1e13;
+    std::int64_t done = 0;
+    double d = 0.0;
+    constexpr std::int64_t periods = 1'500'000'000;
+    while (done < periods) {
+        d = whole_units(left * r);
+        if (d == 0.0) break;
+        // the largest count of periods whose last one still takes d, by bisection of the rule itself
+        std::int64_t low = 1;
+        std::int64_t high = periods - done;
+        while (low < high) {
+            const std::int64_t mid = low + (high - low + 1) / 2;
+            const bool same = whole_units((left - static_cast<double>(mid - 1) * d) * r) == d;
+            (same ? low : high) = same ? mid : mid - 1;
+        }
+        left -= static_cast<double>(low) * d;
+        done += low;
+    }
+    EXPECT_EQ(degressive_amount(1e13, 0.0, r, life, periods), d);
+    EXPECT_GT(d, 1000.0);
+}
+
+// Amounts that change in every period: within one unit of the walk.
+TEST(LongLives, DegressiveWithoutRunsIsWithinAUnit) {
+    const std::int32_t life = drawn(400) == 400 ? 40'000'000 : 12'000'000;
+    const double r = 2.5 / life;
+    for (const double left : {3e16, 2.9e16, 1e16, 4e15}) {
+        const std::int32_t periods = life - 1000;
+        EXPECT_NEAR(degressive_amount(left, 0.0, r, life, periods), literal_degressive(left, 0.0, r, life, periods),
+                    1.0)
+            << left;
+    }
+    // amounts beyond 32 bits, then the last two periods
+    for (const double left : {1e18, 3e16}) {
+        for (std::int32_t last = 0; last < 2; ++last) {
+            EXPECT_EQ(degressive_amount(left, 0.0, r, life, life - last), -2147483648.0) << left << ' ' << last;
+        }
+    }
+    EXPECT_EQ(degressive_amount(1e16, 1e16, r, life, life), 0.0);  // salvage stops it in the second period
+}
+
+}  // namespace
+}  // namespace finance::test

@@ -1,0 +1,166 @@
+// What SLN, SYD, DB, DDB and VDB answer.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "tests/support/tables.hpp"
+
+namespace finance::test {
+namespace {
+
+constexpr double inf = std::numeric_limits<double>::infinity();
+constexpr double two_to_32 = 4294967296.0;
+constexpr double two_to_63 = 9223372036854775808.0;
+constexpr const char* exact = "exact fractions, tests/reference/depreciation.py";
+constexpr const char* by_hand = "by hand";
+
+const std::vector<ValueCase> schedules{
+    {"SLN/ordinary", "SLN", {30000, 7500, 10}, 2250.0, exact, 2},
+    {"SLN/life with a fraction", "SLN", {1000.1, 99.9, 7.3}, 123.31506849315069, exact, 2},
+    {"SLN/negative cost, life below 1", "SLN", {-50, 20, 0.3}, -233.33333333333334, exact, 2},
+    {"SYD/first", "SYD", {30000, 7500, 10, 1}, 4090.909090909091, exact, 4},
+    {"SYD/last", "SYD", {30000, 7500, 10, 10}, 409.09090909090907, exact, 4},
+    {"SYD/fractions of units", "SYD", {1234.5, 67.8, 7, 3}, 208.33928571428572, exact, 4},
+    {"SYD/negative cost", "SYD", {-100, 10, 6, 2}, -26.19047619047619, exact, 4},
+    {"SYD/one period beyond the life: nothing", "SYD", {30000, 7500, 10, 11}, 0.0, exact, 4},
+    {"SYD/two periods beyond the life: negative", "SYD", {30000, 7500, 10, 12}, -409.09090909090907, exact, 4},
+    {"DB/cost 1000000, life 6, period 1, 7 months", "DB", {1000000, 100000, 6, 1, 7}, 186083.33333333334, exact, 8},
+    {"DB/cost 1000000, life 6, period 2, 7 months", "DB", {1000000, 100000, 6, 2, 7}, 259639.41666666666, exact, 8},
+    {"DB/cost 1000000, life 6, period 3, 7 months", "DB", {1000000, 100000, 6, 3, 7}, 176814.44275, exact, 8},
+    {"DB/cost 1000000, life 6, period 4, 7 months", "DB", {1000000, 100000, 6, 4, 7}, 120410.63551275, exact, 8},
+    {"DB/cost 1000000, life 6, period 5, 7 months", "DB", {1000000, 100000, 6, 5, 7}, 81999.64278418275, exact, 8},
+    {"DB/cost 1000000, life 6, period 6, 7 months", "DB", {1000000, 100000, 6, 6, 7}, 55841.75673602845, exact, 8},
+    {"DB/cost 1000000, life 6, period 7, 7 months", "DB", {1000000, 100000, 6, 7, 7}, 15845.098473848073, exact, 8},
+    {"DB/cost 1000, life 5, period 1", "DB", {1000, 100, 5, 1}, 369.0, exact, 8},
+    {"DB/cost 1000, life 5, period 2", "DB", {1000, 100, 5, 2}, 232.839, exact, 8},
+    {"DB/cost 1000, life 5, period 5", "DB", {1000, 100, 5, 5}, 58.498375128849, exact, 8},
+    {"DB/cost 1000, life 5, period 6", "DB", {1000, 100, 5, 6}, 0.0, exact, 8},
+    {"DB/cost 1000, life 5, period 1, 13 months", "DB", {1000, 100, 5, 1, 13}, 399.75, exact, 8},
+    {"DB/cost 1000, life 5, period 6, 13 months", "DB", {1000, 100, 5, 6, 13}, -2.926137472590968, exact, 8},
+    {"DB/cost 500, life 4, period 1, 6 months", "DB", {500, 0, 4, 1, 6}, 250.0, exact, 8},
+    {"DB/cost 500, life 4, period 2, 6 months", "DB", {500, 0, 4, 2, 6}, 250.0, exact, 8},
+    {"DB/cost 500, life 4, period 5, 6 months", "DB", {500, 0, 4, 5, 6}, 0.0, exact, 8},
+    {"DB/cost 100, life 3, period 2", "DB", {100, 300, 3, 2}, -63.7364, exact, 8},
+    {"DB/cost 1234.5, life 1, period 2, 3 months", "DB", {1234.5, 67.8, 1, 2, 3}, 668.24449453125, exact, 8},
+    {"DDB/cost 2400, salvage 300, life 3650, period 1", "DDB", {2400, 300, 3650, 1}, 1.3150684931506849, exact, 16},
+    {"DDB/cost 2400, salvage 300, life 120, period 1", "DDB", {2400, 300, 120, 1}, 40.0, exact, 16},
+    {"DDB/cost 2400, salvage 300, life 10, period 1", "DDB", {2400, 300, 10, 1}, 480.0, exact, 16},
+    {"DDB/cost 2400, salvage 300, life 10, period 2, factor 1.5", "DDB", {2400, 300, 10, 2, 1.5}, 306.0, exact, 16},
+    {"DDB/cost 2400, salvage 300, life 10, period 10", "DDB", {2400, 300, 10, 10}, 22.1225472, exact, 64},
+    {"DDB/cost 2400, salvage 300, life 7.5, period 7", "DDB", {2400, 300, 7.5, 7}, 73.26717366255144, exact, 16},
+    {"DDB/cost 1000, salvage 0, life 5, period 5, factor 3.7",
+     "DDB",
+     {1000, 0, 5, 5, 3.7},
+     3.381622399999998,
+     exact,
+     64},
+    {"DDB/cost 1000, salvage -50, life 5, period 5", "DDB", {1000, -50, 5, 5}, 51.84, exact, 16},
+    {"DDB/cost -100, salvage -300, life 5, period 3", "DDB", {-100, -300, 5, 3}, -14.4, exact, 16},
+    {"DDB/cost 1000, salvage 999, life 4, period 1", "DDB", {1000, 999, 4, 1}, 1.0, exact, 16},
+    {"DDB/cost 1000, salvage 999, life 4, period 2", "DDB", {1000, 999, 4, 2}, 0.0, exact, 16},
+    {"VDB/salvage 300, life 10, 0 to 1", "VDB", {2400, 300, 10, 0, 1}, 480.0, exact, 16},
+    {"VDB/salvage 300, life 120, 6 to 18", "VDB", {2400, 300, 120, 6, 18}, 396.30605326475086, exact, 16},
+    {"VDB/salvage 300, life 120, 6 to 18, factor 1.5",
+     "VDB",
+     {2400, 300, 120, 6, 18, 1.5},
+     311.8089366582341,
+     exact,
+     16},
+    {"VDB/salvage 300, life 10, 0 to 1, factor 1.5", "VDB", {2400, 300, 10, 0, 1, 1.5}, 360.0, exact, 16},
+    {"VDB/salvage 50, life 5, 2 to 5", "VDB", {1000, 50, 5, 2, 5}, 282.24, exact, 16},
+    {"VDB/salvage 50, life 5, 2 to 5, factor 2, switch", "VDB", {1000, 50, 5, 2, 5, 2, 0}, 310.0, exact, 16},
+    {"VDB/salvage 50, life 5, 3 to 4, factor 2", "VDB", {1000, 50, 5, 3, 4, 2, 1}, 86.4, exact, 16},
+    {"VDB/salvage 50, life 5, 3 to 4, factor 2, switch", "VDB", {1000, 50, 5, 3, 4, 2, 0}, 86.4, exact, 16},
+    {"VDB/salvage 300, life 5, 2 to 5, factor 2", "VDB", {1000, 300, 5, 2, 5, 2, 1}, 60.0, exact, 16},
+    {"VDB/salvage 300, life 5, 2 to 5, factor 2, switch", "VDB", {1000, 300, 5, 2, 5, 2, 0}, 60.0, exact, 16},
+    {"VDB/salvage 0, life 7.5, 1 to 7, factor 1.2", "VDB", {1000, 0, 7.5, 1, 7, 1.2, 1}, 544.9096534425599, exact, 16},
+    {"VDB/salvage 0, life 7.5, 1 to 7, factor 1.2, switch",
+     "VDB",
+     {1000, 0, 7.5, 1, 7, 1.2, 0},
+     775.8545454545455,
+     exact,
+     16},
+    {"VDB/salvage 100, life 10, 0 to 9, factor 0.5, switch", "VDB", {1000, 100, 10, 0, 9, 0.5, 0}, 810.0, exact, 16},
+    {"VDB/salvage 100, life 10, 0 to 9, factor 0.5",
+     "VDB",
+     {1000, 100, 10, 0, 9, 0.5, 1},
+     369.7505902753906,
+     exact,
+     16},
+    // lives and periods are counted in 32 bits: 2^32 + 9 is 9
+    {"SYD/life 2^32 + 9", "SYD", {100, 10, two_to_32 + 9, 1}, 18.0, "90 * 9 / 45"},
+    {"SYD/period 2^32 + 2", "SYD", {100, 10, 9, two_to_32 + 2}, 16.0, "90 * 8 / 45"},
+    {"SYD/life within 1e-12 of 9", "SYD", {100, 10, 9.0000000000001, 1}, 18.0, "90 * 9 / 45"},
+    {"DDB/period 2^32 + 1", "DDB", {100, 10, 5, two_to_32 + 1}, 40.0, by_hand},
+    {"VDB/end 2^32 + 1", "VDB", {100, 10, 5, 0, two_to_32 + 1}, 40.0, by_hand},
+    {"VDB/start -2^63 keeps 32 bits of 0", "VDB", {100, 10, 5, -two_to_63, 1}, 40.0, by_hand},
+    {"VDB/start -infinity is the smallest 64-bit number", "VDB", {100, 10, 5, -inf, 1}, 40.0, by_hand},
+
+    // SYD does not compare the period with the life
+    {"SYD/period 11 of 10", "SYD", {100, 45, 10, 11}, 0.0, by_hand},
+    {"SYD/period 21 of 10", "SYD", {100, 45, 10, 21}, -10.0, "55 * (-10) / 55"},
+
+    // DB's rate has three decimals, rounded half away from zero
+    {"DB/rate 0.369042... is 0.369", "DB", {1000, 100, 5, 1}, 369.0, by_hand},
+    {"DB/rate 0.0005 and a little is 0.001", "DB", {1000, 999.4999, 1, 1}, 1.0, by_hand},
+    {"DB/rate below 0.0005 is 0", "DB", {1000, 999.5001, 1, 1}, 0.0, by_hand},
+    {"DB/rate -0.4995 and a little is -0.5", "DB", {1000, 1499.5001, 1, 1}, -500.0, by_hand},
+    {"DB/rate -0.0004 is 0", "DB", {1000, 1000.4, 1, 1}, 0.0, by_hand},
+    {"DB/rate -0.0006 is -0.001", "DB", {1000, 1000.6, 1, 1}, -1.0, by_hand},
+    {"DB/salvage the cost, rate 0", "DB", {1000, 1000, 5, 3}, 0.0, by_hand},
+    {"DB/period L + 1 after 13 months is negative",
+     "DB",
+     {1000, 500, 1, 2, 13},
+     -0.5 * (1000 - 6500.0 / 12) / 12,
+     "-1/12 of half of what 13/12 of half the cost leave",
+     4},
+    {"DB/1200 months", "DB", {12, 6, 1, 1, 1200}, 600.0, "12 * 1200 / 12 * 0.5"},
+    {"DB/life 1, period 2, 12 months", "DB", {100, 50, 1, 2}, 0.0, "no month is left"},
+    {"DB/life 2^33 counts in 64 bits", "DB", {100, 50, two_to_32 * 2, 7}, 0.0, "the rate rounds to 0"},
+    {"DB/life 2^33, salvage 0", "DB", {100, 0, two_to_32 * 2, two_to_32, 6}, 0.0, "half at once, the rest in period 2"},
+
+    // DDB
+    {"DDB/salvage above cost", "DDB", {100, 101, 5, 1}, 0.0, by_hand},
+    {"DDB/salvage above cost, both negative", "DDB", {-100, -99, 5, 1}, 0.0, by_hand},
+    {"DDB/factor -1 is 2", "DDB", {100, 10, 5, 1, -1}, 40.0, by_hand},
+    {"DDB/factor 0 is 2", "DDB", {100, 10, 5, 1, 0}, 40.0, by_hand},
+    {"DDB/factor missing is 2", "DDB", {100, 10, 5, 1, missing}, 40.0, by_hand},
+    {"DDB/factor absent is 2", "DDB", {100, 10, 5, 1, absent}, 40.0, by_hand},
+    {"DDB/factor -infinity is 2", "DDB", {100, 10, 5, 1, -inf}, 40.0, by_hand},
+    {"DDB/infinite factor takes all", "DDB", {100, 10, 5, 1, inf}, 90.0, by_hand},
+    {"DDB/infinite factor, then nothing", "DDB", {100, 10, 5, 2, inf}, 0.0, by_hand},
+    {"DDB/period may reach a life with a fraction", "DDB", {100, 0, 2.5, 2}, 16.0, "0.8 of the 20 that are left", 4},
+    {"DDB/infinite life", "DDB", {100, 10, inf, 3}, 0.0, by_hand},
+
+    // VDB
+    {"VDB/the whole life is cost - salvage", "VDB", {2400, 300, 10, 0, 10}, 2100.0, by_hand},
+    {"VDB/whole life, any factor", "VDB", {2400, 300, 10, 0, 10, 0.001}, 2100.0, by_hand},
+    {"VDB/whole life, any flag", "VDB", {2400, 300, 10, 0, 10, 0.001, 0}, 2100.0, by_hand},
+    {"VDB/whole life, salvage above cost", "VDB", {100, 150, 10, 0, 10, 2, 0}, -50.0, by_hand},
+    {"VDB/whole life but for a fraction",
+     "VDB",
+     {64, 0, 2.0000001, 0, 2, 1, 1},
+     64 - 64 * (1.0000001 / 2.0000001) * (1.0000001 / 2.0000001),
+     "64 (1 - q) (1 - q) is left",
+     8},
+    {"VDB/end before start", "VDB", {2400, 300, 10, 3, 2}, 0.0, by_hand},
+    {"VDB/end before start, switch", "VDB", {2400, 300, 10, 3, 2, 2, 0}, 0.0, by_hand},
+    {"VDB/end at start", "VDB", {2400, 300, 10, 3, 3}, 0.0, by_hand},
+    {"VDB/start at the life", "VDB", {2400, 300, 10, 10, 10}, 0.0, by_hand},
+    {"VDB/flag missing is 1", "VDB", {1000, 50, 5, 2, 5, 2, missing}, 282.24, exact, 16},
+    {"VDB/flag absent is 1", "VDB", {1000, 50, 5, 2, 5, 2, absent}, 282.24, exact, 16},
+    {"VDB/flag -0.0 is 0", "VDB", {1000, 50, 5, 2, 5, 2, -0.0}, 310.0, exact, 16},
+    {"VDB/salvage above cost ends at once", "VDB", {100, 150, 10, 0, 3}, -50.0, by_hand},
+    {"VDB/salvage above cost, nothing later", "VDB", {100, 150, 10, 1, 3}, 0.0, by_hand},
+    {"VDB/salvage above cost, switch: in each period", "VDB", {100, 150, 10, 0, 3, 2, 0}, -150.0, "3 (100 - 150)"},
+    {"VDB/salvage above cost, switch, later", "VDB", {100, 150, 10, 7, 9, 2, 0}, -100.0, "2 (100 - 150)"},
+    {"VDB/the amount of the switch is kept", "VDB", {900, 0, 9, 1, 8, 1, 0}, 700.0, "800 left over 8 equal periods", 8},
+    {"VDB/factor above the life takes all at once", "VDB", {100, 10, 5, 0, 2, 50}, 90.0, by_hand},
+    {"VDB/q 2 and room below salvage swings", "VDB", {100, -500, 5, 0, 3, 10}, 200.0, "200 - 200 + 200"},
+    {"VDB/life below 2, one period", "VDB", {100, 0, 1.5, 0, 1, 0.75}, 50.0, by_hand},
+};
+
+TEST(Depreciation, Schedules) { check_values(schedules); }
+
+}  // namespace
+}  // namespace finance::test
