@@ -14,22 +14,37 @@ namespace {
 using Buffer = std::array<char, 32>;
 
 template <class... Format>
-std::string converted(double value, Format... format) {
+void append(std::string& text, double value, Format... format) {
     Buffer buffer;
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format...).ptr;
-    return {buffer.data(), end};
+    text.append(buffer.data(), end);
+}
+
+void append_shortest(std::string& text, double value) {
+    if (std::isnan(value)) {
+        text += '.';
+    } else {
+        append(text, value);
+    }
 }
 
 }  // namespace
 
 std::string shortest_text(double value) {
-    if (std::isnan(value)) return ".";
-    return converted(value);
+    std::string text;
+    append_shortest(text, value);
+    return text;
+}
+
+void append_plain(std::string& text, double value) {
+    const bool plain = value == std::trunc(value) && std::abs(value) < 0x1p63;
+    plain ? append(text, value, std::chars_format::fixed) : append_shortest(text, value);
 }
 
 std::string plain_text(double value) {
-    const bool plain = value == std::trunc(value) && std::abs(value) < 0x1p63;
-    return plain ? converted(value, std::chars_format::fixed) : shortest_text(value);
+    std::string text;
+    append_plain(text, value);
+    return text;
 }
 
 std::string value_text(double value, bool dated) {

@@ -54,6 +54,12 @@ std::string earlier_order(const Order& order) {
            limit_words(order);
 }
 
+std::string in_brackets(const Parameter& parameter) {
+    std::string text{parameter.name};
+    if (is_list(parameter.kind)) text += "...";
+    return parameter.need == Need::optional ? '[' + text + ']' : text;
+}
+
 }  // namespace
 
 std::string_view kind_words(Kind kind) {
@@ -74,6 +80,42 @@ std::string_view kind_words(Kind kind) {
             return "numbers";
         case Kind::dates:
             return "dates";
+    }
+    return "";
+}
+
+std::string call_words(const Calculation& calculation) {
+    std::string text{calculation.name};
+    for (const Parameter& parameter : calculation.parameters) text += ' ' + in_brackets(parameter);
+    return text;
+}
+
+std::string need_words(const Parameter& parameter) {
+    if (parameter.need == Need::required) return "required";
+    if (parameter.need == Need::may_be_missing) return ". is " + std::string{parameter.default_text};
+    if (is_list(parameter.kind)) return "optional";
+    return "default " + std::string{parameter.default_text};
+}
+
+std::string spelling_words(Kind kind) {
+    constexpr std::string_view in_a_row = "one after the other, or separated by commas";
+    if (kind == Kind::basis) return "one of " + std::string{basis_words};
+    std::string words;
+    if (is_dated(kind)) words = "year-month-day, or days since 1960-01-01";
+    if (is_list(kind)) words.append(words.empty() ? "" : "; ").append(in_a_row);
+    return words;
+}
+
+std::string_view result_words(ResultKind kind) {
+    switch (kind) {
+        case ResultKind::number:
+            return "number";
+        case ResultKind::date:
+            return "date";
+        case ResultKind::rate:
+            return "rate";
+        case ResultKind::amount:
+            return "amount";
     }
     return "";
 }

@@ -14,6 +14,16 @@ inline constexpr std::array<std::string_view, 5> basis_keywords{"30/360", "ACTUA
 inline constexpr std::string_view basis_words = "30/360, ACTUAL, ACT/360, ACT/365, EU30/360 or 0 to 4";
 
 std::string_view kind_words(Kind kind);
+std::string_view result_words(ResultKind kind);
+
+// The name and its parameters, in brackets what may be left out: "XIRR values... dates... [guess]".
+std::string call_words(const Calculation& calculation);
+
+// "required", ". is 0" where a missing value stands for 0, "default 0", "optional".
+std::string need_words(const Parameter& parameter);
+
+// How values of that kind are written, where that is not plain.
+std::string spelling_words(Kind kind);
 
 // "must be above 0", "must be at least 1 and at most nper"; empty where nothing but the kind restricts it.
 std::string rule_words(const Parameter& parameter);

@@ -1,5 +1,5 @@
-# lib/zelkovan.so, bin/finance, the C header of the host interface, a CMake package and a pkg-config file. The command
-# finds the module at ../lib, so the folder is lib whatever the distribution calls its own.
+# lib/zelkovan.so, bin/finance with its man page and completions, the C header of the host interface, a CMake package and
+# a pkg-config file. The command finds the module at ../lib, so the folder is lib whatever the distribution calls its own.
 
 include(CMakePackageConfigHelpers)
 
@@ -9,6 +9,12 @@ set(package_folder "${library_folder}/cmake/zelkovan")
 install(TARGETS zelkovan LIBRARY DESTINATION "${library_folder}")
 install(TARGETS finance RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(FILES abi/zelkovan.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zelkovan")
+
+# Kept copies of what the catalogue makes: a test compares them.
+install(FILES docs/finance.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+install(FILES completions/finance.bash DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
+        RENAME finance)
+install(FILES completions/_finance DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
 
 configure_package_config_file(cmake/zelkovanConfig.cmake.in "${CMAKE_BINARY_DIR}/generated/zelkovanConfig.cmake"
     INSTALL_DESTINATION "${package_folder}"

@@ -19,9 +19,11 @@ using catalogue::Parameter;
 
 using Tokens = std::span<const std::string_view>;
 
-[[noreturn]] void fail(const Calculation& calculation, const std::string& message) {
+// position: of the argument at fault in the call; 0 unknown.
+[[noreturn]] void fail(const Calculation& calculation, const std::string& message, std::size_t position = 0,
+                       std::string_view argument = "") {
     const std::string name{calculation.name};
-    throw UsageError{name + ": " + message, "finance help " + name};
+    throw UsageError{name + ": " + message, "finance help " + name, {name, position, std::string{argument}}};
 }
 
 std::vector<std::string_view> split_at_commas(std::string_view text) {
@@ -45,7 +47,7 @@ public:
 
     void take_named(Tokens tokens);
     void take_positional(Tokens tokens);
-    [[nodiscard]] std::vector<Given> values() const;
+    [[nodiscard]] std::vector<PlacedText> placed() const;
 
 private:
     void name(std::string_view token);
@@ -56,7 +58,7 @@ private:
     [[nodiscard]] std::size_t end_of_call() const;
     void check_completeness(std::size_t end) const;
     void check_pairs() const;
-    void append(std::vector<Given>& values, std::size_t i) const;
+    void append(std::vector<PlacedText>& placed, std::size_t i) const;
     [[nodiscard]] const Parameter& parameter(std::size_t i) const { return calculation_.parameters[i]; }
     [[nodiscard]] bool list(std::size_t i) const { return is_list(parameter(i).kind); }
 
@@ -189,32 +191,25 @@ void Assignment::check_pairs() const {
     }
 }
 
-void Assignment::append(std::vector<Given>& values, std::size_t i) const {
-    if (!list(i) && texts_[i].empty()) values.emplace_back();
-    for (const std::string_view text : texts_[i]) {
-        const auto value = read_value(parameter(i).kind, text);
-        if (!value) {
-            fail(calculation_, "argument " + std::to_string(values.size() + 1) + " (" + std::string{parameter(i).name} +
-                                   "): " + unreadable(parameter(i).kind, text));
-        }
-        values.push_back(*value);
-    }
+void Assignment::append(std::vector<PlacedText>& placed, std::size_t i) const {
+    if (!list(i) && texts_[i].empty()) placed.push_back({.parameter = i});
+    for (const std::string_view text : texts_[i]) placed.push_back({.parameter = i, .text = text});
 }
 
-std::vector<Given> Assignment::values() const {
+std::vector<PlacedText> Assignment::placed() const {
     const std::size_t end = end_of_call();
     check_completeness(end);
     check_pairs();
-    std::vector<Given> values;
-    for (std::size_t i = 0; i < end; ++i) append(values, i);
-    return values;
+    std::vector<PlacedText> placed;
+    for (std::size_t i = 0; i < end; ++i) append(placed, i);
+    return placed;
 }
 
 bool is_named(std::string_view token) { return token.find('=') != std::string_view::npos; }
 
 }  // namespace
 
-std::vector<Given> read_arguments(const Calculation& calculation, Tokens tokens) {
+std::vector<PlacedText> place_arguments(const Calculation& calculation, Tokens tokens) {
     const auto first_named = std::ranges::find_if(tokens, is_named);
     const auto stray = std::ranges::find_if_not(first_named, tokens.end(), is_named);
     if (stray != tokens.end()) {
@@ -224,7 +219,23 @@ std::vector<Given> read_arguments(const Calculation& calculation, Tokens tokens)
     Assignment assignment{calculation};
     assignment.take_named(tokens.subspan(positional));
     assignment.take_positional(tokens.first(positional));
-    return assignment.values();
+    return assignment.placed();
+}
+
+std::vector<Given> read_arguments(const Calculation& calculation, Tokens tokens) {
+    std::vector<Given> values;
+    for (const PlacedText& placed : place_arguments(calculation, tokens)) {
+        const Parameter& parameter = calculation.parameters[placed.parameter];
+        const auto value = read_value(parameter.kind, placed.text);
+        if (!value) {
+            fail(calculation,
+                 "argument " + std::to_string(values.size() + 1) + " (" + std::string{parameter.name} +
+                     "): " + unreadable(parameter.kind, placed.text),
+                 values.size() + 1, parameter.name);
+        }
+        values.push_back(*value);
+    }
+    return values;
 }
 
 }  // namespace finance::command

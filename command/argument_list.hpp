@@ -11,6 +11,7 @@
 //      after them. With commas, each list is one argument.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,16 @@
 #include "catalogue/diagnosis.hpp"
 
 namespace finance::command {
+
+// A value's text and the parameter that takes it; empty where nothing is given.
+struct PlacedText {
+    std::size_t parameter = 0;
+    std::string_view text{};
+};
+
+// By position in the call, the texts unread. Views into the tokens. UsageError where they do not fit the parameters.
+std::vector<PlacedText> place_arguments(const catalogue::Calculation& calculation,
+                                        std::span<const std::string_view> tokens);
 
 // Views into the tokens. UsageError where they cannot be read.
 std::vector<catalogue::Given> read_arguments(const catalogue::Calculation& calculation,

@@ -1,15 +1,17 @@
 #include "command/command_line.hpp"
 
 #include <CLI/CLI.hpp>
-#include <cerrno>
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "command/jobs.hpp"
+#include "command/json_report.hpp"
+#include "command/prompt.hpp"
+#include "command/streams.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -21,7 +23,13 @@ struct CommandLine {
     std::vector<std::string> words{};
     bool version = false;
     bool help = false;
+    bool json = false;
 };
+
+// --json stands anywhere: no argument is written so, and an error in the line is told as the line asks for.
+bool asks_for_json(int argc, const char* const* argv) {
+    return std::any_of(argv + 1, argv + argc, [](const char* word) { return std::string_view{word} == "--json"; });
+}
 
 // Options end where the first word begins: what follows, -100 say, is a value.
 CommandLine read_command_line(int argc, const char* const* argv) {
@@ -33,6 +41,7 @@ CommandLine read_command_line(int argc, const char* const* argv) {
     CLI::Option* told = app.add_option("--module", module);
     app.add_flag("--version", line.version);
     app.add_flag("--help,-h", line.help);
+    app.add_flag("--json");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -41,22 +50,25 @@ CommandLine read_command_line(int argc, const char* const* argv) {
     if (told->count() > 0 && module.empty()) throw UsageError{"--module needs a path", "finance help"};
     line.module = module;
     line.words = app.remaining();
+    line.json = asks_for_json(argc, argv);
+    std::erase(line.words, "--json");
     std::erase(line.words, "--");
     return line;
 }
 
-Outcome run_words(const CommandLine& line) {
-    if (line.version) return {exit_answered, "finance " FINANCE_VERSION "\n", ""};
-    const Settings settings{line.module};
-    const std::vector<std::string_view> words{line.words.begin(), line.words.end()};
-    if (line.help) return run_job("help", {}, settings);
-    if (words.empty()) throw UsageError{"nothing to evaluate", "finance help"};
-    return run_job(words.front(), Words{words}.subspan(1), settings);
+Outcome version(bool json) {
+    if (!json) return {exit_answered, "finance " FINANCE_VERSION "\n", ""};
+    return {exit_answered, JsonText{}.object().member("version", FINANCE_VERSION).end_object().str() + '\n', ""};
 }
 
-bool write(std::FILE* stream, std::string_view text) {
-    const bool written = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
-    return std::fflush(stream) == 0 && written;
+Outcome run_words(const CommandLine& line) {
+    if (line.version) return version(line.json);
+    HostOnDemand host{line.module};
+    const Settings settings{.module = line.module, .json = line.json, .host = host};
+    const std::vector<std::string_view> words{line.words.begin(), line.words.end()};
+    if (line.help) return run_job("help", {}, settings);
+    if (words.empty()) return wants_prompt() ? run_prompt(settings) : run_script(settings);
+    return run_job(words.front(), Words{words}.subspan(1), settings);
 }
 
 }  // namespace
@@ -65,8 +77,10 @@ Outcome run(int argc, const char* const* argv) {
     try {
         return run_words(read_command_line(argc, argv));
     } catch (const UsageError& error) {
+        if (asks_for_json(argc, argv)) return json_usage(error);
         return {exit_usage, "", std::string{"finance: "} + error.what() + "\ntry: " + error.hint() + '\n'};
     } catch (const std::exception& error) {
+        if (asks_for_json(argc, argv)) return json_failure(error.what());
         return {exit_refused, "", std::string{"finance: "} + error.what() + '\n'};
     }
 }
@@ -74,11 +88,11 @@ Outcome run(int argc, const char* const* argv) {
 int deliver(const Outcome& outcome) {
     int status = outcome.exit_status;
     std::string error = outcome.error;
-    if (!write(stdout, outcome.output)) {
-        error += std::string{"finance: the output cannot be written: "} + std::strerror(errno) + '\n';
+    if (!write_text(stdout, outcome.output)) {
+        error += unwritable();
         status = exit_refused;
     }
-    write(stderr, error);
+    write_text(stderr, error);
     return status;
 }
 

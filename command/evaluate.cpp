@@ -6,8 +6,8 @@
 
 #include "catalogue/number_text.hpp"
 #include "command/argument_list.hpp"
+#include "command/call_answer.hpp"
 #include "command/closest_name.hpp"
-#include "command/module_path.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -17,17 +17,9 @@ namespace {
 using catalogue::Calculation;
 using catalogue::Given;
 
-host::Argument as_argument(const Given& given) {
-    if (const double* number = std::get_if<double>(&given)) {
-        return std::isnan(*number) ? host::Argument::missing() : host::Argument{*number};
-    }
-    if (const auto* text = std::get_if<std::string_view>(&given)) return host::Argument{*text};
-    return host::Argument::absent();
-}
-
 std::string result_text(const Calculation& calculation, double value) {
     const bool dated = calculation.result == catalogue::ResultKind::date;
-    return (dated && !std::isnan(value) ? catalogue::value_text(value, true) : catalogue::shortest_text(value)) + '\n';
+    return catalogue::value_text(value, dated) + '\n';
 }
 
 std::string no_answer(const Calculation& calculation) {
@@ -62,8 +54,8 @@ Outcome report(const Calculation& calculation, std::span<const Given> arguments,
     return {exit_answered, result_text(calculation, evaluation.value), noted ? no_answer(calculation) : ""};
 }
 
-Outcome evaluate(const Calculation& calculation, std::span<const std::string_view> tokens,
-                 const std::filesystem::path& told_module) {
+Outcome evaluate(const Calculation& calculation, std::span<const std::string_view> tokens, HostOnDemand& host,
+                 Report* tell) {
     const std::vector<Given> values = read_arguments(calculation, tokens);
     const std::vector<host::Argument> arguments = [&] {
         std::vector<host::Argument> converted;
@@ -71,8 +63,10 @@ Outcome evaluate(const Calculation& calculation, std::span<const std::string_vie
         for (const Given& value : values) converted.push_back(as_argument(value));
         return converted;
     }();
-    const host::EmbeddedHost host{find_module(told_module, this_program())};
-    return report(calculation, values, host.evaluate(calculation.name, arguments));
+    const host::Evaluation evaluation = host.get().evaluate(calculation.name, arguments);
+    Outcome outcome = tell(calculation, values, evaluation);
+    if (evaluation.answered()) outcome.value = evaluation.value;
+    return outcome;
 }
 
 }  // namespace finance::command

@@ -10,7 +10,6 @@ namespace finance::command {
 namespace {
 
 using catalogue::Calculation;
-using catalogue::Need;
 using catalogue::Parameter;
 
 constexpr std::size_t line_width = 100;
@@ -24,16 +23,8 @@ std::string padded(std::string_view text, std::size_t width) {
 
 // ---- The call
 
-std::string in_brackets(const Parameter& parameter) {
-    std::string text{parameter.name};
-    if (is_list(parameter.kind)) text += "...";
-    return parameter.need == Need::optional ? '[' + text + ']' : text;
-}
-
 std::string call_text(const Calculation& calculation) {
-    std::string text = "  finance " + std::string{calculation.name};
-    for (const Parameter& parameter : calculation.parameters) text += ' ' + in_brackets(parameter);
-    return text + '\n';
+    return "  finance " + catalogue::call_words(calculation) + '\n';
 }
 
 // ---- Arguments, one line each and what else is to be known of it indented below
@@ -42,30 +33,14 @@ struct Columns {
     std::size_t name = 0, kind = 0, need = 0;
 };
 
-std::string need_text(const Parameter& parameter) {
-    if (parameter.need == Need::required) return "required";
-    if (parameter.need == Need::may_be_missing) return ". is " + std::string{parameter.default_text};
-    if (is_list(parameter.kind)) return "optional";
-    return "default " + std::string{parameter.default_text};
-}
-
 Columns columns_of(const Calculation& calculation) {
     Columns widest;
     for (const Parameter& parameter : calculation.parameters) {
         widest.name = std::max(widest.name, parameter.name.size());
         widest.kind = std::max(widest.kind, catalogue::kind_words(parameter.kind).size());
-        widest.need = std::max(widest.need, need_text(parameter).size());
+        widest.need = std::max(widest.need, catalogue::need_words(parameter).size());
     }
     return widest;
-}
-
-std::string spelling_words(catalogue::Kind kind) {
-    constexpr std::string_view in_a_row = "one after the other, or separated by commas";
-    if (kind == catalogue::Kind::basis) return "one of " + std::string{catalogue::basis_words};
-    std::string words;
-    if (catalogue::is_dated(kind)) words = "year-month-day, or days since 1960-01-01";
-    if (is_list(kind)) words.append(words.empty() ? "" : "; ").append(in_a_row);
-    return words;
 }
 
 std::string argument_text(const Parameter& parameter, std::size_t number, const Columns& columns) {
@@ -73,11 +48,12 @@ std::string argument_text(const Parameter& parameter, std::size_t number, const 
     std::string text = padded("", margin) + padded(std::to_string(number), 1 + gap) +
                        padded(parameter.name, columns.name + gap) +
                        padded(catalogue::kind_words(parameter.kind), columns.kind + gap) +
-                       padded(need_text(parameter), columns.need + gap);
+                       padded(catalogue::need_words(parameter), columns.need + gap);
     const std::size_t indent = text.size();
     std::string about{parameter.meaning};
     if (!parameter.unit.empty()) about.append("\nunit: ").append(parameter.unit);
-    if (const std::string spelling = spelling_words(parameter.kind); !spelling.empty()) about += '\n' + spelling;
+    if (const std::string spelling = catalogue::spelling_words(parameter.kind); !spelling.empty())
+        about += '\n' + spelling;
     if (const std::string rule = catalogue::rule_words(parameter); !rule.empty()) about.append("\n").append(rule);
     return text + wrapped(about, indent).substr(indent);
 }

@@ -5,7 +5,13 @@
 #include <string>
 
 #include "command/evaluate.hpp"
+#include "command/fold_job.hpp"
 #include "command/help.hpp"
+#include "command/json_help.hpp"
+#include "command/json_report.hpp"
+#include "command/map_job.hpp"
+#include "command/plot.hpp"
+#include "command/schedule.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -24,11 +30,9 @@ constexpr std::string_view how_arguments_are_written =
     "Exit status\n"
     "  0 answered (. where the answer is a missing value), 1 refused, 2 wrong usage\n"
     "\n"
-    "Options, before the first word\n"
-    "  --module PATH   use this zelkovan.so instead of the installed one\n"
-    "  --version\n";
+    "Options, before the first word\n";
 
-constexpr std::size_t usage_width = 42;
+constexpr std::size_t usage_width = 52;
 
 Outcome answer(std::string text) { return {exit_answered, std::move(text), ""}; }
 
@@ -38,28 +42,58 @@ std::string usage_line(std::string_view call, std::string_view purpose) {
     return line.append(purpose).append("\n");
 }
 
+std::string option_line(const Option& option) {
+    constexpr std::size_t width = 18;
+    std::string line = "  " + std::string{option.name} + (option.value.empty() ? "" : " ") + std::string{option.value};
+    line.resize(std::max(width, line.size() + 2), ' ');
+    return line.append(option.purpose).append("\n");
+}
+
 std::string usage_text() {
     std::string text = "Usage\n" + usage_line("NAME ARGUMENT...", "evaluate a calculation");
     for (const Job& job : jobs()) {
         const std::string separator = job.usage.empty() ? "" : " ";
         text += usage_line(std::string{job.word} + separator + std::string{job.usage}, job.purpose);
     }
-    return text.append("\n").append(how_arguments_are_written);
+    text += usage_line("", "a prompt; not on a terminal: lines from standard input");
+    text.append("\n").append(how_arguments_are_written);
+    for (const Option& option : options()) text += option_line(option);
+    return text;
 }
 
-Outcome help(Words words, const Settings& /*settings*/) {
+Outcome help_on(const catalogue::Calculation& calculation, const Settings& settings) {
+    return answer(settings.json ? json_help(calculation) : help_text(calculation));
+}
+
+Outcome help(Words words, const Settings& settings) {
     if (words.size() > 1) throw UsageError{"help takes one name", "finance list"};
-    return answer(words.empty() ? usage_text() : help_text(calculation_named(words.front())));
+    const auto job = words.empty() ? jobs().end() : std::ranges::find(jobs(), words.front(), &Job::word);
+    if (job != jobs().end() && job->help != nullptr) {
+        return answer(settings.json ? json_help(*job) : job->help());
+    }
+    if (!words.empty()) return help_on(calculation_named(words.front()), settings);
+    return answer(settings.json ? json_jobs(jobs()) : usage_text());
 }
 
-Outcome list(Words words, const Settings& /*settings*/) {
+Outcome list(Words words, const Settings& settings) {
     if (!words.empty()) throw UsageError{"list takes no argument", "finance help " + std::string{words.front()}};
-    return answer(list_text(catalogue::families()));
+    return answer(settings.json ? json_list(catalogue::families()) : list_text(catalogue::families()));
 }
+
+constexpr std::array all_options{
+    Option{"--module", "PATH", "use this zelkovan.so instead of the installed one"},
+    Option{"--json", "", "one JSON object a result, on one line; it may also stand later"},
+    Option{"--help", "", "how the command is used; after a calculation's name, all about it"},
+    Option{"--version", "", "the version"},
+};
 
 constexpr std::array all_jobs{
     Job{"list", "", "all calculations, by family", list},
     Job{"help", "NAME", "what one answers, its arguments, formula, an example", help},
+    Job{"map", "'CALL(...)' [FILE]", "calls over the rows of a table", map_table, map_help},
+    Job{"fold", "'CALL(...)' --by COLUMN [FILE]", "calls over groups of rows", fold_table, fold_help},
+    Job{"schedule", "loan|depreciation NAME=VALUE...", "payment and depreciation tables", schedule, schedule_help},
+    Job{"plot", "'CALL(...)' NAME=FIRST..LAST", "a calculation drawn over a range", plot, plot_help},
 };
 
 bool asks_for_help(std::string_view word) { return word == "--help" || word == "-h"; }
@@ -68,17 +102,19 @@ Outcome calculate(std::string_view name, Words arguments, const Settings& settin
     if (name.starts_with('-')) throw UsageError{"no option is called " + std::string{name}, "finance help"};
     const catalogue::Calculation& calculation = calculation_named(name);
     for (const std::string_view word : arguments) {
-        if (asks_for_help(word)) return answer(help_text(calculation));
+        if (asks_for_help(word)) return help_on(calculation, settings);
         if (word.starts_with("--")) {
             throw UsageError{"options come before the name: " + std::string{word}, "finance help"};
         }
     }
-    return evaluate(calculation, arguments, settings.module);
+    return evaluate(calculation, arguments, settings.host, settings.json ? json_report : report);
 }
 
 }  // namespace
 
 std::span<const Job> jobs() { return all_jobs; }
+
+std::span<const Option> options() { return all_options; }
 
 Outcome run_job(std::string_view word, Words words, const Settings& settings) {
     const auto job = std::ranges::find(all_jobs, word, &Job::word);

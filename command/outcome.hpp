@@ -1,6 +1,7 @@
 // What a run of the command says and how it ends.
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace finance::command {
@@ -13,6 +14,7 @@ struct Outcome {
     int exit_status = exit_answered;
     std::string output{};
     std::string error{};
+    std::optional<double> value{};  // of a calculation that answered
 };
 
 }  // namespace finance::command

@@ -1,20 +1,31 @@
 // A command line that says nothing that could be evaluated: exit status 2.
 #pragma once
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
 namespace finance::command {
 
+// What a usage error is about; each may be unknown.
+struct UsageSubject {
+    std::string calculation{};
+    std::size_t position = 0;  // of the argument, 1 the first after the name
+    std::string argument{};
+};
+
 class UsageError : public std::runtime_error {
 public:
     // hint: what to type to get further.
-    UsageError(const std::string& message, std::string hint) : std::runtime_error{message}, hint_{std::move(hint)} {}
+    UsageError(const std::string& message, std::string hint, UsageSubject subject = {})
+        : std::runtime_error{message}, hint_{std::move(hint)}, subject_{std::move(subject)} {}
     [[nodiscard]] const std::string& hint() const { return hint_; }
+    [[nodiscard]] const UsageSubject& subject() const { return subject_; }
 
 private:
     std::string hint_;
+    UsageSubject subject_;
 };
 
 }  // namespace finance::command

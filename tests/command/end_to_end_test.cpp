@@ -301,7 +301,6 @@ const FailureCase failures[] = {
     {"TBILLEQ 20000 20400 1", 1, nullptr},
 
     // wrong usage
-    {"", 2, "finance: nothing to evaluate\ntry: finance help\n"},
     {"PTM 1 2 3", 2, "finance: no calculation is called 'PTM' (did you mean PMT?)\ntry: finance list\n"},
     {"PMTT 1 2 3", 2, "finance: no calculation is called 'PMTT' (did you mean PMT?)\ntry: finance list\n"},
     {"WHATEVER 1", 2, "finance: no calculation is called 'WHATEVER'\ntry: finance list\n"},

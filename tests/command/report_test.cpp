@@ -36,7 +36,7 @@ void expect(const Outcome& outcome, int status, const char* output, const char* 
 
 TEST(Report, Answers) {
     expect(command::report(bond, {}, answered(0.1)), 0, "0.1\n", "");
-    expect(command::report(bond, {}, answered(200000.0)), 0, "2e+05\n", "");
+    expect(command::report(bond, {}, answered(200000.0)), 0, "200000\n", "");
     expect(command::report(bond, {}, answered(nan)), 0, ".\n", "");
     expect(command::report(bond, {}, answered(std::numeric_limits<double>::infinity())), 0, "inf\n", "");
 }

@@ -3,7 +3,7 @@
 An example is a line `$ command`, in which `finance` is run, with its output below: up to the next example or the end of
 the block, but for blank lines at its end. A backslash at the command's end joins the next line. A line `finance ...`
 that begins a block, or follows a blank line or another such line, is an example without output; what stands after two
-blanks describes it.
+blanks describes it. In a block fenced as text only the former are examples.
 """
 import pathlib
 import re
@@ -71,7 +71,7 @@ def examples_of(block):
         if line.startswith(PROMPT):
             example, taken = prompted(block.text[i:], number)
             examples.append(example)
-        elif UNSHOWN.match(line) and (i == 0 or not block.text[i - 1] or example is None):
+        elif block.fenced_as != "text" and UNSHOWN.match(line) and (i == 0 or not block.text[i - 1] or example is None):
             example = None
             examples.append(Example(number, re.split(r"\s{2,}", line)[0], None))
         elif example:

@@ -7,7 +7,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 prefix=$work/prefix
 "$cmake" --install "$build" --prefix "$prefix" >/dev/null
-for file in lib/zelkovan.so bin/finance include/zelkovan/zelkovan.h; do
+for file in lib/zelkovan.so bin/finance include/zelkovan/zelkovan.h share/man/man1/finance.1 \
+    share/bash-completion/completions/finance share/zsh/site-functions/_finance; do
     [ -f "$prefix/$file" ] || { echo "not installed: $file"; exit 1; }
 done
 

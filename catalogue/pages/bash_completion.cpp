@@ -1,0 +1,163 @@
+#include "catalogue/pages/bash_completion.hpp"
+
+#include <string_view>
+
+#include "catalogue/wording.hpp"
+
+namespace finance::catalogue::pages {
+
+namespace {
+
+constexpr std::string_view head = R"(# bash completion of finance(1). Made from the catalogue by scripts/refresh-pages.
+)";
+
+// Variables of the main function that the others see: word, the place before_word after it, cur, argument, candidates.
+constexpr std::string_view before_main = R"(
+# The arguments that have no value yet; where the next one in order is a basis, its keywords as well. A + marks a list:
+# it takes whatever else was given in order.
+_finance_open_arguments() {
+    local given=" ${COMP_WORDS[*]:before_word:COMP_CWORD-before_word} " next=yes name
+    local -i in_order=COMP_CWORD-before_word
+    given=${given// =/=}
+    for name in $given; do
+        [[ $name == --* ]] && in_order+=-1
+    done
+    [[ $given == *=* ]] && in_order=0 next=''
+    for name in $(_finance_arguments "${word^^}"); do
+        if ((in_order > 0)); then
+            in_order+=-1
+            [[ $name == *+ ]] && in_order=0 next=''
+            continue
+        fi
+        name=${name%+}
+        [[ -n $next && $name == basis= ]] && candidates+=" $bases"
+        next=''
+        [[ ${given,,} == *" ${name,,}"* ]] || candidates+=" $name"
+    done
+}
+
+_finance_after_word() {
+    if [[ " $words " == *" $word "* ]]; then
+        candidates=$(_finance_words "$word")
+        [[ -z $candidates || $cur == -* ]] || files=yes
+        [[ $candidates == *calculations* ]] && candidates="$words $names" files=''
+    elif [[ $cur == --* ]]; then
+        candidates='--help --json'
+    elif [[ ${argument,,} == basis ]]; then
+        candidates=$bases
+    elif [[ -z $argument ]]; then
+        _finance_open_arguments
+    fi
+}
+
+_finance() {
+)";
+
+constexpr std::string_view main_function =
+    R"(    local cur=${COMP_WORDS[COMP_CWORD]} argument='' prefix='' word='' candidates='' files='' candidate
+    local -i i before_word=0
+    COMPREPLY=()
+
+    # basis=AC is three words where = breaks words, else one.
+    if [[ $cur == = ]]; then
+        argument=${COMP_WORDS[COMP_CWORD - 1]} cur=''
+    elif ((COMP_CWORD > 2)) && [[ ${COMP_WORDS[COMP_CWORD - 1]} == = ]]; then
+        argument=${COMP_WORDS[COMP_CWORD - 2]}
+    elif [[ $cur == *=* ]]; then
+        argument=${cur%%=*}
+        prefix=$argument= cur=${cur#*=}
+    fi
+
+    for ((i = 1; i < COMP_CWORD; ++i)); do
+        if [[ " $valued_options " == *" ${COMP_WORDS[i]} "* ]]; then
+            [[ ${COMP_WORDS[i + 1]} == = ]] && i+=1
+            i+=1
+        elif [[ ${COMP_WORDS[i]} != -* ]]; then
+            word=${COMP_WORDS[i]} before_word=i+1
+            break
+        fi
+    done
+
+    if [[ -n $word ]]; then
+        _finance_after_word
+    elif ((i > COMP_CWORD)); then
+        files=yes
+    elif [[ $cur == -* ]]; then
+        candidates=$options
+    else
+        candidates="$words $names"
+    fi
+
+    for candidate in $candidates; do
+        [[ ${candidate,,} == "${cur,,}"* ]] || continue
+        [[ $candidate == -* && $cur != -* ]] && continue
+        COMPREPLY+=("$prefix$candidate")
+        [[ $candidate == *= ]] && compopt -o nospace 2>/dev/null
+    done
+    [[ -n $files && ${#COMPREPLY[@]} -eq 0 ]] && compopt -o default 2>/dev/null
+    return 0
+}
+
+complete -F _finance finance
+)";
+
+std::string joined(std::string list, std::string_view word) {
+    return list.append(list.empty() ? "" : " ").append(word);
+}
+
+std::string variable(std::string_view name, const std::string& value) {
+    return "    local -r " + std::string{name} + "='" + value + "'\n";
+}
+
+std::string argument_names(const Calculation& calculation) {
+    std::string names;
+    for (const Parameter& parameter : calculation.parameters) {
+        names = joined(names, parameter.name) + (is_list(parameter.kind) ? "=+" : "=");
+    }
+    return names;
+}
+
+std::string argument_cases(std::span<const Calculation> calculations) {
+    std::string text = "\n# The arguments of a calculation, in order.\n_finance_arguments() {\n    case $1 in\n";
+    for (const Calculation& calculation : calculations) {
+        text += "        " + std::string{calculation.name} + ") echo " + argument_names(calculation) + " ;;\n";
+    }
+    return text + "    esac\n}\n";
+}
+
+std::string word_cases(std::span<const Word> words) {
+    std::string text =
+        "\n# What is typed as it stands after a word that is no calculation.\n_finance_words() {\n    case $1 in\n";
+    for (const Word& word : words) {
+        std::string typed = takes_calculation(word) ? "calculations" : "";
+        for (const std::string& one : typed_words(word)) typed = joined(typed, one);
+        if (!typed.empty()) text += "        " + std::string{word.word} + ") echo " + typed + " ;;\n";
+    }
+    return text + "    esac\n}\n";
+}
+
+std::string variables(std::span<const Calculation> calculations, const CommandWords& command) {
+    std::string words;
+    std::string names;
+    std::string options;
+    std::string valued_options;
+    std::string bases;
+    for (const Word& word : command.words) words = joined(words, word.word);
+    for (const Calculation& calculation : calculations) names = joined(names, calculation.name);
+    for (const Option& option : command.options) {
+        options = joined(options, option.name);
+        if (!option.value.empty()) valued_options = joined(valued_options, option.name);
+    }
+    for (const std::string_view keyword : basis_keywords) bases = joined(bases, keyword);
+    return variable("words", words) + variable("names", names) + variable("options", options) +
+           variable("valued_options", valued_options) + variable("bases", bases);
+}
+
+}  // namespace
+
+std::string bash_completion(std::span<const Calculation> calculations, const CommandWords& command) {
+    return std::string{head} + argument_cases(calculations) + word_cases(command.words) + std::string{before_main} +
+           variables(calculations, command) + std::string{main_function};
+}
+
+}  // namespace finance::catalogue::pages

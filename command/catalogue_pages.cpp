@@ -1,0 +1,38 @@
+// catalogue_pages FOLDER: writes reference pages, the man page and the completions of both shells into it.
+#include <cstdio>
+#include <exception>
+
+#include "catalogue/pages/page_files.hpp"
+#include "command/jobs.hpp"
+
+namespace {
+
+namespace pages = finance::catalogue::pages;
+
+void write_pages(const char* folder) {
+    std::vector<pages::Word> words;
+    for (const finance::command::Job& job : finance::command::jobs()) {
+        words.push_back({job.word, job.usage, job.purpose, job.help != nullptr ? job.help() : ""});
+    }
+    std::vector<pages::Option> options;
+    for (const finance::command::Option& option : finance::command::options()) {
+        options.push_back({option.name, option.value, option.purpose});
+    }
+    pages::write_files(folder, pages::page_files({words, options, FINANCE_VERSION}));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("usage: catalogue_pages FOLDER\n", stderr);
+        return 2;
+    }
+    try {
+        write_pages(argv[1]);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "catalogue_pages: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,52 @@
+// Outcomes for machines: one JSON object a line, on standard output.
+//
+//     {"calculation":"PMT","status":"answered","value":-200,"argument":null,"rule":null,"message":null,"notes":[]}
+//
+//  status      answered; missing: the answer is a missing value; refused: an argument or the calculation itself;
+//              usage: there was nothing to evaluate; failed: there is no module, or it cannot be loaded
+//  value       null unless answered by a finite number
+//  value_text  there where the value is null although the call was answered: inf, -inf, or . for a missing value
+//  date        there where a date is answered: "2008-05-15", or null for one whose year has no four digits
+//  argument    the one at fault: {"position":3,"name":"frequency"}, "element" its place in a list
+//  rule        what that argument must be
+//  message     one sentence: why there is no value
+//  line        of a table: the number of the row's line; group: of a table's groups, {"deal":"A"}; result: its name.
+//              There a call that wants a value that is missing has the status missing, as in the summary
+//  hint        there in usage errors: what to type to get further
+//  notes       messages that the module asked its host for: {"set":744,"number":321}
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "catalogue/diagnosis.hpp"
+#include "command/json_text.hpp"
+#include "command/outcome.hpp"
+#include "command/usage_error.hpp"
+#include "host/embedded_host.hpp"
+
+namespace finance::command {
+
+// The members above, into an object that the caller has opened. status: empty for what the evaluation itself says.
+void add_result(JsonText& json, const catalogue::Calculation& calculation, std::span<const catalogue::Given> arguments,
+                const host::Evaluation& evaluation, std::string_view status = {});
+
+// An argument of a call as it was written.
+struct WrittenArgument {
+    std::size_t parameter = 0;  // index
+    std::size_t position = 0;   // 1 the first; 0: no argument
+};
+
+// The same members of a call that was not evaluated: an argument of it could not be read, or all of it.
+void add_refusal(JsonText& json, const catalogue::Calculation& calculation, std::string_view message,
+                 WrittenArgument argument = {});
+
+// What `report` says, as an object.
+Outcome json_report(const catalogue::Calculation& calculation, std::span<const catalogue::Given> arguments,
+                    const host::Evaluation& evaluation);
+
+Outcome json_usage(const UsageError& error);
+Outcome json_failure(std::string_view message);
+
+}  // namespace finance::command

@@ -1,0 +1,18 @@
+// `finance` without words: a prompt on a terminal, else the lines of standard input.
+#pragma once
+
+#include "command/jobs.hpp"
+
+namespace finance::command {
+
+// Whether somebody sits in front of it: input and one of the outputs are a terminal.
+bool wants_prompt();
+
+// Until quit, Ctrl-D, or an output that is gone.
+Outcome run_prompt(const Settings& settings);
+
+// Answers on standard output, line by line; errors on standard error, each with the number of its line. Exit status 0;
+// 1 where a line was refused; 2 where one was wrong usage.
+Outcome run_script(const Settings& settings);
+
+}  // namespace finance::command

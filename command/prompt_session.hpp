@@ -1,0 +1,48 @@
+// Lines of a prompt or a script, one after the other.
+//
+//  (1) A line is what would follow `finance` on the command line; see command/words.hpp for how it is split.
+//  (2) ?NAME is help NAME; ? alone tells what can be typed; quit or exit ends the session.
+//  (3) As the value of an argument (_, name=_, or one of several separated by commas) _ is the last value that a
+//      calculation answered, to the last digit; a date is its number of days. Alone on a line it prints that answer.
+//  (4) Errors are one line each. No line ends the session but quit and exit.
+//  (5) In a script standard input holds the script itself: map and fold take their table from a file.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "command/jobs.hpp"
+
+namespace finance::command {
+
+// The lines of a text, each with one label in place of the other.
+std::string relabelled(std::string_view lines, std::string_view label, std::string_view other);
+
+enum class LinesFrom { terminal, script };
+
+class PromptSession {
+public:
+    PromptSession(const Settings& settings, LinesFrom from) : settings_{settings}, from_{from} {}
+
+    // What the line says; the error's lines have no "finance: " before them.
+    Outcome run(std::string_view line);
+    [[nodiscard]] bool ended() const { return ended_; }
+
+private:
+    struct Answer {
+        std::string value;   // reads back to the same double
+        std::string output;  // as it was printed
+    };
+    Outcome run_words(std::vector<std::string> words, const Settings& settings);
+    [[nodiscard]] const Answer& last_answer() const;
+    void put_last_answer(std::string& word) const;
+
+    const Settings& settings_;
+    LinesFrom from_;
+    std::optional<Answer> answer_{};
+    bool ended_ = false;
+};
+
+}  // namespace finance::command

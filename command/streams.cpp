@@ -1,0 +1,17 @@
+#include "command/streams.hpp"
+
+#include <cerrno>
+#include <cstring>
+
+namespace finance::command {
+
+bool write_text(std::FILE* stream, std::string_view text) {
+    const bool written = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    return std::fflush(stream) == 0 && written;
+}
+
+std::string unwritable() {
+    return std::string{"finance: the output cannot be written: "} + std::strerror(errno) + '\n';
+}
+
+}  // namespace finance::command

@@ -1,0 +1,28 @@
+// A typed line, split into the words that a shell would hand over.
+//
+//  (1) Words are separated by blanks and tabs.
+//  (2) What stands between two ' or two " is kept as it is, blanks and the other quotation mark included; the marks are
+//      dropped, wherever in a word they stand. '' is a word of its own, without letters.
+//  (3) A # where a word would begin starts a comment that ends with the line.
+//  (4) A carriage return at the end of the line belongs to the line's end.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace finance::command {
+
+// UsageError where a quotation mark has no partner.
+std::vector<std::string> split_words(std::string_view line);
+
+// A line up to the cursor: the words that are complete, and the one that is being typed (empty after a blank).
+struct TypedLine {
+    std::vector<std::string> words;
+    std::string_view last;  // as typed, a view into the line
+};
+
+TypedLine split_at_cursor(std::string_view line);
+
+}  // namespace finance::command

@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# pages_are_fresh.sh CATALOGUE_PAGES SOURCE_FOLDER: the kept pages are those that the catalogue makes now, no more and
+# no fewer; and what makes the man page wrong is told by groff.
+set -euo pipefail
+program=$1 source=$2
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+"$program" "$work"
+made=$(find "$work" -type f | wc -l)
+[ "$made" -eq 58 ] || { echo "$made files instead of an index, 54 pages, a man page and 2 completions"; exit 1; }
+for page in docs/reference docs/finance.1 completions; do
+    diff --recursive --unified=1 "$source/$page" "$work/$page" || {
+        echo "out of date: $page; refresh with: scripts/refresh-pages"
+        exit 1
+    }
+done
+
+faults=$(groff -z -ww -man -Tutf8 "$work/docs/finance.1" 2>&1)
+[ -z "$faults" ] || { echo "$faults"; exit 1; }
+sections=$(grep '^\.SH ' "$work/docs/finance.1" | tr '\n' ' ')
+[ "$sections" = ".SH NAME .SH SYNOPSIS .SH DESCRIPTION .SH OPTIONS .SH ARGUMENTS .SH EXIT STATUS .SH EXAMPLES .SH CALCULATIONS " ] ||
+    { echo "sections: $sections"; exit 1; }

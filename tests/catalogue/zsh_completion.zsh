@@ -1,0 +1,38 @@
+# zsh -f zsh_completion.zsh COMPLETIONS_FOLDER: syntax, and what an interactive shell makes of a typed line and a tab.
+zmodload zsh/zpty || exit 1
+folder=$1
+zsh -n $folder/_finance || exit 1
+typeset -i failed=0 checked=0
+
+zpty shell "TERM=dumb zsh -f -i"
+zpty -w shell "fpath=(${(q)folder} \$fpath); autoload -Uz compinit; compinit -u -D; LISTMAX=0; PS1=as''ks:"
+zpty -r -m shell text '*asks:*' || exit 1
+
+# typed LINE: what the shell shows when a tab follows it, up to its next prompt.
+typed() {
+    zpty -w -n shell "$1"$'\t'" END"$'\C-u'"PS1=asks''$checked:"$'\n'
+    zpty -r -m shell REPLY "*asks$checked:*"
+    REPLY=${REPLY//[$'\a\b']/}
+}
+
+completes() {
+    checked+=1
+    typed $1
+    [[ $REPLY == *"$2"* ]] && return
+    failed+=1
+    print -r -- "$1: expected $2, got: ${(V)REPLY}"
+}
+
+completes 'finance PRICED' 'finance PRICEDISC '
+completes 'finance PM' 'finance PMT '
+completes 'finance li' 'finance list '
+completes 'finance help XI' 'finance help XIRR '
+completes 'finance PMT ra' 'finance PMT rate='
+completes 'finance PMT rate=1 np' 'finance PMT rate=1 nper='
+completes 'finance YEARFRAC basis=EU' 'finance YEARFRAC basis=EU30/360 '
+completes 'finance --vers' 'finance --version '
+completes 'finance PMT ' 'interest rate of one period'
+
+zpty -d shell
+print "$checked lines checked"
+(( failed == 0 && checked == 9 ))

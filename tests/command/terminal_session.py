@@ -1,0 +1,208 @@
+#!/usr/bin/env python3
+"""A person at the prompt: drives the command through a pseudo-terminal and reads what the screen shows.
+
+    terminal_session.py PROGRAM
+"""
+import fcntl
+import os
+import pathlib
+import pty
+import re
+import select
+import signal
+import struct
+import sys
+import tempfile
+import termios
+import time
+
+PATIENCE = 20.0  # seconds for a text to appear; a sanitized build on a busy machine is slow
+PROMPT = "finance> "
+PAYMENT = "-1199.1010503055047"
+TAB, UP, ENTER, CTRL_C, CTRL_D = "\t", "\x1b[A", "\r", "\x03", "\x04"
+CONTROL_SEQUENCE = re.compile(r"\x1b\[[0-9;?]*[A-Za-z]|\x07|\x1b[=>]")
+
+
+class Terminal:
+    """One run of the program. What it has shown since the last expectation is in `shown`."""
+
+    def __init__(self, program, state, **environment):
+        self.process, self.screen = pty.fork()
+        if self.process == 0:
+            os.environ.update(TERM="xterm", LC_ALL="C.UTF-8", XDG_STATE_HOME=str(state), **environment)
+            os.execv(program, [program])
+        fcntl.ioctl(self.screen, termios.TIOCSWINSZ, struct.pack("HHHH", 50, 200, 0, 0))
+        self.shown = ""
+
+    def type(self, text):
+        os.write(self.screen, text.encode())
+
+    def read(self, patience):
+        """False where nothing comes any more."""
+        if not select.select([self.screen], [], [], patience)[0]:
+            return False
+        try:
+            piece = os.read(self.screen, 4096)
+        except OSError:  # the program has left
+            return False
+        self.shown += CONTROL_SEQUENCE.sub("", piece.decode(errors="replace"))
+        return bool(piece)
+
+    def expect(self, text):
+        """Waits until the screen shows the text; returns what came before it and forgets both."""
+        deadline = time.monotonic() + PATIENCE
+        while text not in self.shown:
+            if not self.read(max(0.0, deadline - time.monotonic())) and text not in self.shown:
+                raise AssertionError(f"{text!r} does not appear, but {self.shown!r}")
+        before, self.shown = self.shown.split(text, 1)
+        return before
+
+    def ask(self, line, answer):
+        """Types a line; the next thing printed must be the answer."""
+        self.type(line + ENTER)
+        self.expect("\r\n")
+        before = self.expect("\n")
+        assert before == answer + "\r", f"{line!r} answers {before!r}, not {answer!r}"
+        self.expect(PROMPT)
+
+    def wait(self):
+        """The exit status, or minus the signal that ended it."""
+        return os.waitstatus_to_exitcode(os.waitpid(self.process, 0)[1])
+
+    def leave(self):
+        while self.read(PATIENCE):
+            pass
+        return self.wait()
+
+
+def answers(terminal):
+    terminal.ask("PMT 0.005 360 200000", PAYMENT)
+    terminal.ask("NPV 0.25 0 125", "80")
+    terminal.ask("NPV 0.25 _", "64")
+    terminal.ask("COUPNCD 2025-01-20 2030-11-15 2", "2025-05-15")
+    terminal.ask("COUPNCD settlement=_ maturity=2030-11-15 frequency=2", "2025-11-15")
+
+
+def errors(terminal):
+    terminal.ask("PMT 0.005 2.5 200000", "PMT: argument 2 (nper): 2.5 is not a whole number")
+    terminal.ask("PTM 1", "no calculation is called 'PTM' (did you mean PMT?) (try: list)")
+    terminal.ask("PMT '1", "no second ' follows (try: ?)")
+    terminal.ask("_", "2025-11-15")  # errors have left it alone
+
+
+def completion(terminal):
+    terminal.type("pm" + TAB)
+    terminal.expect("PMT ")
+    terminal.type("ra" + TAB)
+    terminal.expect("te=")
+    terminal.type("0.005 NP" + TAB)
+    terminal.expect("nper=")
+    terminal.type("360 ")
+    terminal.expect("360 ")
+    terminal.type(TAB + TAB)  # what is left, below the line
+    names = terminal.expect("type=")
+    assert "fv=" in names and "pv=" in names and "rate=" not in names, names
+    terminal.expect("nper=360 ")
+    terminal.ask("pv=200000", PAYMENT)
+    terminal.type("?PM" + TAB)
+    terminal.expect("T")
+    terminal.type(CTRL_C)
+    terminal.expect(PROMPT)
+
+
+def help_pages(terminal):
+    terminal.type("?PMT" + ENTER)
+    terminal.expect("PMT: Level payment")
+    terminal.expect("Example")
+    terminal.expect(PROMPT)
+    terminal.type("?" + ENTER)
+    terminal.expect("NAME ARGUMENT...")
+    terminal.expect(PROMPT)
+
+
+def abandoned_line(terminal):
+    terminal.type("PMT 1 2")
+    terminal.expect("PMT 1 2")
+    terminal.type(CTRL_C)
+    before = terminal.expect(PROMPT)
+    assert before == "\r\n", before
+    terminal.ask("RATE 10 -10 100", "0")
+
+
+def earlier_lines(terminal):
+    terminal.type(UP)
+    terminal.expect("RATE 10 -10 100")
+    terminal.type(UP)
+    terminal.expect("?")
+    terminal.type(CTRL_C)
+    terminal.expect(PROMPT)
+
+
+def new_window_size(terminal):
+    terminal.type("NPV 0.25")
+    terminal.expect("NPV 0.25")
+    fcntl.ioctl(terminal.screen, termios.TIOCSWINSZ, struct.pack("HHHH", 30, 100, 0, 0))
+    os.kill(terminal.process, signal.SIGWINCH)
+    terminal.ask(" 0 125", "80")
+
+
+def first_session(program, state):
+    terminal = Terminal(program, state)
+    terminal.expect(PROMPT)
+    for part in (answers, errors, completion, help_pages, abandoned_line, earlier_lines, new_window_size):
+        part(terminal)
+    terminal.type("é" + ENTER)
+    terminal.expect("no calculation is called 'é'")
+    terminal.expect(PROMPT)
+    terminal.type(CTRL_D)
+    assert terminal.leave() == 0
+
+
+def second_session(program, state):
+    """The lines of the first one are there; quit leaves as Ctrl-D does."""
+    history = (state / "finance" / "history").read_text().splitlines()
+    assert history[0] == "PMT 0.005 360 200000" and history[-1] == "é", history
+    assert "PMT 1 2" not in history, "an abandoned line is not kept"
+    terminal = Terminal(program, state)
+    terminal.expect(PROMPT)
+    terminal.type(UP + UP)
+    terminal.expect("NPV 0.25 0 125")
+    terminal.type(ENTER)
+    terminal.expect("80")
+    terminal.expect(PROMPT)
+    terminal.type("quit" + ENTER)
+    assert terminal.leave() == 0
+
+
+def history_that_cannot_be_kept(program, state):
+    terminal = Terminal(program, state / "finance" / "history")  # a file, not a folder
+    terminal.expect(PROMPT)
+    terminal.ask("RATE 10 -10 100", "0")
+    terminal.type(CTRL_D)
+    assert terminal.leave() == 0
+
+
+def request_to_terminate(program, state):
+    """The terminal is as it was before."""
+    terminal = Terminal(program, state)
+    local_modes = 3
+    terminal.expect(PROMPT)
+    terminal.type("PMT")
+    terminal.expect("PMT")
+    assert not termios.tcgetattr(terminal.screen)[local_modes] & termios.ICANON
+    os.kill(terminal.process, signal.SIGTERM)
+    assert terminal.wait() == -signal.SIGTERM
+    assert termios.tcgetattr(terminal.screen)[local_modes] & termios.ICANON
+
+
+def main():
+    program = sys.argv[1]
+    with tempfile.TemporaryDirectory() as folder:
+        state = pathlib.Path(folder)
+        for session in (first_session, second_session, history_that_cannot_be_kept, request_to_terminate):
+            session(program, state)
+            print(f"{session.__name__}: as expected")
+
+
+if __name__ == "__main__":
+    main()
