@@ -10,7 +10,7 @@
 
 #include "command/jobs.hpp"
 #include "command/json_report.hpp"
-#include "command/prompt.hpp"
+#include "command/prompt/prompt.hpp"
 #include "command/streams.hpp"
 #include "command/usage_error.hpp"
 

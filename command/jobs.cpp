@@ -5,13 +5,13 @@
 #include <string>
 
 #include "command/evaluate.hpp"
-#include "command/fold_job.hpp"
 #include "command/help.hpp"
 #include "command/json_help.hpp"
 #include "command/json_report.hpp"
-#include "command/map_job.hpp"
-#include "command/plot.hpp"
-#include "command/schedule.hpp"
+#include "command/pictures/plot.hpp"
+#include "command/pictures/schedule.hpp"
+#include "command/tables/fold_job.hpp"
+#include "command/tables/map_job.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

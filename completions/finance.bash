@@ -67,7 +67,9 @@ _finance_words() {
         map) echo --output --delimiter --no-header --status --strict --quiet --json ;;
         fold) echo --by --output --delimiter --no-header --status --strict --quiet --json ;;
         schedule) echo loan depreciation --csv --json --plot ;;
-        plot) echo --output --points --json ;;
+        'schedule loan') echo rate= nper= pv= fv= type= --csv --json --plot ;;
+        'schedule depreciation') echo cost= salvage= life= factor= month= --csv --json --plot ;;
+        plot) echo variables --output --points --json ;;
     esac
 }
 
@@ -94,11 +96,32 @@ _finance_open_arguments() {
     done
 }
 
+# The names in a call that are no calculation, no argument and no basis: each may be what a range is for.
+_finance_variables() {
+    local text=${1//\(/( } name
+    for name in ${text//[^A-Za-z0-9_.=(\/-]/ }; do
+        name=${name#*=}
+        [[ $name =~ ^[A-Za-z_][A-Za-z0-9_]*$ && " $bases " != *" ${name^^} "* ]] && echo "$name="
+    done
+}
+
 _finance_after_word() {
+    local typed='' given
     if [[ " $words " == *" $word "* ]]; then
-        candidates=$(_finance_words "$word")
-        [[ -z $candidates || $cur == -* ]] || files=yes
-        [[ $candidates == *calculations* ]] && candidates="$words $names" files=''
+        ((before_word < COMP_CWORD)) && typed=$(_finance_words "$word ${COMP_WORDS[before_word]}")
+        [[ -n $typed ]] || typed=$(_finance_words "$word")
+        [[ -z $typed || $cur == -* ]] || files=yes
+        [[ $typed == calculations* ]] && typed="$words $names" files=''
+        if [[ $typed == variables* ]]; then
+            typed=${typed#variables}
+            ((before_word < COMP_CWORD)) && typed+=" $(_finance_variables "${COMP_WORDS[before_word]}")"
+        fi
+        given=" ${COMP_WORDS[*]:before_word:COMP_CWORD-before_word} "
+        given=${given// =/=}
+        [[ -z $argument ]] || typed=''
+        for word in $typed; do
+            [[ $word == *= && $given == *" $word"* ]] || candidates+=" $word"
+        done
     elif [[ $cur == --* ]]; then
         candidates='--help --json'
     elif [[ ${argument,,} == basis ]]; then

@@ -12,7 +12,7 @@ constexpr std::string_view head = R"(# bash completion of finance(1). Made from 
 )";
 
 // Variables of the main function that the others see: word, the place before_word after it, cur, argument, candidates.
-constexpr std::string_view before_main = R"(
+constexpr std::string_view before_main = R"bash(
 # The arguments that have no value yet; where the next one in order is a basis, its keywords as well. A + marks a list:
 # it takes whatever else was given in order.
 _finance_open_arguments() {
@@ -36,11 +36,32 @@ _finance_open_arguments() {
     done
 }
 
+# The names in a call that are no calculation, no argument and no basis: each may be what a range is for.
+_finance_variables() {
+    local text=${1//\(/( } name
+    for name in ${text//[^A-Za-z0-9_.=(\/-]/ }; do
+        name=${name#*=}
+        [[ $name =~ ^[A-Za-z_][A-Za-z0-9_]*$ && " $bases " != *" ${name^^} "* ]] && echo "$name="
+    done
+}
+
 _finance_after_word() {
+    local typed='' given
     if [[ " $words " == *" $word "* ]]; then
-        candidates=$(_finance_words "$word")
-        [[ -z $candidates || $cur == -* ]] || files=yes
-        [[ $candidates == *calculations* ]] && candidates="$words $names" files=''
+        ((before_word < COMP_CWORD)) && typed=$(_finance_words "$word ${COMP_WORDS[before_word]}")
+        [[ -n $typed ]] || typed=$(_finance_words "$word")
+        [[ -z $typed || $cur == -* ]] || files=yes
+        [[ $typed == calculations* ]] && typed="$words $names" files=''
+        if [[ $typed == variables* ]]; then
+            typed=${typed#variables}
+            ((before_word < COMP_CWORD)) && typed+=" $(_finance_variables "${COMP_WORDS[before_word]}")"
+        fi
+        given=" ${COMP_WORDS[*]:before_word:COMP_CWORD-before_word} "
+        given=${given// =/=}
+        [[ -z $argument ]] || typed=''
+        for word in $typed; do
+            [[ $word == *= && $given == *" $word"* ]] || candidates+=" $word"
+        done
     elif [[ $cur == --* ]]; then
         candidates='--help --json'
     elif [[ ${argument,,} == basis ]]; then
@@ -51,7 +72,7 @@ _finance_after_word() {
 }
 
 _finance() {
-)";
+)bash";
 
 constexpr std::string_view main_function =
     R"(    local cur=${COMP_WORDS[COMP_CWORD]} argument='' prefix='' word='' candidates='' files='' candidate
@@ -129,9 +150,15 @@ std::string word_cases(std::span<const Word> words) {
     std::string text =
         "\n# What is typed as it stands after a word that is no calculation.\n_finance_words() {\n    case $1 in\n";
     for (const Word& word : words) {
-        std::string typed = takes_calculation(word) ? "calculations" : "";
+        std::string typed = takes_calculation(word) ? "calculations" : takes_variable(word) ? "variables" : "";
         for (const std::string& one : typed_words(word)) typed = joined(typed, one);
         if (!typed.empty()) text += "        " + std::string{word.word} + ") echo " + typed + " ;;\n";
+        for (const std::string_view fixed : fixed_words(word)) {
+            std::string after;
+            for (const std::string& one : typed_words(word, fixed)) after = joined(after, one);
+            if (after.empty()) continue;
+            text += "        '" + joined(std::string{word.word}, fixed) + "') echo " + after + " ;;\n";
+        }
     }
     return text + "    esac\n}\n";
 }

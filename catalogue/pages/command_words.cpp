@@ -31,6 +31,27 @@ std::vector<std::string_view> tokens_of(std::string_view text) {
 
 }  // namespace
 
+std::vector<std::string_view> fixed_words(const Word& word) {
+    std::vector<std::string_view> words = tokens_of(word.usage);
+    std::erase_if(words, [](std::string_view token) { return !is_fixed_word(token); });
+    return words;
+}
+
+std::vector<std::string> typed_words(const Word& word, std::string_view fixed_word) {
+    const std::string call = "finance " + std::string{word.word} + ' ' + std::string{fixed_word} + ' ';
+    const std::size_t begin = word.help.find(call);
+    if (begin == std::string::npos) return {};
+    std::vector<std::string> words;
+    const std::string line = word.help.substr(begin, word.help.find('\n', begin) - begin);
+    for (const std::string_view token : tokens_of(line)) {
+        if (token.find('=') != std::string_view::npos) words.emplace_back(token.substr(0, token.find('=') + 1));
+    }
+    for (const std::string& one : typed_words(word)) {
+        if (is_option(one)) words.push_back(one);
+    }
+    return words;
+}
+
 std::vector<std::string> typed_words(const Word& word) {
     std::vector<std::string> words;
     const auto add = [&](std::string_view token) {
@@ -40,10 +61,8 @@ std::vector<std::string> typed_words(const Word& word) {
         const std::string_view name = token.substr(0, token.find('='));
         if (is_option(name)) add(name);
     };
-    for (const std::string_view token : tokens_of(word.usage)) {
-        if (is_fixed_word(token)) add(token);
-        add_option(token);
-    }
+    for (const std::string_view token : fixed_words(word)) add(token);
+    for (const std::string_view token : tokens_of(word.usage)) add_option(token);
     for (const std::string_view token : tokens_of(word.help)) add_option(token);
     return words;
 }
@@ -52,5 +71,7 @@ bool takes_calculation(const Word& word) {
     const auto tokens = tokens_of(word.usage);
     return std::ranges::find(tokens, "NAME") != tokens.end();
 }
+
+bool takes_variable(const Word& word) { return word.usage.find("NAME=FIRST..LAST") != std::string_view::npos; }
 
 }  // namespace finance::catalogue::pages

@@ -31,7 +31,17 @@ struct CommandWords {
 // (--by) from the usage and the help. Capitals and name=value stand for something else and are left out.
 std::vector<std::string> typed_words(const Word& word);
 
+// What follows one of its fixed words: the name= of the line of the help that begins "finance WORD FIXED ", then the
+// options. Empty where the help has no such line.
+std::vector<std::string> typed_words(const Word& word, std::string_view fixed_word);
+
+// The fixed words of the usage.
+std::vector<std::string_view> fixed_words(const Word& word);
+
 // Whether the name of a calculation follows.
 bool takes_calculation(const Word& word);
+
+// Whether NAME=FIRST..LAST follows a call, NAME being one of the call's own.
+bool takes_variable(const Word& word);
 
 }  // namespace finance::catalogue::pages

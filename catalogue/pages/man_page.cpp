@@ -72,7 +72,7 @@ std::string synopsis(const CommandWords& command) {
         text += ".br\n" + bold("finance") + " [" + italic("OPTION") + "]... " + bold(word.word) +
                 std::string{blank_before(word.usage)} + roff(word.usage) + '\n';
     }
-    return text;
+    return text + ".br\n" + bold("finance") + " [" + italic("OPTION") + "]...\n";
 }
 
 std::string description(const CommandWords& command) {
@@ -110,6 +110,25 @@ std::string arguments() {
            entry(bold("basis"), std::string{basis_words} + ".") +
            entry(bold("lists"), "One value after the other, or separated by commas.") +
            entry(bold("."), "A missing value.") + entry(bold("name="), "An argument left out.");
+}
+
+std::string prompt() {
+    constexpr std::string_view purpose =
+        "Without words the command is a prompt on a terminal, and reads the lines of a script from standard input "
+        "elsewhere. A line is what would follow finance; # starts a comment. Errors of a script are told with the "
+        "number of their line, the lines after it are still run, and the exit status is that of the worst. In a "
+        "script map and fold need the name of a file.";
+    return section("PROMPT AND SCRIPTS") + roff(purpose) + '\n' +
+           entry(bold("_"), "The last answer, as a value of an argument or alone.") +
+           entry(bold("?") + italic("NAME"), "What a calculation answers, its arguments, formula, an example.") +
+           entry(bold("quit") + ", " + bold("exit"), "Leave; so does Ctrl-D. Ctrl-C abandons the line.") +
+           entry(bold("Tab"), "Completes names, arguments, and the keywords after basis=.");
+}
+
+std::string files() {
+    return section("FILES") + entry(italic("$XDG_STATE_HOME/finance/history"),
+                                    "The latest lines typed at the prompt, readable by their owner alone. Where the "
+                                    "variable is not set: ~/.local/state/finance/history.");
 }
 
 std::string exit_status() {
@@ -151,7 +170,8 @@ std::string calculations(std::span<const Family> families) {
 
 std::string man_page(std::span<const Family> families, const CommandWords& command) {
     return title(command.version) + section("NAME") + "finance \\- financial calculations\n" + synopsis(command) +
-           description(command) + options(command) + arguments() + exit_status() + examples() + calculations(families);
+           description(command) + options(command) + arguments() + prompt() + exit_status() + files() + examples() +
+           calculations(families);
 }
 
 }  // namespace finance::catalogue::pages

@@ -31,8 +31,47 @@ _finance_arguments() {
     _describe -t arguments argument open -S = -q
 }
 
+# What follows a job: fixed words, names, options once a - is typed, files.
+_finance_after_job() {
+    local -a typed bases open
+    local item given
+    local -i ret=1
+    (( CURRENT > 2 )) && _finance_typed "$words[1] $words[2]"
+    (( $#typed )) || _finance_typed $words[1]
+    if (( ${typed[(I)NAME]} )); then
+        _describe -t jobs job jobs && ret=0
+        _describe -t calculations calculation calculations && ret=0
+        return ret
+    fi
+    (( $#typed )) || return 1
+    if compset -P '--[a-z-]#='; then
+        _files
+        return
+    fi
+    if (( ${typed[(I)VARIABLE]} )); then
+        typed=(${typed:#VARIABLE})
+        _finance_bases
+        # the names in the call that are no calculation, no argument and no basis
+        given=${words[2]//\(/( }
+        (( CURRENT > 2 )) && for item in ${=given//[^A-Za-z0-9_.=(\/-]/ }; do
+            item=${item#*=}
+            [[ $item == [A-Za-z_][A-Za-z0-9_]# ]] && (( ! ${bases[(I)${(U)item}]} )) && typed+=($item=)
+        done
+    fi
+    for item in ${(M)typed:#*=}; do
+        given=${words[(I)$item*]}
+        ((given > 0 && given < CURRENT)) || open+=($item)
+    done
+    typed=(${typed:#*=})
+    [[ $PREFIX == -* ]] || typed=(${typed:#-*})
+    compadd -S '' -a open && ret=0
+    compadd -a typed && ret=0
+    (( ret )) && _files && ret=0
+    return ret
+}
+
 _finance() {
-    local -a calculations jobs typed
+    local -a calculations jobs
     local state line curcontext=$curcontext
     local -i ret=1
     setopt local_options extended_glob
@@ -46,13 +85,7 @@ _finance() {
             ;;
         after)
             if (( ${jobs[(I)${words[1]}:*]} )); then
-                _finance_typed $words[1]
-                if (( ${typed[(I)NAME]} )); then
-                    _describe -t calculations calculation calculations && ret=0
-                elif (( $#typed )); then
-                    compadd -a typed && ret=0
-                    _files && ret=0
-                fi
+                _finance_after_job && ret=0
             else
                 _finance_arguments ${(U)words[1]} && ret=0
             fi
@@ -111,9 +144,16 @@ std::string job_items(std::span<const Word> words) {
 std::string typed_items(std::span<const Word> words) {
     std::string text = "\n_finance_typed() {\n    case $1 in\n";
     for (const Word& word : words) {
-        std::string typed = takes_calculation(word) ? " NAME" : "";
+        std::string typed = takes_calculation(word) ? " NAME" : takes_variable(word) ? " VARIABLE" : "";
         for (const std::string& one : typed_words(word)) typed += ' ' + one;
         if (!typed.empty()) text += "        " + std::string{word.word} + ") typed=(" + typed.substr(1) + ") ;;\n";
+        for (const std::string_view fixed : fixed_words(word)) {
+            std::string after;
+            for (const std::string& one : typed_words(word, fixed)) after += ' ' + one;
+            if (after.empty()) continue;
+            text += "        '" + std::string{word.word} + ' ' + std::string{fixed} + "') typed=(" + after.substr(1) +
+                    ") ;;\n";
+        }
     }
     return text + "    esac\n}\n";
 }

@@ -60,6 +60,21 @@ offers "$bases basis=" finance YEARFRAC 2024-01-01 2024-07-01 ''
 offers 'EU30/360' finance YEARFRAC 2024-01-01 2024-07-01 eu
 offers '' finance PMT rate = 0
 
+# what follows a job
+offers 'loan' finance schedule lo
+offers 'loan depreciation' finance schedule ''
+offers 'rate= nper= pv= fv= type=' finance schedule loan ''
+offers 'rate=' finance schedule loan ra
+offers 'nper= pv= fv= type=' finance schedule loan rate = 0.1 ''
+offers 'pv= fv= type=' finance schedule loan rate=0.1 nper=3 ''
+offers 'cost= salvage= life= factor= month=' finance schedule depreciation ''
+offers '--plot' finance schedule loan --p
+offers '' finance schedule loan rate = lo
+offers 'y= z_1=' finance plot "'PRICE(2008-02-15, 2017-11-15, 0.0575, y, redemption=z_1, 2, act/360, actual)'" ''
+offers 'n=' finance plot "'PMT(r, n, 1)'" r = 1..2 ''
+offers '--output' finance plot "'PMT(r, n, 1)'" --o
+offers '' finance map "'PMT(a)'" ''
+
 # every calculation offers its arguments
 for name in $(COMP_WORDS=(finance '') COMP_CWORD=1 && _finance && printf '%s\n' "${COMPREPLY[@]}" | grep '^[A-Z]'); do
     COMP_WORDS=(finance "$name" '')
@@ -72,4 +87,4 @@ for name in $(COMP_WORDS=(finance '') COMP_CWORD=1 && _finance && printf '%s\n' 
 done
 
 echo "$checked lines checked"
-[ "$failed" -eq 0 ] && [ "$checked" -eq $((54 + 28)) ]
+[ "$failed" -eq 0 ] && [ "$checked" -eq $((54 + 41)) ]

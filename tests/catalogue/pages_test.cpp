@@ -49,6 +49,24 @@ TEST(CommandWords, WhatIsTypedAsItStands) {
               (List{"--no-header", "--output"}));
 }
 
+TEST(CommandWords, WhatFollowsAFixedWord) {
+    using List = std::vector<std::string>;
+    const pages::Word tables{"schedule", "loan|other NAME=VALUE...", "tables",
+                             "tables\n  finance schedule loan rate=... [fv=...] [OPTION]\n  --csv\n"
+                             "  finance schedule loan rate=1 more=2\n"};
+    EXPECT_EQ(pages::typed_words(tables, "loan"), (List{"rate=", "fv=", "--csv"}));
+    EXPECT_EQ(pages::typed_words(tables, "other"), List{});
+    EXPECT_EQ(pages::fixed_words(tables), (std::vector<std::string_view>{"loan", "other"}));
+    const pages::CommandWords one{{&tables, 1}, {}, "1"};
+    EXPECT_TRUE(contains(pages::bash_completion({}, one), "\n        'schedule loan') echo rate= fv= --csv ;;\n"));
+    EXPECT_TRUE(contains(pages::zsh_completion({}, one), "\n        'schedule loan') typed=(rate= fv= --csv) ;;\n"));
+}
+
+TEST(CommandWords, WhereARangeFollows) {
+    EXPECT_TRUE(pages::takes_variable({"plot", "'CALL(...)' NAME=FIRST..LAST", ""}));
+    EXPECT_FALSE(pages::takes_variable(words[3]));
+}
+
 TEST(CommandWords, WhereACalculationFollows) {
     EXPECT_FALSE(pages::takes_calculation(words[0]));
     EXPECT_TRUE(pages::takes_calculation(words[1]));

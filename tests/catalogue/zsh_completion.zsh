@@ -1,9 +1,10 @@
 # zsh -f zsh_completion.zsh COMPLETIONS_FOLDER: syntax, and what an interactive shell makes of a typed line and a tab.
 zmodload zsh/zpty || exit 1
-folder=$1
+folder=${1:A}
 zsh -n $folder/_finance || exit 1
 typeset -i failed=0 checked=0
 
+cd $folder || exit 1
 zpty shell "TERM=dumb zsh -f -i"
 zpty -w shell "fpath=(${(q)folder} \$fpath); autoload -Uz compinit; compinit -u -D; LISTMAX=0; PS1=as''ks:"
 zpty -r -m shell text '*asks:*' || exit 1
@@ -30,9 +31,18 @@ completes 'finance help XI' 'finance help XIRR '
 completes 'finance PMT ra' 'finance PMT rate='
 completes 'finance PMT rate=1 np' 'finance PMT rate=1 nper='
 completes 'finance YEARFRAC basis=EU' 'finance YEARFRAC basis=EU30/360 '
+completes 'finance schedule lo' 'finance schedule loan '
+completes 'finance schedule loan ra' 'finance schedule loan rate='
+completes 'finance schedule loan rate=1 np' 'finance schedule loan rate=1 nper='
+completes 'finance schedule depreciation fa' 'finance schedule depreciation factor='
+completes 'finance schedule loan --plo' 'finance schedule loan --plot '
+completes "finance plot 'PMT(rr, 1, pv=zz)' r" "finance plot 'PMT(rr, 1, pv=zz)' rr="
+completes "finance plot 'PMT(rr, 1, pv=zz)' z" "finance plot 'PMT(rr, 1, pv=zz)' zz="
+completes "finance map 'PMT(a,b,c)' --output=finance.ba" '--output=finance.bash '
+completes "finance map 'PMT(a,b,c)' finance.ba" ' finance.bash '
 completes 'finance --vers' 'finance --version '
 completes 'finance PMT ' 'interest rate of one period'
 
 zpty -d shell
 print "$checked lines checked"
-(( failed == 0 && checked == 9 ))
+(( failed == 0 && checked == 18 ))

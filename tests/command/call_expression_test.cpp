@@ -1,10 +1,10 @@
 // Calls as text, and what their words mean on a table. Expected by hand; shown as name(operands) as result.
-#include "command/call_expression.hpp"
+#include "command/tables/call_expression.hpp"
 
 #include <gtest/gtest.h>
 
 #include "catalogue/number_text.hpp"
-#include "command/call_plan.hpp"
+#include "command/tables/call_plan.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::test {

@@ -1,5 +1,5 @@
 // What Tab offers. Expected candidates: read off the catalogue's tables by hand.
-#include "command/completion.hpp"
+#include "command/prompt/completion.hpp"
 
 #include <gtest/gtest.h>
 

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "catalogue/host_date.hpp"
-#include "command/gnuplot.hpp"
-#include "command/plot_call.hpp"
-#include "command/plot_picture.hpp"
+#include "command/pictures/gnuplot.hpp"
+#include "command/pictures/plot_call.hpp"
+#include "command/pictures/plot_picture.hpp"
 #include "command/usage_error.hpp"
 #include "tests/command/run_command.hpp"
 

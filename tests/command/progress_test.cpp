@@ -1,5 +1,5 @@
 // The progress line: its text, and that it is drawn on a terminal, gone at the end, and nowhere else.
-#include "command/progress.hpp"
+#include "command/tables/progress.hpp"
 
 #include <gtest/gtest.h>
 #include <pty.h>

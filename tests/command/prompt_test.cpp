@@ -7,10 +7,11 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "catalogue/catalogue.hpp"
-#include "command/prompt_history.hpp"
+#include "command/prompt/prompt_history.hpp"
 #include "tests/command/run_command.hpp"
 
 namespace finance::test {
@@ -38,6 +39,8 @@ constexpr ScriptCase answered[] = {
     {"a byte-order mark", "\xEF\xBB\xBFRATE 10 -10 100", "0\n", "as above"},
     {"the last line without an end", "RATE 10 -10 100", "0\n", "as above"},
     {"quit", "RATE 10 -10 100\nquit\nPMT\n", "0\n", "what follows quit is not looked at"},
+
+    {"exit", "RATE 10 -10 100\nexit\nPMT\n", "0\n", "as quit"},
 
     {"the last answer, a date", "COUPNCD 2025-01-20 2030-11-15 2\nCOUPNCD _ 2030-11-15 2", "2025-05-15\n2025-11-15\n",
      "half a year on; the date stands for its days"},
@@ -106,6 +109,10 @@ constexpr FaultCase faults[] = {
      "finance: line 1: nothing has been answered yet that _ could stand for (try: ?)\n"},
     {"nothing to print again", "_", 2, "",
      "finance: line 1: nothing has been answered yet that _ could stand for (try: ?)\n"},
+    {"a table from the script itself", "RATE 10 -10 100\nmap 'PMT(a)'\nfold 'NPV(0.1,a)' --by b -\nRATE 10 -10 100", 2,
+     "0\n0\n",
+     "finance: line 2: map: standard input is the script: name the file of the table (try: help map)\n"
+     "finance: line 3: fold: standard input is the script: name the file of the table (try: help fold)\n"},
     {"half a quotation", "PMT '1", 2, "", "finance: line 1: no second ' follows (try: ?)\n"},
     {"options", "--version", 2, "", "finance: line 1: no option is called --version (try: help)\n"},
 };
@@ -125,6 +132,34 @@ TEST(Script, ASearchWithoutResultAnswersADotAndSaysWhy) {
     EXPECT_EQ(run.exit_status, 0);
     EXPECT_EQ(run.output, ".\n");
     EXPECT_EQ(run.error, "finance: line 1: XIRR: no answer: " + std::string{catalogue::find("XIRR")->failure} + '\n');
+}
+
+// A file with that text while it lives.
+class TextFile {
+public:
+    explicit TextFile(std::string_view text) { std::ofstream{path_} << text; }
+    ~TextFile() { std::filesystem::remove(path_); }
+    TextFile(const TextFile&) = delete;
+    TextFile& operator=(const TextFile&) = delete;
+    [[nodiscard]] std::string quoted() const { return std::string{"'"}.append(path_.string()).append("'"); }
+
+private:
+    std::filesystem::path path_ =
+        std::filesystem::temp_directory_path() / ("finance_text_" + std::to_string(::getpid()));
+};
+
+TEST(Script, ATableFromAFile) {
+    const TextFile table{"n\n10\n"};
+    EXPECT_EQ(run_script("map 'RATE(n,-10,100)' --quiet " + table.quoted()).output, "n,rate\n10,0\n");
+}
+
+TEST(Script, AZeroByteIsNoText) {
+    using namespace std::string_view_literals;
+    const TextFile script{"RATE 10 -10 10\0000\nRATE 10 -10 100\n"sv};
+    const CommandRun run = run_command(std::string{"<"}.append(script.quoted()));
+    EXPECT_EQ(run.exit_status, 2);
+    EXPECT_EQ(run.output, "0\n");
+    EXPECT_EQ(run.error, "finance: line 1: a zero byte stands in the line: text is needed, in UTF-8 (try: ?)\n");
 }
 
 TEST(Script, Nothing) {

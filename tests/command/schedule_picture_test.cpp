@@ -1,5 +1,5 @@
 // Pictures of schedules: what gnuplot is told, what it draws, what happens without it.
-#include "command/schedule_picture.hpp"
+#include "command/pictures/schedule_picture.hpp"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

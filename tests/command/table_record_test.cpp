@@ -1,5 +1,5 @@
 // Records and fields, by hand; and the reader's blocks, whatever their size.
-#include "command/table_record.hpp"
+#include "command/tables/table_record.hpp"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -8,7 +8,7 @@
 #include <array>
 #include <memory>
 
-#include "command/table_reader.hpp"
+#include "command/tables/table_reader.hpp"
 
 namespace finance::test {
 namespace {

@@ -19,23 +19,23 @@ import time
 PATIENCE = 20.0  # seconds for a text to appear; a sanitized build on a busy machine is slow
 PROMPT = "finance> "
 PAYMENT = "-1199.1010503055047"
-TAB, UP, ENTER, CTRL_C, CTRL_D = "\t", "\x1b[A", "\r", "\x03", "\x04"
+TAB, UP, ENTER, CTRL_C, CTRL_D, CTRL_Z = "\t", "\x1b[A", "\r", "\x03", "\x04", "\x1a"
 CONTROL_SEQUENCE = re.compile(r"\x1b\[[0-9;?]*[A-Za-z]|\x07|\x1b[=>]")
 
 
 class Terminal:
     """One run of the program. What it has shown since the last expectation is in `shown`."""
 
-    def __init__(self, program, state, **environment):
+    def __init__(self, program, state, arguments=(), **environment):
         self.process, self.screen = pty.fork()
         if self.process == 0:
-            os.environ.update(TERM="xterm", LC_ALL="C.UTF-8", XDG_STATE_HOME=str(state), **environment)
-            os.execv(program, [program])
+            os.environ.update({"TERM": "xterm", "LC_ALL": "C.UTF-8", "XDG_STATE_HOME": str(state)} | environment)
+            os.execv(program, [program, *arguments])
         fcntl.ioctl(self.screen, termios.TIOCSWINSZ, struct.pack("HHHH", 50, 200, 0, 0))
         self.shown = ""
 
     def type(self, text):
-        os.write(self.screen, text.encode())
+        os.write(self.screen, text if isinstance(text, bytes) else text.encode())
 
     def read(self, patience):
         """False where nothing comes any more."""
@@ -110,6 +110,26 @@ def completion(terminal):
     terminal.expect(PROMPT)
 
 
+def completion_of_values(terminal):
+    """The line that Tab has made is told by its answer: half of a year of 360 days, and 182 days of 366."""
+    terminal.ask("YEARFRAC 2024-01-01 2024-07-01 basis=EU" + TAB, "0.5")
+    terminal.ask("YEARFRAC 2024-01-01 2024-07-01 basis=actu" + TAB, "0.4972677595628415")
+
+
+def completion_after_other_letters(terminal):
+    terminal.type("PMT 'é é' np" + TAB)
+    terminal.expect("er=")
+    terminal.type(CTRL_C)
+    terminal.expect(PROMPT)
+
+
+def bytes_that_are_no_text(terminal):
+    """None is lost: the bracket behind half a letter is there; each byte stands for the letter of its number."""
+    terminal.type(b"P\xc3(\xff" + ENTER.encode())
+    terminal.expect("no calculation is called 'PÃ(ÿ'")
+    terminal.expect(PROMPT)
+
+
 def help_pages(terminal):
     terminal.type("?PMT" + ENTER)
     terminal.expect("PMT: Level payment")
@@ -149,7 +169,8 @@ def new_window_size(terminal):
 def first_session(program, state):
     terminal = Terminal(program, state)
     terminal.expect(PROMPT)
-    for part in (answers, errors, completion, help_pages, abandoned_line, earlier_lines, new_window_size):
+    for part in (answers, errors, completion, completion_of_values, completion_after_other_letters,
+                 bytes_that_are_no_text, help_pages, abandoned_line, earlier_lines, new_window_size):
         part(terminal)
     terminal.type("é" + ENTER)
     terminal.expect("no calculation is called 'é'")
@@ -172,6 +193,45 @@ def second_session(program, state):
     terminal.expect(PROMPT)
     terminal.type("quit" + ENTER)
     assert terminal.leave() == 0
+
+
+def plain_locale(program, state):
+    """Letters beyond ASCII are kept where the locale knows none."""
+    terminal = Terminal(program, state, LC_ALL="C")
+    terminal.expect(PROMPT)
+    terminal.type("ü 1" + ENTER)
+    terminal.expect("no calculation is called 'ü'")
+    terminal.expect(PROMPT)
+    terminal.type("exit" + ENTER)
+    assert terminal.leave() == 0
+
+
+def stopped_and_continued(program, state):
+    """Under a shell: the line is there again after Ctrl-Z, bg and fg, and a request to terminate needs no fg."""
+    shell = Terminal("/bin/bash", state, arguments=["--norc", "--noprofile", "-i"], PS1="shell: ")
+    shell.expect("shell: ")
+    shell.type(program + ENTER)
+    shell.expect(PROMPT)
+    shell.type("RATE 10 -10")
+    shell.expect("RATE 10 -10")
+    for command in ("fg", "bg"):
+        shell.type(CTRL_Z)
+        shell.expect("Stopped")
+        shell.expect("shell: ")
+        shell.type(command + ENTER)
+        if command == "bg":
+            shell.expect("shell: ")
+            shell.type("fg" + ENTER)
+        shell.expect(PROMPT + "RATE 10 -10")
+    shell.ask(" 100", "0")
+    shell.type(CTRL_Z)
+    shell.expect("shell: ")
+    shell.type("bg" + ENTER)
+    shell.expect("shell: ")
+    shell.type("kill %1; wait %1; echo status $?" + ENTER)
+    shell.expect(f"status {128 + signal.SIGTERM}")
+    shell.type("exit" + ENTER)
+    shell.leave()
 
 
 def history_that_cannot_be_kept(program, state):
@@ -199,7 +259,8 @@ def main():
     program = sys.argv[1]
     with tempfile.TemporaryDirectory() as folder:
         state = pathlib.Path(folder)
-        for session in (first_session, second_session, history_that_cannot_be_kept, request_to_terminate):
+        for session in (first_session, second_session, plain_locale, stopped_and_continued,
+                        history_that_cannot_be_kept, request_to_terminate):
             session(program, state)
             print(f"{session.__name__}: as expected")
 

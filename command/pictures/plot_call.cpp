@@ -1,0 +1,152 @@
+#include "command/pictures/plot_call.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <variant>
+
+#include "catalogue/number_text.hpp"
+#include "catalogue/text_case.hpp"
+#include "catalogue/wording.hpp"
+#include "command/argument_text.hpp"
+#include "command/call_answer.hpp"
+#include "command/closest_name.hpp"
+#include "command/evaluate.hpp"
+#include "command/tables/call_plan.hpp"
+#include "command/usage_error.hpp"
+
+namespace finance::command {
+
+namespace {
+
+using catalogue::Kind;
+
+[[noreturn]] void fail(const std::string& message) { throw UsageError{"plot: " + message, "finance help plot"}; }
+
+bool is_letter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
+bool is_name(std::string_view text) {
+    const auto fits = [](char c) { return is_letter(c) || (c >= '0' && c <= '9'); };
+    return !text.empty() && is_letter(text.front()) && std::ranges::all_of(text, fits);
+}
+
+bool is_value(std::string_view text) {
+    return read_value(Kind::date, text).has_value() ||
+           std::ranges::any_of(catalogue::basis_keywords,
+                               [&](std::string_view keyword) { return catalogue::same_name(keyword, text); });
+}
+
+double end_of_range(Kind kind, std::string_view name, std::string_view text) {
+    const auto value = read_value(kind, text);
+    if (!value) fail(std::string{name} + ": " + unreadable(kind, text));
+    const double* number = std::get_if<double>(&*value);
+    if (number == nullptr || !std::isfinite(*number)) {
+        fail(std::string{name} + ": a range goes from number to number, not '" + std::string{text} + '\'');
+    }
+    return *number;
+}
+
+// Those of the calls' hints that are about tables.
+std::vector<CallExpression> one_call(std::string_view text) {
+    std::vector<CallExpression> calls;
+    try {
+        calls = read_calls(text);
+    } catch (const UsageError& error) {
+        fail(error.what());
+    }
+    if (calls.size() != 1) fail("one call is drawn at a time");
+    return calls;
+}
+
+}  // namespace
+
+Range read_range(std::string_view text) {
+    const std::size_t equals = text.find('=');
+    const std::size_t dots = equals == std::string_view::npos ? equals : text.find("..", equals + 1);
+    if (dots == std::string_view::npos) {
+        fail('\'' + std::string{text} + "' is no range: name=first..last, as in y=0.01..0.12");
+    }
+    const Range range{.name = text.substr(0, equals),
+                      .first = text.substr(equals + 1, dots - equals - 1),
+                      .last = text.substr(dots + 2)};
+    if (!is_name(range.name) || is_value(range.name)) {
+        fail('\'' + std::string{range.name} + "' cannot be a variable: letters, digits and _, the first no digit");
+    }
+    return range;
+}
+
+PlotCall::PlotCall(std::string_view call, const Range& range)
+    : variable_{range.name}, calls_{one_call(call)}, calculation_{&calculation_named(calls_.front().calculation)} {
+    check_words();
+    take_arguments();
+    take_ends(range);
+}
+
+// Every word is a value or the variable, and the variable is there.
+void PlotCall::check_words() const {
+    bool found = false;
+    std::vector<std::string_view> others;
+    for (const NamedOperand& argument : calls_.front().arguments) {
+        const Operand& operand = argument.operand;
+        const bool word = operand.kind == Operand::Kind::word || operand.kind == Operand::Kind::column;
+        if (word && operand.text == variable_) found = true;
+        if (word && operand.text != variable_ && !is_value(operand.text)) others.emplace_back(operand.text);
+    }
+    const std::string name{calculation_->name};
+    if (!found) fail(name + " has no variable '" + variable_ + '\'' + suggestion(variable_, others));
+    if (!others.empty()) fail(name + ": '" + std::string{others.front()} + "' is neither a value nor the variable");
+}
+
+// The variable is the one column of a table.
+void PlotCall::take_arguments() {
+    const Header header{.source = "the range", .names = {variable_}};
+    const CallPlan plan = plan_calls(calls_, header);
+    for (const PlannedArgument& argument : plan.calls.front().arguments) {
+        if (argument.input != no_input) places_.push_back(constants_.size());
+        constants_.push_back(as_argument(argument.constant));
+        parameters_.push_back(argument.parameter);
+    }
+    if (places_.empty()) fail(std::string{calculation_->name} + " has no variable '" + variable_ + '\'');
+}
+
+void PlotCall::take_ends(const Range& range) {
+    const Kind kind = parameter().kind;
+    first_ = end_of_range(kind, range.name, range.first);
+    last_ = end_of_range(kind, range.name, range.last);
+    if (first_ >= last_) {
+        fail(variable_ + ": a range goes upwards, not from " + catalogue::value_text(first_, dated()) + " to " +
+             catalogue::value_text(last_, dated()));
+    }
+}
+
+const catalogue::Parameter& PlotCall::parameter() const {
+    return calculation_->parameters[parameters_[places_.front()]];
+}
+
+bool PlotCall::whole() const {
+    return std::ranges::any_of(places_, [&](std::size_t place) {
+        const Kind kind = calculation_->parameters[parameters_[place]].kind;
+        return kind != Kind::number && kind != Kind::numbers;
+    });
+}
+
+std::vector<double> PlotCall::points(std::size_t most) const {
+    const double first = whole() ? std::ceil(first_) : first_;
+    const double last = whole() ? std::floor(last_) : last_;
+    if (first > last) fail(variable_ + ": there is no whole number in the range");
+    const double steps =
+        whole() ? std::min(static_cast<double>(most - 1), last - first) : static_cast<double>(most - 1);
+    std::vector<double> points;
+    for (double i = 0.0; i <= steps; ++i) {
+        const double x = steps > 0.0 ? std::lerp(first, last, i / steps) : first;
+        points.push_back(whole() ? std::round(x) : x);
+    }
+    points.erase(std::unique(points.begin(), points.end()), points.end());
+    return points;
+}
+
+std::vector<host::Argument> PlotCall::arguments(double value) const {
+    std::vector<host::Argument> arguments = constants_;
+    for (const std::size_t place : places_) arguments[place] = value;
+    return arguments;
+}
+
+}  // namespace finance::command

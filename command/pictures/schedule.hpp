@@ -1,0 +1,41 @@
+// `finance schedule`: payment tables of loans, depreciation tables by all methods.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "command/jobs.hpp"
+#include "command/pictures/table_text.hpp"
+#include "host/embedded_host.hpp"
+
+namespace finance::command {
+
+Outcome schedule(Words words, const Settings& settings);
+std::string schedule_help();
+
+// A schedule that the module refuses: exit status 1.
+class ScheduleRefused : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// A table that is made row by row.
+struct Schedule {
+    std::span<const Column> columns{};
+    std::int64_t rows = 0;
+    std::function<Row()> next_row{};                             // the rows in order, each once; ScheduleRefused
+    std::function<std::string(std::span<const Row>)> picture{};  // what gnuplot is told to draw all rows
+};
+
+// As many periods as the largest count that the module keeps.
+std::int64_t period_count(std::string_view schedule, double periods);
+
+// UsageError, ScheduleRefused. The host must live as long as the schedule.
+Schedule loan_schedule(Words words, const host::EmbeddedHost& host);
+Schedule depreciation_schedule(Words words, const host::EmbeddedHost& host);
+
+}  // namespace finance::command

@@ -1,0 +1,172 @@
+#include "command/prompt/prompt_editor.hpp"
+
+#include <editline/readline.h>
+#include <langinfo.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <memory>
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "command/prompt/completion.hpp"
+#include "command/prompt/prompt_history.hpp"
+#include "command/prompt/prompt_signals.hpp"
+
+namespace finance::command {
+
+namespace {
+
+struct Free {
+    void operator()(char* text) const { std::free(text); }
+};
+using OwnedText = std::unique_ptr<char, Free>;
+
+// What the line being read has come to; the editing library calls back without a place for it.
+struct Reading {
+    HeldSignals signals{};
+    bool abandoned = false;
+};
+Reading* reading = nullptr;
+
+// Bytes that were read and not yet handed over as characters: they outlast the line that they were read for.
+std::string unread;
+
+// ---- Input: one character, signals being acted upon before it
+
+void act_upon(int signal) {
+    if (signal == SIGWINCH) {
+        rl_resize_terminal();
+        return;
+    }
+    rl_deprep_terminal();
+    reading->signals.let_through(signal);
+    // Continued in the background, the terminal is another's until the shell gives it back.
+    while (::tcgetpgrp(::fileno(rl_instream)) != ::getpgrp()) reading->signals.let_through(SIGTTIN);
+    rl_prep_terminal(1);
+    rl_forced_update_display();
+}
+
+// The first character, taken from the bytes, once they hold all of it; a byte that begins none stands for itself.
+std::optional<wchar_t> take_character(std::string& bytes) {
+    std::mbstate_t state{};
+    wchar_t character = 0;
+    const std::size_t length = std::mbrtowc(&character, bytes.data(), bytes.size(), &state);
+    if (length == static_cast<std::size_t>(-2)) return {};
+    if (length == static_cast<std::size_t>(-1)) character = static_cast<unsigned char>(bytes.front());
+    bytes.erase(0, length == static_cast<std::size_t>(-1) ? 1 : std::max<std::size_t>(length, 1));
+    return character;
+}
+
+ssize_t read_byte(int file, char& byte) {
+    ssize_t count = 0;
+    while ((count = ::read(file, &byte, 1)) < 0 && errno == EINTR) continue;
+    return count;
+}
+
+int read_character(std::FILE* stream) {
+    for (;;) {
+        if (const auto character = take_character(unread)) return static_cast<int>(*character);
+        const int signal = reading->signals.next(::fileno(stream));
+        reading->abandoned = signal == SIGINT;
+        if (reading->abandoned) return EOF;
+        if (signal != 0) {
+            act_upon(signal);
+            continue;
+        }
+        char byte = 0;
+        if (read_byte(::fileno(stream), byte) != 1) return EOF;
+        unread += byte;
+    }
+}
+
+// ---- Completion
+
+char* copy_of(const std::string& text) {
+    char* copy = ::strdup(text.c_str());
+    if (copy == nullptr) throw std::bad_alloc{};
+    return copy;
+}
+
+// As the editing library wants them and frees them: what all begin with, then each, then null.
+char** handed_over(const std::vector<std::string>& matches) {
+    if (matches.empty()) return nullptr;
+    auto** list = static_cast<char**>(std::calloc(matches.size() + 2, sizeof(char*)));
+    if (list == nullptr) throw std::bad_alloc{};
+    list[0] = copy_of(common_beginning(matches));
+    for (std::size_t i = 0; i < matches.size(); ++i) list[i + 1] = copy_of(matches[i]);
+    return list;
+}
+
+// So many characters from the beginning; blanks for those that the text lacks.
+std::string first_characters(std::string_view text, int count) {
+    std::string first;
+    for (; count > 0; --count) {
+        std::mbstate_t state{};
+        const std::size_t length = text.empty() ? 0 : std::mbrlen(text.data(), text.size(), &state);
+        const std::size_t bytes = length <= text.size() ? length : 1;
+        first += bytes > 0 ? text.substr(0, bytes) : " ";
+        text.remove_prefix(bytes);
+    }
+    return first;
+}
+
+// word: from the character at start to the cursor.
+char** complete(const char* word, int start, int /*end*/) {
+    const OwnedText line{rl_copy_text(0, INT_MAX)};  // lacks the last byte: at the most a blank before an empty word
+    const auto matches = completions(first_characters(line.get(), start) + word);
+    rl_attempted_completion_over = matches ? 1 : 0;
+    if (!matches) return nullptr;
+    const bool wants_value = matches->size() == 1 && matches->front().ends_with('=');
+    rl_completion_append_character = wants_value ? 0 : static_cast<unsigned char>(' ');
+    return handed_over(*matches);
+}
+
+}  // namespace
+
+PromptEditor::PromptEditor(std::string prompt, const std::vector<std::string>& earlier_lines)
+    : prompt_{std::move(prompt)} {
+    static std::array<char, 3> word_ends{" \t"};
+    std::setlocale(LC_CTYPE, "");
+    // The editing library drops what is no character of the locale; the plain one has none beyond ASCII.
+    if (std::string_view{::nl_langinfo(CODESET)} == "ANSI_X3.4-1968") std::setlocale(LC_CTYPE, "C.UTF-8");
+    rl_readline_name = "finance";
+    rl_catch_signals = 0;
+    rl_instream = stdin;
+    rl_outstream = ::isatty(STDOUT_FILENO) != 0 ? stdout : stderr;
+    rl_basic_word_break_characters = word_ends.data();
+    rl_completer_word_break_characters = word_ends.data();
+    rl_attempted_completion_function = complete;
+    rl_getc_function = read_character;
+    using_history();
+    stifle_history(static_cast<int>(kept_lines));
+    for (const std::string& line : earlier_lines) remember(line);
+}
+
+std::optional<PromptEditor::Line> PromptEditor::read() {
+    Reading current;
+    reading = &current;
+    rl_prep_terminal(1);  // before the prompt is shown: what is typed at once is echoed by the editor alone
+    const OwnedText text{readline(prompt_.c_str())};
+    reading = nullptr;
+    if (text == nullptr && !current.abandoned) return {};
+    return Line{current.abandoned, text != nullptr && !current.abandoned ? text.get() : ""};
+}
+
+bool PromptEditor::remember(const std::string& line) {
+    if (line.find_first_not_of(" \t") == std::string::npos || line == last_) return false;
+    add_history(line.c_str());
+    last_ = line;
+    return true;
+}
+
+}  // namespace finance::command

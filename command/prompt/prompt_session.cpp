@@ -1,0 +1,129 @@
+#include "command/prompt/prompt_session.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <utility>
+
+#include "catalogue/catalogue.hpp"
+#include "catalogue/number_text.hpp"
+#include "command/json_report.hpp"
+#include "command/prompt/prompt_words.hpp"
+#include "command/tables/table_options.hpp"
+#include "command/usage_error.hpp"
+#include "command/words.hpp"
+
+namespace finance::command {
+
+namespace {
+
+constexpr std::string_view program = "finance ";
+constexpr std::string_view program_label = "finance: ";
+constexpr std::string_view json_option = "--json";
+
+constexpr std::string_view what_can_be_typed =
+    "NAME ARGUMENT...   evaluate a calculation: PMT rate=0.005 nper=360 pv=200000\n"
+    "_                  the last answer; as a value: PV 0.005 360 _, or pmt=_\n"
+    "?NAME              what a calculation answers, its arguments, formula, an example\n"
+    "list               all calculations, by family\n"
+    "help               how arguments are written, and what else there is\n"
+    "quit               leave; so does Ctrl-D. Ctrl-C abandons the line\n"
+    "Tab completes names and arguments, arrows bring back earlier lines, # starts a comment.\n";
+
+std::string_view without(std::string_view beginning, std::string_view text) {
+    return text.starts_with(beginning) ? text.substr(beginning.size()) : text;
+}
+
+Outcome wrong_usage(const UsageError& error) {
+    const std::string hint{without(program, error.hint())};
+    return {exit_usage, "", std::string{error.what()} + " (try: " + hint + ")\n"};
+}
+
+void check_text(std::string_view line) {
+    if (line.find('\0') != std::string_view::npos) {
+        throw UsageError{"a zero byte stands in the line: text is needed, in UTF-8", "?"};
+    }
+}
+
+void check_table(std::string_view job, Words words, bool json) {
+    if (job != "map" && job != "fold") return;
+    const TableOptions options = read_table_options(words, job, job == "fold", json);
+    if (options.help || options.input != standard_stream) return;
+    const std::string name{job};
+    throw UsageError{name + ": standard input is the script: name the file of the table", "help " + name};
+}
+
+void expand_help_mark(std::vector<std::string>& words) {
+    std::string& first = words.front();
+    if (!first.starts_with(help_mark)) return;
+    const std::string name{without(help_mark, first)};
+    first = "help";
+    if (!name.empty()) words.insert(words.begin() + 1, name);
+}
+
+}  // namespace
+
+std::string relabelled(std::string_view lines, std::string_view label, std::string_view other) {
+    std::string text;
+    while (!lines.empty()) {
+        const std::size_t end = std::min(lines.find('\n'), lines.size() - 1) + 1;
+        text.append(other).append(without(label, lines.substr(0, end)));
+        lines.remove_prefix(end);
+    }
+    return text;
+}
+
+const PromptSession::Answer& PromptSession::last_answer() const {
+    if (!answer_) throw UsageError{"nothing has been answered yet that _ could stand for", "?"};
+    return *answer_;
+}
+
+// Values begin behind the name, or where there is none; each ends at a comma.
+void PromptSession::put_last_answer(std::string& word) const {
+    std::size_t begin = word.find('=') + 1;  // npos + 1 is 0
+    while (begin <= word.size()) {
+        const std::size_t end = std::min(word.find(',', begin), word.size());
+        std::string_view value = std::string_view{word}.substr(begin, end - begin);
+        if (value == last_answer_word) {
+            value = last_answer().value;
+            word.replace(begin, end - begin, value);
+        }
+        begin += value.size() + 1;
+    }
+}
+
+Outcome PromptSession::run_words(std::vector<std::string> words, const Settings& settings) {
+    if (words.size() == 1) {
+        const std::string& word = words.front();
+        ended_ = word == quit_word || word == exit_word;
+        if (ended_) return {};
+        if (word == help_mark) return {exit_answered, std::string{what_can_be_typed}, ""};
+        if (word == last_answer_word) return {exit_answered, last_answer().output, ""};
+    }
+    expand_help_mark(words);
+    if (catalogue::find(words.front()) != nullptr) {
+        for (std::size_t i = 1; i < words.size(); ++i) put_last_answer(words[i]);
+    }
+    const std::vector<std::string_view> views{words.begin(), words.end()};
+    if (from_ == LinesFrom::script) check_table(views.front(), Words{views}.subspan(1), settings.json);
+    Outcome outcome = run_job(views.front(), Words{views}.subspan(1), settings);
+    if (outcome.value) answer_ = Answer{catalogue::shortest_text(*outcome.value), outcome.output};
+    outcome.error = relabelled(outcome.error, program_label, "");
+    return outcome;
+}
+
+Outcome PromptSession::run(std::string_view line) {
+    Settings settings = settings_;
+    try {
+        check_text(line);
+        std::vector<std::string> words = split_words(line);
+        if (std::erase(words, json_option) > 0) settings.json = true;
+        return words.empty() ? Outcome{} : run_words(std::move(words), settings);
+    } catch (const UsageError& error) {
+        return settings.json ? json_usage(error) : wrong_usage(error);
+    } catch (const std::exception& error) {
+        return settings.json ? json_failure(error.what()) : Outcome{exit_refused, "", std::string{error.what()} + '\n'};
+    }
+}
+
+}  // namespace finance::command

@@ -1,0 +1,64 @@
+// Rows gathered into groups: of each group the flows that its calls want, and the values that all its rows share.
+//
+//  (1) Groups stand in the order in which their first rows stand; a group's rows need not stand together.
+//  (2) Rows are of one group where the texts of the columns that group them are the same.
+//  (3) A column for a parameter that is no list must have one value in all rows of a group.
+//  (4) A field that cannot be read, or a value that changes, refuses the calls of its group that want it; a row with
+//      too few or too many fields refuses all calls of its group.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "command/tables/call_plan.hpp"
+#include "command/tables/table_record.hpp"
+#include "host/embedded_host.hpp"
+
+namespace finance::command {
+
+struct GroupFault {
+    std::size_t input = no_input;  // none: all calls of the group
+    std::string reason{};
+};
+
+struct Group {
+    std::string fields{};                       // of the columns that group, as they stand in its first row
+    std::vector<std::string> texts{};           // what they say
+    std::vector<std::vector<double>> values{};  // by input: all of a list, the shared one of others
+    std::vector<GroupFault> faults{};           // the first of each input
+};
+
+class FlowGroups {
+public:
+    // by: columns.
+    FlowGroups(const CallPlan& plan, std::vector<std::size_t> by, const std::vector<std::string>& names,
+               char delimiter);
+
+    // Why nobody can know the row's group; nothing where it has one.
+    std::optional<std::string> add(const Record& record, std::uint64_t line);
+    [[nodiscard]] const std::deque<Group>& groups() const { return groups_; }
+
+private:
+    Group& group_of_row();
+    Group& new_group();
+    void add_value(Group& group, std::size_t input, std::uint64_t line);
+    void add_fault(Group& group, std::size_t input, std::uint64_t line, const std::string& reason) const;
+
+    const CallPlan& plan_;
+    std::vector<std::size_t> by_;
+    const std::vector<std::string>& names_;
+    char delimiter_;
+    std::vector<std::string_view> fields_;
+    std::string key_;
+    std::string scratch_;
+    std::unordered_map<std::string, Group*> by_key_;
+    std::deque<Group> groups_;  // in place for good: by_key_ points to them
+};
+
+}  // namespace finance::command

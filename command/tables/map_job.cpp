@@ -1,0 +1,161 @@
+#include "command/tables/map_job.hpp"
+
+#include <algorithm>
+#include <exception>
+#include <thread>
+#include <vector>
+
+#include "command/tables/call_plan.hpp"
+#include "command/tables/open_table.hpp"
+#include "command/tables/progress.hpp"
+#include "command/tables/row_evaluator.hpp"
+#include "command/tables/row_pipeline.hpp"
+#include "command/tables/table_job.hpp"
+
+namespace finance::command {
+
+namespace {
+
+constexpr unsigned most_workers = 4;
+
+std::size_t worker_count() { return std::clamp(std::thread::hardware_concurrency(), 1U, most_workers); }
+
+// The rows of one block. An empty line is no row, unless the table has a single column.
+class BlockWorker {
+public:
+    BlockWorker(const host::EmbeddedHost& host, const CallPlan& plan, const OpenTable& table,
+                const TableOptions& options)
+        : evaluator_{host, plan, {table.delimiter(), table.header().line_end, options.status, options.json}},
+          delimiter_{table.delimiter()},
+          single_column_{plan.columns == 1},
+          strict_{options.strict} {}
+
+    void process(const Block& block, BlockResult& result) {
+        RecordCursor cursor{block.text(), delimiter_};
+        std::uint64_t line = block.first_line;
+        for (Record record; cursor.next(record);) {
+            const std::size_t begin = result.output.size();
+            if (row(record, line, result) == Verdict::refused && strict_) {
+                result.output.resize(begin);
+                result.stop = true;
+                return;
+            }
+            line += 1;
+            if (record.quoted) line += static_cast<std::uint64_t>(std::ranges::count(record.text, '\n'));
+        }
+    }
+
+private:
+    Verdict row(const Record& record, std::uint64_t line, BlockResult& result) {
+        const bool empty = record.text.empty() && !single_column_;
+        if (!empty) return evaluator_.evaluate(record, line, result.output, result.summary);
+        evaluator_.keep(record, result.output);
+        return Verdict::answered;
+    }
+
+    RowEvaluator evaluator_;
+    char delimiter_;
+    bool single_column_;
+    bool strict_;
+};
+
+// From the table to the writer, in order.
+class MapRun {
+public:
+    MapRun(const host::EmbeddedHost& host, const CallPlan& plan, OpenTable& table, const TableOptions& options,
+           RunSummary& summary)
+        : table_{table},
+          summary_{summary},
+          workers_(worker_count(), BlockWorker{host, plan, table, options}),
+          progress_{table.size(), options.quiet},
+          pipeline_{workers_.size(), [this](std::size_t worker, const Block& block, BlockResult& result) {
+                        workers_[worker].process(block, result);
+                    }} {}
+
+    // What is wrong with the input is thrown once all rows before it are written.
+    void run(TableWriter& writer) {
+        while (!stopped_ && step(writer)) {
+        }
+        while (!stopped_ && !pipeline_.empty()) write_oldest(writer);
+        if (fault_) std::rethrow_exception(fault_);
+    }
+
+private:
+    // Results go out while there is nothing to read, so that a slow producer sees its rows answered.
+    bool step(TableWriter& writer) {
+        if (pipeline_.full() || (!pipeline_.empty() && !table_.ready())) {
+            write_oldest(writer);
+            return true;
+        }
+        try {
+            if (!table_.next(pipeline_.next_block())) return false;
+        } catch (const TableError&) {
+            fault_ = std::current_exception();
+            return false;
+        }
+        pipeline_.submit();
+        return true;
+    }
+
+    void write_oldest(TableWriter& writer) {
+        const BlockResult& result = pipeline_.oldest();
+        writer.write(result.output);
+        summary_.add(result.summary);
+        bytes_ += pipeline_.oldest_size();
+        stopped_ = result.stop;
+        pipeline_.drop_oldest();
+        progress_.update(summary_.all(), bytes_);
+    }
+
+    OpenTable& table_;
+    RunSummary& summary_;
+    std::vector<BlockWorker> workers_;
+    Progress progress_;
+    std::uint64_t bytes_ = 0;
+    bool stopped_ = false;
+    std::exception_ptr fault_;
+    RowPipeline pipeline_;  // the last: its threads use the others
+};
+
+Outcome map_rows(const TableOptions& options, const Settings& settings) {
+    const std::vector<CallExpression> calls = read_calls(options.calls);
+    OpenTable table{options};
+    CallPlan plan = plan_calls(calls, table.header());
+    name_results(plan, calls, table.header().names, options.status);
+    const host::EmbeddedHost& host = settings.host.get();
+    TableWriter writer = open_writer(table, options);
+    writer.write(header_text(table, plan, table.header_line(), options));
+    RunSummary summary;
+    std::string fault;
+    try {
+        MapRun run{host, plan, table, options, summary};
+        run.run(writer);
+        writer.close();
+    } catch (const TableError& error) {
+        fault = error.what();
+    }
+    return table_outcome(summary, fault, "map", "rows", options);
+}
+
+}  // namespace
+
+std::string map_help() {
+    return "map: calls over the rows of a table, their results as further columns\n"
+           "\n"
+           "  finance map 'CALL(ARGUMENT, ...) [as NAME], ...' [FILE] [OPTION...]\n"
+           "\n"
+           "Rows keep their order and every byte of their columns. A row that is refused has an empty result; the\n"
+           "summary on standard error counts rows and lists the first that were refused.\n"
+           "\n" +
+           std::string{table_options_help()} +
+           "\n"
+           "Example\n"
+           "  finance map 'PRICE(settlement, maturity, rate, 6.5%, 100, 2, basis) as price' bonds.csv > priced.csv\n";
+}
+
+Outcome map_table(Words words, const Settings& settings) {
+    const TableOptions options = read_table_options(words, "map", false, settings.json);
+    return options.help ? Outcome{exit_answered, map_help(), ""} : map_rows(options, settings);
+}
+
+}  // namespace finance::command

@@ -1,0 +1,149 @@
+#include "command/tables/table_reader.hpp"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "command/tables/table_record.hpp"
+
+namespace finance::command {
+
+namespace {
+
+constexpr std::string_view binary = "a NUL byte: this is a binary file, not a table of text";
+constexpr std::string_view utf8_mark = "\xEF\xBB\xBF";
+
+bool is_utf16(std::string_view text) { return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"); }
+
+void wait_for_input(int descriptor) {
+    pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
+    poll(&waiting, 1, -1);
+}
+
+}  // namespace
+
+TableReader::TableReader(int descriptor, std::string name, BlockSizes sizes)
+    : descriptor_{descriptor}, name_{std::move(name)}, sizes_{sizes} {}
+
+std::string TableReader::at_line() const { return name_ + ", line " + std::to_string(line_) + ": "; }
+
+void TableReader::fail(const std::string& what) const { throw TableError{at_line() + what}; }
+
+std::optional<std::uint64_t> TableReader::size() const {
+    struct stat about {};
+    if (fstat(descriptor_, &about) != 0 || !S_ISREG(about.st_mode)) return {};
+    return static_cast<std::uint64_t>(about.st_size);
+}
+
+bool TableReader::ready() const {
+    pollfd asked{.fd = descriptor_, .events = POLLIN, .revents = 0};
+    return ended_ || poll(&asked, 1, 0) != 0;
+}
+
+// ---- Bytes
+
+// Waits for at least one byte, or the end. What cannot be read ends the input with a fault.
+void TableReader::read_some(Block& block) {
+    const std::size_t room = block.buffer.size() - block.end;
+    for (;;) {
+        const ssize_t n = read(descriptor_, block.buffer.data() + block.end, room);
+        if (n > 0) block.end += static_cast<std::size_t>(n);
+        if (n == 0) ended_ = true;
+        if (n >= 0) return;
+        if (errno == EAGAIN) wait_for_input(descriptor_);
+        if (errno != EAGAIN && errno != EINTR) break;
+    }
+    fault_ = name_ + " cannot be read: " + std::strerror(errno);
+    ended_ = true;
+}
+
+std::string_view TableReader::peek() {
+    ahead_.buffer.resize(std::max(sizes_.block, utf8_mark.size()));
+    while (!ended_ && ahead_.end < ahead_.buffer.size() && ahead_.text().find('\n') == std::string_view::npos) {
+        read_some(ahead_);
+    }
+    if (is_utf16(ahead_.text())) throw TableError{name_ + " is UTF-16: convert it to UTF-8 first"};
+    if (ahead_.text().find('\0') < ahead_.text().find('\n')) fail(std::string{binary});
+    if (!byte_order_mark_ && ahead_.text().starts_with(utf8_mark)) {
+        byte_order_mark_ = true;
+        ahead_.begin = utf8_mark.size();
+    }
+    return ahead_.text();
+}
+
+// ---- Records
+
+// Reads on until there is a whole record, and a block of them or nothing more at hand.
+std::size_t TableReader::fill(Block& block) {
+    for (std::size_t wanted = sizes_.block;;) {
+        wanted = std::max(wanted, block.end + 1);
+        if (block.buffer.size() < wanted) block.buffer.resize(wanted);
+        while (!ended_ && block.end < wanted && ready()) read_some(block);
+        const std::size_t whole = whole_records(block.text(), delimiter_);
+        if (whole > 0 || ended_) return whole;
+        if (block.end >= sizes_.record_limit) {
+            before_first_nul(block.text(), block.end);
+            fail("this record is longer than " + std::to_string(sizes_.record_limit) +
+                 " bytes; is a quotation mark not closed?");
+        }
+        if (block.end >= wanted) wanted = std::min(2 * wanted, sizes_.record_limit);
+        if (block.end < block.buffer.size()) read_some(block);
+    }
+}
+
+// The size of the records before the first NUL byte; all of them where there is none.
+std::size_t TableReader::before_first_nul(std::string_view text, std::size_t whole) {
+    const std::size_t nul = text.substr(0, whole).find('\0');
+    if (nul == std::string_view::npos) return whole;
+    const std::size_t before = whole_records(text.substr(0, nul), delimiter_);
+    line_ += static_cast<std::uint64_t>(std::ranges::count(text.substr(0, before), '\n'));
+    fault_ = at_line() + std::string{binary};
+    line_ -= static_cast<std::uint64_t>(std::ranges::count(text.substr(0, before), '\n'));
+    if (before == 0) throw TableError{fault_};
+    ended_ = true;
+    return before;
+}
+
+// What stands after the last line feed.
+std::size_t TableReader::last_record(std::string_view text) {
+    if (text.empty()) return 0;
+    before_first_nul(text, text.size());
+    if (find_record_end(text.data(), text.data() + text.size(), delimiter_).in_quotes) {
+        fail("the input ends within a quoted field; it may be cut off");
+    }
+    return text.size();
+}
+
+bool TableReader::next(Block& block) {
+    // What is ahead moves to the front of the block.
+    const std::string_view rest = ahead_.text();
+    if (block.buffer.size() > 2 * sizes_.block) block.buffer = {};
+    if (block.buffer.size() < std::max(rest.size(), sizes_.block)) {
+        block.buffer.resize(std::max(rest.size(), sizes_.block));
+    }
+    rest.copy(block.buffer.data(), rest.size());
+    block.begin = 0;
+    block.end = rest.size();
+    block.first_line = line_;
+    ahead_.begin = ahead_.end = 0;
+
+    std::size_t whole = fill(block);
+    if (whole == 0 && !fault_.empty()) throw TableError{fault_};
+    whole = whole > 0 ? before_first_nul(block.text(), whole) : last_record(block.text());
+
+    const std::string_view left = block.text().substr(whole);
+    ahead_.buffer.assign(left);
+    ahead_.end = left.size();
+    block.end = whole;
+    line_ += static_cast<std::uint64_t>(std::ranges::count(block.text(), '\n'));
+    if (!fault_.empty() && ended_) ahead_.end = 0;
+    return whole > 0;
+}
+
+}  // namespace finance::command
