@@ -228,8 +228,10 @@ def stopped_and_continued(program, state):
     shell.expect("shell: ")
     shell.type("bg" + ENTER)
     shell.expect("shell: ")
-    shell.type("kill %1; wait %1; echo status $?" + ENTER)
-    shell.expect(f"status {128 + signal.SIGTERM}")
+    # In the background it stops as soon as it wants to read; only then does the shell continue what it terminates.
+    shell.type('while [ -z "$(jobs -s)" ]; do sleep 0.01; done; job=$(jobs -p %1); kill %1; '
+               'while kill -0 "$job" 2>/dev/null; do sleep 0.01; done; echo go""ne' + ENTER)
+    shell.expect("gone")
     shell.type("exit" + ENTER)
     shell.leave()
 
