@@ -115,6 +115,7 @@ std::span<const Calculation> calculations();  // of all families, ascending by n
 const Calculation* find(std::string_view name);
 // The parameter's index, by name in upper or lower case; the number of parameters where there is none.
 std::size_t find_parameter(const Calculation& calculation, std::string_view name);
+// Of a calculation of the table.
 const Family& family_of(const Calculation& calculation);
 
 // ---- Counts as the module has them: of arguments, the name included

@@ -20,7 +20,7 @@ std::vector<PageFile> page_files(const CommandWords& command) {
         {"completions/_finance", zsh_completion(calculations(), command)},
     };
     for (const Calculation& calculation : calculations()) {
-        files.push_back({reference / reference_file(calculation), reference_page(calculation)});
+        files.push_back({reference / reference_file(calculation), reference_page(calculation, family_of(calculation))});
     }
     return files;
 }

@@ -88,8 +88,7 @@ std::string index_of(const Family& family) {
 
 std::string reference_file(const Calculation& calculation) { return std::string{calculation.name} + ".md"; }
 
-std::string reference_page(const Calculation& calculation) {
-    const Family& family = family_of(calculation);
+std::string reference_page(const Calculation& calculation, const Family& family) {
     return std::string{made_from} + "# " + std::string{calculation.name} + "\n\n" + plain(calculation.answers) +
            ".\n\nFamily: [" + std::string{family.title} + "](README.md#" + anchor(family.title) +
            "). Result: " + std::string{result_words(calculation.result)} + ".\n" + heading("Call") +

@@ -10,7 +10,7 @@ namespace finance::catalogue::pages {
 
 // The page's file: "PRICE.md".
 std::string reference_file(const Calculation& calculation);
-std::string reference_page(const Calculation& calculation);
+std::string reference_page(const Calculation& calculation, const Family& family);
 std::string reference_index(std::span<const Family> families);
 
 }  // namespace finance::catalogue::pages

@@ -79,6 +79,12 @@ std::string_view TableReader::peek() {
 
 // ---- Records
 
+// The size of the first record, as far as it is there.
+std::size_t TableReader::first_size(std::string_view text) const {
+    const char* next = find_record_end(text.data(), text.data() + text.size(), delimiter_).next;
+    return next != nullptr ? static_cast<std::size_t>(next - text.data()) : text.size();
+}
+
 // Reads on until there is a whole record, and a block of them or nothing more at hand.
 std::size_t TableReader::fill(Block& block) {
     for (std::size_t wanted = sizes_.block;;) {
@@ -86,13 +92,13 @@ std::size_t TableReader::fill(Block& block) {
         if (block.buffer.size() < wanted) block.buffer.resize(wanted);
         while (!ended_ && block.end < wanted && ready()) read_some(block);
         const std::size_t whole = whole_records(block.text(), delimiter_);
-        if (whole > 0 || ended_) return whole;
-        if (block.end >= sizes_.record_limit) {
+        if (wanted > sizes_.block && first_size(block.text()) > sizes_.record_limit) {
             before_first_nul(block.text(), block.end);
             fail("this record is longer than " + std::to_string(sizes_.record_limit) +
                  " bytes; is a quotation mark not closed?");
         }
-        if (block.end >= wanted) wanted = std::min(2 * wanted, sizes_.record_limit);
+        if (whole > 0 || ended_) return whole;
+        if (block.end >= wanted) wanted = std::min(2 * wanted, sizes_.record_limit + 1);
         if (block.end < block.buffer.size()) read_some(block);
     }
 }

@@ -52,6 +52,7 @@ public:
 private:
     void read_some(Block& block);
     std::size_t fill(Block& block);
+    [[nodiscard]] std::size_t first_size(std::string_view text) const;
     std::size_t before_first_nul(std::string_view text, std::size_t whole);
     std::size_t last_record(std::string_view text);
     [[nodiscard]] std::string at_line() const;

@@ -230,6 +230,12 @@ TEST(TableReader, FaultsComeAfterWhatStandsBeforeThem) {
 TEST(TableReader, ARecordOfTheLimitPasses) {
     const std::string text = std::string(31, 'b') + "\nc\n";
     EXPECT_EQ(read_all(text, {.block = 4, .record_limit = 32}).records, (Texts{std::string(31, 'b') + "\n", "c\n"}));
+    const std::string last(32, 'd');  // no line feed
+    for (const std::size_t block : {4U, 31U, 32U, 40U}) {
+        EXPECT_EQ(read_all(last, {.block = block, .record_limit = 32}).records, (Texts{last})) << block;
+        EXPECT_EQ(read_all("e\n" + last, {.block = block, .record_limit = 32}).records, (Texts{"e\n", last})) << block;
+    }
+    EXPECT_EQ(read_all(last + "\n", {.block = 4, .record_limit = 32}).records, Texts{});
 }
 
 TEST(TableReader, AFolderCannotBeRead) {
