@@ -1,0 +1,105 @@
+#include "tests/model/draws.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bit>
+#include <cstdlib>
+#include <memory>
+#include <sstream>
+
+namespace finance::test {
+
+namespace {
+
+double double_of(const std::string& hexadecimal) {
+    return std::bit_cast<double>(static_cast<std::uint64_t>(std::stoull(hexadecimal, nullptr, 16)));
+}
+
+std::string text_of(const std::string& hexadecimal) {
+    std::string text;
+    for (std::size_t i = 0; i + 1 < hexadecimal.size(); i += 2) {
+        text.push_back(static_cast<char>(std::stoi(hexadecimal.substr(i, 2), nullptr, 16)));
+    }
+    return text;
+}
+
+Arg argument_of(const std::string& word) {
+    const std::string value = word.substr(2);
+    if (word[0] == 'n') return value == "null" ? absent : Arg{double_of(value)};
+    return value == "null" ? absent_text : Arg{text_of(value)};
+}
+
+std::vector<std::string> split(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    std::istringstream stream{text};
+    for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+    return parts;
+}
+
+// An answer of the arithmetic may be any NaN; the missing value is one NaN only.
+bool same_result(const Draw& draw, const Outcome& got) {
+    if (draw.result == "untouched") return !got.written;
+    const double expected = double_of(draw.result);
+    return got.written &&
+           (bits(expected) == bits(got.value) || (expected != expected && got.value != got.value &&
+                                                  bits(expected) != bits(missing) && bits(got.value) != bits(missing)));
+}
+
+void check(const Draw& draw, const std::string& line) {
+    const Outcome handled = Call{draw.name, draw.arguments}.through_handler();
+    const Outcome dispatched = Call{draw.name, draw.arguments}.through_dispatcher();
+    char got[64];
+    std::snprintf(got, sizeof got, "%u %016lx %.17g", handled.status, bits(handled.value), handled.value);
+    EXPECT_EQ(handled.status, draw.status) << line;
+    EXPECT_EQ(handled.flagged, draw.flagged) << line;
+    EXPECT_TRUE(same_result(draw, handled)) << line << "\n  got " << got;
+    EXPECT_TRUE(handled.host_bytes_kept) << line;
+    EXPECT_EQ(dispatched.status, draw.status == STATUS_SUCCESS ? STATUS_SUCCESS : STATUS_INVALID_ARGUMENT) << line;
+    EXPECT_EQ(bits(dispatched.value), bits(handled.value)) << line;
+}
+
+}  // namespace
+
+Draw draw_of(const std::string& line) {
+    const std::vector<std::string> fields = split(line, '\t');
+    Draw draw;
+    draw.name = fields.at(0);
+    for (const std::string& word : split(fields.at(1), ' ')) draw.arguments.push_back(argument_of(word));
+    draw.status = static_cast<Status>(std::stoul(fields.at(2)));
+    if (fields.at(3) != "-") {
+        for (const std::string& slot : split(fields.at(3), ',')) draw.flagged.push_back(std::stoi(slot));
+    }
+    draw.result = fields.at(4);
+    return draw;
+}
+
+std::string verdict_of(Draw draw) {
+    const Outcome outcome = Call{draw.name, std::move(draw.arguments)}.through_handler();
+    std::string flagged;
+    for (const int slot : outcome.flagged) flagged.append(flagged.empty() ? "" : ",").append(std::to_string(slot));
+    std::array<char, 17> result{"untouched"};
+    if (outcome.written) std::snprintf(result.data(), result.size(), "%016lx", bits(outcome.value));
+    return std::to_string(outcome.status) + '\t' + (flagged.empty() ? "-" : flagged) + '\t' + result.data();
+}
+
+DrawCounts check_draws(const std::string& command) {
+    DrawCounts counts;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> lines{popen(command.c_str(), "r"), pclose};
+    if (lines == nullptr) return counts;
+    char* line = nullptr;
+    std::size_t room = 0;
+    while (getline(&line, &room, lines.get()) > 0) {
+        std::string text{line};
+        if (text.back() == '\n') text.pop_back();
+        const Draw draw = draw_of(text);
+        check(draw, text);
+        ++counts.checked;
+        if (draw.status == STATUS_SUCCESS) ++counts.answered;
+        if (testing::Test::HasFailure() && counts.checked > 5000) break;
+    }
+    std::free(line);
+    return counts;
+}
+
+}  // namespace finance::test

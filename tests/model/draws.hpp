@@ -1,0 +1,34 @@
+// Calls with the verdict that they must have, one a line, as tests/model/draw.py writes them.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "tests/support/call.hpp"
+
+namespace finance::test {
+
+struct Draw {
+    std::string name;
+    std::vector<Arg> arguments;
+    Status status = 0;
+    std::vector<int> flagged;
+    std::string result;  // 16 hexadecimal digits, or "untouched"
+};
+
+Draw draw_of(const std::string& line);
+
+// What the module answers, written as the verdict of a line: status, flagged slots, result.
+std::string verdict_of(Draw draw);
+
+struct DrawCounts {
+    int checked = 0;
+    int answered = 0;
+};
+
+// Runs every line that the shell command prints through the handler and through the dispatcher, and expects its verdict
+// bit for bit.
+DrawCounts check_draws(const std::string& command);
+
+}  // namespace finance::test
