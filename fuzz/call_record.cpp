@@ -1,0 +1,203 @@
+#include "fuzz/call_record.hpp"
+
+#include <array>
+
+namespace finance::fuzz {
+
+namespace {
+
+constexpr std::array<std::string_view, 8> keywords{"30/360",   "ACTUAL",    "ACT/360",  "ACT/365",
+                                                   "EU30/360", "act / 360", " actual ", "30/36O"};
+
+// A name as people and programs get it wrong: other case, padding, a character too few, too many or another one.
+std::string misspelt(std::string_view name, Bytes& in) {
+    std::string text{name};
+    const std::uint8_t how = in.byte();
+    if ((how & 1) != 0) {
+        for (char& c : text) c = static_cast<char>(c | 0x20);
+    }
+    if ((how & 2) != 0) text.append(in.byte(), ' ');
+    if ((how & 0x1C) == 0x04) text.pop_back();
+    if ((how & 0x1C) == 0x08) text += in.take<char>();
+    if ((how & 0x1C) == 0x0C) text[in.byte() % text.size()] = in.take<char>();
+    if ((how & 0x1C) == 0x10) text.insert(text.begin(), ' ');
+    if ((how & 0x1C) == 0x14) text += '\0';
+    if ((how & 0x1C) == 0x18) text.append(text);
+    return text;
+}
+
+std::string some_text(Bytes& in) {
+    const std::size_t length = in.byte();
+    constexpr std::size_t long_text = 250;
+    if (length < long_text) return std::string{in.text(length)};
+    return std::string(length + in.byte(), in.take<char>());  // around and beyond the longest keyword text
+}
+
+}  // namespace
+
+void CallRecord::place_zones(std::uint8_t junk) {
+    zones_.clear();
+    const auto zone = [&](char* begin, std::size_t size) {
+        std::memset(begin, junk, size);
+        zones_.push_back({begin, size});
+        return begin;
+    };
+    const std::size_t record = sizeof(HostCallContext) + size_ * sizeof(ArgSlot);
+    context_ = reinterpret_cast<HostCallContext*>(zone(record_memory_.last(record), record));
+    slots_ = reinterpret_cast<ArgSlot*>(context_ + 1);
+    const std::size_t numbers = size_ * sizeof(double);
+    numbers_ = reinterpret_cast<double*>(zone(number_memory_.last(numbers), numbers));
+    const std::size_t descriptors = size_ * sizeof(CharacterDescriptor);
+    descriptors_ = reinterpret_cast<CharacterDescriptor*>(zone(descriptor_memory_.last(descriptors), descriptors));
+}
+
+void CallRecord::fill(Bytes& in) {
+    const KnownName& wanted = known_names[in.below(known_names.size())];
+    const std::uint8_t shape = in.byte();
+    const std::int32_t span = wanted.optional == any_number ? 14 : wanted.optional + 1;
+    const auto fitting = static_cast<std::size_t>(1 + wanted.required + shape % span);
+    size_ = shape < 224 ? fitting : in.below(most_slots + 1);
+    place_zones(in.byte());
+    context_->mode = in.flag() ? static_cast<std::uint8_t>(72 + 16 * in.below(5)) : in.byte();
+    context_->notes_written = in.flag() ? in.take<std::int8_t>() : in.take<std::int32_t>();
+    previous_ = 0.0;
+    name_.clear();
+    if (size_ == 0) return;
+    const std::uint8_t naming = in.byte();
+    name_ = naming < 192 ? std::string{wanted.name} : naming < 232 ? misspelt(wanted.name, in) : some_text(in);
+    put_name(in);
+    for (std::size_t i = 1; i < size_; ++i) put_argument(in, i, wanted);
+}
+
+// Slot 0 has any type: the name is read as characters whatever it says.
+void CallRecord::put_name(Bytes& in) {
+    const std::uint8_t how = in.byte();
+    slots_[0].type = how < 128 ? std::uint8_t{ZELKOVAN_TYPE_CHARACTER} : in.byte();
+    slots_[0].flags = static_cast<std::uint8_t>(in.byte() & ~ZELKOVAN_FLAG_INVALID);
+    char* text = name_memory_.put(name_);
+    zones_.push_back({text, name_.size()});
+    constexpr std::uint8_t no_value = 255;
+    constexpr std::uint8_t no_text = 254;
+    const auto length = static_cast<std::uint32_t>(name_.size());
+    slots_[0].value = how == no_value ? nullptr : put_descriptor(0, length, how == no_text ? nullptr : text);
+    if (how >= no_text) name_.clear();
+}
+
+CharacterDescriptor* CallRecord::put_descriptor(std::size_t i, std::uint32_t length, char* text) {
+    descriptors_[i].length = length;
+    descriptors_[i].text = text;
+    return &descriptors_[i];
+}
+
+void CallRecord::put_number(std::size_t i, double value) {
+    numbers_[i] = value;
+    previous_ = value;
+    slots_[i].value = &numbers_[i];
+}
+
+void CallRecord::put_text(std::size_t i, std::string_view text) {
+    char* place = text_memory_[i % text_zones].put(text);
+    zones_.push_back({place, text.size()});
+    slots_[i].value = put_descriptor(i, static_cast<std::uint32_t>(text.size()), place);
+}
+
+// Of a type that is odd the value is at least a double, of any other a descriptor; both may be null.
+void CallRecord::put_argument(Bytes& in, std::size_t i, const KnownName& wanted) {
+    const std::uint8_t kind = in.byte();
+    const double usual = wanted.usual[(i - 1) % wanted.usual.size()];
+    slots_[i].flags = static_cast<std::uint8_t>(kind & 0xF0);
+    slots_[i].type = static_cast<std::uint8_t>(ZELKOVAN_TYPE_NUMERIC | (kind & ZELKOVAN_TYPE_HOST_MARK));
+    slots_[i].value = nullptr;
+    const auto text_type = static_cast<std::uint8_t>(ZELKOVAN_TYPE_CHARACTER | (kind >> 5 & ZELKOVAN_TYPE_HOST_MARK));
+    switch (kind & 0xF) {
+        case 0:
+        case 1:
+            put_number(i, usual);
+            break;
+        case 2:  // moved by days or units
+            put_number(i, usual + in.take<std::int8_t>());
+            break;
+        case 3:  // made up to four times as large, or turned round
+            put_number(i, usual * in.take<std::int8_t>() / 32.0);
+            break;
+        case 8:  // absent, of any type
+            slots_[i].type = in.byte();
+            break;
+        case 9:
+            put_number(i, some_nan(in));
+            break;
+        case 10:
+            put_number(i, number(in, previous_));
+            slots_[i].type = static_cast<std::uint8_t>(in.byte() | ZELKOVAN_TYPE_NUMERIC);
+            break;
+        case 11:
+            slots_[i].type = text_type;
+            put_text(i, keywords[in.below(keywords.size())]);
+            break;
+        case 12:
+            slots_[i].type = text_type;
+            put_text(i, some_text(in));
+            break;
+        case 13:  // no text, of any length
+            slots_[i].type = text_type;
+            slots_[i].value = put_descriptor(i, in.take<std::uint32_t>(), nullptr);
+            break;
+        case 14:
+            put_text(i, some_text(in));
+            slots_[i].type = in.byte();
+            break;
+        default:
+            put_number(i, number(in, previous_));
+    }
+}
+
+void CallRecord::claim(Bytes& in, const KnownName* known) {
+    constexpr std::int64_t wrap = std::int64_t{1} << 32;
+    const auto slots = static_cast<std::int64_t>(size_);
+    std::int64_t count = slots;
+    switch (in.below(16)) {
+        case 1:
+            count = in.take<std::int8_t>();
+            break;
+        case 2:
+            count = slots + wrap * in.take<std::int32_t>();
+            break;
+        case 3:
+            count = 0;
+            break;
+        case 4:
+            count = in.take<std::int64_t>();
+            break;
+        case 5:
+            count = std::numeric_limits<std::int32_t>::max();
+            break;
+        case 6:
+            count = std::numeric_limits<std::int32_t>::min() + wrap;
+            break;
+        case 7:
+            count = slots + in.byte();
+            break;
+        default:
+            break;
+    }
+    const auto read = static_cast<std::int32_t>(static_cast<std::uint32_t>(count));
+    const bool refused_unseen =
+        known == nullptr || (known->optional != any_number && read > 1 + known->required + known->optional);
+    const bool within = count < 1 || (slots > 0 && (read <= slots || refused_unseen));
+    context_->count = within ? count : slots;
+}
+
+std::string CallRecord::bytes() const {
+    std::string all;
+    for (const Zone& zone : zones_) all.append(zone.begin, zone.size);
+    return all;
+}
+
+void CallRecord::restore(std::string_view bytes) const {
+    for (const Zone& zone : zones_) {
+        bytes.copy(zone.begin, zone.size);
+        bytes.remove_prefix(zone.size);
+    }
+}
+
+}  // namespace finance::fuzz
