@@ -162,6 +162,7 @@ const std::vector<ValueCase> values{
     // RECEIVED fails only where a divisor below 1 takes the quotient beyond the largest double
     {"RECEIVED/largest quotient", "RECEIVED", {march_2001, march_2002, largest / 2, 0.5, 1}, largest, by_hand},
     {"RECEIVED/divisor of 1 and more", "RECEIVED", {march_2001, march_2002, largest, 2, 1}, -largest, by_hand},
+    {"RECEIVED/infinite over 1", "RECEIVED", {march_2001, march_2002, inf, 2, 1}, -inf, by_hand},
     {"RECEIVED/infinite over more than 1", "RECEIVED", {march_2001, march_2002, inf, 3, 1}, -inf, by_hand},
 
     // six million years are fewer than no days in 32 bits: negative, and answered by three of the five

@@ -113,6 +113,8 @@ TEST(ProportionSum, ExactBeyondTenMillionPeriods) {
     const std::vector<Long> rows{
         {"EU30/360", origin, end, european, 0.25, WalkEnd::on_or_after, 0.25 + 12e6 + 5 / 30.0},
         {"30/360", origin, end, variant, 0.25, WalkEnd::after, 0.25 + 12e6 + 5 / 30.0},
+        {"EU30/360, before the year 1", far_date(-1010000, 5, 15), far_date(-10000, 5, 20), european, 0.25,
+         WalkEnd::on_or_after, 0.25 + 12e6 + 5 / 30.0},
         {"30/360, month ends", month_end, last_month_end, variant, 0, WalkEnd::after, 12e6},
         {"30/360 by zdays360, month ends", month_end, last_month_end, plain, 0, WalkEnd::after,
          million_years_of_month_ends},

@@ -288,12 +288,13 @@ TEST(AnnuitySums, EarlyEndsKeepTheBits) {
         int first;
         int last;
     };
-    // balances that settle, that overflow, that settle before the range begins, that never settle
-    const std::vector<Row> rows{{0.5, 3, 100, 1, 3000},         {0.5, 3, 100, 2500, 3000},
-                                {0.9, 1000, 50, 1, 4000},       {0.01, 60000, 1, 1, 60000},
-                                {0.01, 60000, 1, 50000, 60000}, {0.001, 7, 1e300, 1, 900000},
-                                {1e-9, 10, 1e5, 1, 1000000},    {3.0, 1, 1e-300, 1, 5000},
-                                {0.25, 0, 10, 1, 100},          {0.25, -4, 10, 1, 100000}};
+    // balances that settle, that overflow, that settle before the range begins, that never settle; ten million steps,
+    // the most that are walked
+    const std::vector<Row> rows{
+        {0.5, 3, 100, 1, 3000},      {0.5, 3, 100, 2500, 3000},         {0.9, 1000, 50, 1, 4000},
+        {0.01, 60000, 1, 1, 60000},  {0.01, 60000, 1, 50000, 60000},    {0.001, 7, 1e300, 1, 900000},
+        {1e-9, 10, 1e5, 1, 1000000}, {3.0, 1, 1e-300, 1, 5000},         {0.25, 0, 10, 1, 100},
+        {0.25, -4, 10, 1, 100000},   {1e-8, 10000000, 1e5, 1, 10000000}};
     for (const Row& row : rows) {
         AnnuityRecord a{};
         a.rate = row.rate;

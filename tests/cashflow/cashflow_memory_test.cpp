@@ -251,5 +251,19 @@ TEST_F(CashflowMemory, IrrWithAToolkitThatMakesNoPools) {
     EXPECT_EQ(pools(), 0U);
 }
 
+// ---- A host that gives no place for the answer
+
+TEST_F(CashflowMemory, WithoutAPlaceForTheAnswer) {
+    for (const auto& [name, arguments] : dated_calls) {
+        Call call{name, arguments};
+        EXPECT_EQ(linked_host().dispatcher()(call.context(), nullptr), STATUS_SUCCESS) << name;
+        expect_all_given_back(name);
+    }
+    Call payment{"PMT", {0.01, 5, 100}};
+    EXPECT_EQ(linked_host().dispatcher()(payment.context(), nullptr), STATUS_SUCCESS);
+    Call refused{"PMT", {missing, 5, 100}};
+    EXPECT_EQ(linked_host().dispatcher()(refused.context(), nullptr), STATUS_INVALID_ARGUMENT);
+}
+
 }  // namespace
 }  // namespace finance::test

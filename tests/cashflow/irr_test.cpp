@@ -3,12 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <limits>
 #include <vector>
 
+#include "abi/arguments.hpp"
 #include "cashflow/root_search.hpp"
 #include "tests/cashflow/flow_lists.hpp"
 #include "tests/support/tables.hpp"
@@ -66,6 +69,16 @@ const std::vector<ValueCase> values{
 };
 
 TEST(Irr, Values) { check_values(values); }
+
+// What the host keeps beside the name is none of them, though it be no number.
+TEST(Irr, TheNameIsNoFlow) {
+    Call call{"IRR", {-100, 110}};
+    auto* name = static_cast<CharacterDescriptor*>(slots_of(call.context())[0].value);
+    std::fill(std::begin(name->host_owned), std::end(name->host_owned), std::uint8_t{0xFF});
+    const Outcome got = call.through_dispatcher();
+    EXPECT_EQ(got.status, STATUS_SUCCESS);
+    EXPECT_NEAR(got.value, 0.1, 1e-14);
+}
 
 // A double root is met to the square root of what the sum shows.
 TEST(Irr, DoubleRoot) {
@@ -274,6 +287,27 @@ TEST(IrrOfRandomLists, AnswersAreRates) {
         all += one.lists + two.lists + many.lists;
     }
     EXPECT_GE(all, 100000);
+}
+
+// Nothing rounds differently for the other sign.
+TEST(IrrOfRandomLists, TurnedRoundTheyHaveTheSameBits) {
+    Draws draw{42};
+    int solved = 0;
+    for (int i = 0; i < 7000; ++i) {
+        const std::array kinds{Changes::one, Changes::two, Changes::many};
+        std::vector<double> flows =
+            draw_flows(draw, populations[static_cast<std::size_t>(i % 7)], kinds[static_cast<std::size_t>(i / 7 % 3)])
+                .flows;
+        const Answer answer = solve_periodic(flows);
+        for (double& flow : flows) flow = -flow;
+        const Answer turned = solve_periodic(flows);
+        EXPECT_EQ(answer.code, turned.code) << i;
+        if (answer.code == 0 && turned.code == 0) {
+            EXPECT_EQ(bits(answer.rate), bits(turned.rate)) << i;
+            ++solved;
+        }
+    }
+    EXPECT_GE(solved, 6000);
 }
 
 // With one change there is one root: the rate that was drawn.

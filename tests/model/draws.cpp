@@ -5,12 +5,35 @@
 #include <array>
 #include <bit>
 #include <cstdlib>
-#include <memory>
 #include <sstream>
 
 namespace finance::test {
 
 namespace {
+
+// What a shell command prints, line by line; nothing where it cannot be run.
+class CommandOutput {
+public:
+    explicit CommandOutput(const std::string& command) : stream_{popen(command.c_str(), "r")} {}
+    ~CommandOutput() {
+        std::free(line_);
+        if (stream_ != nullptr) pclose(stream_);
+    }
+    CommandOutput(const CommandOutput&) = delete;
+    CommandOutput& operator=(const CommandOutput&) = delete;
+
+    bool next(std::string& line) {
+        if (stream_ == nullptr || getline(&line_, &room_, stream_) <= 0) return false;
+        line = line_;
+        if (line.back() == '\n') line.pop_back();
+        return true;
+    }
+
+private:
+    std::FILE* stream_;
+    char* line_ = nullptr;
+    std::size_t room_ = 0;
+};
 
 double double_of(const std::string& hexadecimal) {
     return std::bit_cast<double>(static_cast<std::uint64_t>(std::stoull(hexadecimal, nullptr, 16)));
@@ -83,22 +106,23 @@ std::string verdict_of(Draw draw) {
     return std::to_string(outcome.status) + '\t' + (flagged.empty() ? "-" : flagged) + '\t' + result.data();
 }
 
+std::vector<Draw> read_draws(const std::string& command) {
+    std::vector<Draw> draws;
+    CommandOutput output{command};
+    for (std::string line; output.next(line);) draws.push_back(draw_of(line));
+    return draws;
+}
+
 DrawCounts check_draws(const std::string& command) {
     DrawCounts counts;
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> lines{popen(command.c_str(), "r"), pclose};
-    if (lines == nullptr) return counts;
-    char* line = nullptr;
-    std::size_t room = 0;
-    while (getline(&line, &room, lines.get()) > 0) {
-        std::string text{line};
-        if (text.back() == '\n') text.pop_back();
-        const Draw draw = draw_of(text);
-        check(draw, text);
+    CommandOutput output{command};
+    for (std::string line; output.next(line);) {
+        const Draw draw = draw_of(line);
+        check(draw, line);
         ++counts.checked;
         if (draw.status == STATUS_SUCCESS) ++counts.answered;
         if (testing::Test::HasFailure() && counts.checked > 5000) break;
     }
-    std::free(line);
     return counts;
 }
 

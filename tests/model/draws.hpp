@@ -19,6 +19,9 @@ struct Draw {
 
 Draw draw_of(const std::string& line);
 
+// Those that the shell command prints.
+std::vector<Draw> read_draws(const std::string& command);
+
 // What the module answers, written as the verdict of a line: status, flagged slots, result.
 std::string verdict_of(Draw draw);
 
