@@ -137,6 +137,7 @@ TEST(TextDeletion, Rows) {
         {"all occur", "ABAB", 4, "AB", 2, 0, "    "},
         {"length 0", "A B", 0, " ", 1, 0, "A B"},
         {"empty set", "A B", 3, "", 0, 3, "A B"},
+        {"none of a set", "A B", 3, " ", 0, 3, "A B"},
         {"empty set, NUL-terminated", "A B", 3, "", -1, 3, "A B"},
         {"set NUL-terminated", "A B-C", 5, " -\0C"s, -1, 3, "ABC  "},
         {"set of explicit length holds a NUL", "A\0B\0"s, 4, "\0"s, 1, 2, "AB  "},

@@ -177,6 +177,8 @@ TEST(ZirrS, CodesOfNoAnswer) {
     EXPECT_EQ(solve_periodic({0, -5}).code, 1);
     EXPECT_EQ(solve_periodic({1, -1, 1}).code, 1);
     EXPECT_EQ(solve_periodic({15, -4, 18, -1}).code, 1);
+    // (z-1)^3 = 1, met at 2: just above 1 there is no slope, the step has no end; Laguerre's radicand is always negative
+    EXPECT_EQ(solve_periodic({-2, 3, -3, 1}).code, 1);
     EXPECT_EQ(solve_periodic({-1e300, 1e-300}).code, -993);  // z is 1e600
     EXPECT_EQ(solve_periodic({-1e-300, 1e300}).code, -997);  // z is 1e-600
     const std::array one_sign{1.0, 0.0, 2.0};

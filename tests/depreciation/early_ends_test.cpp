@@ -74,6 +74,19 @@ TEST(EarlyEnds, ExtremeDecliningBalances) {
     }
 }
 
+// The longest walks that are taken period by period: ten million. Of the degressive method whole units alone are seen,
+// and whether salvage is above what is left before the last period, to the unit.
+TEST(EarlyEnds, TenMillionPeriodsAreLiteral) {
+    constexpr std::int32_t most = 10'000'000;
+    expect_same_declining(1e6, 10.0, 2e7, 2.0, {0, most});
+    constexpr double begin = 4e15;
+    constexpr double r = 5e-7;
+    double left = begin;
+    for (std::int32_t i = 1; i < most; ++i) left = left - whole_units(left * r);
+    EXPECT_EQ(degressive_amount(begin, left, r, most + 2, most), whole_units(left * r));
+    EXPECT_EQ(degressive_amount(begin, left + 1.0, r, most + 2, most), 0.0);
+}
+
 // Rates from a fast decline to one that grows without end.
 TEST(EarlyEnds, FixedDecliningBalance) {
     Draws draw{13};

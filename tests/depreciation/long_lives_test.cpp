@@ -126,6 +126,12 @@ TEST(LongLives, DoubleDecliningAlternates) {
          -200.0 * std::exp(-1.0),
          "(1-q)^n, q = 2 - 1/n",
          1e4},
+        {"DDB/q just below 2, all at once",
+         "DDB",
+         {100, -50, 2e7, 2e7, 4e7 - 1},
+         -50.0 * (2.0 - 5e-8) * std::exp((2e7 - 2.0) * std::log1p(-5e-8)),
+         "-50 is left after one period, (1-q)^(n-2) of it before the last, q = 2 - 1/n",
+         1e4},
     });
 }
 

@@ -216,6 +216,11 @@ const std::vector<ValueCase> prorated{
 
     // AMORDEGRC: a salvage above what the first amount leaves bounds it; one above the cost makes it negative
     {"AMORDEGRC/salvage bounds the first", "AMORDEGRC", {1000, year_begin, year_end, 900, 0, 0.25, 3}, 100.0, by_hand},
+    {"AMORDEGRC/salvage that is what the first leaves does not",
+     "AMORDEGRC",
+     {200000, year_begin, year_end, 199999.5, 0, (0.5 - 1e-13) / 500000, 3},
+     0.0,
+     "0.4999999999999 rounded; 199999.5 is left, to the last bit"},
     {"AMORDEGRC/salvage above cost", "AMORDEGRC", {100, purchase, end, 150.5, 0, 0.25, 3}, -51.0, "-50.5 rounded"},
     {"AMORDEGRC/salvage above cost, later",
      "AMORDEGRC",

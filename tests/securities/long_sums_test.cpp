@@ -210,5 +210,51 @@ TEST(LongSums, TenMillionTermsAreLiteral) {
     EXPECT_TRUE(same_value(r.duration, literal_duration(r)));
 }
 
+// One more is too many: the closed form, which ends differently.
+TEST(LongSums, OneTermMoreIsTheClosedForm) {
+    Security bond;
+    set_long_bond(bond, 10'000'001 - 3, 1e-7);
+    SecurityComputeRecord& r = bond.record;
+    ASSERT_EQ(zComputePRICE(&r), 0);
+    ASSERT_EQ(r.couponCount, 1e7 + 1.0);
+    const double f = r.terms->frequency;
+    const double v = 1.0 / (1.0 + r.yield / f);
+    const double c = 100.0 * r.rate / f;
+    const double closed = std::pow(v, r.remainingFraction) *
+                              (r.redemption * std::pow(v, r.couponCount - 1.0) + c * sum_of_powers(v, r.couponCount)) -
+                          c * r.accruedFraction;
+    EXPECT_TRUE(same_value(r.price, closed));
+    EXPECT_FALSE(same_value(literal_price(r), closed));
+}
+
+// Without coupons all is the redemption at the last power, and its slope; among millions of coupons nothing is seen of
+// either.
+TEST(LongSums, TheLastPowerAlone) {
+    constexpr double x = 1e-6;
+    const double v = 1.0 / (1.0 + x / 12.0);
+    const auto check = [&](const NewtonProblem& problem, double last) {
+        const auto t = static_cast<double>(101.0L * std::pow(static_cast<long double>(v), last));
+        EXPECT_NEAR(problem.value, t - 90.0, 1e-12);
+        EXPECT_NEAR(problem.derivative / (-v * last / 12.0 * t), 1.0, 1e-13);
+    };
+    Security bond;
+    set_long_bond(bond, 20'000'000, x);
+    SecurityComputeRecord& r = bond.record;
+    r.rate = 0.0;
+    NewtonProblem problem{};
+    problem.userData = &r;
+    problem.x = x;
+    ASSERT_EQ(zComputePRICE(&r), 0);
+    ASSERT_EQ(r.couponCount, 20'000'003.0);
+    r.price = 90.0;
+    ASSERT_EQ(ComputeF_YIELD(&problem), 0U);
+    check(problem, r.remainingFraction + 20'000'002.0);
+    ASSERT_EQ(zComputeODDFPRICE(&r), 0);
+    ASSERT_EQ(r.couponCount, 20'000'000.0);
+    r.oddFirstPrice = 90.0;
+    ASSERT_EQ(ComputeF_ODDFYIELD(&problem), 0U);
+    check(problem, r.wholeCoupons + r.remainingFraction + 20'000'000.0);
+}
+
 }  // namespace
 }  // namespace finance::test
