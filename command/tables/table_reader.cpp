@@ -48,9 +48,10 @@ bool TableReader::ready() const {
 
 // ---- Bytes
 
-// Waits for at least one byte, or the end. What cannot be read ends the input with a fault.
-void TableReader::read_some(Block& block) {
-    const std::size_t room = block.buffer.size() - block.end;
+// Waits for at least one byte, or the end; gives no more than are wanted in all. What cannot be read ends the input with
+// a fault.
+void TableReader::read_some(Block& block, std::size_t wanted) {
+    const std::size_t room = wanted - block.end;
     for (;;) {
         const ssize_t n = read(descriptor_, block.buffer.data() + block.end, room);
         if (n > 0) block.end += static_cast<std::size_t>(n);
@@ -66,7 +67,7 @@ void TableReader::read_some(Block& block) {
 std::string_view TableReader::peek() {
     ahead_.buffer.resize(std::max(sizes_.block, utf8_mark.size()));
     while (!ended_ && ahead_.end < ahead_.buffer.size() && ahead_.text().find('\n') == std::string_view::npos) {
-        read_some(ahead_);
+        read_some(ahead_, ahead_.buffer.size());
     }
     if (is_utf16(ahead_.text())) throw TableError{name_ + " is UTF-16: convert it to UTF-8 first"};
     if (ahead_.text().find('\0') < ahead_.text().find('\n')) fail(std::string{binary});
@@ -90,16 +91,16 @@ std::size_t TableReader::fill(Block& block) {
     for (std::size_t wanted = sizes_.block;;) {
         wanted = std::max(wanted, block.end + 1);
         if (block.buffer.size() < wanted) block.buffer.resize(wanted);
-        while (!ended_ && block.end < wanted && ready()) read_some(block);
+        while (!ended_ && block.end < wanted && ready()) read_some(block, wanted);
         const std::size_t whole = whole_records(block.text(), delimiter_);
-        if (wanted > sizes_.block && first_size(block.text()) > sizes_.record_limit) {
-            before_first_nul(block.text(), block.end);
+        if (first_size(block.text()) > sizes_.record_limit) {
+            before_first_nul(block.text(), sizes_.record_limit);
             fail("this record is longer than " + std::to_string(sizes_.record_limit) +
                  " bytes; is a quotation mark not closed?");
         }
         if (whole > 0 || ended_) return whole;
         if (block.end >= wanted) wanted = std::min(2 * wanted, sizes_.record_limit + 1);
-        if (block.end < block.buffer.size()) read_some(block);
+        if (block.end < std::min(wanted, block.buffer.size())) read_some(block, std::min(wanted, block.buffer.size()));
     }
 }
 

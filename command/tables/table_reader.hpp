@@ -50,7 +50,7 @@ public:
     [[nodiscard]] std::optional<std::uint64_t> size() const;
 
 private:
-    void read_some(Block& block);
+    void read_some(Block& block, std::size_t wanted);
     std::size_t fill(Block& block);
     [[nodiscard]] std::size_t first_size(std::string_view text) const;
     std::size_t before_first_nul(std::string_view text, std::size_t whole);
