@@ -36,6 +36,10 @@ constexpr Blanks filled_with(std::uint8_t byte, std::uint8_t type, std::uint8_t 
 constexpr Blanks clean = filled_with(0, 0, 0);
 constexpr Blanks junk_filled = filled_with(CallFrame::junk_byte, ZELKOVAN_TYPE_HOST_MARK, CallFrame::junk_flags);
 
+void check_size(std::string_view text) {
+    if (text.size() > std::numeric_limits<std::uint32_t>::max()) throw std::length_error{"a text of 4 GiB or more"};
+}
+
 const Blanks& blanks(bool junk) { return junk ? junk_filled : clean; }
 
 }  // namespace
@@ -77,12 +81,33 @@ void CallFrame::put(std::size_t i, const Argument& argument, bool junk) {
 }
 
 CharacterDescriptor* CallFrame::put_text(std::size_t i, std::string_view text, bool junk) {
-    if (text.size() > std::numeric_limits<std::uint32_t>::max()) throw std::length_error{"a text of 4 GiB or more"};
+    check_size(text);
     const std::size_t offset = slot_offset(slots_) + i * sizeof(CharacterDescriptor);
     auto* descriptor = new (bytes() + offset) CharacterDescriptor{blanks(junk).descriptor};
     descriptor->length = static_cast<std::uint32_t>(text.size());
     descriptor->text = const_cast<char*>(text.data());
     return descriptor;
+}
+
+void CallFrame::set_text(std::size_t i, std::string_view text) {
+    check_size(text);
+    auto* descriptor = static_cast<CharacterDescriptor*>(slot(i).value);
+    descriptor->length = static_cast<std::uint32_t>(text.size());
+    descriptor->text = const_cast<char*>(text.data());
+}
+
+int CallFrame::take_first_flag() {
+    int first = -1;
+    for (std::size_t i = 0; i < slots_; ++i) {
+        if ((slot(i).flags & ZELKOVAN_FLAG_INVALID) == 0) continue;
+        if (first < 0) first = static_cast<int>(i);
+        slot(i).flags &= static_cast<std::uint8_t>(~ZELKOVAN_FLAG_INVALID);
+    }
+    return first;
+}
+
+void CallFrame::forget_notes() {
+    if (counts_notes(context()->mode)) context()->notes_written = 0;
 }
 
 std::vector<std::byte> CallFrame::snapshot() const { return {bytes(), bytes() + head_bytes + slots_ * bytes_per_slot}; }

@@ -27,6 +27,13 @@ public:
     void fill(std::string_view name, std::span<const Argument> arguments, std::uint8_t note_mode, bool junk);
 
     [[nodiscard]] HostCallContext* context() { return static_cast<HostCallContext*>(static_cast<void*>(bytes())); }
+    [[nodiscard]] ArgSlot& slot(std::size_t i) { return static_cast<ArgSlot*>(static_cast<void*>(context() + 1))[i]; }
+
+    // For the same record again: another text in a slot that has one; the first slot that the module marked (-1: none),
+    // all marks taken back; no notes written.
+    void set_text(std::size_t i, std::string_view text);
+    int take_first_flag();
+    void forget_notes();
 
     // The record's bytes before a call, and whether the module has since written where it may not: anywhere but bit 0
     // of the slots' flags and, in the modes that count notes, the note counter.

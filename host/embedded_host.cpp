@@ -6,6 +6,7 @@
 #include "host/control_block.hpp"
 #include "host/memory_vector.hpp"
 #include "host/module_loader.hpp"
+#include "host/row_calls.hpp"
 #include "host/services.hpp"
 #include "host/toolkit.hpp"
 
@@ -102,6 +103,24 @@ Evaluation EmbeddedHost::evaluate(std::string_view name, std::initializer_list<A
 
 Evaluation EmbeddedHost::evaluate(HostCallContext* context, double* result) const {
     return state_->call(context, result);
+}
+
+// Among junk every call is checked: row by row.
+std::size_t EmbeddedHost::evaluate_rows(const Batch& batch, unsigned threads) const {
+    if (!state_->options.junk_in_host_bits) {
+        return call_rows({batch, dispatcher(), state_->desk, state_->options.note_mode}, threads);
+    }
+    std::vector<Argument> arguments(batch.columns.size(), Argument::absent());
+    std::size_t refused = 0;
+    for (std::size_t row = 0; row < batch.rows; ++row) {
+        for (std::size_t i = 0; i < arguments.size(); ++i) arguments[i] = batch.columns[i].argument(row);
+        const Evaluation evaluation = evaluate(batch.name, arguments);
+        batch.results[row] = evaluation.value;
+        if (batch.statuses != nullptr) batch.statuses[row] = evaluation.status;
+        if (batch.flagged != nullptr) batch.flagged[row] = evaluation.flagged;
+        refused += evaluation.answered() ? 0U : 1U;
+    }
+    return refused;
 }
 
 Dispatcher EmbeddedHost::dispatcher() const { return state_->registration.dispatcher(); }

@@ -108,6 +108,7 @@ private:
 using EntryPoint = const ImageInformation* (*)(void* gcb_anchor, void* pidb_anchor);
 using Dispatcher = std::uint32_t (*)(HostCallContext* context, double* result);
 
+struct Batch;        // host/batch.hpp
 class MemoryVector;  // host/memory_vector.hpp: allocation with accounting and faults
 class Toolkit;       // host/toolkit.hpp: pools with accounting and faults
 
@@ -131,6 +132,10 @@ public:
     // The same for a call record of the caller's own, handed over as it is: no junk is added, *result is not preset.
     // Log lines and notes are collected; the value is *result where the call is answered, else the missing value.
     [[nodiscard]] Evaluation evaluate(HostCallContext* context, double* result) const;
+
+    // The same calculation over many rows (host/batch.hpp), by up to that many threads. Gives how many rows were refused.
+    // std::length_error as above; then some rows may have their answers and others not.
+    std::size_t evaluate_rows(const Batch& batch, unsigned threads = 1) const;
 
     [[nodiscard]] Dispatcher dispatcher() const;
     [[nodiscard]] const ImageInformation& image() const;

@@ -1,0 +1,63 @@
+// One calculation over many rows: a column for each argument, a place for each row's answer.
+//
+//     const Column columns[] = {Column::numbers(rates), Argument{360}, Column::numbers(amounts)};
+//     host.evaluate_rows({.name = "PMT", .columns = columns, .rows = n, .results = payments}, 2);
+//
+// Rows are the calls that EmbeddedHost::evaluate makes, bit for bit, but for what is done once: the record is laid out
+// once a thread, and a row only moves its value pointers. What the module logs and notes is not kept.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "host/embedded_host.hpp"
+
+namespace finance::host {
+
+class Column {
+public:
+    // The same argument in every row.
+    constexpr Column(const Argument& constant) : constant_{constant} {}
+    // One value a row, `stride` bytes after the row before; a NaN is missing. Read in place, never copied.
+    static Column numbers(const double* first, std::ptrdiff_t stride = sizeof(double)) {
+        return {Argument{0.0}, first, stride};
+    }
+    static Column texts(const std::string_view* first, std::ptrdiff_t stride = sizeof(std::string_view)) {
+        return {Argument{std::string_view{""}}, first, stride};
+    }
+
+    // What lays out the slot: the constant, or some argument of the column's kind.
+    [[nodiscard]] const Argument& sample() const { return constant_; }
+    [[nodiscard]] bool varies() const { return first_ != nullptr; }
+    // Of a column that varies.
+    [[nodiscard]] const void* at(std::size_t row) const {
+        return static_cast<const std::byte*>(first_) + static_cast<std::ptrdiff_t>(row) * stride_;
+    }
+
+    [[nodiscard]] Argument argument(std::size_t row) const {
+        if (!varies()) return constant_;
+        if (constant_.kind() == Argument::Kind::number) return *static_cast<const double*>(at(row));
+        return *static_cast<const std::string_view*>(at(row));
+    }
+
+private:
+    Column(const Argument& sample, const void* first, std::ptrdiff_t stride)
+        : constant_{sample}, first_{first}, stride_{stride} {}
+
+    Argument constant_;
+    const void* first_ = nullptr;
+    std::ptrdiff_t stride_ = 0;
+};
+
+struct Batch {
+    std::string_view name{};
+    std::span<const Column> columns{};  // the first argument after the name, the second, ...
+    std::size_t rows = 0;
+    double* results = nullptr;          // one a row; the missing value (a NaN) where there is no answer
+    std::uint32_t* statuses = nullptr;  // one a row, or null: 0 answered, 120836 refused
+    std::int32_t* flagged = nullptr;    // one a row, or null: as Evaluation::flagged
+};
+
+}  // namespace finance::host
