@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "abi/arguments.hpp"
+#include "abi/host_control.hpp"
 #include "abi/host_services.hpp"
 #include "abi/text.hpp"
 #include "module/financial_list.hpp"
@@ -21,21 +22,27 @@ namespace {
 constexpr std::int32_t unknown_row = -1;
 
 // The name as the host spells it, in upper case, in a buffer of its own. The search does not use it (2): in multibyte
-// mode the translation is a service call that the host may watch.
+// mode the translation is a service call that the host may watch, in the other mode nobody sees it.
 void translate_copy(const char* name, std::int64_t length) {
+    if (!multibyte_mode()) return;
     constexpr std::int64_t work_length = 16;
     char work[work_length];
     vzmp(name, length, work, work_length);
     wztxxlt(translation_to_upper, work, work, std::min(length, work_length));
 }
 
+// Binary search in wzstcmn's order. In single-byte mode the first bytes mostly tell, without the call.
 std::int32_t find_row(const char* name, std::int64_t length) {
+    const unsigned char* mapped = multibyte_mode() ? nullptr : collating_table();
+    const auto first_byte = [mapped](const char* text) { return mapped[static_cast<unsigned char>(*text)]; };
+    const unsigned char first = mapped != nullptr ? first_byte(name) : 0;
     std::int32_t low = 1;
     auto high = static_cast<std::int32_t>(FinancialList.size());
     while (low <= high) {
         const std::int32_t mid = (low + high) / 2;
         const FinancialRow& row = FinancialList[static_cast<std::uint32_t>(mid - 1)];
-        const std::int32_t order = wzstcmn(name, length, row.name, row.name_length, 0);
+        std::int32_t order = mapped != nullptr ? first - first_byte(row.name) : 0;
+        if (order == 0) order = wzstcmn(name, length, row.name, row.name_length, 0);
         if (order == 0) return mid - 1;
         if (order < 0) {
             high = mid - 1;
