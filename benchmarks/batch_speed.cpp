@@ -60,7 +60,8 @@ void single_calls(const EmbeddedHost& host, Table& table) {
 void batch(const EmbeddedHost& host, Table& table, unsigned threads) {
     const std::array<Column, 3> columns{Column::numbers(table.rate.data()), Column::numbers(table.nper.data()),
                                         Column::numbers(table.pv.data())};
-    host.evaluate_rows({.name = "PMT", .columns = columns, .rows = rows, .results = table.payment.data()}, threads);
+    (void)host.evaluate_rows({.name = "PMT", .columns = columns, .rows = rows, .results = table.payment.data()},
+                             threads);
 }
 
 template <typename Run>

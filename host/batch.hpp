@@ -1,7 +1,7 @@
 // One calculation over many rows: a column for each argument, a place for each row's answer.
 //
 //     const Column columns[] = {Column::numbers(rates), Argument{360}, Column::numbers(amounts)};
-//     host.evaluate_rows({.name = "PMT", .columns = columns, .rows = n, .results = payments}, 2);
+//     const auto refused = host.evaluate_rows({.name = "PMT", .columns = columns, .rows = n, .results = payments}, 2);
 //
 // Rows are the calls that EmbeddedHost::evaluate makes, bit for bit, but for what is done once: the record is laid out
 // once a thread, and a row only moves its value pointers. What the module logs and notes is not kept.

@@ -135,7 +135,7 @@ public:
 
     // The same calculation over many rows (host/batch.hpp), by up to that many threads. Gives how many rows were refused.
     // std::length_error as above; then some rows may have their answers and others not.
-    std::size_t evaluate_rows(const Batch& batch, unsigned threads = 1) const;
+    [[nodiscard]] std::size_t evaluate_rows(const Batch& batch, unsigned threads = 1) const;
 
     [[nodiscard]] Dispatcher dispatcher() const;
     [[nodiscard]] const ImageInformation& image() const;
