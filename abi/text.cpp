@@ -11,8 +11,6 @@ namespace finance {
 
 namespace {
 
-constexpr char blank = 0x20;
-
 std::size_t as_size(std::int64_t length) { return length > 0 ? static_cast<std::size_t>(length) : 0; }
 
 void move_bytes(char* destination, const char* source, std::int64_t length) {
@@ -23,25 +21,9 @@ void fill_with_blanks(char* text, std::int64_t length) {
     if (length > 0) std::memset(text, blank, as_size(length));
 }
 
-// The first byte of the longer text's remainder (from position `common` on) that is not mapped to a blank decides:
-// a positive answer where it sorts after the blank, negative where before, 0 where there is none.
-std::int32_t remainder_against_blanks(const unsigned char* mapped, const char* text, std::int64_t common,
-                                      std::int64_t length) {
-    for (std::int64_t i = common; i < length; ++i) {
-        const unsigned char byte = mapped[static_cast<unsigned char>(text[i])];
-        if (byte != blank) return byte > blank ? low_32_bits(i + 1) : -low_32_bits(i + 1);
-    }
-    return 0;
-}
-
 }  // namespace
 
 std::int64_t wzstlen(const char* text) { return text != nullptr ? static_cast<std::int64_t>(std::strlen(text)) : 0; }
-
-std::int64_t wzstrip(const char* text, std::int64_t length) {
-    while (length > 0 && text[length - 1] == blank) --length;
-    return length;
-}
 
 void vzmp(const char* source, std::int64_t source_length, char* destination, std::int64_t destination_length) {
     const std::int64_t copied = std::max<std::int64_t>(std::min(source_length, destination_length), 0);
@@ -62,9 +44,13 @@ std::int64_t wzstdel(char* text, std::int64_t length, const char* set, std::int6
     const std::size_t set_size = as_size(set_length < 0 ? wzstlen(set) : set_length);
     if (set_size == 0) return old_length;
 
+    const auto in_set = [=](char byte) {
+        return byte == *set ||
+               (set_size > 1 && std::memchr(set, static_cast<unsigned char>(byte), set_size) != nullptr);
+    };
     std::int64_t kept = 0;
     for (std::int64_t i = 0; i < old_length; ++i) {
-        if (std::memchr(set, static_cast<unsigned char>(text[i]), set_size) == nullptr) text[kept++] = text[i];
+        if (!in_set(text[i])) text[kept++] = text[i];
     }
     if (length > 0) {
         fill_with_blanks(text + kept, old_length - kept);
@@ -76,16 +62,7 @@ std::int64_t wzstdel(char* text, std::int64_t length, const char* set, std::int6
 
 std::int32_t wzstcmn(const char* a, std::int64_t a_length, const char* b, std::int64_t b_length, std::int64_t options) {
     if (multibyte_mode()) return wzsxcmn(a, a_length, b, b_length, options);
-
-    const unsigned char* mapped = collating_table();
-    const std::int64_t common = std::max<std::int64_t>(std::min(a_length, b_length), 0);
-    for (std::int64_t i = 0; i < common; ++i) {
-        const unsigned char from_a = mapped[static_cast<unsigned char>(a[i])];
-        const unsigned char from_b = mapped[static_cast<unsigned char>(b[i])];
-        if (from_a != from_b) return from_a < from_b ? -low_32_bits(i + 1) : low_32_bits(i + 1);
-    }
-    return a_length > b_length ? remainder_against_blanks(mapped, a, common, a_length)
-                               : -remainder_against_blanks(mapped, b, common, b_length);
+    return order_by_table(collating_table(), a, a_length, b, b_length);
 }
 
 std::uint32_t wztxxlt(std::uint32_t mode, const char* source, char* destination, std::int64_t length) {

@@ -2,15 +2,23 @@
 // Lengths are signed; where no rule gives a negative length a meaning it counts as 0. None of these allocates.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
+#include "abi/conversions.hpp"
+
 namespace finance {
+
+inline constexpr char blank = 0x20;
 
 // Length of a NUL-terminated text; 0 for a null pointer.
 std::int64_t wzstlen(const char* text);
 
 // Length without trailing blanks. A length <= 0 comes back unchanged; leading blanks count.
-std::int64_t wzstrip(const char* text, std::int64_t length);
+inline std::int64_t wzstrip(const char* text, std::int64_t length) {
+    while (length > 0 && text[length - 1] == blank) --length;
+    return length;
+}
 
 // Copies what fits and fills the rest of the destination with blanks. The ranges may overlap.
 void vzmp(const char* source, std::int64_t source_length, char* destination, std::int64_t destination_length);
@@ -27,6 +35,28 @@ std::int64_t wzstdel(char* text, std::int64_t length, const char* set, std::int6
 // minus when a comes first. The shorter text counts as padded with blanks, so trailing blanks never tell two texts
 // apart. In multibyte mode the host compares (options is for it).
 std::int32_t wzstcmn(const char* a, std::int64_t a_length, const char* b, std::int64_t b_length, std::int64_t options);
+
+// wzstcmn in single-byte mode, for a caller that keeps the table through many comparisons.
+inline std::int32_t order_by_table(const unsigned char* mapped, const char* a, std::int64_t a_length, const char* b,
+                                   std::int64_t b_length) {
+    const auto from = [mapped](const char* text, std::int64_t i) {
+        return mapped[static_cast<unsigned char>(text[i])];
+    };
+    const auto decided = [](std::int64_t i, bool a_first) {
+        return a_first ? -low_32_bits(i + 1) : low_32_bits(i + 1);
+    };
+    std::int64_t i = 0;
+    for (; i < a_length && i < b_length; ++i) {
+        if (from(a, i) != from(b, i)) return decided(i, from(a, i) < from(b, i));
+    }
+    for (; i < a_length; ++i) {
+        if (from(a, i) != blank) return decided(i, from(a, i) < blank);
+    }
+    for (; i < b_length; ++i) {
+        if (from(b, i) != blank) return decided(i, from(b, i) > blank);
+    }
+    return 0;
+}
 
 // Translates length bytes, in place too. Modes: 0 and 1 the host's own, 2 upper case, 3 lower case, 4 the host's.
 // Returns 0, or translation_mode_unknown for a mode above 4 (then nothing is touched).

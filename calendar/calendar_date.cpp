@@ -10,26 +10,61 @@ DateOrder zCompareDates(const CalendarDate* a, const CalendarDate* b) {
     return a->julianDay == b->julianDay ? DATE_EQUAL : DATE_AFTER;
 }
 
-bool is_leap_year(std::int64_t year) { return year % 4 == 0 && (year % 400 == 0 || year % 100 != 0); }
+// ---- The years 1 to 9999, in 32 bits without a sign
+//
+// Both count from 1 March of the year 0, so that the leap day ends a year, and months from 3 (March) to 14 (February).
+// The divisions by 146097 / 4 and 1461 / 4 days, and by 153 / 5 days for a month, are multiplications: 2939745 / 2^32 is
+// 4 / 1461, and 2141 / 2^16 is 5 / 153, each near enough for every remainder that comes up.
 
-std::int32_t zlastDay(std::int32_t year, std::int32_t month) {
-    switch (month) {
-        case 4:
-        case 6:
-        case 9:
-        case 11:
-            return 30;
-        case 2:
-            return is_leap_year(year) ? 29 : 28;
-        default:
-            return 31;
-    }
+namespace {
+
+constexpr std::int64_t march_1_of_year_0 = 1721120;
+constexpr std::int64_t march_1_of_year_1 = 1721485;
+constexpr std::int64_t end_of_year_9999 = 5373484;
+
+bool in_usual_years(const CalendarDate& date) {
+    constexpr std::uint32_t last_year = 9999;
+    return static_cast<std::uint32_t>(date.year) - 1 < last_year && static_cast<std::uint32_t>(date.month) - 1 < 12;
 }
+
+bool is_usual_day(std::int64_t julian_day) { return julian_day >= march_1_of_year_1 && julian_day <= end_of_year_9999; }
+
+std::int64_t usual_day(const CalendarDate& date) {
+    const std::uint32_t next_year = date.month <= 2 ? 1 : 0;
+    const std::uint32_t y = static_cast<std::uint32_t>(date.year) - next_year;
+    const std::uint32_t m = static_cast<std::uint32_t>(date.month) + 12 * next_year;
+    const std::uint32_t century = y / 100;
+    const std::uint32_t days = 1461 * y / 4 - century + century / 4 + (979 * m - 2919) / 32;
+    return march_1_of_year_0 - 1 + std::int64_t{days} + date.day;
+}
+
+void split_usual_day(CalendarDate* date) {
+    const std::uint32_t quarters = 4 * static_cast<std::uint32_t>(date->julianDay - march_1_of_year_0) + 3;
+    const std::uint32_t century = quarters / 146097;
+    const std::uint32_t quarters_of_century = quarters % 146097 | 3;
+    const std::uint64_t years = std::uint64_t{2939745} * quarters_of_century;
+    const std::uint32_t day_of_year = static_cast<std::uint32_t>(years) / 2939745 / 4;  // 0: 1 March
+    const std::uint32_t month_and_day = 2141 * day_of_year + 197913;
+    const bool next_year = day_of_year >= 306;  // 1 January
+    const std::uint32_t month = month_and_day >> 16;
+    date->year =
+        static_cast<std::int32_t>(100 * century + static_cast<std::uint32_t>(years >> 32) + (next_year ? 1 : 0));
+    date->month = static_cast<std::int32_t>(next_year ? month - 12 : month);
+    date->day = static_cast<std::int32_t>((month_and_day & 0xFFFF) / 2141 + 1);
+}
+
+}  // namespace
+
+// ---- All years
 
 // Counts from 1 March of the year -4800, so that the leap day ends a year: a is -1 for January and February.
 // 1461 days are four years, 367/12 the rhythm of month lengths, 3 days in four centuries are no leap days.
 // Bounds: |year| < 2^31, so no product reaches 2^43.
 void ConvertDateToJulian(CalendarDate* date) {
+    if (in_usual_years(*date)) {
+        date->julianDay = usual_day(*date);
+        return;
+    }
     const std::int64_t y = date->year < 0 ? std::int64_t{date->year} + 1 : std::int64_t{date->year};
     const std::int64_t m = date->month;
     const std::int64_t d = date->day;
@@ -55,10 +90,15 @@ void ConvertJulianToDate(std::int32_t* year, std::int32_t* month, std::int32_t* 
 }
 
 void zgetMonthDayYear(CalendarDate* date) {
-    ConvertJulianToDate(&date->year, &date->month, &date->day, date->julianDay);
+    const bool usual = is_usual_day(date->julianDay);
+    if (usual) {
+        split_usual_day(date);
+    } else {
+        ConvertJulianToDate(&date->year, &date->month, &date->day, date->julianDay);
+    }
     date->endOfMonth = date->day == zlastDay(date->year, date->month) ? 1 : 0;
     date->anchorDay = date->day;
-    ConvertDateToJulian(date);
+    if (!usual) ConvertDateToJulian(date);  // beyond the exact years the day number becomes that of the date
 }
 
 void ToTheFirstOfTheNextMonth(std::int32_t* day, std::int32_t* month, std::int32_t* year) {

@@ -31,10 +31,16 @@ DateOrder zCompareDates(const CalendarDate* a, const CalendarDate* b);
 inline bool before(const CalendarDate& a, const CalendarDate& b) { return a.julianDay < b.julianDay; }
 inline bool same_day(const CalendarDate& a, const CalendarDate& b) { return a.julianDay == b.julianDay; }
 
-// 28..31; 31 for a month number that does not exist.
-std::int32_t zlastDay(std::int32_t year, std::int32_t month);
+// Of the years that 25 divides, those that 16 divides: a fourth of the centuries, and every fourth of the others.
+inline bool is_leap_year(std::int32_t year) { return year % 4 == 0 && (year % 25 != 0 || year % 16 == 0); }
 
-bool is_leap_year(std::int64_t year);
+// 28..31; 31 for a month number that does not exist.
+inline std::int32_t zlastDay(std::int32_t year, std::int32_t month) {
+    constexpr std::uint32_t months_of_30_days = 1U << 4 | 1U << 6 | 1U << 9 | 1U << 11;
+    if (month == 2) return is_leap_year(year) ? 29 : 28;
+    const auto m = static_cast<std::uint32_t>(month);
+    return m < 12 && (months_of_30_days >> m & 1) != 0 ? 30 : 31;
+}
 
 // day, month, year -> julianDay. Nothing else is changed.
 void ConvertDateToJulian(CalendarDate* date);

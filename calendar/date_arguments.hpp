@@ -30,7 +30,7 @@ inline bool read_coupon_terms(Arguments& in, int frequency, CouponTerms& terms) 
 
 // The basis of a calculation over one stretch of time.
 inline bool read_one_period_terms(Arguments& in, int basis, CouponTerms& terms, Day31 day_31) {
-    terms = one_period_terms(day_31);
+    set_one_period(terms, day_31);
     if (!in.basis(basis, terms.basis)) return false;
     zComputeDaysInPeriod(&terms);
     return true;

@@ -40,11 +40,14 @@ bool ends_on_31st(const CalendarDate& end) { return end.day == 31; }
 
 // ---- Leap years of a span of calendar years, both ends counted
 
-std::int64_t floor_divide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
-
-// Leap years up to and with `year`, counted from year 1 (negative before it).
+// Leap years up to and with `year`, counted from year 1 (negative before it): one in four, none in a hundred, one in four
+// of the hundreds. From year -4800000000 on (twelve million cycles of 400 years), so that no division is of a negative.
 std::int64_t leap_years_until(std::int64_t year) {
-    return floor_divide(year, 4) - floor_divide(year, 100) + floor_divide(year, 400);
+    constexpr std::int64_t cycles = 12'000'000;
+    constexpr std::int64_t leap_years_of_cycle = 97;
+    const auto y = static_cast<std::uint64_t>(year + 400 * cycles);
+    const std::uint64_t century = y / 100;
+    return static_cast<std::int64_t>(y / 4 - century + century / 4) - leap_years_of_cycle * cycles;
 }
 
 struct CalendarYears {
@@ -179,15 +182,6 @@ double ComputeTheAnnualRatio(const CalendarDate* start, const CalendarDate* end,
         default:
             return largest_double;
     }
-}
-
-CouponTerms one_period_terms(Day31 day_31) {
-    CouponTerms terms{};
-    terms.day31Adjust = static_cast<std::int32_t>(day_31);
-    terms.frequency = 1;
-    terms.stepUnit = STEP_YEARS;
-    terms.monthsPerPeriod = 12;
-    return terms;
 }
 
 }  // namespace finance

@@ -71,7 +71,12 @@ double ComputeTheAnnualRatio(const CalendarDate* start, const CalendarDate* end,
 // Whether 30/360 counts a day more when the end date is a 31st.
 enum class Day31 : std::int32_t { as_30, counted };
 
-// The terms of calculations over one stretch of time.
-CouponTerms one_period_terms(Day31 day_31);
+// Makes empty terms those of a calculation over one stretch of time.
+inline void set_one_period(CouponTerms& terms, Day31 day_31) {
+    terms.day31Adjust = static_cast<std::int32_t>(day_31);
+    terms.frequency = 1;
+    terms.stepUnit = STEP_YEARS;
+    terms.monthsPerPeriod = 12;
+}
 
 }  // namespace finance

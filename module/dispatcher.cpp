@@ -21,29 +21,24 @@ namespace {
 
 constexpr std::int32_t unknown_row = -1;
 
-// The name as the host spells it, in upper case, in a buffer of its own. The search does not use it (2): in multibyte
-// mode the translation is a service call that the host may watch, in the other mode nobody sees it.
+// The name as the host spells it, in upper case, in a buffer of its own. The search does not use it (2), but in multibyte
+// mode the translation is a service call that the host may watch. In the other mode nobody would see it.
 void translate_copy(const char* name, std::int64_t length) {
-    if (!multibyte_mode()) return;
     constexpr std::int64_t work_length = 16;
     char work[work_length];
     vzmp(name, length, work, work_length);
     wztxxlt(translation_to_upper, work, work, std::min(length, work_length));
 }
 
-// Binary search in wzstcmn's order. In single-byte mode the first bytes mostly tell, without the call.
-std::int32_t find_row(const char* name, std::int64_t length) {
-    const unsigned char* mapped = multibyte_mode() ? nullptr : collating_table();
-    const auto first_byte = [mapped](const char* text) { return mapped[static_cast<unsigned char>(*text)]; };
-    const unsigned char first = mapped != nullptr ? first_byte(name) : 0;
-    std::int32_t low = 1;
-    auto high = static_cast<std::int32_t>(FinancialList.size());
+// Binary search by an order of the name and the name of a row.
+template <typename Order>
+std::int32_t find_row(Order order_to) {
+    std::uint32_t low = 1;
+    std::uint32_t high = FinancialList.size();
     while (low <= high) {
-        const std::int32_t mid = (low + high) / 2;
-        const FinancialRow& row = FinancialList[static_cast<std::uint32_t>(mid - 1)];
-        std::int32_t order = mapped != nullptr ? first - first_byte(row.name) : 0;
-        if (order == 0) order = wzstcmn(name, length, row.name, row.name_length, 0);
-        if (order == 0) return mid - 1;
+        const std::uint32_t mid = (low + high) / 2;
+        const std::int32_t order = order_to(FinancialList[mid - 1]);
+        if (order == 0) return static_cast<std::int32_t>(mid - 1);
         if (order < 0) {
             high = mid - 1;
         } else {
@@ -57,8 +52,18 @@ std::int32_t find_calculation(const CharacterValue& argument) {
     if (argument.text == nullptr) return unknown_row;
     const std::int64_t length = wzstrip(argument.text, argument.length);
     if (length == 0 || argument.text[0] == ' ') return unknown_row;
-    translate_copy(argument.text, length);
-    return find_row(argument.text, length);
+    if (multibyte_mode()) {
+        translate_copy(argument.text, length);
+        return find_row(
+            [&](const FinancialRow& row) { return wzstcmn(argument.text, length, row.name, row.name_length, 0); });
+    }
+    const char* name = argument.text;
+    const unsigned char* mapped = collating_table();
+    const std::int32_t first = mapped[static_cast<unsigned char>(*name)];
+    return find_row([=](const FinancialRow& row) {
+        const std::int32_t order = first - mapped[static_cast<unsigned char>(*row.name)];
+        return order != 0 ? order : order_by_table(mapped, name, length, row.name, row.name_length);
+    });
 }
 
 [[gnu::cold]] void log_usage() {

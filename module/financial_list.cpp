@@ -54,12 +54,11 @@ constexpr bool counts_are_sound(const FinancialRow& entry) {
     return entry.minimum_count >= 2 && (entry.maximum_count == unbounded || entry.maximum_count >= entry.minimum_count);
 }
 
-static_assert(rows.size() == 54);
 static_assert(std::ranges::is_sorted(rows, std::ranges::less_equal{}, name_of), "ascending, each name once");
 static_assert(std::ranges::all_of(rows, counts_are_sound));
 
 }  // namespace
 
-constexpr std::span<const FinancialRow> FinancialList{rows};
+constexpr std::array<FinancialRow, 54> FinancialList{rows};
 
 }  // namespace finance

@@ -1,8 +1,8 @@
 // The table of calculations.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <span>
 
 #include "abi/status.hpp"
 
@@ -21,6 +21,6 @@ struct FinancialRow {
 };
 
 // All calculations, ascending by name.
-extern const std::span<const FinancialRow> FinancialList;
+extern const std::array<FinancialRow, 54> FinancialList;
 
 }  // namespace finance

@@ -167,7 +167,7 @@ TEST(SecurityPrecision, InterestAtMaturity) {
         draw_odd_last_bond(draw, bond);
         SecurityComputeRecord& record = bond.record;
         bond.issue = bond.last_interest;
-        bond.terms = one_period_terms(Day31::as_30);
+        set_one_period(bond.terms, Day31::as_30);
         bond.terms.basis = draw.one_of(bases);
         const double y = record.yield;
         record.maturityPrice = record.oddLastPrice;
