@@ -22,20 +22,15 @@ constexpr std::int64_t march_1_of_year_0 = 1721120;
 constexpr std::int64_t march_1_of_year_1 = 1721485;
 constexpr std::int64_t end_of_year_9999 = 5373484;
 
-bool in_usual_years(const CalendarDate& date) {
-    constexpr std::uint32_t last_year = 9999;
-    return static_cast<std::uint32_t>(date.year) - 1 < last_year && static_cast<std::uint32_t>(date.month) - 1 < 12;
-}
-
 bool is_usual_day(std::int64_t julian_day) { return julian_day >= march_1_of_year_1 && julian_day <= end_of_year_9999; }
 
-std::int64_t usual_day(const CalendarDate& date) {
-    const std::uint32_t next_year = date.month <= 2 ? 1 : 0;
-    const std::uint32_t y = static_cast<std::uint32_t>(date.year) - next_year;
-    const std::uint32_t m = static_cast<std::uint32_t>(date.month) + 12 * next_year;
+std::int64_t usual_day(std::int32_t year, std::int32_t month, std::int32_t day) {
+    const std::uint32_t next_year = month <= 2 ? 1 : 0;
+    const std::uint32_t y = static_cast<std::uint32_t>(year) - next_year;
+    const std::uint32_t m = static_cast<std::uint32_t>(month) + 12 * next_year;
     const std::uint32_t century = y / 100;
     const std::uint32_t days = 1461 * y / 4 - century + century / 4 + (979 * m - 2919) / 32;
-    return march_1_of_year_0 - 1 + std::int64_t{days} + date.day;
+    return march_1_of_year_0 - 1 + std::int64_t{days} + day;
 }
 
 void split_usual_day(CalendarDate* date) {
@@ -60,17 +55,12 @@ void split_usual_day(CalendarDate* date) {
 // Counts from 1 March of the year -4800, so that the leap day ends a year: a is -1 for January and February.
 // 1461 days are four years, 367/12 the rhythm of month lengths, 3 days in four centuries are no leap days.
 // Bounds: |year| < 2^31, so no product reaches 2^43.
-void ConvertDateToJulian(CalendarDate* date) {
-    if (in_usual_years(*date)) {
-        date->julianDay = usual_day(*date);
-        return;
-    }
-    const std::int64_t y = date->year < 0 ? std::int64_t{date->year} + 1 : std::int64_t{date->year};
-    const std::int64_t m = date->month;
-    const std::int64_t d = date->day;
+std::int64_t julian_day_of(std::int32_t year, std::int32_t month, std::int32_t day) {
+    if (is_usual_month(year, month)) return usual_day(year, month, day);
+    const std::int64_t y = year < 0 ? std::int64_t{year} + 1 : std::int64_t{year};
+    const std::int64_t m = month;
     const std::int64_t a = (m - 14) / 12;
-    date->julianDay =
-        (1461 * (y + 4800 + a)) / 4 + (367 * (m - 2 - 12 * a)) / 12 - (3 * ((y + 4900 + a) / 100)) / 4 + d - 32075;
+    return (1461 * (y + 4800 + a)) / 4 + (367 * (m - 2 - 12 * a)) / 12 - (3 * ((y + 4900 + a) / 100)) / 4 + day - 32075;
 }
 
 // The inverse: centuries (146097 days are 400 years), years (1461001 days are 4000 years), months (2447 days are 80).
@@ -111,29 +101,53 @@ void ToTheFirstOfTheNextMonth(std::int32_t* day, std::int32_t* month, std::int32
     }
 }
 
-CalendarDate* zAdvanceDate(CalendarDate* result, const CalendarDate* date, std::int64_t count,
-                           const CouponTerms* terms) {
-    const std::int32_t k = low_32_bits(wrapping_multiply(count, terms->monthsPerPeriod));
-    const std::int32_t target_day = date->anchorDay >= 1 ? date->anchorDay : date->day;
-    CalendarDate moved = *date;
-    if (terms->stepUnit == STEP_MONTHS) {
-        const std::int64_t t = std::int64_t{date->month} + k;
+namespace {
+
+struct Moved {
+    std::int32_t year;
+    std::int32_t month;
+    std::int32_t day;
+};
+
+Moved moved(const CalendarDate& date, std::int32_t year, std::int64_t count, const CouponTerms& terms) {
+    const std::int32_t k = low_32_bits(wrapping_multiply(count, terms.monthsPerPeriod));
+    Moved to{year, date.month, 0};
+    if (terms.stepUnit == STEP_MONTHS) {
+        const std::int64_t t = std::int64_t{date.month} + k;
         std::int64_t q = t / 12;
         std::int64_t r = t % 12;
         if (r < 1) {
             q -= 1;
             r += 12;
         }
-        moved.month = static_cast<std::int32_t>(r);
-        moved.year = low_32_bits(date->year + q);
-    } else if (terms->stepUnit == STEP_YEARS) {
-        moved.year = wrapping_add(date->year, k);
+        to.month = static_cast<std::int32_t>(r);
+        to.year = low_32_bits(year + q);
+    } else if (terms.stepUnit == STEP_YEARS) {
+        to.year = wrapping_add(year, k);
     }
-    const std::int32_t last = zlastDay(moved.year, moved.month);
-    moved.day = date->endOfMonth == 0 && target_day <= last ? target_day : last;
-    ConvertDateToJulian(&moved);
-    *result = moved;
+    const std::int32_t target_day = date.anchorDay >= 1 ? date.anchorDay : date.day;
+    const std::int32_t last = zlastDay(to.year, to.month);
+    to.day = date.endOfMonth == 0 && target_day <= last ? target_day : last;
+    return to;
+}
+
+}  // namespace
+
+CalendarDate* zAdvanceDate(CalendarDate* result, const CalendarDate* date, std::int64_t count,
+                           const CouponTerms* terms) {
+    const Moved to = moved(*date, date->year, count, *terms);
+    *result = {.day = to.day,
+               .month = to.month,
+               .year = to.year,
+               .julianDay = julian_day_of(to.year, to.month, to.day),
+               .anchorDay = date->anchorDay,
+               .endOfMonth = date->endOfMonth};
     return result;
+}
+
+std::int64_t advanced_day(const CalendarDate& date, std::int32_t year, std::int64_t count, const CouponTerms& terms) {
+    const Moved to = moved(date, year, count, terms);
+    return julian_day_of(to.year, to.month, to.day);
 }
 
 }  // namespace finance

@@ -42,8 +42,19 @@ inline std::int32_t zlastDay(std::int32_t year, std::int32_t month) {
     return m < 12 && (months_of_30_days >> m & 1) != 0 ? 30 : 31;
 }
 
+// A month of the years 1 to 9999. Dates beyond may have wrapped, and then also their months and days mean nothing.
+inline bool is_usual_month(std::int32_t year, std::int32_t month) {
+    constexpr std::uint32_t last_year = 9999;
+    return static_cast<std::uint32_t>(year) - 1 < last_year && static_cast<std::uint32_t>(month) - 1 < 12;
+}
+
+// Julian day number of a year, month and day.
+std::int64_t julian_day_of(std::int32_t year, std::int32_t month, std::int32_t day);
+
 // day, month, year -> julianDay. Nothing else is changed.
-void ConvertDateToJulian(CalendarDate* date);
+inline void ConvertDateToJulian(CalendarDate* date) {
+    date->julianDay = julian_day_of(date->year, date->month, date->day);
+}
 
 // Julian day number -> year, month, day. Exact from year -4800 on; beyond +-2^31 years the year wraps.
 void ConvertJulianToDate(std::int32_t* year, std::int32_t* month, std::int32_t* day, std::int64_t julian_day);
@@ -62,5 +73,8 @@ struct CouponTerms;
 // the anchors, which are the given date's. A unit that is neither moves nothing. Returns result; it may be date.
 CalendarDate* zAdvanceDate(CalendarDate* result, const CalendarDate* date, std::int64_t count,
                            const CouponTerms* terms);
+
+// The Julian day number alone of that date, moved from its own day and month in the given year.
+std::int64_t advanced_day(const CalendarDate& date, std::int32_t year, std::int64_t count, const CouponTerms& terms);
 
 }  // namespace finance

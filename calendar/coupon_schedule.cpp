@@ -1,6 +1,7 @@
 #include "calendar/coupon_schedule.hpp"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "abi/conversions.hpp"
 #include "calendar/coupon_days.hpp"
@@ -18,59 +19,132 @@ std::int64_t next_step(std::int64_t k, std::int64_t last) {
     return k < longest_search ? k + 1 : std::max(k + 1, last - 1);
 }
 
+// ---- Coupons on one day of the month
+//
+// Where every month has the maturity's day, no coupon date is moved, and months tell what a search would find.
+
+std::int32_t floor_divide(std::int32_t a, std::int32_t b) { return a / b - (a % b < 0 ? 1 : 0); }
+
+class PlainSchedule {
+public:
+    // Whether settlement and maturity have such a schedule.
+    static bool applies(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms) {
+        constexpr std::int32_t day_of_every_month = 28;
+        return terms.monthsPerPeriod > 0 && terms.stepUnit == STEP_MONTHS && maturity.day <= day_of_every_month &&
+               maturity.endOfMonth == 0 && settlement.year > 1 && is_usual_month(settlement.year, settlement.month) &&
+               is_usual_month(maturity.year, maturity.month);
+    }
+
+    PlainSchedule(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms)
+        : maturity_{maturity}, period_{low_32_bits(terms.monthsPerPeriod)} {
+        const std::int32_t months = month_number(maturity) - month_number(settlement);
+        const bool this_month = maturity.day > settlement.day;  // a coupon is still to come in settlement's month
+        later_ = floor_divide(months - (this_month ? 0 : 1), period_);
+        on_coupon_ = maturity.day == settlement.day && months == (later_ + 1) * period_;
+        on_anniversary_ = on_coupon_ && months % months_of_year == 0;
+    }
+
+    // Periods from the next coupon date after settlement to maturity.
+    [[nodiscard]] std::int32_t later() const { return later_; }
+    [[nodiscard]] bool on_coupon() const { return on_coupon_; }
+    // On a coupon date in the maturity's month.
+    [[nodiscard]] bool on_anniversary() const { return on_anniversary_; }
+    // The date so many periods before maturity.
+    void set_coupon(CalendarDate* date, std::int32_t periods) const {
+        const std::int32_t number = month_number(maturity_) - periods * period_;
+        date->day = maturity_.day;
+        date->month = number % months_of_year + 1;
+        date->year = number / months_of_year;
+        date->julianDay = julian_day_of(date->year, date->month, date->day);
+        date->anchorDay = maturity_.day;
+        date->endOfMonth = 0;
+    }
+
+private:
+    static constexpr std::int32_t months_of_year = 12;
+    static std::int32_t month_number(const CalendarDate& date) { return months_of_year * date.year + date.month - 1; }
+
+    const CalendarDate& maturity_;
+    std::int32_t period_;  // months
+    std::int32_t later_;
+    bool on_coupon_;
+    bool on_anniversary_;
+};
+
+void take_coupons(CouponInfo* info, const PlainSchedule& plain) {
+    const std::int32_t next = plain.later();
+    plain.set_coupon(info->nextCoupon, next);
+    if (plain.on_coupon()) {
+        plain.set_coupon(&info->coincidentSlot, next + 1);
+        info->coincidentCoupon = &info->coincidentSlot;
+    }
+    const bool period_before =
+        plain.on_coupon() && !plain.on_anniversary() && (info->requests & REQUEST_DAYS_IN_PERIOD) != 0;
+    plain.set_coupon(info->previousCoupon, period_before ? next + 2 : next + 1);
+}
+
+// ---- Searches
+
 // The maturity's last anniversary, by day and month, that is not after settlement (3).
 CalendarDate anchor_date(const CalendarDate& settlement, const CalendarDate& maturity) {
-    CalendarDate a = maturity;
     const bool later_in_year =
         maturity.month > settlement.month || (maturity.month == settlement.month && maturity.day > settlement.day);
-    a.year = wrapping_add(settlement.year, later_in_year ? -1 : 0);
-    a.anchorDay = maturity.day;
-    const std::int32_t last = zlastDay(a.year, a.month);
-    if (a.day > last || maturity.endOfMonth != 0) {
-        a.day = last;
-        a.endOfMonth = 1;
+    const std::int32_t year = wrapping_add(settlement.year, later_in_year ? -1 : 0);
+    const std::int32_t last = zlastDay(year, maturity.month);
+    const bool month_end = maturity.day > last || maturity.endOfMonth != 0;
+    const std::int32_t day = month_end ? last : maturity.day;
+    return {.day = day,
+            .month = maturity.month,
+            .year = year,
+            .julianDay = julian_day_of(year, maturity.month, day),
+            .anchorDay = maturity.day,
+            .endOfMonth = month_end ? 1 : 0};
+}
+
+// A moved by k periods; A itself for none.
+void set_coupon(CalendarDate* date, const CalendarDate& A, std::int64_t k, const CouponTerms& terms) {
+    if (k == 0) {
+        *date = A;
+    } else {
+        zAdvanceDate(date, &A, k, &terms);
     }
-    ConvertDateToJulian(&a);
-    return a;
 }
 
 // settlement is A moved by k periods.
 void settle_on_coupon(CouponInfo* info, const CalendarDate& A, std::int64_t k) {
-    info->coincidentCoupon = zAdvanceDate(&info->coincidentSlot, &A, k, info->terms);
-    if ((info->requests & REQUEST_DAYS_IN_PERIOD) == 0) {
-        *info->previousCoupon = info->coincidentSlot;
-    } else if (k < 0) {
-        zAdvanceDate(info->previousCoupon, &A, k - 1, info->terms);
-    }  // forward it is that date already
-    zAdvanceDate(info->nextCoupon, &A, k + 1, info->terms);
+    const bool previous_period = (info->requests & REQUEST_DAYS_IN_PERIOD) != 0;
+    set_coupon(info->previousCoupon, A, previous_period ? k - 1 : k, *info->terms);
+    set_coupon(&info->coincidentSlot, A, k, *info->terms);
+    set_coupon(info->nextCoupon, A, k + 1, *info->terms);
+    info->coincidentCoupon = &info->coincidentSlot;
 }
 
-void search_forward(CouponInfo* info, const CalendarDate& A) {
-    const std::int64_t frequency = info->terms->frequency;
-    *info->nextCoupon = A;
-    for (std::int64_t k = 1; k <= frequency; k = next_step(k, frequency)) {
-        *info->previousCoupon = *info->nextCoupon;
-        zAdvanceDate(info->nextCoupon, &A, k, info->terms);
-        const DateOrder order = zCompareDates(info->nextCoupon, info->settlement);
-        if (order == DATE_EQUAL) return settle_on_coupon(info, A, k);
-        if (order == DATE_AFTER) return;
+// Steps from A over settlement, forward or backward: `beyond` is where that succeeds, `near` the step before. Where it
+// does not, they are the last two steps; without any step, A and no date at all.
+void search(CouponInfo* info, const CalendarDate& A, std::int64_t direction, CalendarDate* near, CalendarDate* beyond) {
+    const CouponTerms& terms = *info->terms;
+    const std::int64_t frequency = terms.frequency;
+    const std::int64_t settlement = info->settlement->julianDay;
+    if (frequency < 1) {
+        *beyond = A;
+        ConvertDateToJulian(near);
+        return;
     }
-}
-
-// Only where the month's end moved the anchor past settlement.
-void search_backward(CouponInfo* info, const CalendarDate& A) {
-    const std::int64_t frequency = info->terms->frequency;
-    *info->previousCoupon = A;
-    for (std::int64_t k = 1; k <= frequency; k = next_step(k, frequency)) {
-        *info->nextCoupon = *info->previousCoupon;
-        zAdvanceDate(info->previousCoupon, &A, -k, info->terms);
-        const DateOrder order = zCompareDates(info->previousCoupon, info->settlement);
-        if (order == DATE_EQUAL) return settle_on_coupon(info, A, -k);
-        if (order == DATE_BEFORE) return;
+    std::int64_t k = 1;
+    for (; k <= frequency; k = next_step(k, frequency)) {
+        const std::int64_t day = advanced_day(A, A.year, direction * k, terms);
+        if (day == settlement) return settle_on_coupon(info, A, direction * k);
+        if (direction > 0 ? day > settlement : day < settlement) break;
     }
+    k = std::min(k, frequency);
+    set_coupon(near, A, direction * (k - 1), terms);
+    set_coupon(beyond, A, direction * k, terms);
 }
 
 void find_coupons(CouponInfo* info) {
+    if (PlainSchedule::applies(*info->settlement, *info->maturity, *info->terms)) {
+        return take_coupons(info, {*info->settlement, *info->maturity, *info->terms});
+    }
     const CalendarDate A = anchor_date(*info->settlement, *info->maturity);
     switch (zCompareDates(&A, info->settlement)) {
         case DATE_EQUAL:
@@ -80,14 +154,12 @@ void find_coupons(CouponInfo* info) {
             zAdvanceDate(info->nextCoupon, &A, 1, info->terms);
             break;
         case DATE_BEFORE:
-            search_forward(info, A);
+            search(info, A, 1, info->previousCoupon, info->nextCoupon);
             break;
-        case DATE_AFTER:
-            search_backward(info, A);
+        case DATE_AFTER:  // only where the month's end moved the anchor past settlement
+            search(info, A, -1, info->nextCoupon, info->previousCoupon);
             break;
     }
-    ConvertDateToJulian(info->previousCoupon);
-    ConvertDateToJulian(info->nextCoupon);
 }
 
 void answer_requests(CouponInfo* info) {
@@ -106,11 +178,8 @@ void answer_requests(CouponInfo* info) {
 }
 
 // The maturity in another year, as it stands: 29 February of a common year compares as 1 March.
-CalendarDate maturity_in(std::int32_t year, const CalendarDate& maturity) {
-    CalendarDate a = maturity;
-    a.year = year;
-    ConvertDateToJulian(&a);
-    return a;
+std::int64_t maturity_day_in(std::int32_t year, const CalendarDate& maturity) {
+    return julian_day_of(year, maturity.month, maturity.day);
 }
 
 // Periods of the calendar years between the two dates.
@@ -129,46 +198,47 @@ void FindCouponInfo(CouponInfo* info) {
     answer_requests(info);
 }
 
+// k counts the steps taken; each one passed over is a coupon less, or one more.
 double CountTheCoupons(const CalendarDate* settlement, const CalendarDate* maturity, const CalendarDate* /*spare*/,
                        const CouponTerms* terms) {
-    std::int64_t n = periods_between_years(*settlement, *maturity, *terms);
-    const CalendarDate A = maturity_in(settlement->year, *maturity);
-    const DateOrder order = zCompareDates(&A, settlement);
-    const std::int64_t frequency = terms->frequency;
-    CalendarDate D;
-    // k counts the steps taken; each one passed over is a coupon less, or one more.
-    if (order == DATE_BEFORE) {
-        for (std::int64_t k = 1; k <= frequency; k = next_step(k, frequency)) {
-            zAdvanceDate(&D, &A, k, terms);
-            if (zCompareDates(&D, settlement) == DATE_AFTER) return static_cast<double>(n - (k - 1));
-            if (same_day(D, *settlement)) return static_cast<double>(n - k);
-        }
-        n -= std::max<std::int64_t>(frequency, 0);
-    } else if (order == DATE_AFTER) {
-        for (std::int64_t k = 1; k <= frequency; k = next_step(k, frequency)) {
-            zAdvanceDate(&D, &A, -k, terms);
-            if (zCompareDates(&D, settlement) != DATE_AFTER) return static_cast<double>(n + k);
-        }
-        n += std::max<std::int64_t>(frequency, 0);
+    if (before(*settlement, *maturity) && PlainSchedule::applies(*settlement, *maturity, *terms)) {
+        return PlainSchedule{*settlement, *maturity, *terms}.later() + 1;
     }
-    return static_cast<double>(n);
+    const std::int64_t n = periods_between_years(*settlement, *maturity, *terms);
+    const std::int32_t year = settlement->year;
+    const std::int64_t anchor = maturity_day_in(year, *maturity);
+    const std::int64_t target = settlement->julianDay;
+    if (anchor == target) return static_cast<double>(n);
+    const std::int64_t frequency = terms->frequency;
+    std::int64_t k = 1;
+    if (anchor < target) {
+        for (; k <= frequency; k = next_step(k, frequency)) {
+            const std::int64_t day = advanced_day(*maturity, year, k, *terms);
+            if (day >= target) return static_cast<double>(day > target ? n - (k - 1) : n - k);
+        }
+        return static_cast<double>(n - std::max<std::int64_t>(frequency, 0));
+    }
+    for (; k <= frequency; k = next_step(k, frequency)) {
+        if (advanced_day(*maturity, year, -k, *terms) <= target) return static_cast<double>(n + k);
+    }
+    return static_cast<double>(n + std::max<std::int64_t>(frequency, 0));
 }
 
 double CountWholeCoupons(const CalendarDate* date, const CalendarDate* maturity, const CalendarDate* /*spare*/,
                          const CouponTerms* terms) {
     std::int64_t n = periods_between_years(*date, *maturity, *terms);
-    CalendarDate A = maturity_in(date->year, *maturity);
-    if (same_day(A, *date)) return static_cast<double>(n);
-    if (before(A, *date)) {
-        A = maturity_in(wrapping_add(date->year, 1), *maturity);
+    std::int32_t year = date->year;
+    const std::int64_t anchor = maturity_day_in(year, *maturity);
+    const std::int64_t target = date->julianDay;
+    if (anchor == target) return static_cast<double>(n);
+    if (anchor < target) {
+        year = wrapping_add(year, 1);
         n -= terms->frequency;
     }
     const std::int64_t frequency = terms->frequency;
-    CalendarDate D;
     for (std::int64_t k = 1; k <= frequency; k = next_step(k, frequency)) {
-        zAdvanceDate(&D, &A, -k, terms);
-        if (before(D, *date)) return static_cast<double>(n + k - 1);
-        if (same_day(D, *date)) return static_cast<double>(n + k);
+        const std::int64_t day = advanced_day(*maturity, year, -k, *terms);
+        if (day <= target) return static_cast<double>(day < target ? n + k - 1 : n + k);
     }
     return static_cast<double>(n + std::max<std::int64_t>(frequency, 0));
 }

@@ -12,7 +12,7 @@ bool find_coupon_quantities(SecurityComputeRecord* record) {
     info.settlement = record->settlement;
     info.maturity = record->maturity;
     info.terms = record->terms;
-    info.requests = REQUEST_DAYS_SINCE_PREVIOUS | REQUEST_DAYS_TO_NEXT | REQUEST_DAYS_IN_PERIOD;
+    info.requests = REQUEST_DAYS_SINCE_PREVIOUS | REQUEST_DAYS_IN_PERIOD;
     FindCouponInfo(&info);
     record->daysInPeriod = info.daysInPeriod;
     record->daysAccrued = info.daysSincePrevious;
