@@ -2,7 +2,6 @@
 
 #include "abi/conversions.hpp"
 #include "calendar/coupon_days.hpp"
-#include "calendar/coupon_schedule.hpp"
 #include "calendar/period_walk.hpp"
 
 namespace finance {
@@ -62,17 +61,21 @@ void walk_to_end(CouponList* list, const CalendarDate& first_end) {
 }  // namespace
 
 void MakeTheCouponList(CouponList* list) {
-    list->firstPeriod = {};
-    list->lastPeriod = {};
     CouponInfo info{};
     info.settlement = list->startDate;
     info.maturity = list->maturity;
     info.terms = list->terms;
     FindCouponInfo(&info);
-    begin_list(list, info);
-    switch (zCompareDates(info.nextCoupon, list->endDate)) {
+    MakeTheCouponList(list, info);
+}
+
+void MakeTheCouponList(CouponList* list, const CouponInfo& start) {
+    list->firstPeriod = {};
+    list->lastPeriod = {};
+    begin_list(list, start);
+    switch (zCompareDates(start.nextCoupon, list->endDate)) {
         case DATE_BEFORE:
-            walk_to_end(list, *info.nextCoupon);
+            walk_to_end(list, *start.nextCoupon);
             break;
         case DATE_EQUAL:
             list->boundaryFlags |= END_ON_COUPON;

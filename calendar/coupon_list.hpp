@@ -2,6 +2,7 @@
 #pragma once
 
 #include "calendar/calendar_date.hpp"
+#include "calendar/coupon_schedule.hpp"
 #include "calendar/day_count.hpp"
 
 namespace finance {
@@ -35,5 +36,8 @@ struct CouponList {
 
 // The first period may end exactly on endDate: exactEndPeriod then stays null.
 void MakeTheCouponList(CouponList* list);
+
+// The same where the coupons around startDate have been found already, for lists that begin on one day.
+void MakeTheCouponList(CouponList* list, const CouponInfo& start);
 
 }  // namespace finance

@@ -73,12 +73,15 @@ CashFlowSums sum_cash_flows(double c, double w, double t, double v, double f, do
             return {c * w0 * all, c * w0 * (t0 * all + sum_of_weighted_powers(v, N) / f), w0 * std::pow(v, N - 1.0),
                     t0 + (N - 1.0) / f};
         }
-        k = k + 1.0;
-        w = w * v;
-        t = t + 1.0 / f;
-        PV = PV + c * w;
-        TW = TW + c * w * t;
-        if (N - k > 64.0 && same_bits(w * v, w) && same_bits(PV + c * w, PV)) {
+        const double end = end_of_block(k, N);
+        add_terms(k, end, [&] {
+            w = w * v;
+            t = t + 1.0 / f;
+            PV = PV + c * w;
+            TW = TW + c * w * t;
+        });
+        k = end;
+        if (N > k && same_bits(w * v, w) && same_bits(PV + c * w, PV)) {
             const double latest = 2.0 * (t + (N - k) / f);  // beyond the last time, however its sum is rounded
             const bool hidden =
                 same_bits(TW + c * w * latest, TW) && same_bits(TW + 100.0 * w * latest, TW + 100.0 * w * t);

@@ -7,6 +7,7 @@
 //      first coupon, and N periods from there to maturity.
 #include "securities/odd_first_period.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "calendar/coupon_days.hpp"
@@ -76,13 +77,13 @@ FINANCE_HANDLER(ODDFYIELD) {
 namespace {
 
 // Coupon periods from issue to the target; how ACCRINT differs: accrual.hpp.
-double periods_since_issue(SecurityComputeRecord* record, const CalendarDate* target) {
+double periods_since_issue(SecurityComputeRecord* record, const CouponInfo& issue, const CalendarDate* target) {
     CouponList list{};
     list.startDate = record->issue;
     list.endDate = target;
     list.maturity = record->maturity;
     list.terms = record->terms;
-    MakeTheCouponList(&list);
+    MakeTheCouponList(&list, issue);
     if (!before(list.firstPeriod.end, *target)) {
         return CountTheCouponDays(record->issue, target, record->terms) / list.currentPeriod->days;
     }
@@ -92,12 +93,17 @@ double periods_since_issue(SecurityComputeRecord* record, const CalendarDate* ta
     return whole_and_first + last;
 }
 
-bool on_schedule_of_maturity(SecurityComputeRecord* record) {
+// Coupons of the maturity's schedule around a date.
+void find_coupons_around(CouponInfo* info, const CalendarDate* date, const SecurityComputeRecord& record) {
+    info->settlement = date;
+    info->maturity = record.maturity;
+    info->terms = record.terms;
+    FindCouponInfo(info);
+}
+
+bool on_schedule_of_maturity(const CalendarDate* date, const SecurityComputeRecord& record) {
     CouponInfo info{};
-    info.settlement = record->firstCoupon;
-    info.maturity = record->maturity;
-    info.terms = record->terms;
-    FindCouponInfo(&info);
+    find_coupons_around(&info, date, record);
     return info.coincidentCoupon != nullptr;
 }
 
@@ -107,11 +113,13 @@ bool find_odd_first_quantities(SecurityComputeRecord* record) {
     zgetMonthDayYear(record->maturity);
     zgetMonthDayYear(record->issue);
     zgetMonthDayYear(record->firstCoupon);
-    if (!on_schedule_of_maturity(record)) return false;
-    record->accruedFraction = periods_since_issue(record, record->settlement);
-    record->issueToMaturity = periods_since_issue(record, record->maturity);
+    if (!on_schedule_of_maturity(record->firstCoupon, *record)) return false;
+    CouponInfo issue{};
+    find_coupons_around(&issue, record->issue, *record);
+    record->accruedFraction = periods_since_issue(record, issue, record->settlement);
+    record->issueToMaturity = periods_since_issue(record, issue, record->maturity);
     record->terms->proportionFloor = 0;
-    record->firstPeriodLength = periods_since_issue(record, record->firstCoupon);
+    record->firstPeriodLength = periods_since_issue(record, issue, record->firstCoupon);
     record->wholeCoupons = CountWholeCoupons(record->settlement, record->firstCoupon, record->maturity, record->terms);
     record->remainingFraction =
         ComputeFromSettlementToNextCoupon(record->settlement, record->firstCoupon, record->maturity, record->terms);
@@ -219,19 +227,26 @@ std::uint32_t ComputeF_ODDFYIELD(NewtonProblem* problem) {
     const double g0 = -e * t0 * v / f;
     LaterDiscounts sums{0.0, 0.0, t0, g0};
     double k = 1.0;
-    if (N >= 1.0) {
-        do {
-            if (k > longest_literal_sum || record->termsAdded + k >= longest_literal_search) {
+    const double limit = std::min(longest_literal_sum + 1.0, longest_literal_search - record->termsAdded);
+    with_division_by(f, [&](auto over_f) {
+        while (N >= k) {
+            if (k >= limit) {
                 sums = closed_later_discounts(t0, v, f, e, N);
                 break;
             }
-            k = k + 1.0;
-            sums.t = sums.t * v;
-            sums.S = sums.S + sums.t;
-            sums.g = sums.g * v - sums.t * v / f;
-            sums.G = sums.G + sums.g;
-        } while (N >= k && !at_rest(sums, v, f));
-    }
+            const double end = end_of_block(k, N + 1.0, limit);
+            auto [S, G, t, g] = sums;
+            add_terms(k, end, [&] {
+                t = t * v;
+                S = S + t;
+                g = g * v - over_f(t * v);
+                G = G + g;
+            });
+            sums = {S, G, t, g};
+            k = end;
+            if (at_rest(sums, v, f)) break;
+        }
+    });
     record->termsAdded += k;
     const double DFC = record->firstPeriodLength;
     problem->value =

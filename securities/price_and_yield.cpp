@@ -7,6 +7,7 @@
 //  (4) With one coupon left interest is simple, and YIELD is a closed form; otherwise it is searched from 0.1.
 #include "securities/price_and_yield.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "calendar/date_arguments.hpp"
@@ -74,11 +75,13 @@ double sum_of_discounts(double v, double N) {
     double k = 0.0;
     while (N > k) {
         if (k >= longest_literal_sum) return sum_of_powers(v, N);
-        k = k + 1.0;
-        const double next = S + term;
-        if (next == S) return S;
-        S = next;
-        term = term * v;
+        if (S + term == S) break;
+        const double end = end_of_block(k, N);
+        add_terms(k, end, [&] {
+            S = S + term;
+            term = term * v;
+        });
+        k = end;
     }
     return S;
 }
@@ -190,19 +193,28 @@ std::uint32_t ComputeF_YIELD(NewtonProblem* problem) {
     DiscountSums sums{first, 0.0, first, first * v * (-e) / f};
     sums.D = sums.g;
     double k = 1.0;
-    while (N > k) {
-        if (k >= longest_literal_sum || record->termsAdded + k >= longest_literal_search) {
-            sums = closed_discount_sums(v, f, record->remainingFraction, N);
-            break;
+    const double limit = std::min(longest_literal_sum, longest_literal_search - record->termsAdded);
+    with_division_by(f, [&](auto over_f) {
+        while (N > k) {
+            if (k >= limit) {
+                sums = closed_discount_sums(v, f, record->remainingFraction, N);
+                break;
+            }
+            const double end = end_of_block(k, N, limit);
+            auto [S, D, t, g] = sums;
+            add_terms(k, end, [&] {
+                t = t * v;
+                e = e + 1.0;
+                S = S + t;
+                g = over_f(-(v * e) * t);
+                D = D + g;
+            });
+            sums = {S, D, t, g};
+            k = end;
+            const double left = N - k;
+            if (left > block_of_terms && at_rest(sums, c, R, v, f, e + left)) break;
         }
-        k = k + 1.0;
-        sums.t = sums.t * v;
-        e = e + 1.0;
-        sums.S = sums.S + sums.t;
-        sums.g = -(v * e) * sums.t / f;
-        sums.D = sums.D + sums.g;
-        if (N - k > 64.0 && static_cast<std::int64_t>(k) % 64 == 0 && at_rest(sums, c, R, v, f, e + (N - k))) break;
-    }
+    });
     record->termsAdded += k;
     problem->value = c * (sums.S - record->accruedFraction) + (R * sums.t - record->price);
     problem->derivative = c * sums.D + R * sums.g;
