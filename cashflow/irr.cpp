@@ -7,6 +7,8 @@
 //  (5) The flows are worked on in a pool of the host's that is gone when the call ends, on whatever path.
 #include "cashflow/irr.hpp"
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "abi/arguments.hpp"
@@ -59,26 +61,50 @@ bool acceptable(const IrrRequest& request) {
     return !(request.x0 < 0.0) && request.n >= fewest_flows && request.n <= most_flows && request.callback != nullptr;
 }
 
+// Exponents of the largest flow that need no other unit.
+constexpr int lowest_exponent = -900;
+constexpr int highest_exponent = 960;
+
 // Brings the largest flow between 2^-900 and 2^960, by a power of two. Of n flows, sums and derivatives exceed the
 // largest by n^3 < 2^45 at the most: none overflows. Nothing is lost but of flows below 2^-1900 of the largest.
 void change_unit(double* c, std::int32_t n) {
-    constexpr int lowest = -900;
-    constexpr int highest = 960;
     const double largest = zvamx(c, n);
     if (largest == 0.0 || !std::isfinite(largest)) return;
     const int exponent = std::ilogb(largest);
-    if (lowest <= exponent && exponent < highest) return;
-    const int shift = (exponent < lowest ? 0 : highest - 1) - exponent;
+    if (lowest_exponent <= exponent && exponent < highest_exponent) return;
+    const int shift = (exponent < lowest_exponent ? 0 : highest_exponent - 1) - exponent;
     for (std::int32_t k = 0; k < n; ++k) c[k] = std::ldexp(c[k], shift);
+}
+
+// The part of |x| that sorts like it: sign off, exponent and the first bits of the fraction.
+std::uint32_t size_of(double x) {
+    return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(x) >> 32 & 0x7FFFFFFF);
+}
+
+bool unit_is_good(std::uint32_t largest_size) {
+    return largest_size >= size_of(0x1p-900) && largest_size < size_of(0x1p960);
+}
+
+// Answers the size of the largest flow. A missing one is 0.
+template <typename FlowOfPeriod>
+std::uint32_t read_all(double* c, std::int32_t n, FlowOfPeriod flow_of_period) {
+    std::uint32_t largest = 0;
+    for (std::int32_t k = 0; k < n; ++k) {
+        const double flow = flow_of_period(k);
+        c[k] = is_missing(flow) ? 0.0 : flow;
+        largest = std::max(largest, size_of(c[k]));
+    }
+    return largest;
 }
 
 // The flows, read into the workspace, without the zeros at both ends.
 Flows read_flows(const IrrRequest& request, double* c) {
-    for (std::int32_t k = 0; k < request.n; ++k) {
-        const double flow = request.callback(k, request.context);
-        c[k] = is_missing(flow) ? 0.0 : flow;
-    }
-    change_unit(c, request.n);
+    void* context = request.context;
+    const std::uint32_t largest =
+        request.callback == cashflow  // known here, so that its body takes the place of the call
+            ? read_all(c, request.n, [=](std::int32_t k) { return cashflow(k, context); })
+            : read_all(c, request.n, [=, &request](std::int32_t k) { return request.callback(k, context); });
+    if (!unit_is_good(largest)) change_unit(c, request.n);
     std::int32_t first = 0;
     std::int32_t last = request.n - 1;
     while (first <= last && c[first] == 0.0) ++first;
@@ -86,7 +112,18 @@ Flows read_flows(const IrrRequest& request, double* c) {
     return {c + first, last - first + 1};
 }
 
+std::uint64_t sign_bit(double x) { return std::bit_cast<std::uint64_t>(x) >> 63; }
+
+// Neighbours of different sign, by bits alone and all at once. Only where a flow may be zero (its size is 0) they are
+// looked at one by one, and zeros passed over.
 std::int32_t sign_changes(const Flows& flows) {
+    std::uint64_t changed = 0;
+    std::uint32_t smallest = size_of(flows.c[0]);
+    for (std::int32_t k = 1; k < flows.n; ++k) {
+        changed += sign_bit(flows.c[k]) ^ sign_bit(flows.c[k - 1]);
+        smallest = std::min(smallest, size_of(flows.c[k]));
+    }
+    if (smallest != 0) return static_cast<std::int32_t>(changed);
     std::int32_t changes = 0;
     bool positive = flows.c[0] > 0.0;
     for (std::int32_t k = 1; k < flows.n; ++k) {
