@@ -18,8 +18,8 @@ struct CallCase {
     std::string_view name;
     std::vector<host::Argument> arguments;
     std::size_t varied = 0;  // which number moves from call to call; 0 none
-    Floor floor = nullptr;   // and what the dates come to for it
-    std::vector<double> q{};
+    Floor floor = nullptr;
+    std::size_t flows = 0;  // where there are any
 };
 
 // All calculations at the example of the catalogue; labels are the names.

@@ -70,7 +70,7 @@ void time_handler(benchmark::State& state, const CallCase& one) {
     benchmark::DoNotOptimize(name);
     benchmark::DoNotOptimize(find_name(name));
     benchmark::DoNotOptimize(floor);
-    return floor({call.numbers(), one.q.data()});
+    return floor({call.numbers(), one.flows});
 }
 
 void time_floor(benchmark::State& state, const CallCase& one) {

@@ -26,7 +26,7 @@ void check_call(host::Dispatcher dispatcher, const CallCase& one) {
     if (one.floor == nullptr) return;
     CallRecord call{one.name, one.arguments, one.varied};
     call.vary();
-    const double floor = one.floor({call.numbers(), one.q.data()});
+    const double floor = one.floor({call.numbers(), one.flows});
     if (std::bit_cast<std::uint64_t>(floor) == std::bit_cast<std::uint64_t>(expected)) return;
     std::fprintf(stderr, "%s: %.17g, its floor %.17g\n", one.label.c_str(), expected, floor);
     throw std::runtime_error{"a floor that is not the call's arithmetic"};

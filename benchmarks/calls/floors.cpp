@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "abi/basis.hpp"
+#include "benchmarks/calls/date_floors.hpp"
 #include "cashflow/numeric_kernels.hpp"
 #include "module/financial_list.hpp"
 
@@ -54,6 +56,13 @@ std::size_t find_name(std::string_view name) {
     return FinancialList.size();
 }
 
+int find_basis(std::string_view keyword) {
+    for (const BasisKey& key : Keys) {
+        if (compare(keyword, key.keyword) == 0) return static_cast<int>(key.code);
+    }
+    return -1;
+}
+
 // ---- Closed forms
 
 double floor_of_PMT(const FloorInput& in) {
@@ -69,17 +78,28 @@ double floor_of_TBILLEQ(const FloorInput& in) {
     return 365.0 * r / (360.0 - r * (in.a[2] - in.a[1]));
 }
 
+namespace {
+
+// Read anew at every call, as an argument is.
+const char* volatile usual_basis = "ACTUAL";
+
+}  // namespace
+
 double floor_of_YEARFRAC(const FloorInput& in) {
-    const double A = in.q[1];
-    const double B = in.q[2];
-    return in.q[0] / ((365.0 * A + 366.0 * B) / (A + B));
+    if (find_basis(usual_basis) != BASIS_ACTUAL) return 0.0;
+    const CalendarDate start = split(in.a[1]);
+    const CalendarDate end = split(in.a[2]);
+    return static_cast<double>(end.julianDay - start.julianDay) / average_year(start, end);
 }
 
 double floor_of_PRICEMAT(const FloorInput& in) {
+    const CalendarDate settlement = split(in.a[1]);
+    const CalendarDate maturity = split(in.a[2]);
+    const CalendarDate issue = split(in.a[3]);
     const double rate = in.a[4];
-    const double Bim = in.q[0] / 360.0;
-    const double Bsm = in.q[1] / 360.0;
-    const double Bis = in.q[2] / 360.0;
+    const double Bim = days_360(issue, maturity) / 360.0;
+    const double Bsm = days_360(settlement, maturity) / 360.0;
+    const double Bis = days_360(issue, settlement) / 360.0;
     return (Bim * rate * 100.0 + 100.0) / (Bsm * in.a[5] + 1.0) - Bis * rate * 100.0;
 }
 
@@ -87,16 +107,16 @@ double floor_of_PRICEMAT(const FloorInput& in) {
 
 double floor_of_PRICE(const FloorInput& in) {
     const double f = in.a[6];
+    const auto [N, d, a] = coupons_360(in.a[1], in.a[2], f);
     const double v = 1.0 / (1.0 + in.a[4] / f);
     const double c = 100.0 * in.a[3] / f;
-    const double N = in.q[0];
     double S = 0.0;
     double term = 1.0;
     for (double k = 0.0; k < N; k += 1.0) {
         S = S + term;
         term = term * v;
     }
-    return std::pow(v, in.q[1]) * (in.a[5] * std::pow(v, N - 1.0) + c * S) - c * in.q[2];
+    return std::pow(v, d) * (in.a[5] * std::pow(v, N - 1.0) + c * S) - c * a;
 }
 
 double floor_of_DURATION(const FloorInput& in) {
@@ -104,12 +124,12 @@ double floor_of_DURATION(const FloorInput& in) {
     const double v = 1.0 / (1.0 + in.a[4] / f);
     const double c = 100.0 * in.a[3] / f;
     const double step = 1.0 / f;
-    const double d = in.q[1];
+    const auto [N, d, a] = coupons_360(in.a[1], in.a[2], f);
     double w = d;
     double t = d / f;
     double PV = c * w;
     double TW = t * c * w;
-    for (double k = 1.0; k < in.q[0]; k += 1.0) {
+    for (double k = 1.0; k < N; k += 1.0) {
         w = w * v;
         t = t + step;
         PV = PV + c * w;
@@ -120,7 +140,7 @@ double floor_of_DURATION(const FloorInput& in) {
 }
 
 double floor_of_XNPV(const FloorInput& in) {
-    const auto m = static_cast<std::size_t>(in.q[0]);
+    const std::size_t m = in.flows;
     const double q = 1.0 / (1.0 + in.a[1]);
     const double* v = in.a + 2;
     const double* date = v + m;

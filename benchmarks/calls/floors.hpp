@@ -1,9 +1,10 @@
 // What a call costs at least: one search of the name, the library calls, and the chains of operations that wait for
 // each other, written out. Each floor gives the very bits of the call that it belongs to.
 //
-//  (1) Dates are not counted: what they come to (periods, fractions of one, days) is handed over.
+//  (1) Dates are split and counted the shortest way that the example allows (date_floors.hpp).
 //  (2) A division by a frequency of 1, 2 or 4 is a multiplication with its inverse, which is exact.
-//  (3) Nothing is checked.
+//  (3) A basis given as a word is looked for like the name, without blanks to take out.
+//  (4) Nothing is checked.
 #pragma once
 
 #include <cstddef>
@@ -12,8 +13,8 @@
 namespace finance::benchmarks {
 
 struct FloorInput {
-    const double* a;  // the arguments of the call, 1 the first after the name
-    const double* q;  // what the dates come to; each floor says what
+    const double* a;    // the arguments of the call, 1 the first after the name
+    std::size_t flows;  // where there are any
 };
 
 using Floor = double (*)(const FloorInput& in);
@@ -21,22 +22,25 @@ using Floor = double (*)(const FloorInput& in);
 // Binary search over the names of all calculations, each byte through a table of 256. The index, or how many there are.
 std::size_t find_name(std::string_view name);
 
+// The code of a basis, by its keyword in any case; -1 for none.
+int find_basis(std::string_view keyword);
+
 // ---- Closed forms
 double floor_of_PMT(const FloorInput& in);
 double floor_of_SLN(const FloorInput& in);
 double floor_of_TBILLEQ(const FloorInput& in);
-double floor_of_YEARFRAC(const FloorInput& in);  // q: days, common years, leap years
-double floor_of_PRICEMAT(const FloorInput& in);  // q: days from issue to maturity, to it from settlement, between them
+double floor_of_YEARFRAC(const FloorInput& in);  // of actual days
+double floor_of_PRICEMAT(const FloorInput& in);
 
-// ---- Sums. q: coupons, fraction of the period remaining, fraction accrued
+// ---- Sums
 double floor_of_PRICE(const FloorInput& in);
 double floor_of_DURATION(const FloorInput& in);
-double floor_of_XNPV(const FloorInput& in);  // q: flows
+double floor_of_XNPV(const FloorInput& in);
 
 // ---- Searches, with as many steps as the calls take
-double floor_of_YIELD(const FloorInput& in);      // q: as of PRICE
-double floor_of_ODDFYIELD(const FloorInput& in);  // q: coupons after the first, periods to it, accrued, first period's
-double floor_of_XIRR(const FloorInput& in);       // q: flows
-double floor_of_IRR(const FloorInput& in);        // q: flows; the first alone is negative
+double floor_of_YIELD(const FloorInput& in);
+double floor_of_ODDFYIELD(const FloorInput& in);
+double floor_of_XIRR(const FloorInput& in);
+double floor_of_IRR(const FloorInput& in);  // the first flow alone is negative
 
 }  // namespace finance::benchmarks

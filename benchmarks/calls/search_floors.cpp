@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "benchmarks/calls/date_floors.hpp"
 #include "benchmarks/calls/floors.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
@@ -37,10 +38,10 @@ double floor_of_YIELD(const FloorInput& in) {
     const double inverse = 1.0 / f;
     const double c = 100.0 * in.a[3] / f;
     const double R = in.a[5];
-    const double N = in.q[0];
-    return search(0.1, [&](double x) -> Trial {
+    const auto [N, d, a] = coupons_360(in.a[1], in.a[2], f);
+    return search(0.1, [&, N = N, d = d, a = a](double x) -> Trial {
         const double v = 1.0 / (1.0 + x * inverse);
-        double e = in.q[1];
+        double e = d;
         double t = std::pow(v, e);
         double S = t;
         double g = t * v * (-e) * inverse;
@@ -52,7 +53,7 @@ double floor_of_YIELD(const FloorInput& in) {
             g = -(v * e) * t * inverse;
             D = D + g;
         }
-        return {c * (S - in.q[2]) + (R * t - in.a[4]), c * D + R * g};
+        return {c * (S - a) + (R * t - in.a[4]), c * D + R * g};
     });
 }
 
@@ -61,9 +62,14 @@ double floor_of_ODDFYIELD(const FloorInput& in) {
     const double inverse = 1.0 / f;
     const double c = 100.0 * in.a[5] / f;
     const double R = in.a[7];
-    const double N = in.q[0];
-    const double e = in.q[1];
-    const double DFC = in.q[3];
+    const CalendarDate settlement = split(in.a[1]);
+    const CalendarDate issue = split(in.a[3]);
+    const CalendarDate first_coupon = split(in.a[4]);
+    const double E = 360.0 * inverse;
+    const double e = days_360(settlement, first_coupon) / E;  // all within the period of the first coupon
+    const double DFC = days_360(issue, first_coupon) / E;
+    const double A1 = days_360(issue, settlement) / E;
+    const double N = coupons_360(in.a[4], in.a[2], f).N;
     return search(0.1, [&](double x) -> Trial {
         const double v = 1.0 / (x * inverse + 1.0);
         const double t0 = std::pow(v, e);
@@ -78,12 +84,12 @@ double floor_of_ODDFYIELD(const FloorInput& in) {
             g = g * v - t * v * inverse;
             G = G + g;
         }
-        return {c * (DFC * t0 + S - in.q[2]) + R * t - in.a[6], c * DFC * g0 + c * G + R * g};
+        return {c * (DFC * t0 + S - A1) + R * t - in.a[6], c * DFC * g0 + c * G + R * g};
     });
 }
 
 double floor_of_XIRR(const FloorInput& in) {
-    const auto m = static_cast<std::size_t>(in.q[0]);
+    const std::size_t m = in.flows;
     const double* v = in.a + 1;
     const double* date = v + m;
     std::array<double, 512> years;
@@ -133,7 +139,7 @@ Trial in_logarithms(const double* c, std::ptrdiff_t n, double z) {
 
 double floor_of_IRR(const FloorInput& in) {
     constexpr double smallest_step = 1e-10;
-    const auto n = static_cast<std::ptrdiff_t>(in.q[0]);
+    const auto n = static_cast<std::ptrdiff_t>(in.flows);
     const double* c = in.a + 1;
     double t = 0.0;
     double step = 1.0;
