@@ -5,6 +5,7 @@
 
 #include "abi/conversions.hpp"
 #include "calendar/coupon_days.hpp"
+#include "calendar/plain_schedule.hpp"
 
 namespace finance {
 
@@ -19,58 +20,6 @@ std::int64_t next_step(std::int64_t k, std::int64_t last) {
     return k < longest_search ? k + 1 : std::max(k + 1, last - 1);
 }
 
-// ---- Coupons on one day of the month
-//
-// Where every month has the maturity's day, no coupon date is moved, and months tell what a search would find.
-
-std::int32_t floor_divide(std::int32_t a, std::int32_t b) { return a / b - (a % b < 0 ? 1 : 0); }
-
-class PlainSchedule {
-public:
-    // Whether settlement and maturity have such a schedule.
-    static bool applies(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms) {
-        constexpr std::int32_t day_of_every_month = 28;
-        return terms.monthsPerPeriod > 0 && terms.stepUnit == STEP_MONTHS && maturity.day <= day_of_every_month &&
-               maturity.endOfMonth == 0 && settlement.year > 1 && is_usual_month(settlement.year, settlement.month) &&
-               is_usual_month(maturity.year, maturity.month);
-    }
-
-    PlainSchedule(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms)
-        : maturity_{maturity}, period_{low_32_bits(terms.monthsPerPeriod)} {
-        const std::int32_t months = month_number(maturity) - month_number(settlement);
-        const bool this_month = maturity.day > settlement.day;  // a coupon is still to come in settlement's month
-        later_ = floor_divide(months - (this_month ? 0 : 1), period_);
-        on_coupon_ = maturity.day == settlement.day && months == (later_ + 1) * period_;
-        on_anniversary_ = on_coupon_ && months % months_of_year == 0;
-    }
-
-    // Periods from the next coupon date after settlement to maturity.
-    [[nodiscard]] std::int32_t later() const { return later_; }
-    [[nodiscard]] bool on_coupon() const { return on_coupon_; }
-    // On a coupon date in the maturity's month.
-    [[nodiscard]] bool on_anniversary() const { return on_anniversary_; }
-    // The date so many periods before maturity.
-    void set_coupon(CalendarDate* date, std::int32_t periods) const {
-        const std::int32_t number = month_number(maturity_) - periods * period_;
-        date->day = maturity_.day;
-        date->month = number % months_of_year + 1;
-        date->year = number / months_of_year;
-        date->julianDay = julian_day_of(date->year, date->month, date->day);
-        date->anchorDay = maturity_.day;
-        date->endOfMonth = 0;
-    }
-
-private:
-    static constexpr std::int32_t months_of_year = 12;
-    static std::int32_t month_number(const CalendarDate& date) { return months_of_year * date.year + date.month - 1; }
-
-    const CalendarDate& maturity_;
-    std::int32_t period_;  // months
-    std::int32_t later_;
-    bool on_coupon_;
-    bool on_anniversary_;
-};
-
 void take_coupons(CouponInfo* info, const PlainSchedule& plain) {
     const std::int32_t next = plain.later();
     plain.set_coupon(info->nextCoupon, next);
@@ -82,8 +31,6 @@ void take_coupons(CouponInfo* info, const PlainSchedule& plain) {
         plain.on_coupon() && !plain.on_anniversary() && (info->requests & REQUEST_DAYS_IN_PERIOD) != 0;
     plain.set_coupon(info->previousCoupon, period_before ? next + 2 : next + 1);
 }
-
-// ---- Searches
 
 // The maturity's last anniversary, by day and month, that is not after settlement (3).
 CalendarDate anchor_date(const CalendarDate& settlement, const CalendarDate& maturity) {
@@ -201,7 +148,7 @@ void FindCouponInfo(CouponInfo* info) {
 // k counts the steps taken; each one passed over is a coupon less, or one more.
 double CountTheCoupons(const CalendarDate* settlement, const CalendarDate* maturity, const CalendarDate* /*spare*/,
                        const CouponTerms* terms) {
-    if (before(*settlement, *maturity) && PlainSchedule::applies(*settlement, *maturity, *terms)) {
+    if (PlainSchedule::applies(*settlement, *maturity, *terms) && before(*settlement, *maturity)) {
         return PlainSchedule{*settlement, *maturity, *terms}.later() + 1;
     }
     const std::int64_t n = periods_between_years(*settlement, *maturity, *terms);
