@@ -61,28 +61,25 @@ bool acceptable(const IrrRequest& request) {
     return !(request.x0 < 0.0) && request.n >= fewest_flows && request.n <= most_flows && request.callback != nullptr;
 }
 
-// Exponents of the largest flow that need no other unit.
-constexpr int lowest_exponent = -900;
-constexpr int highest_exponent = 960;
-
-// Brings the largest flow between 2^-900 and 2^960, by a power of two. Of n flows, sums and derivatives exceed the
-// largest by n^3 < 2^45 at the most: none overflows. Nothing is lost but of flows below 2^-1900 of the largest.
-void change_unit(double* c, std::int32_t n) {
-    const double largest = zvamx(c, n);
-    if (largest == 0.0 || !std::isfinite(largest)) return;
-    const int exponent = std::ilogb(largest);
-    if (lowest_exponent <= exponent && exponent < highest_exponent) return;
-    const int shift = (exponent < lowest_exponent ? 0 : highest_exponent - 1) - exponent;
-    for (std::int32_t k = 0; k < n; ++k) c[k] = std::ldexp(c[k], shift);
-}
-
 // The part of |x| that sorts like it: sign off, exponent and the first bits of the fraction.
 std::uint32_t size_of(double x) {
     return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(x) >> 32 & 0x7FFFFFFF);
 }
 
+// The largest flow is between 2^-900 and 2^960. Of n flows, sums and derivatives exceed it by n^3 < 2^45 at the most: none
+// overflows.
 bool unit_is_good(std::uint32_t largest_size) {
     return largest_size >= size_of(0x1p-900) && largest_size < size_of(0x1p960);
+}
+
+// Brings a largest flow that is too small to between 1 and 2, one that is too large below 2^960, by a power of two.
+// Nothing is lost but of flows below 2^-1900 of the largest.
+void change_unit(double* c, std::int32_t n) {
+    const double largest = zvamx(c, n);
+    if (largest == 0.0 || !std::isfinite(largest)) return;
+    const int exponent = std::ilogb(largest);
+    const int shift = (exponent < 0 ? 0 : 959) - exponent;
+    for (std::int32_t k = 0; k < n; ++k) c[k] = std::ldexp(c[k], shift);
 }
 
 // Answers the size of the largest flow. A missing one is 0.

@@ -235,14 +235,14 @@ std::uint32_t ComputeF_ODDFYIELD(NewtonProblem* problem) {
                 break;
             }
             const double end = end_of_block(k, N + 1.0, limit);
-            auto [S, G, t, g] = sums;
+            LaterDiscounts now = sums;
             add_terms(k, end, [&] {
-                t = t * v;
-                S = S + t;
-                g = g * v - over_f(t * v);
-                G = G + g;
+                now.t = now.t * v;
+                now.S = now.S + now.t;
+                now.g = now.g * v - over_f(now.t * v);
+                now.G = now.G + now.g;
             });
-            sums = {S, G, t, g};
+            sums = now;
             k = end;
             if (at_rest(sums, v, f)) break;
         }

@@ -201,15 +201,15 @@ std::uint32_t ComputeF_YIELD(NewtonProblem* problem) {
                 break;
             }
             const double end = end_of_block(k, N, limit);
-            auto [S, D, t, g] = sums;
+            DiscountSums now = sums;
             add_terms(k, end, [&] {
-                t = t * v;
+                now.t = now.t * v;
                 e = e + 1.0;
-                S = S + t;
-                g = over_f(-(v * e) * t);
-                D = D + g;
+                now.S = now.S + now.t;
+                now.g = over_f(-(v * e) * now.t);
+                now.D = now.D + now.g;
             });
-            sums = {S, D, t, g};
+            sums = now;
             k = end;
             const double left = N - k;
             if (left > block_of_terms && at_rest(sums, c, R, v, f, e + left)) break;
