@@ -26,10 +26,15 @@ struct Moving {
 
 void move_to(const Moving& moving, std::size_t row, CallFrame& frame) {
     const void* value = moving.column->at(row);
-    if (moving.column->sample().kind() == Argument::Kind::number) {
-        frame.slot(moving.slot).value = const_cast<void*>(value);  // modules never write there
-    } else {
-        frame.set_text(moving.slot, *static_cast<const std::string_view*>(value));
+    switch (moving.column->kind()) {
+        case Column::Kind::numbers:
+            frame.slot(moving.slot).value = const_cast<void*>(value);  // modules never write there
+            break;
+        case Column::Kind::texts:
+            frame.set_text(moving.slot, *static_cast<const std::string_view*>(value));
+            break;
+        default:
+            frame.set_argument(moving.slot, *static_cast<const Argument*>(value));
     }
 }
 

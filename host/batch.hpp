@@ -18,37 +18,53 @@ namespace finance::host {
 
 class Column {
 public:
+    enum class Kind : std::uint8_t { constant, numbers, texts, arguments };
+
     // The same argument in every row.
     constexpr Column(const Argument& constant) : constant_{constant} {}
     // One value a row, `stride` bytes after the row before; a NaN is missing. Read in place, never copied.
     static Column numbers(const double* first, std::ptrdiff_t stride = sizeof(double)) {
-        return {Argument{0.0}, first, stride};
+        return {Kind::numbers, Argument{0.0}, first, stride};
     }
     static Column texts(const std::string_view* first, std::ptrdiff_t stride = sizeof(std::string_view)) {
-        return {Argument{std::string_view{""}}, first, stride};
+        return {Kind::texts, Argument{std::string_view{""}}, first, stride};
+    }
+
+    // An argument of any kind in each row, for columns in which kinds are mixed. Each row's slot is laid out anew.
+    static Column arguments(const Argument* first, std::ptrdiff_t stride = sizeof(Argument)) {
+        return {Kind::arguments, Argument::absent(), first, stride};
     }
 
     // What lays out the slot: the constant, or some argument of the column's kind.
     [[nodiscard]] const Argument& sample() const { return constant_; }
-    [[nodiscard]] bool varies() const { return first_ != nullptr; }
+    [[nodiscard]] Kind kind() const { return kind_; }
+    [[nodiscard]] bool varies() const { return kind_ != Kind::constant; }
     // Of a column that varies.
     [[nodiscard]] const void* at(std::size_t row) const {
         return static_cast<const std::byte*>(first_) + static_cast<std::ptrdiff_t>(row) * stride_;
     }
 
     [[nodiscard]] Argument argument(std::size_t row) const {
-        if (!varies()) return constant_;
-        if (constant_.kind() == Argument::Kind::number) return *static_cast<const double*>(at(row));
-        return *static_cast<const std::string_view*>(at(row));
+        switch (kind_) {
+            case Kind::numbers:
+                return *static_cast<const double*>(at(row));
+            case Kind::texts:
+                return *static_cast<const std::string_view*>(at(row));
+            case Kind::arguments:
+                return *static_cast<const Argument*>(at(row));
+            default:
+                return constant_;
+        }
     }
 
 private:
-    Column(const Argument& sample, const void* first, std::ptrdiff_t stride)
-        : constant_{sample}, first_{first}, stride_{stride} {}
+    Column(Kind kind, const Argument& sample, const void* first, std::ptrdiff_t stride)
+        : constant_{sample}, first_{first}, stride_{stride}, kind_{kind} {}
 
     Argument constant_;
     const void* first_ = nullptr;
     std::ptrdiff_t stride_ = 0;
+    Kind kind_ = Kind::constant;
 };
 
 struct Batch {

@@ -29,9 +29,11 @@ public:
     [[nodiscard]] HostCallContext* context() { return static_cast<HostCallContext*>(static_cast<void*>(bytes())); }
     [[nodiscard]] ArgSlot& slot(std::size_t i) { return static_cast<ArgSlot*>(static_cast<void*>(context() + 1))[i]; }
 
-    // For the same record again: another text in a slot that has one; the first slot that the module marked (-1: none),
-    // all marks taken back; no notes written.
+    // For the same record again: another text in a slot that has one; any argument in any slot (free of junk, and the
+    // number stays where it is); the first slot that the module marked (-1: none), all marks taken back; no notes
+    // written.
     void set_text(std::size_t i, std::string_view text);
+    void set_argument(std::size_t i, const Argument& argument) { put(i, argument, false); }
     int take_first_flag();
     void forget_notes();
 

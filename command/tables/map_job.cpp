@@ -25,38 +25,40 @@ class BlockWorker {
 public:
     BlockWorker(const host::EmbeddedHost& host, const CallPlan& plan, const OpenTable& table,
                 const TableOptions& options)
-        : evaluator_{host, plan, {table.delimiter(), table.header().line_end, options.status, options.json}},
+        : evaluator_{host,
+                     plan,
+                     {.delimiter = table.delimiter(),
+                      .line_end = table.header().line_end,
+                      .status = options.status,
+                      .objects = options.json,
+                      .strict = options.strict}},
           delimiter_{table.delimiter()},
-          single_column_{plan.columns == 1},
-          strict_{options.strict} {}
+          single_column_{plan.columns == 1} {}
 
     void process(const Block& block, BlockResult& result) {
         RecordCursor cursor{block.text(), delimiter_};
         std::uint64_t line = block.first_line;
-        for (Record record; cursor.next(record);) {
-            const std::size_t begin = result.output.size();
-            if (row(record, line, result) == Verdict::refused && strict_) {
-                result.output.resize(begin);
-                result.stop = true;
-                return;
-            }
-            line += 1;
-            if (record.quoted) line += static_cast<std::uint64_t>(std::ranges::count(record.text, '\n'));
+        while (!result.stop && take_rows(cursor, line)) {
+            result.stop = !evaluator_.evaluate(result.output, result.summary);
         }
     }
 
 private:
-    Verdict row(const Record& record, std::uint64_t line, BlockResult& result) {
-        const bool empty = record.text.empty() && !single_column_;
-        if (!empty) return evaluator_.evaluate(record, line, result.output, result.summary);
-        evaluator_.keep(record, result.output);
-        return Verdict::answered;
+    // As many as are evaluated together; line: of the next one. false where none is left.
+    bool take_rows(RecordCursor& cursor, std::uint64_t& line) {
+        RowColumns& rows = evaluator_.rows();
+        for (Record record; !rows.full() && cursor.next(record);) {
+            const bool empty = record.text.empty() && !single_column_;
+            empty ? rows.add_empty_line(record, line) : rows.add(record, line);
+            line += 1;
+            if (record.quoted) line += static_cast<std::uint64_t>(std::ranges::count(record.text, '\n'));
+        }
+        return rows.size() > 0;
     }
 
     RowEvaluator evaluator_;
     char delimiter_;
     bool single_column_;
-    bool strict_;
 };
 
 // From the table to the writer, in order.

@@ -12,6 +12,7 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "tests/command/run_command.hpp"
 
@@ -168,6 +169,55 @@ TEST_F(Map, ManyRowsInOrder) {
     const CommandRun run = map(put("t.csv", table), "");
     EXPECT_TRUE(run.output == expected) << "some of " << run.output.size() << " bytes differ";
     EXPECT_EQ(run.error, "finance: map: 100000 rows: 100000 answered, 0 missing, 0 refused\n");
+}
+
+// Rows are worked on many at a time: whatever a row is, those around it stay what they are alone. Thirteen kinds of row,
+// so that each comes at every place among rows that are worked on together.
+TEST_F(Map, EachRowIsWhatItIsAlone) {
+    const std::vector<std::string> rows{
+        "0.005,360,200000,\"ACTUAL\"",  "0.005,x,200000,1",        "0.005,360,200000", "",
+        "0.005,360,200000,4",           "-1,360,200000,0",         ".,360,200000,0",   "0.005,360,200000,\"ACT/\"\"\"",
+        "0.005,360,200000,nonsense",    "\"0.005\",360,1,act/360", "1,1,1,1,1,1",      "0.005,2.5,200000,",
+        "0.005,360,\"200000\",\"\"\"\""};
+    const std::string calls = "PMT(rate, nper, pv), YEARFRAC(nper, pv, basis)";
+    for (const char* option : {"--quiet", "--quiet --status", "--quiet --json"}) {
+        std::vector<std::string> alone;
+        std::string table;
+        std::string expected;
+        for (const std::string& row : rows) {
+            const std::string output = map(put("t.csv", "rate,nper,pv,basis\n" + row + '\n'), option, calls).output;
+            alone.push_back(output.substr(output.starts_with('{') ? 0 : output.find('\n') + 1));
+        }
+        for (std::size_t i = 0; i < 4000; ++i) {
+            table += rows[i % rows.size()] + '\n';
+            std::string line = alone[i % rows.size()];
+            const std::string first = R"({"line":2,)";
+            for (auto at = line.find(first); at != std::string::npos; at = line.find(first, at + 1)) {
+                line.replace(at, first.size(), R"({"line":)" + std::to_string(i + 2) + ',');
+            }
+            expected += line;
+        }
+        const std::string output = map(put("t.csv", "rate,nper,pv,basis\n" + table), option, calls).output;
+        EXPECT_TRUE(output.ends_with(expected)) << option << ": some of " << output.size() << " bytes differ";
+        EXPECT_GT(expected.size(), 4000U * 20);
+    }
+}
+
+TEST_F(Map, StrictStopsAnywhere) {
+    for (const int refused : {0, 1, 254, 255, 256, 257, 511, 512, 600}) {
+        std::string table = "rate,nper,pv\n";
+        std::string expected = "rate,nper,pv,pmt\n";
+        for (int i = 0; i < 700; ++i) {
+            table += i == refused ? "0,1,1\n" : "0.005,360,200000\n";
+            if (i < refused) expected += "0.005,360,200000," + payment + '\n';
+        }
+        const CommandRun run = map(put("t.csv", table), "--strict");
+        EXPECT_EQ(run.output, expected) << refused;
+        EXPECT_EQ(run.error, "finance: map: " + std::to_string(refused + 1) + " rows: " + std::to_string(refused) +
+                                 " answered, 0 missing, 1 refused\n  line " + std::to_string(refused + 2) +
+                                 ": pmt: argument 1 (rate): 0 is not above 0\n"
+                                 "finance: stopped at the first refusal\n");
+    }
 }
 
 TEST_F(Map, FirstRefusalsAreListed) {

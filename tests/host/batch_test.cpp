@@ -113,6 +113,69 @@ TEST(Batch, ColumnsOfARecord) {
     expect_rows(host, "COUPDAYS", backwards, answers_of(host, "COUPDAYS", backwards, rows.size()));
 }
 
+// Bases of all kinds after each other, so that each slot is laid out anew after each other kind.
+const std::vector<Argument> mixed{0.0,
+                                  "ACTUAL",
+                                  Argument::missing(),
+                                  1,
+                                  "act/360",
+                                  Argument::absent(),
+                                  2.5,
+                                  "nonsense",
+                                  Argument::absent_text(),
+                                  4,
+                                  "",
+                                  std::string_view{},
+                                  nan,
+                                  Argument::absent(),
+                                  "30/360",
+                                  -1,
+                                  1e300,
+                                  Argument::absent_text()};
+
+TEST(Batch, ArgumentsOfMixedKinds) {
+    for (const bool junk : {false, true}) {
+        const EmbeddedHost host{real_module(), {.junk_in_host_bits = junk}};
+        const std::vector<Column> columns{Argument{17577}, Argument{21138}, Argument{2},
+                                          Column::arguments(mixed.data())};
+        for (const char* name : {"COUPDAYS", "COUPNUM"}) {
+            const Answers answers = answers_of(host, name, columns, mixed.size());
+            expect_rows(host, name, columns, answers);
+            EXPECT_EQ(answers.statuses[1], ZELKOVAN_STATUS_SUCCESS) << "a keyword";
+            EXPECT_EQ(answers.statuses[3], ZELKOVAN_STATUS_SUCCESS) << "a number after a missing value";
+            EXPECT_EQ(answers.flagged[7], 4) << "no keyword";
+        }
+        const std::vector<Column> backwards{Argument{17577}, Argument{21138}, Argument{2},
+                                            Column::arguments(&mixed.back(), -std::ptrdiff_t{sizeof(Argument)})};
+        expect_rows(host, "COUPDAYS", backwards, answers_of(host, "COUPDAYS", backwards, mixed.size()));
+    }
+}
+
+// What the module sees of a row is laid out anew: where numbers, texts and nothing come in any place.
+TEST(Batch, EveryPlaceMayMixKinds) {
+    const EmbeddedHost host{real_module()};
+    const std::vector<Argument> mixed_rates{0.005, "text", Argument::absent(), 0.01, Argument::missing(), 0.02};
+    const std::vector<Argument> amounts{"", 200000, Argument::absent_text(), 100, 100, Argument::absent()};
+    const std::vector<Column> columns{Column::arguments(mixed_rates.data()), Argument{360},
+                                      Column::arguments(amounts.data())};
+    const Answers answers = answers_of(host, "PMT", columns, mixed_rates.size());
+    expect_rows(host, "PMT", columns, answers);
+    EXPECT_EQ(answers.statuses[3], ZELKOVAN_STATUS_SUCCESS);
+    EXPECT_EQ(answers.statuses[4], ZELKOVAN_STATUS_INVALID_ARGUMENT);
+    EXPECT_EQ(answers.flagged[4], 1) << "a missing rate";
+}
+
+TEST(Batch, ThreadsShareMixedRows) {
+    constexpr std::size_t rows = 6'000;
+    std::vector<Argument> bases;
+    for (std::size_t i = 0; i < rows; ++i) bases.push_back(mixed[i % mixed.size()]);
+    const EmbeddedHost host{real_module()};
+    const std::vector<Column> columns{Argument{17577}, Argument{21138}, Argument{2}, Column::arguments(bases.data())};
+    const Answers shared = answers_of(host, "COUPDAYS", columns, rows, 3);
+    expect_rows(host, "COUPDAYS", columns, shared);
+    EXPECT_GT(shared.refused, rows / mixed.size());
+}
+
 TEST(Batch, ThreadsShareTheRows) {
     constexpr std::size_t rows = 10'007;
     std::vector<double> lives;

@@ -1,0 +1,140 @@
+// Rows of a table read into columns: one for each of the plan's inputs, one place in it a row.
+//
+//  (1) A row has as many fields as the table has columns; one that has not is read no further, since nobody knows which
+//      field is missing.
+//  (2) An empty line is no row, but keeps its place among them.
+//  (3) Where there is no value, or none that can be read, a missing value stands in its place, so that each place can
+//      be called.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "command/argument_text.hpp"
+#include "command/call_answer.hpp"
+#include "command/tables/call_plan.hpp"
+#include "command/tables/table_record.hpp"
+#include "host/batch.hpp"
+
+namespace finance::command {
+
+// A field as a value; an empty one is a missing value. false where it cannot be read.
+inline bool read_field(std::string_view raw, catalogue::Kind kind, std::string& scratch, host::Argument& value) {
+    const std::string_view text = trimmed(field_text(raw, scratch));
+    if (text.empty()) {
+        value = host::Argument::missing();
+        return true;
+    }
+    const auto given = read_value(kind, text);
+    if (given) value = as_argument(*given);
+    return given.has_value();
+}
+
+struct TableRow {
+    Record record{};
+    std::uint64_t line = 0;
+    std::size_t fields = 0;  // 0: an empty line that is no row
+    bool fits = false;       // has as many fields as the table has columns
+    bool readable = false;   // so have all its inputs
+};
+
+class RowColumns {
+public:
+    static constexpr std::size_t most_rows = 256;  // their text and values stay in a core's own cache
+
+    RowColumns(const CallPlan& plan, char delimiter)
+        : plan_{plan}, delimiter_{delimiter}, fields_(plan.used_columns), columns_(plan.inputs.size()) {
+        rows_.reserve(most_rows);
+        for (std::size_t i = 0; i < columns_.size(); ++i) {
+            columns_[i].readable.resize(most_rows);
+            if (mixed(i)) columns_[i].arguments.resize(most_rows, host::Argument::absent());
+            if (!mixed(i)) columns_[i].numbers.resize(most_rows);
+        }
+    }
+
+    [[nodiscard]] std::size_t size() const { return rows_.size(); }
+    [[nodiscard]] bool full() const { return size() == most_rows; }
+    [[nodiscard]] const TableRow& row(std::size_t row) const { return rows_[row]; }
+
+    // The record must live until the columns are cleared.
+    void add(const Record& record, std::uint64_t line) {
+        const std::size_t fields = split_record(record, delimiter_, fields_);
+        const bool fits = fields == plan_.columns;
+        rows_.push_back({.record = record, .line = line, .fields = fields, .fits = fits});
+        bool readable = fits;
+        for (std::size_t i = 0; i < columns_.size(); ++i) readable &= put(i, fits);
+        rows_.back().readable = readable;
+    }
+    void add_empty_line(const Record& record, std::uint64_t line) {
+        rows_.push_back({.record = record, .line = line});
+        for (std::size_t i = 0; i < columns_.size(); ++i) put(i, false);
+    }
+    void clear() {
+        rows_.clear();
+        texts_.clear();
+    }
+
+    [[nodiscard]] host::Column column(std::size_t input) const {
+        return mixed(input) ? host::Column::arguments(columns_[input].arguments.data())
+                            : host::Column::numbers(columns_[input].numbers.data());
+    }
+    [[nodiscard]] host::Argument value(std::size_t input, std::size_t row) const {
+        const Values& values = columns_[input];
+        return mixed(input) ? values.arguments[row] : host::Argument{values.numbers[row]};
+    }
+    [[nodiscard]] bool readable(std::size_t input, std::size_t row) const { return columns_[input].readable[row] != 0; }
+
+    // What a field of a row that fits says.
+    std::string text(std::size_t column, std::size_t row) {
+        split_record(rows_[row].record, delimiter_, fields_);
+        return std::string{trimmed(field_text(fields_[column], scratch_))};
+    }
+
+private:
+    struct Values {
+        std::vector<double> numbers{};            // or, where kinds are mixed,
+        std::vector<host::Argument> arguments{};  // these
+        std::vector<char> readable{};
+    };
+
+    // Bases are numbers in one row and keywords in another.
+    [[nodiscard]] bool mixed(std::size_t input) const { return plan_.inputs[input].kind == catalogue::Kind::basis; }
+
+    // The last row's value, from the fields or missing. false where it cannot be read.
+    bool put(std::size_t input, bool from_fields) {
+        Values& values = columns_[input];
+        host::Argument value = host::Argument::missing();
+        const bool readable = from_fields && read(input, value);
+        const std::size_t row = rows_.size() - 1;
+        values.readable[row] = readable ? 1 : 0;
+        if (mixed(input)) {
+            values.arguments[row] = value;
+        } else {
+            values.numbers[row] = value.number();
+        }
+        return readable;
+    }
+
+    bool read(std::size_t input, host::Argument& value) {
+        const std::string_view raw = fields_[plan_.inputs[input].column];
+        const bool readable = read_field(raw, plan_.inputs[input].kind, scratch_, value);
+        const bool in_scratch = value.kind() == host::Argument::Kind::text && raw.starts_with('"');
+        if (in_scratch) value = host::Argument{texts_.emplace_back(value.text())};  // where the next row leaves it
+        return readable;
+    }
+
+    const CallPlan& plan_;
+    char delimiter_;
+    std::vector<std::string_view> fields_;  // of one row
+    std::vector<TableRow> rows_;
+    std::vector<Values> columns_;    // by input
+    std::string scratch_;            // of one field
+    std::deque<std::string> texts_;  // that arguments are views of, where the table's bytes are not
+};
+
+}  // namespace finance::command
