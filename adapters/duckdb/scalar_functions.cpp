@@ -1,0 +1,90 @@
+#include "adapters/duckdb/scalar_functions.hpp"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "adapters/duckdb/answers.hpp"
+#include "adapters/duckdb/chunk_columns.hpp"
+#include "adapters/duckdb/list_functions.hpp"
+
+namespace finance::duckdb {
+
+using catalogue::Calculation;
+
+namespace {
+
+// The rows of one run that stand together, in one batch. Where one is refused it is called again, for its sentence.
+void answer_run(const Calculation& calculation, const ChunkColumns& chunk, Run run, Answers& answers) {
+    const auto columns = chunk.columns_from(run.first);
+    const host::Batch batch{.name = calculation.name,
+                            .columns = columns,
+                            .rows = run.last - run.first,
+                            .results = &answers.values()[run.first]};
+    if (adapters::shared_host().evaluate_rows(batch) == 0) return;
+    std::vector<host::Argument> arguments(columns.size(), host::Argument::absent());
+    for (std::size_t row = run.first; row < run.last; ++row) {
+        chunk.fill(arguments, row);
+        const adapters::Answer answer = adapters::call(calculation, arguments);
+        if (answer.verdict == adapters::Verdict::refused) throw Refusal{answer.refusal};
+    }
+}
+
+struct Function {
+    Signature signature;
+    AnswerChunk answer;
+};
+
+void call(duckdb_function_info info, duckdb_data_chunk chunk, duckdb_vector result) {
+    or_tell(
+        [&] {
+            const auto& function = *static_cast<const Function*>(duckdb_scalar_function_get_extra_info(info));
+            function.answer(function.signature, chunk, result);
+        },
+        [&](const char* sentence) { duckdb_scalar_function_set_error(info, sentence); });
+}
+
+void add(duckdb_scalar_function_set set, Function function) {
+    const Calculation& calculation = *function.signature.calculation;
+    const Owned<duckdb_scalar_function> added{duckdb_create_scalar_function()};
+    duckdb_scalar_function_set_name(added.get(), adapters::function_name(calculation).c_str());
+    for (std::size_t i = 0; i < function.signature.types.size(); ++i) {
+        const Type type = function.signature.types[i];
+        const bool list = is_list(calculation.parameters[i].kind);
+        duckdb_scalar_function_add_parameter(added.get(), (list ? list_type(type) : logical_type(type)).get());
+    }
+    duckdb_scalar_function_set_return_type(added.get(), result_type(calculation).get());
+    duckdb_scalar_function_set_function(added.get(), call);
+    auto kept = std::make_unique<Function>(std::move(function));
+    duckdb_scalar_function_set_extra_info(added.get(), kept.release(), delete_kept<Function>);
+    if (duckdb_add_scalar_function_to_set(set, added.get()) == DuckDBError) {
+        throw std::runtime_error{"DuckDB takes no function " + adapters::function_name(calculation)};
+    }
+}
+
+}  // namespace
+
+void answer_rows(const Signature& signature, duckdb_data_chunk chunk, duckdb_vector result) {
+    ChunkColumns columns{chunk};
+    for (const Type type : signature.types) columns.read(type);
+    RowMask& rows = columns.rows();
+    Answers answers{*signature.calculation, result, rows.rows()};
+    for (Run run = rows.next_run(0); !run.empty(); run = rows.next_run(run.last)) {
+        answer_run(*signature.calculation, columns, run, answers);
+    }
+    rows.drop_missing(answers.values());
+    answers.finish(rows);
+}
+
+void register_scalar(duckdb_connection connection, const Calculation& calculation) {
+    const std::string name = adapters::function_name(calculation);
+    const Owned<duckdb_scalar_function_set> set{duckdb_create_scalar_function_set(name.c_str())};
+    const AnswerChunk answer = adapters::is_scalar(calculation) ? answer_rows : answer_lists;
+    for (Signature& signature : signatures(calculation)) add(set.get(), {std::move(signature), answer});
+    if (duckdb_register_scalar_function_set(connection, set.get()) == DuckDBError) {
+        throw std::runtime_error{"DuckDB registers no function " + name};
+    }
+}
+
+}  // namespace finance::duckdb

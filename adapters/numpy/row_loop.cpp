@@ -1,0 +1,126 @@
+#include "adapters/numpy/row_loop.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cfenv>
+#include <cmath>
+#include <exception>
+#include <utility>
+#include <vector>
+
+#include "abi/zelkovan.h"
+#include "adapters/common/engine_call.hpp"
+
+namespace finance::adapters::numpy {
+
+namespace {
+
+constexpr std::size_t rows_at_once = 512;  // results and statuses of a block stay in the first-level cache
+
+Outcome& outcome() {
+    thread_local Outcome met;
+    return met;
+}
+
+class Run {
+public:
+    Run(const Function& function, char* const* places, const std::ptrdiff_t* steps)
+        : function_{function}, places_{places}, steps_{steps} {
+        columns_.reserve(function.arguments);
+    }
+
+    void call(std::size_t rows) {
+        for (std::size_t first = 0; first < rows; first += rows_at_once) {
+            call_block(first, std::min(rows, first + rows_at_once));
+        }
+    }
+
+    void fill(std::size_t first, std::size_t last, double value) {
+        for (std::size_t row = first; row < last; ++row) put(row, value);
+    }
+
+private:
+    [[nodiscard]] const double* at(std::size_t argument, std::size_t row) const {
+        const char* place = places_[argument] + static_cast<std::ptrdiff_t>(row) * steps_[argument];
+        return static_cast<const double*>(static_cast<const void*>(place));
+    }
+
+    void put(std::size_t row, double value) {
+        char* place = places_[function_.arguments] + static_cast<std::ptrdiff_t>(row) * steps_[function_.arguments];
+        *static_cast<double*>(static_cast<void*>(place)) = value;
+    }
+
+    [[nodiscard]] bool lacks_value(std::size_t row) const {
+        for (std::size_t i = 0; i < function_.arguments; ++i) {
+            if (std::isnan(*at(i, row))) return true;
+        }
+        return false;
+    }
+
+    [[nodiscard]] bool all_have_values(std::size_t first, std::size_t last) const {
+        for (std::size_t i = 0; i < function_.arguments; ++i) {
+            unsigned missing = 0;
+            const std::size_t end = steps_[i] == 0 ? first + 1 : last;
+            for (std::size_t row = first; row < end; ++row) missing |= std::isnan(*at(i, row)) ? 1U : 0U;
+            if (missing != 0) return false;
+        }
+        return true;
+    }
+
+    // Stretches of rows that have their values are called, the others filled.
+    void call_block(std::size_t first, std::size_t last) {
+        if (all_have_values(first, last)) return call_stretch(first, last);
+        while (first < last) {
+            std::size_t end = first;
+            while (end < last && !lacks_value(end)) ++end;
+            if (end > first) call_stretch(first, end);
+            for (first = end; first < last && lacks_value(first); ++first) put(first, missing_answer);
+        }
+    }
+
+    void call_stretch(std::size_t first, std::size_t last) {
+        columns_.clear();
+        for (std::size_t i = 0; i < function_.arguments; ++i) {
+            const double* value = at(i, first);
+            columns_.push_back(steps_[i] == 0 ? host::Column{*value} : host::Column::numbers(value, steps_[i]));
+        }
+        outcome().refused += shared_host().evaluate_rows({.name = function_.calculation->name,
+                                                          .columns = columns_,
+                                                          .rows = last - first,
+                                                          .results = results_.data(),
+                                                          .statuses = statuses_.data()});
+        for (std::size_t row = first; row < last; ++row) {
+            const double answer = results_[row - first];
+            const bool refused = statuses_[row - first] != ZELKOVAN_STATUS_SUCCESS;
+            put(row, refused ? refused_answer : std::isnan(answer) ? missing_answer : answer);
+        }
+    }
+
+    const Function& function_;
+    char* const* places_;
+    const std::ptrdiff_t* steps_;
+    std::vector<host::Column> columns_;
+    std::array<double, rows_at_once> results_;
+    std::array<std::uint32_t, rows_at_once> statuses_;
+};
+
+}  // namespace
+
+void call_run(const Function& function, char* const* places, std::size_t rows, const std::ptrdiff_t* steps) noexcept {
+    try {
+        Run run{function, places, steps};
+        try {
+            run.call(rows);
+        } catch (const std::exception&) {  // of memory only: no argument is a text
+            outcome().out_of_memory = true;
+            run.fill(0, rows, missing_answer);
+        }
+    } catch (const std::exception&) {
+        outcome().out_of_memory = true;
+    }
+    std::feclearexcept(FE_ALL_EXCEPT);
+}
+
+Outcome take_outcome() noexcept { return std::exchange(outcome(), Outcome{}); }
+
+}  // namespace finance::adapters::numpy

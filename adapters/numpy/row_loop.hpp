@@ -1,0 +1,38 @@
+// The inner loop of a ufunc: a run of rows through the embedded host's batch call. Knows nothing of Python, and runs without
+// its lock.
+//
+//  (1) A row with a NaN among its arguments is a NaN, and no call is made.
+//  (2) An answer that is itself missing is a NaN.
+//  (3) A refused row is a NaN of its own bits, so that whoever looks at the results finds the rows again, whatever order
+//      and pieces the loop was run in.
+//  (4) A loop leaves no floating-point flags behind: what the arithmetic of a search raised is nobody's warning.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#include "catalogue/catalogue.hpp"
+
+namespace finance::adapters::numpy {
+
+inline constexpr double missing_answer = std::bit_cast<double>(std::uint64_t{0x7FF8000000000000});
+inline constexpr double refused_answer = std::bit_cast<double>(std::uint64_t{0x7FF80000005AFE01});
+
+// A calculation with that many arguments: one ufunc.
+struct Function {
+    const catalogue::Calculation* calculation = nullptr;
+    std::size_t arguments = 0;
+};
+
+// places and steps have an entry for each argument and one for the result; steps are in bytes, 0 for a constant.
+void call_run(const Function& function, char* const* places, std::size_t rows, const std::ptrdiff_t* steps) noexcept;
+
+// What the loops of this thread have met since it was last asked.
+struct Outcome {
+    std::uint64_t refused = 0;   // rows
+    bool out_of_memory = false;  // some rows were not called and are NaN
+};
+Outcome take_outcome() noexcept;
+
+}  // namespace finance::adapters::numpy

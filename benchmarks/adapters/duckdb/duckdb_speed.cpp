@@ -1,0 +1,171 @@
+// What a row of fin_price costs in DuckDB beside the embedded host's batch call: a million rows, one thread, the sum of
+// the prices as the answer. Once with a column of yields and the rest constant, once with a column for each argument.
+// The goal is 1.3 of the batch. Then a million flows in lists of ten beside single calls of the host, which read nothing
+// from a table. Best of 11 runs each, in turn.
+#include <duckdb.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "adapters/common/engine_call.hpp"
+
+namespace {
+
+using namespace finance;
+using host::Argument;
+using host::Column;
+
+constexpr std::size_t rows = 1'000'000;
+constexpr int runs = 11;
+constexpr double settlement = 23761;  // 2025-01-20
+constexpr double maturity = 25886;    // 2030-11-15
+
+class Duckdb {
+public:
+    Duckdb() {
+        duckdb_config config = nullptr;
+        duckdb_create_config(&config);
+        duckdb_set_config(config, "allow_unsigned_extensions", "true");
+        if (duckdb_open_ext(nullptr, &database_, config, nullptr) == DuckDBError ||
+            duckdb_connect(database_, &connection_) == DuckDBError) {
+            std::exit(1);
+        }
+        duckdb_destroy_config(&config);
+    }
+    ~Duckdb() {
+        duckdb_disconnect(&connection_);
+        duckdb_close(&database_);
+    }
+    Duckdb(const Duckdb&) = delete;
+    Duckdb& operator=(const Duckdb&) = delete;
+
+    // The only value, or 0 where there is none.
+    double value(const std::string& sql) {
+        duckdb_result result{};
+        if (duckdb_query(connection_, sql.c_str(), &result) == DuckDBError) {
+            std::printf("%s\n", duckdb_result_error(&result));
+            std::exit(1);
+        }
+        const double value = duckdb_column_count(&result) > 0 ? duckdb_value_double(&result, 0, 0) : 0.0;
+        duckdb_destroy_result(&result);
+        return value;
+    }
+
+private:
+    duckdb_database database_ = nullptr;
+    duckdb_connection connection_ = nullptr;
+};
+
+struct Bonds {
+    std::vector<double> settlement, maturity, rate, yield, redemption, frequency, price;
+};
+
+Bonds make_bonds() {
+    Bonds bonds;
+    for (std::size_t i = 0; i < rows; ++i) bonds.yield.push_back(0.03 + static_cast<double>(i % 50'000) * 1e-6);
+    bonds.settlement.assign(rows, ::settlement);
+    bonds.maturity.assign(rows, ::maturity);
+    bonds.rate.assign(rows, 0.05);
+    bonds.redemption.assign(rows, 100);
+    bonds.frequency.assign(rows, 2);
+    bonds.price.resize(rows);
+    return bonds;
+}
+
+double sum(const std::vector<double>& values) {
+    double total = 0.0;
+    for (const double value : values) total += value;
+    return total;
+}
+
+template <std::size_t count>
+double batch(Bonds& bonds, const std::array<Column, count>& columns) {
+    (void)adapters::shared_host().evaluate_rows(
+        {.name = "PRICE", .columns = columns, .rows = rows, .results = bonds.price.data()});
+    return sum(bonds.price);
+}
+
+double batch_of_yields(Bonds& bonds) {
+    return batch<7>(bonds, {Argument{settlement}, Argument{maturity}, Argument{0.05},
+                            Column::numbers(bonds.yield.data()), Argument{100}, Argument{2}, Argument{"ACTUAL"}});
+}
+
+double batch_of_columns(Bonds& bonds) {
+    return batch<7>(
+        bonds, {Column::numbers(bonds.settlement.data()), Column::numbers(bonds.maturity.data()),
+                Column::numbers(bonds.rate.data()), Column::numbers(bonds.yield.data()),
+                Column::numbers(bonds.redemption.data()), Column::numbers(bonds.frequency.data()), Argument{"ACTUAL"}});
+}
+
+constexpr std::size_t flows_a_list = 10;
+
+double calls_of_lists() {
+    double total = 0.0;
+    std::array<Argument, 1 + flows_a_list> arguments{0.1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    for (std::size_t row = 0; row < rows / flows_a_list; ++row) {
+        for (std::size_t k = 0; k < flows_a_list; ++k) arguments[1 + k] = row + k;
+        total += adapters::shared_host().evaluate("NPV", arguments).value;
+    }
+    return total;
+}
+
+struct Measured {
+    double best = std::numeric_limits<double>::infinity();  // seconds
+    double answer = 0.0;
+
+    template <typename Run>
+    void measure(Run run) {
+        const auto start = std::chrono::steady_clock::now();
+        answer = run();
+        best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+    }
+};
+
+// Both must have done the same work: the sums agree but for their order.
+void report(const char* what, const Measured& host, const Measured& duckdb, std::size_t calls) {
+    const double nanoseconds = 1e9 / static_cast<double>(calls);
+    std::printf("%-26s host %6.1f ns, DuckDB %6.1f ns a call: %.2f%s\n", what, nanoseconds * host.best,
+                nanoseconds * duckdb.best, duckdb.best / host.best,
+                std::abs(host.answer / duckdb.answer - 1) < 1e-9 ? "" : ", SUMS DIFFER");
+}
+
+}  // namespace
+
+int main() {
+    Duckdb duckdb;
+    duckdb.value("LOAD '" ZELKOVAN_DUCKDB_EXTENSION "'");
+    duckdb.value("SET threads = 1");
+    duckdb.value(
+        "CREATE TABLE bonds AS SELECT DATE '2025-01-20' settlement, DATE '2030-11-15' maturity, 0.05::DOUBLE rate, "
+        "0.03 + (i % 50000) * 1e-6 yield, 100::DOUBLE redemption, 2::DOUBLE frequency, 'ACTUAL' basis "
+        "FROM range(1000000) rows(i)");
+    duckdb.value("CREATE TABLE deals AS SELECT [(i + k)::DOUBLE FOR k IN range(10)] flows FROM range(100000) rows(i)");
+    Bonds bonds = make_bonds();
+    std::array<Measured, 6> measured;
+    for (int run = 0; run < runs; ++run) {
+        measured[0].measure([&] { return batch_of_yields(bonds); });
+        measured[1].measure([&] {
+            return duckdb.value(
+                "SELECT sum(fin_price(DATE '2025-01-20', DATE '2030-11-15', 0.05, yield, 100, 2, 'ACTUAL')) FROM "
+                "bonds");
+        });
+        measured[2].measure([&] { return batch_of_columns(bonds); });
+        measured[3].measure([&] {
+            return duckdb.value(
+                "SELECT sum(fin_price(settlement, maturity, rate, yield, redemption, frequency, basis)) FROM bonds");
+        });
+        measured[4].measure(calls_of_lists);
+        measured[5].measure([&] { return duckdb.value("SELECT sum(fin_npv(0.1, flows)) FROM deals"); });
+    }
+    report("PRICE, one column", measured[0], measured[1], rows);
+    report("PRICE, seven columns", measured[2], measured[3], rows);
+    std::puts("(goal: 1.30)");
+    report("NPV of lists of ten", measured[4], measured[5], rows / flows_a_list);
+}

@@ -1,0 +1,119 @@
+// Lists, written out and gathered from rows. Expected values by hand: a return of 10 % a year, of 20 %; sums of flows
+// discounted at 100 % are sums of halves.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "database.hpp"
+
+namespace finance::test {
+
+namespace {
+
+struct ListCase {
+    const char* id;
+    const char* sql;
+    const char* expected;
+};
+
+constexpr ListCase cases[] = {
+    {"npv/halves", "fin_npv(1, [2, 4, 8])", "3.0"},  // 1 + 1 + 1
+    {"npv/integers and decimals", "fin_npv(1.0, [2.0, 4.5])", "2.125"},
+    {"npv/no flows", "fin_npv(0.1, []::DOUBLE[])", "0.0"},
+    {"npv/empty literal", "fin_npv(0.1, [])", "0.0"},
+    {"npv/list left out", "fin_npv(0.1)", "0.0"},
+    {"npv/no list", "fin_npv(0.1, NULL::DOUBLE[])", "NULL"},
+    {"npv/null in list", "fin_npv(1, [2, NULL, 8])", "NULL"},
+    {"npv/nan in list", "fin_npv(1, [2, 'nan'::DOUBLE, 8])", "NULL"},
+    {"npv/faulty rate", "fin_npv(0, [2, 4])", "NPV: argument 1 (rate): 0 is not above 0"},
+    {"irr/a tenth", "round(fin_irr([-100, 110]), 12)", "0.1"},
+    {"irr/no flows", "fin_irr([]::DOUBLE[]) IS NULL", "IRR: "},
+    {"mirr/list first", "round(fin_mirr([-100, 110], 0.5, 0.5), 12)", "0.1"},  // one period: no reinvesting
+    {"fvschedule", "fin_fvschedule(1000, [1, 0.5])", "3000.0"},                // 1000 * 2 * 1.5
+    // 2021 and 2022 have 365 days.
+    {"xirr/dates", "round(fin_xirr([-100, 0, 121], [DATE '2021-01-01', '2022-01-01', '2023-01-01']), 10)", "0.1"},
+    {"xirr/days", "round(fin_xirr([-100, 121], [0, 730]), 10)", "0.1"},
+    {"xirr/guess", "round(fin_xirr([-100, 121], [0, 730], 0.3), 10)", "0.1"},
+    {"xnpv/dates", "fin_xnpv(1, [8, 4], [DATE '2021-01-01', DATE '2022-01-01'])", "10.0"},  // 8 + 4 / 2
+    {"xnpv/null date", "fin_xnpv(1, [8, 4], [DATE '2021-01-01', NULL])", "NULL"},
+    {"xnpv/unpaired", "fin_xnpv(1, [8, 4, 2], [DATE '2021-01-01', DATE '2022-01-01'])", "XNPV: 3 values, but 2 dates"},
+    // Three values and two dates are no two of each and a guess.
+    {"xirr/unpaired", "fin_xirr([-100, 121, 3], [0, 730])", "XIRR: 3 values, but 2 dates"},
+};
+
+TEST(DuckdbLists, AreAnswered) {
+    const Database database;
+    for (const ListCase& row : cases) {
+        const std::string said = database.value("SELECT " + std::string{row.sql});
+        if (std::string{row.expected} == "IRR: ") {
+            EXPECT_TRUE(said.starts_with(row.expected)) << row.id << ": " << said;
+        } else {
+            EXPECT_EQ(said, row.expected) << row.id;
+        }
+    }
+}
+
+void make_flows(const Database& database) {
+    database.run("CREATE TABLE flows(deal INTEGER, flow DOUBLE, day DATE)");
+    // Deal 1: 10 % a year, out of order. Deal 2: 20 %. Deal 3 has a missing flow.
+    database.run(
+        "INSERT INTO flows VALUES (1, 121, '2023-01-01'), (2, 120, '2022-01-01'), (1, -100, '2021-01-01'), "
+        "(3, 5, '2021-01-01'), (2, -100, '2021-01-01'), (3, NULL, '2022-01-01'), (1, 0, '2022-01-01')");
+}
+
+TEST(DuckdbLists, AreGatheredFromTheRowsOfAGroup) {
+    const Database database;
+    make_flows(database);
+    const Table table = database.query(
+        "SELECT deal, round(fin_irr(list(flow ORDER BY day, flow)), 10), "
+        "round(fin_xirr(list(flow ORDER BY day, flow), list(day ORDER BY day, flow)), 10) "
+        "FROM flows GROUP BY deal ORDER BY deal");
+    ASSERT_EQ(table.error, "");
+    ASSERT_EQ(table.rows.size(), 3U);
+    using Row = std::vector<std::optional<std::string>>;
+    EXPECT_EQ(table.rows[0], (Row{"1", "0.1", "0.1"}));
+    EXPECT_EQ(table.rows[1], (Row{"2", "0.2", "0.2"}));
+    EXPECT_EQ(table.rows[2], (Row{"3", std::nullopt, std::nullopt}));
+    EXPECT_EQ(database.value("SELECT fin_irr(list(flow)) FROM flows WHERE deal = 4"), "NULL");
+    EXPECT_EQ(database
+                  .value("SELECT fin_irr(list(flow ORDER BY day) FILTER (WHERE flow IS NOT NULL)) "
+                         "FROM flows WHERE deal = 3")
+                  .substr(0, 14),
+              "IRR: no answer");
+}
+
+TEST(DuckdbLists, AreGatheredFromTheRowsOfAWindow) {
+    const Database database;
+    make_flows(database);
+    // Each row's flow and the one before it, at 100 %: -50; -50 + 0; 0 + 121 / 4.
+    const Table table = database.query(
+        "SELECT fin_npv(1, list(flow) OVER (ORDER BY day ROWS BETWEEN 1 PRECEDING AND CURRENT ROW)) v "
+        "FROM flows WHERE deal = 1 ORDER BY v");
+    ASSERT_EQ(table.error, "");
+    ASSERT_EQ(table.rows.size(), 3U);
+    EXPECT_EQ(table.rows[0][0], "-50.0");
+    EXPECT_EQ(table.rows[1][0], "-50.0");
+    EXPECT_EQ(table.rows[2][0], "30.25");
+}
+
+// Flow k of a deal is 2^k, 10 flows: at 100 % each is worth 1. 30,000 deals over four threads.
+TEST(DuckdbLists, ManyGroupsInManyThreads) {
+    const Database database;
+    database.run("SET threads = 4");
+    database.run(
+        "CREATE VIEW doubling AS SELECT i % 30000 deal, i // 30000 + 1 k, 2.0 ** (i // 30000 + 1) flow "
+        "FROM range(300000) rows(i)");
+    EXPECT_EQ(database.value("SELECT count(*) || ' ' || min(v) || ' ' || max(v) FROM "
+                             "(SELECT fin_npv(1, list(flow ORDER BY k)) v FROM doubling GROUP BY deal)"),
+              "30000 10.0 10.0");
+}
+
+// Flows of 1 at 100 % come to 1 - 2^-n, and the call has a million arguments.
+TEST(DuckdbLists, MayBeLong) {
+    const Database database;
+    EXPECT_EQ(database.value("SELECT fin_npv(1, list(1.0)) FROM range(1000000)"), "1.0");
+}
+
+}  // namespace
+
+}  // namespace finance::test

@@ -1,0 +1,147 @@
+#include "tests/adapters/sqlite/call_runner.hpp"
+
+#include <array>
+#include <bit>
+#include <cmath>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "adapters/common/engine_call.hpp"
+#include "catalogue/host_date.hpp"
+
+namespace finance::test {
+
+namespace {
+
+using catalogue::Calculation;
+using catalogue::Kind;
+
+constexpr double first_julian_day = 2e6;
+constexpr double julian_day_of_host_day_0 = 2436934.5;
+
+std::vector<std::string> split(const std::string& text, char mark) {
+    std::vector<std::string> parts;
+    std::istringstream stream{text};
+    for (std::string part; std::getline(stream, part, mark);) parts.push_back(part);
+    return parts;
+}
+
+double number_of(const std::string& bits) {
+    return std::bit_cast<double>(static_cast<std::uint64_t>(std::stoull(bits, nullptr, 16)));
+}
+
+std::optional<SqlValue> date(double host_days, std::size_t way) {
+    const auto text = catalogue::iso_date(host_days);
+    if (text && way % 2 == 0) return *text;
+    if (host_days < first_julian_day) return host_days;
+    const double julian_day = host_days + julian_day_of_host_day_0;
+    if (julian_day - julian_day_of_host_day_0 == host_days) return julian_day;
+    return {};
+}
+
+SqlValue number(double x, std::size_t way) {
+    const bool whole = x == std::trunc(x) && std::abs(x) < 0x1p53 && !(x == 0.0 && std::signbit(x));
+    if (whole && way % 3 == 0) return static_cast<std::int64_t>(x);
+    return x;
+}
+
+std::optional<SqlValue> said(Kind kind, const std::string& word, std::size_t way) {
+    const std::string rest = word.substr(2);
+    if (word[0] == 't') return rest;
+    return is_dated(kind) ? date(number_of(rest), way) : number(number_of(rest), way);
+}
+
+SqlValue answered(const Calculation& calculation, double value) {
+    if (calculation.result != catalogue::ResultKind::date) return value;
+    if (const auto text = catalogue::iso_date(value)) return *text;
+    return value < first_julian_day ? value : value + julian_day_of_host_day_0;
+}
+
+}  // namespace
+
+std::vector<CallLine> read_call_lines() {
+    std::ifstream file{ENGINE_CALLS};
+    std::vector<CallLine> lines;
+    for (std::string text; std::getline(file, text);) {
+        std::vector<std::string> words = split(text, '\t');
+        CallLine line{.number = lines.size(), .calculation = catalogue::find(words.at(0))};
+        if (line.calculation == nullptr || words.size() < 4) throw std::runtime_error{"no call: " + text};
+        line.answer = words.back();
+        line.verdict = words[words.size() - 2];
+        line.parameters.assign(words.begin() + 1, words.end() - 2);
+        lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
+CallRunner::CallRunner(const Database& database)
+    : database_{database},
+      clear_{(database.execute("CREATE TEMP TABLE flows(a, b)"), database.get()), "DELETE FROM flows"},
+      insert_{database.get(), "INSERT INTO flows VALUES (?1, ?2)"} {}
+
+bool CallRunner::fill(const CallLine& line, std::vector<SqlValue>& scalars, Lists& lists) {
+    for (std::size_t i = 0; i < line.parameters.size(); ++i) {
+        const auto& parameter = line.calculation->parameters[i];
+        const bool list = is_list(parameter.kind);
+        std::vector<SqlValue> values;
+        if (line.parameters[i] == "-") return false;
+        for (const std::string& word : list ? split(line.parameters[i], ',') : std::vector{line.parameters[i]}) {
+            const auto value = said(parameter.kind, word, line.number + values.size());
+            if (!value) return false;
+            values.push_back(*value);
+        }
+        if (list) {
+            lists.push_back(std::move(values));
+        } else {
+            scalars.push_back(values.front());
+        }
+    }
+    return lists.size() < 2 || lists[0].size() == lists[1].size();
+}
+
+// "SELECT fin_xirr(a, b, ?1) FROM ..."
+Statement& CallRunner::statement_for(const CallLine& line) {
+    constexpr std::array columns{"a", "b"};
+    std::string arguments;
+    std::size_t lists = 0;
+    int scalars = 0;
+    for (std::size_t i = 0; i < line.parameters.size(); ++i) {
+        const bool list = is_list(line.calculation->parameters[i].kind);
+        arguments += i > 0 ? ", " : "";
+        if (list) {
+            arguments += columns.at(lists++);
+        } else {
+            arguments.append("?").append(std::to_string(++scalars));
+        }
+    }
+    std::string sql = "SELECT " + adapters::function_name(*line.calculation) + '(' + arguments + ')';
+    if (lists > 0) sql += " FROM (SELECT a, b FROM flows ORDER BY rowid)";
+    return statements_.try_emplace(sql, database_.get(), sql).first->second;
+}
+
+void CallRunner::put_rows(const Lists& lists) {
+    clear_.run();
+    for (std::size_t row = 0; row < lists[0].size(); ++row) {
+        for (std::size_t i = 0; i < lists.size(); ++i) insert_.bind(static_cast<int>(i) + 1, lists[i][row]);
+        insert_.run();
+    }
+}
+
+std::optional<Outcome> CallRunner::run(const CallLine& line) {
+    std::vector<SqlValue> scalars;
+    Lists lists;
+    if (!fill(line, scalars, lists)) return {};
+    if (!lists.empty()) put_rows(lists);
+    Statement& statement = statement_for(line);
+    for (std::size_t i = 0; i < scalars.size(); ++i) statement.bind(static_cast<int>(i) + 1, scalars[i]);
+    return statement.run();
+}
+
+Outcome CallRunner::expected(const CallLine& line) {
+    if (line.verdict == "refused") return {.error = line.answer};
+    if (line.verdict == "missing") return {.values = {Null{}}};
+    return {.values = {answered(*line.calculation, number_of(line.answer))}};
+}
+
+}  // namespace finance::test
