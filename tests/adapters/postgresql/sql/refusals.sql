@@ -1,0 +1,66 @@
+-- Each refusal: its sentence, then its state. 22023: an argument breaks its rule; 22003: no answer, no argument at fault.
+\set VERBOSITY default
+SELECT fin_sln(10000, 1000, 0); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', '2030-11-15', 2.5); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', '2024-11-15', 2); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, 'monthly'); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, 7); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, 'Infinity'); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, 'nan'); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, ''); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, 'täglich'); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_mirr(ARRAY[-1, 2], 0, 0.1); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_nper(0.005, -4, 20000); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_irr(ARRAY[1, 2]); \echo :LAST_ERROR_SQLSTATE
+
+-- Infinity is a date and no day. Dates without end of either sign; the first one is named.
+SELECT fin_coupnum('-infinity', '2030-11-15', 2); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum('2025-01-20', 'infinity', 2.5); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_xnpv(0.1, ARRAY[1, 2], ARRAY['2025-01-01', 'infinity']::date[]); \echo :LAST_ERROR_SQLSTATE
+
+-- Lists that belong together and do not pair up; a date must not pass for a guess.
+SELECT fin_xnpv(0.1, ARRAY[1, 2, 3], ARRAY['2025-01-01']::date[]); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_xirr(ARRAY[-1, 2, 3], ARRAY['2025-01-01', '2026-01-01']::date[]); \echo :LAST_ERROR_SQLSTATE
+
+-- Too many, too few, the wrong types.
+SELECT fin_sln(10000, 1000); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_sln(10000, 1000, 5, 1); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_coupnum(45677, 47802, 2); \echo :LAST_ERROR_SQLSTATE
+
+-- An answer that is no date of the server's: a bond that settles on its first day has its coupon before that.
+SELECT fin_couppcd('4714-11-24 BC', '4700-11-15 BC', 2); \echo :LAST_ERROR_SQLSTATE
+
+-- Longer lists than a call may have; a basis of a million characters.
+SELECT fin_npv(0.1, array_fill(1::float8, ARRAY[4194305])); \echo :LAST_ERROR_SQLSTATE
+SELECT fin_npv(1, array_fill(1::float8, ARRAY[4194304])) AS "1/2 + 1/4 + ...";
+\set VERBOSITY sqlstate
+SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, repeat('x', 1000000));
+\set VERBOSITY default
+SELECT length(:'LAST_ERROR_MESSAGE') > 1000000 AS "named in full";
+
+-- Parts of aggregates are not to be called.
+SELECT fin_npv_result(NULL); \echo :LAST_ERROR_SQLSTATE
+
+-- A transaction goes on after a refusal, and each is caught by its state.
+DO $$
+DECLARE refused int := 0;
+BEGIN
+    FOR i IN 1 .. 10000 LOOP
+        BEGIN
+            PERFORM fin_sln(10000, 1000, -i);
+        EXCEPTION WHEN invalid_parameter_value THEN
+            refused := refused + 1;
+        END;
+    END LOOP;
+    RAISE NOTICE '% refused', refused;
+END $$;
+
+-- A long query of many calls ends when it is told to: each call is short, and between calls the server looks up.
+SET statement_timeout = '200ms';
+SELECT count(fin_yield('2025-01-20', '2030-11-15', 0.05, 90 + (n % 1000) / 100.0, 100, 2)) FROM generate_series(1, 100000000) n;
+\echo :LAST_ERROR_SQLSTATE
+-- In one expression too.
+SELECT max(r) FROM generate_series(1, 1) one, LATERAL (SELECT sum(fin_yield('2025-01-20', '2030-11-15', 0.05, 90 + n % 7, 100, 2)) AS r
+FROM generate_series(1, 10000000) n) s;
+\echo :LAST_ERROR_SQLSTATE
+RESET statement_timeout;
