@@ -82,6 +82,24 @@ TEST(DuckdbLists, AreGatheredFromTheRowsOfAGroup) {
               "IRR: no answer");
 }
 
+// Once written down as a macro, a list in order is used like an aggregate.
+TEST(DuckdbLists, AMacroGathersThemLikeAnAggregate) {
+    const Database database;
+    make_flows(database);
+    database.run("CREATE MACRO irr_of(flow, moment) AS fin_irr(list(flow ORDER BY moment, flow))");
+    database.run(
+        "CREATE MACRO xirr_of(flow, moment) AS fin_xirr(list(flow ORDER BY moment, flow), list(moment ORDER BY moment, "
+        "flow))");
+    const Table table = database.query(
+        "SELECT deal, round(irr_of(flow, day), 10), round(xirr_of(flow, day), 10) FROM flows WHERE deal < 3 "
+        "GROUP BY deal HAVING irr_of(flow, day) > 0.05 ORDER BY deal");
+    ASSERT_EQ(table.error, "");
+    ASSERT_EQ(table.rows.size(), 2U);
+    using Row = std::vector<std::optional<std::string>>;
+    EXPECT_EQ(table.rows[0], (Row{"1", "0.1", "0.1"}));
+    EXPECT_EQ(table.rows[1], (Row{"2", "0.2", "0.2"}));
+}
+
 TEST(DuckdbLists, AreGatheredFromTheRowsOfAWindow) {
     const Database database;
     make_flows(database);
