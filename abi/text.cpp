@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "abi/conversions.hpp"
 #include "abi/host_control.hpp"
 #include "abi/host_services.hpp"
 

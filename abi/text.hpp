@@ -2,7 +2,6 @@
 // Lengths are signed; where no rule gives a negative length a meaning it counts as 0. None of these allocates.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 
 #include "abi/conversions.hpp"

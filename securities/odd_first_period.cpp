@@ -139,14 +139,15 @@ LaterCoupons sum_later_coupons(double t, double v, double N) {
     const double t0 = t;
     double sum = 0.0;
     double k = 1.0;
-    if (N >= 1.0) {
-        do {
-            if (k > longest_literal_sum) return {t0 * v * sum_of_powers(v, N), t0 * std::pow(v, N)};
-            k = k + 1.0;
+    while (N >= k) {
+        if (k > longest_literal_sum) return {t0 * v * sum_of_powers(v, N), t0 * std::pow(v, N)};
+        const double end = end_of_block(k, N + 1.0, longest_literal_sum + 1.0);
+        add_terms(k, end, [&] {
             t = t * v;
             sum = sum + t;
-            if (same_bits(t * v, t) && same_bits(sum + t, sum)) break;
-        } while (k <= N);
+        });
+        k = end;
+        if (same_bits(t * v, t) && same_bits(sum + t, sum)) break;
     }
     return {sum, t};
 }
