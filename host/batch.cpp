@@ -58,10 +58,7 @@ std::size_t call_rows(const RowCalls& calls, std::size_t first, std::size_t last
         double result = missing_value;
         const std::uint32_t status = calls.dispatcher(frame.context(), &result);
         const bool answered = status == ZELKOVAN_STATUS_SUCCESS;
-        batch.results[row] = answered ? result : missing_value;
-        if (batch.statuses != nullptr) batch.statuses[row] = status;
-        const int flagged = answered ? -1 : frame.take_first_flag();
-        if (batch.flagged != nullptr) batch.flagged[row] = flagged;
+        store(batch, row, status, answered ? result : missing_value, answered ? -1 : frame.take_first_flag());
         refused += answered ? 0U : 1U;
         frame.forget_notes();
         said.log.clear();

@@ -115,9 +115,7 @@ std::size_t EmbeddedHost::evaluate_rows(const Batch& batch, unsigned threads) co
     for (std::size_t row = 0; row < batch.rows; ++row) {
         for (std::size_t i = 0; i < arguments.size(); ++i) arguments[i] = batch.columns[i].argument(row);
         const Evaluation evaluation = evaluate(batch.name, arguments);
-        batch.results[row] = evaluation.value;
-        if (batch.statuses != nullptr) batch.statuses[row] = evaluation.status;
-        if (batch.flagged != nullptr) batch.flagged[row] = evaluation.flagged;
+        store(batch, row, evaluation.status, evaluation.value, evaluation.flagged);
         refused += evaluation.answered() ? 0U : 1U;
     }
     return refused;
