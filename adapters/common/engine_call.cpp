@@ -22,12 +22,6 @@ const host::EmbeddedHost& shared_host() {
 
 // ---- Functions
 
-std::string lower_case(std::string_view text) {
-    std::string lower{text};
-    for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return lower;
-}
-
 std::string function_name(const Calculation& calculation) { return "fin_" + lower_case(calculation.name); }
 
 std::size_t fewest_parameters(const Calculation& calculation) {
@@ -101,6 +95,21 @@ std::vector<host::Argument> unrolled(const Calculation& calculation, std::span<c
         }
     }
     return arguments;
+}
+
+std::string pairing_fault(const Calculation& calculation, std::span<const std::span<const double>> lists) {
+    const auto counted = [&](std::size_t i) {
+        return std::to_string(lists[i].size()) + ' ' + std::string{calculation.parameters[i].name};
+    };
+    std::size_t first = lists.size();
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        if (!is_list(calculation.parameters[i].kind)) continue;
+        if (first == lists.size()) first = i;
+        if (lists[i].size() != lists[first].size()) {
+            return std::string{calculation.name} + ": " + counted(first) + ", but " + counted(i);
+        }
+    }
+    return {};
 }
 
 // ---- Calls

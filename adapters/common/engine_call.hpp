@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "catalogue/catalogue.hpp"
+#include "catalogue/text_case.hpp"
 #include "host/batch.hpp"
 #include "host/embedded_host.hpp"
 
@@ -27,7 +28,7 @@ const host::EmbeddedHost& shared_host();
 // ---- Functions
 
 std::string function_name(const catalogue::Calculation& calculation);  // "fin_price"
-std::string lower_case(std::string_view text);
+using catalogue::lower_case;
 
 inline bool is_scalar(const catalogue::Calculation& calculation) { return catalogue::list_count(calculation) == 0; }
 
@@ -49,6 +50,10 @@ host::Argument basis_argument(std::string_view text);
 // each given parameter, and only the one of its kind is looked at.
 std::vector<host::Argument> unrolled(const catalogue::Calculation& calculation, std::span<const host::Argument> scalars,
                                      std::span<const std::span<const double>> lists);
+
+// Two lists belong together value by value, and the call itself cannot tell where the first one ends: "XNPV: 3 values, but
+// 2 dates". Empty where they pair up.
+std::string pairing_fault(const catalogue::Calculation& calculation, std::span<const std::span<const double>> lists);
 
 // ---- Calls
 

@@ -72,25 +72,9 @@ private:
     std::vector<const ListColumn*> of_parameter_;
 };
 
-// "XNPV: 3 values, but 2 dates"; empty where the lists pair up.
-std::string pairing_fault(const Calculation& calculation, std::span<const std::span<const double>> lists) {
-    const auto counted = [&](std::size_t i) {
-        return std::to_string(lists[i].size()) + ' ' + std::string{calculation.parameters[i].name};
-    };
-    std::size_t first = lists.size();
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        if (!is_list(calculation.parameters[i].kind)) continue;
-        if (first == lists.size()) first = i;
-        if (lists[i].size() != lists[first].size()) {
-            return std::string{calculation.name} + ": " + counted(first) + ", but " + counted(i);
-        }
-    }
-    return {};
-}
-
 Answer call_of_lists(const Calculation& calculation, std::span<const host::Argument> scalars,
                      std::span<const std::span<const double>> lists) {
-    std::string fault = pairing_fault(calculation, lists);
+    std::string fault = adapters::pairing_fault(calculation, lists);
     if (!fault.empty()) return {.refusal = std::move(fault)};
     return adapters::call(calculation, adapters::unrolled(calculation, scalars, lists));
 }

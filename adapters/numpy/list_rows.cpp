@@ -60,20 +60,6 @@ bool fits(const Calculation& calculation, std::span<const RowValues> parameters,
     return true;
 }
 
-std::string pairing_fault(const Calculation& calculation, std::span<const std::span<const double>> lists) {
-    std::size_t first = lists.size();
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        if (!is_list(calculation.parameters[i].kind)) continue;
-        if (first == lists.size()) first = i;
-        if (lists[i].size() == lists[first].size()) continue;
-        const auto counted = [&](std::size_t k) {
-            return std::to_string(lists[k].size()) + ' ' + std::string{calculation.parameters[k].name};
-        };
-        return std::string{calculation.name} + ": " + counted(first) + ", but " + counted(i);
-    }
-    return {};
-}
-
 std::size_t call_lists(const Calculation& calculation, std::span<const RowValues> parameters,
                        std::span<double> results) {
     Row row{std::vector<host::Argument>(parameters.size(), host::Argument::absent()),

@@ -26,7 +26,4 @@ bool fits(const catalogue::Calculation& calculation, std::span<const RowValues> 
 std::size_t call_lists(const catalogue::Calculation& calculation, std::span<const RowValues> parameters,
                        std::span<double> results);
 
-// Empty where all lists of a call are equally long, else the sentence.
-std::string pairing_fault(const catalogue::Calculation& calculation, std::span<const std::span<const double>> lists);
-
 }  // namespace finance::adapters::numpy

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "catalogue/text_case.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::catalogue::pages {
@@ -33,7 +34,7 @@ std::string section(std::string_view title, std::string_view text) {
 std::string anchor(std::string_view title) {
     std::string result;
     for (const char c : title) {
-        const char small = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        const char small = lower(c);
         const bool kept = (small >= 'a' && small <= 'z') || (small >= '0' && small <= '9') || small == '-';
         if (kept) result += small;
         if (small == ' ') result += '-';

@@ -1,7 +1,6 @@
 #include "command/tables/call_plan.hpp"
 
 #include <algorithm>
-#include <cctype>
 #include <optional>
 
 #include "catalogue/text_case.hpp"
@@ -124,12 +123,6 @@ std::string numbered(const std::string& name, const std::vector<std::string>& ta
     return candidate;
 }
 
-std::string lower(std::string_view name) {
-    std::string text{name};
-    for (char& c : text) c = static_cast<char>(std::tolower(c));
-    return text;
-}
-
 void take_name(std::vector<std::string>& taken, const std::string& name) {
     if (std::ranges::find(taken, name) != taken.end()) {
         throw UsageError{"there is a column '" + name + "' already; name the result otherwise", "finance help map"};
@@ -153,7 +146,7 @@ void name_results(CallPlan& plan, const std::vector<CallExpression>& calls, std:
     }
     for (PlannedCall& call : plan.calls) {
         if (call.result.empty()) {
-            call.result = numbered(lower(call.calculation->name), taken);
+            call.result = numbered(catalogue::lower_case(call.calculation->name), taken);
             taken.push_back(call.result);
         }
         if (with_status) take_name(taken, status_name(call));

@@ -66,6 +66,17 @@ TEST(Arguments, ListsUnrollWhereTheyStand) {
     }
 }
 
+TEST(Arguments, ListsMustPairUp) {
+    const std::array<double, 3> three{-100.0, 60.0, 60.0};
+    const std::array<double, 2> two{20000.0, 20365.0};
+    const std::array<std::span<const double>, 3> uneven{{{}, three, two}};
+    EXPECT_EQ(pairing_fault(named("XNPV"), uneven), "XNPV: 3 values, but 2 dates");
+    const std::array<std::span<const double>, 3> even{{{}, two, two}};
+    EXPECT_EQ(pairing_fault(named("XNPV"), even), "");
+    const std::array<std::span<const double>, 2> alone{{{}, three}};
+    EXPECT_EQ(pairing_fault(named("NPV"), alone), "");
+}
+
 // 100 at 10 % a year later is 110: worth nothing today in all.
 TEST(Calls, AnswerMissingRefusal) {
     const std::array<host::Argument, 5> even{0.1, -100.0, 110.0, 20000.0, 20365.0};

@@ -19,13 +19,12 @@
 #include <cstdlib>
 #include <iostream>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
 #include "catalogue/layout.hpp"
-#include "catalogue/wording.hpp"
+#include "tests/model/draws.hpp"
 
 namespace finance::adapters {
 
@@ -46,22 +45,15 @@ bool printable(const std::string& text) {
     return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-// A word of the corpus: n:BITS or c:BYTES, both hexadecimal, or null.
-std::optional<Value> value_of(const std::string& word, std::string& text) {
-    const std::string digits = word.substr(2);
-    if (digits == "null") return std::nullopt;
-    if (word[0] == 'n') {
-        const double number = std::bit_cast<double>(static_cast<std::uint64_t>(std::stoull(digits, nullptr, 16)));
-        if (std::isnan(number)) return std::nullopt;
-        return Value{number, "n:" + bits_of(number)};
+// What an engine can say of an argument. The text must live on.
+std::optional<Value> value_of(const test::Arg& argument) {
+    if (argument.kind() == test::Arg::Kind::number && !std::isnan(argument.number())) {
+        return Value{argument.number(), "n:" + bits_of(argument.number())};
     }
-    text.clear();
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-        text.push_back(static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16)));
-    }
-    const bool keyword = basis_argument(text).kind() == host::Argument::Kind::text;
-    if (!printable(text) || !keyword) return std::nullopt;
-    return Value{std::string_view{text}, "t:" + text};
+    if (argument.kind() != test::Arg::Kind::text || !printable(argument.text())) return std::nullopt;
+    const host::Argument basis = basis_argument(argument.text());
+    if (basis.kind() != host::Argument::Kind::text) return std::nullopt;
+    return Value{basis, "t:" + argument.text()};
 }
 
 bool is_basis(const catalogue::Calculation& calculation, std::size_t position, std::size_t values) {
@@ -89,15 +81,12 @@ std::string written(const catalogue::Calculation& calculation, const std::vector
     return next == values.size() ? line : "";
 }
 
-void write_call(const std::string& name, const std::string& words) {
-    const catalogue::Calculation* calculation = catalogue::find(name);
+void write_call(const test::Draw& draw) {
+    const catalogue::Calculation* calculation = catalogue::find(draw.name);
     if (calculation == nullptr) return;
     std::vector<Value> values;
-    std::vector<std::string> texts;
-    texts.reserve(words.size());
-    std::istringstream stream{words};
-    for (std::string word; stream >> word;) {
-        const auto value = value_of(word, texts.emplace_back());
+    for (const test::Arg& argument : draw.arguments) {
+        const auto value = value_of(argument);
         if (!value) return;
         values.push_back(*value);
     }
@@ -111,7 +100,7 @@ void write_call(const std::string& name, const std::string& words) {
     const std::string parameters = written(*calculation, values);
     if (parameters.empty()) return;
     const Answer answer = call(*calculation, arguments);
-    std::cout << name << parameters;
+    std::cout << draw.name << parameters;
     if (answer.verdict == Verdict::answered) std::cout << "\tanswered\t" << bits_of(answer.value) << '\n';
     if (answer.verdict == Verdict::missing) std::cout << "\tmissing\t-\n";
     if (answer.verdict == Verdict::refused) std::cout << "\trefused\t" << answer.refusal << '\n';
@@ -130,12 +119,7 @@ int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     long number = 0;
     for (std::string line; std::getline(std::cin, line);) {
-        if (number++ % every != 0) continue;
-        const std::size_t first = line.find('\t');
-        const std::size_t second = line.find('\t', first + 1);
-        if (second != line.npos) {
-            finance::adapters::write_call(line.substr(0, first), line.substr(first + 1, second - first - 1));
-        }
+        if (number++ % every == 0) finance::adapters::write_call(finance::test::draw_of(line));
     }
     return 0;
 }

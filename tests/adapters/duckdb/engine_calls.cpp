@@ -1,25 +1,10 @@
 #include "engine_calls.hpp"
 
-#include <bit>
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
-#include <stdexcept>
+#include "tests/adapters/call_lines.hpp"
 
 namespace finance::test {
 
 namespace {
-
-std::vector<std::string> split(const std::string& line, char separator) {
-    std::vector<std::string> words;
-    std::istringstream stream{line};
-    for (std::string word; std::getline(stream, word, separator);) words.push_back(word);
-    return words;
-}
-
-double number_of_bits(const std::string& digits) {
-    return std::bit_cast<double>(static_cast<std::uint64_t>(std::stoull(digits, nullptr, 16)));
-}
 
 Entry entry_of(const std::string& word) {
     if (word.starts_with("t:")) return {.is_text = true, .text = word.substr(2)};
@@ -29,25 +14,20 @@ Entry entry_of(const std::string& word) {
     return entry;
 }
 
-EngineCall call_of(const std::string& line) {
-    const std::vector<std::string> words = split(line, '\t');
-    if (words.size() < 4) throw std::runtime_error{"not a call: " + line};
-    EngineCall call{.calculation = catalogue::find(words[0])};
-    if (call.calculation == nullptr) throw std::runtime_error{"no calculation: " + line};
-    const std::size_t verdict = words.size() - 2;
-    for (std::size_t i = 1; i < verdict; ++i) call.entries.push_back(entry_of(words[i]));
-    call.verdict = words[verdict];
-    if (call.verdict == "answered") call.value = number_of_bits(words.back());
-    if (call.verdict == "refused") call.sentence = words.back();
+EngineCall call_of(const CallLine& line) {
+    EngineCall call{.calculation = line.calculation};
+    for (const std::string& parameter : line.parameters) call.entries.push_back(entry_of(parameter));
+    call.verdict = line.verdict;
+    if (call.verdict == "answered") call.value = number_of_bits(line.answer);
+    if (call.verdict == "refused") call.sentence = line.answer;
     return call;
 }
 
 }  // namespace
 
 std::vector<EngineCall> engine_calls() {
-    std::ifstream file{ZELKOVAN_ENGINE_CALLS};
     std::vector<EngineCall> calls;
-    for (std::string line; std::getline(file, line);) calls.push_back(call_of(line));
+    for (const CallLine& line : read_call_lines()) calls.push_back(call_of(line));
     return calls;
 }
 

@@ -1,11 +1,7 @@
 #include "tests/adapters/sqlite/call_runner.hpp"
 
 #include <array>
-#include <bit>
 #include <cmath>
-#include <fstream>
-#include <sstream>
-#include <stdexcept>
 
 #include "adapters/common/engine_call.hpp"
 #include "catalogue/host_date.hpp"
@@ -19,17 +15,6 @@ using catalogue::Kind;
 
 constexpr double first_julian_day = 2e6;
 constexpr double julian_day_of_host_day_0 = 2436934.5;
-
-std::vector<std::string> split(const std::string& text, char mark) {
-    std::vector<std::string> parts;
-    std::istringstream stream{text};
-    for (std::string part; std::getline(stream, part, mark);) parts.push_back(part);
-    return parts;
-}
-
-double number_of(const std::string& bits) {
-    return std::bit_cast<double>(static_cast<std::uint64_t>(std::stoull(bits, nullptr, 16)));
-}
 
 std::optional<SqlValue> date(double host_days, std::size_t way) {
     const auto text = catalogue::iso_date(host_days);
@@ -49,7 +34,7 @@ SqlValue number(double x, std::size_t way) {
 std::optional<SqlValue> said(Kind kind, const std::string& word, std::size_t way) {
     const std::string rest = word.substr(2);
     if (word[0] == 't') return rest;
-    return is_dated(kind) ? date(number_of(rest), way) : number(number_of(rest), way);
+    return is_dated(kind) ? date(number_of_bits(rest), way) : number(number_of_bits(rest), way);
 }
 
 SqlValue answered(const Calculation& calculation, double value) {
@@ -59,21 +44,6 @@ SqlValue answered(const Calculation& calculation, double value) {
 }
 
 }  // namespace
-
-std::vector<CallLine> read_call_lines() {
-    std::ifstream file{ENGINE_CALLS};
-    std::vector<CallLine> lines;
-    for (std::string text; std::getline(file, text);) {
-        std::vector<std::string> words = split(text, '\t');
-        CallLine line{.number = lines.size(), .calculation = catalogue::find(words.at(0))};
-        if (line.calculation == nullptr || words.size() < 4) throw std::runtime_error{"no call: " + text};
-        line.answer = words.back();
-        line.verdict = words[words.size() - 2];
-        line.parameters.assign(words.begin() + 1, words.end() - 2);
-        lines.push_back(std::move(line));
-    }
-    return lines;
-}
 
 CallRunner::CallRunner(const Database& database)
     : database_{database},
@@ -141,7 +111,7 @@ std::optional<Outcome> CallRunner::run(const CallLine& line) {
 Outcome CallRunner::expected(const CallLine& line) {
     if (line.verdict == "refused") return {.error = line.answer};
     if (line.verdict == "missing") return {.values = {Null{}}};
-    return {.values = {answered(*line.calculation, number_of(line.answer))}};
+    return {.values = {answered(*line.calculation, number_of_bits(line.answer))}};
 }
 
 }  // namespace finance::test

@@ -10,21 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/catalogue.hpp"
+#include "tests/adapters/call_lines.hpp"
 #include "tests/adapters/sqlite/database.hpp"
 
 namespace finance::test {
-
-struct CallLine {
-    std::size_t number = 0;
-    const catalogue::Calculation* calculation = nullptr;
-    std::vector<std::string> parameters{};
-    std::string verdict{};
-    std::string answer{};
-};
-
-// All of the file; throws where it cannot be read.
-std::vector<CallLine> read_call_lines();
 
 class CallRunner {
 public:
