@@ -25,6 +25,9 @@ namespace finance {
 inline ArgSlot* slots_of(HostCallContext* context) { return reinterpret_cast<ArgSlot*>(context + 1); }
 inline const ArgSlot* slots_of(const HostCallContext* context) { return reinterpret_cast<const ArgSlot*>(context + 1); }
 
+// The name included. The high half of the field is not looked at: 0xFFFFFFFF00000004 is 4, 0xFFFFFFFF is -1.
+inline std::int64_t argument_count(const HostCallContext* context) { return low_32_bits(context->count); }
+
 inline int slot_type(const ArgSlot& slot) { return slot.type & ~ZELKOVAN_TYPE_HOST_MARK & 0xFF; }
 
 inline void flag_invalid(ArgSlot& slot) { slot.flags |= ZELKOVAN_FLAG_INVALID; }

@@ -38,9 +38,13 @@ bool read_keyword(const ArgSlot& slot, std::int32_t& basis) {
     const std::int64_t length = wzstdel(work, value.length, " ", 1);
     wzstrup(work, length);
 
+    // What the host made of a letter may be a blank: where lengths differ, trailing blanks do not count.
+    const std::int64_t stripped = wzstrip(work, length);
     const auto names_it = [&](const BasisKey& key) {
+        const char* keyword = key.keyword.data();
         const auto keyword_length = static_cast<std::int64_t>(key.keyword.size());
-        return length == keyword_length && wzstcmn(work, length, key.keyword.data(), keyword_length, 0) == 0;
+        if (length == keyword_length) return wzstcmn(work, length, keyword, keyword_length, 0) == 0;
+        return stripped == wzstrip(keyword, keyword_length) && wzstcmn(work, stripped, keyword, stripped, 0) == 0;
     };
     const auto key = std::ranges::find_if(Keys, names_it);
     if (key == Keys.end()) return false;

@@ -2,7 +2,8 @@
 //
 //  (1) fncnmis reads every slot as a number, the name's too.
 //  (2) fnccmis goes by type: bit 0 of the type byte set means a number, anything else is a text, missing when blank.
-//  (3) A slot without a value, and a text without characters, is missing.
+//  (3) fncmis looks at slot 0 whatever the count: who calls it has one.
+//  (4) A slot without a value, and a text without characters, is missing.
 #include "abi/arguments.hpp"
 #include "abi/text.hpp"
 
@@ -21,7 +22,8 @@ bool missing_by_type(const ArgSlot& slot) {
 template <typename Test>
 void count_slots(const HostCallContext* context, double* result, Test test) {
     std::int64_t missing = 0;
-    for (std::int64_t i = 0; i < context->count; ++i) {
+    const std::int64_t count = argument_count(context);
+    for (std::int64_t i = 0; i < count; ++i) {
         if (test(slots_of(context)[i])) ++missing;
     }
     *result = static_cast<double>(missing);
@@ -42,7 +44,6 @@ std::uint32_t fnccmis(const HostCallContext* context, double* result) {
 }
 
 std::uint32_t fncmis(const HostCallContext* context, double* result) {
-    const bool missing = context->count < 1 || finance::missing_by_type(*finance::slots_of(context));
-    *result = missing ? 1.0 : 0.0;
+    *result = finance::missing_by_type(*finance::slots_of(context)) ? 1.0 : 0.0;
     return finance::STATUS_SUCCESS;
 }

@@ -68,7 +68,7 @@ typedef struct HostCallContext {
     uint8_t mode; /* says whether the notes of XIRR are limited: 72, 88, 104, 136 */
     uint8_t host_owned_too[3];
     int32_t notes_written; /* counts them where they are */
-    int64_t count;         /* of arguments, the name included */
+    int64_t count;         /* of arguments, the name included; its low 32 bits, signed, are what counts */
 } HostCallContext;
 ZELKOVAN_ASSERT(sizeof(HostCallContext) == 40, "the slots begin at byte 40");
 ZELKOVAN_ASSERT(offsetof(HostCallContext, mode) == 24, "mode byte");
@@ -158,11 +158,16 @@ ZELKOVAN_EXPORT const ImageInformation* mcn_main(void* gcb_anchor, void* pidb_an
 ZELKOVAN_EXPORT void* zelkovan(int32_t request, ...);
 ZELKOVAN_EXPORT void kxvercn1(void* destination);
 
-/* Evaluates FINANCE. Returns 0 with *result written, or 120836: then *result is the missing value, or untouched where
- * the call never reached a calculation (unknown name, wrong number of arguments). */
+/* Evaluates FINANCE. Returns 0 with *result written, or 120836: then *result is the missing value, or untouched
+ *   - where the call never reached a calculation: unknown name, wrong number of arguments;
+ *   - TBILLEQ, where the equation of a bill of more than half a year has no real solution;
+ *   - XNPV, where the number of arguments is odd;
+ *   - XNPV and XIRR, where the host has no memory for their working arrays.
+ * So write what *result shall be then before the call. A null result is never written to. */
 ZELKOVAN_EXPORT uint32_t fncfin(HostCallContext* context, double* result);
 
-/* Missing-value counters: every slot read as a number; every slot by its type; slot 0 only (1.0 or 0.0). Return 0. */
+/* Missing-value counters: every slot read as a number; every slot by its type; slot 0 only, whatever the count (1.0 or
+ * 0.0). Return 0. */
 ZELKOVAN_EXPORT uint32_t fncnmis(const HostCallContext* context, double* result);
 ZELKOVAN_EXPORT uint32_t fnccmis(const HostCallContext* context, double* result);
 ZELKOVAN_EXPORT uint32_t fncmis(const HostCallContext* context, double* result);

@@ -80,11 +80,11 @@ std::int32_t find_calculation(const CharacterValue& argument) {
 
 std::uint32_t fncfin(HostCallContext* context, double* result) {
     using namespace finance;
-    if (context->count < 1) {  // not even a name, and no slot to flag
+    const std::int64_t count = argument_count(context);
+    if (count < 1) {  // not even a name, and no slot to flag
         log_usage();
         return STATUS_INVALID_ARGUMENT;
     }
-    const std::int64_t count = low_32_bits(context->count);
     ArgSlot& name = slots_of(context)[0];
     const std::int32_t found = find_calculation(character_value(name));
     if (found == unknown_row) {

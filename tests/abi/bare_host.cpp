@@ -1,5 +1,6 @@
 #include "tests/abi/bare_host.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <cstdio>
 #include <cstdlib>
@@ -103,6 +104,7 @@ std::uint64_t BareHost::serve(const Registers& registers) {
             break;
         case service_upper:
             convert(registers, 'a', 'z');
+            std::replace(text_of(registers), text_of(registers) + registers.integers[1], '~', ' ');
             break;
         default:
             break;

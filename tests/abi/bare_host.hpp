@@ -40,7 +40,7 @@ struct MemoryRequest {
 
 // Takes the place of whatever control block the module knows, and gives it back in the end. One at a time.
 //
-// The case services convert ASCII letters; the log service keeps lines; all others answer with `answer`.
+// The case services convert ASCII letters, upper case also '~' to a blank; the log service keeps lines; all others answer with `answer`.
 class BareHost {
 public:
     static constexpr unsigned char untouched_mark = 0xFF;

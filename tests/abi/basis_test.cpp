@@ -192,6 +192,14 @@ TEST(Basis, ByServiceAndCollatingTable) {
     host.collating['\\'] = '/';
     check({{"a byte that collates as the slash", "ACT\\365", 3}});
 
+    // '~' becomes a blank after blanks are gone: where lengths differ, those at the end do not count
+    check({{"a blank behind", "ACTUAL~", 1},
+           {"three behind", "30/360~~~", 0},
+           {"as long as another keyword", "30/360~", 0},
+           {"in front", "~ACTUAL", fails},
+           {"inside", "ACT~/360", fails},
+           {"blanks alone", "~~~~~~", fails}});
+
     host.set_multibyte(true);
     host.answer = 0;  // all texts are equal, says the host: the first keyword of the right length
     check({{"six bytes", "xxxxxx", 0}, {"seven bytes", "xxxxxxx", 2}, {"nine bytes", "xxxxxxxxx", fails}});

@@ -1,6 +1,7 @@
 // Missing-value counters: by number, by type, of the first slot. Expected counts by hand.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
@@ -98,8 +99,9 @@ TEST(MissingCounters, WhatCountsAsANumber) {
     }
 }
 
+// A count whose low 32 bits are below 1 has no slots; the high ones are not looked at.
 TEST(MissingCounters, WithoutSlots) {
-    for (const std::int64_t count : {std::int64_t{0}, std::int64_t{-1}, INT64_MIN}) {
+    for (const std::int64_t count : {0LL, -1LL, 1LL << 32, 0xFFFFFFFFLL, 5LL << 31}) {
         NumericSlots slots{{}};
         slots.context()->count = count;
         double result = 77.0;
@@ -108,8 +110,26 @@ TEST(MissingCounters, WithoutSlots) {
         result = 77.0;
         EXPECT_EQ(fnccmis(slots.context(), &result), 0U);
         EXPECT_EQ(result, 0.0);
-        EXPECT_EQ(fncmis(slots.context(), &result), 0U);
-        EXPECT_EQ(result, 1.0) << "a first slot that is not there";
+    }
+    NumericSlots slots{{missing, missing, 1.0}};
+    slots.context()->count = -4294967296 + 3;
+    double result = 77.0;
+    EXPECT_EQ(fncnmis(slots.context(), &result), 0U);
+    EXPECT_EQ(result, 2.0);
+    EXPECT_EQ(fnccmis(slots.context(), &result), 0U);
+    EXPECT_EQ(result, 2.0);
+}
+
+// The test of the first slot asks for no count.
+TEST(MissingCounters, TheFirstSlotWhateverTheCount) {
+    for (const std::int64_t count : {0LL, -1LL, 1LL << 32}) {
+        for (const double value : {missing, 5.0}) {
+            NumericSlots slots{{value}};
+            slots.context()->count = count;
+            double result = 77.0;
+            EXPECT_EQ(fncmis(slots.context(), &result), 0U);
+            EXPECT_EQ(result, std::isnan(value) ? 1.0 : 0.0);
+        }
     }
 }
 

@@ -324,10 +324,13 @@ TEST_F(Dispatcher, OddCounts) {
         {3 * 4294967296 + 5, {}, true},
         {4294967296 + 3, not_enough, false},
         {4294967296 + 7, too_many, false},
-        {4294967295, not_enough, false},  // -1
-        {2147483648, not_enough, false},  // the smallest 32-bit number
+        {INT64_MIN + 4, {}, true},
+        {-4294967296 + 4, {}, true},        // 0xFFFFFFFF00000004
+        {4294967295, usage_lines(), false},  // -1
+        {4294967296, usage_lines(), false},
+        {2147483648, usage_lines(), false},  // the smallest 32-bit number
         {2147483647, too_many, false},
-        {INT64_MAX, not_enough, false},
+        {INT64_MAX, usage_lines(), false},
         {0, usage_lines(), false},
         {-1, usage_lines(), false},
         {-4, usage_lines(), false},
