@@ -31,15 +31,14 @@ void begin_list(CouponList* list, const CouponInfo& info) {
     write_period(list, &list->firstPeriod, *start, *info.nextCoupon);
 }
 
-// The later ones, up to the period that reaches the end date.
+// The later ones, up to the period that reaches the end date. A walk that comes round before has none that does.
 void walk_to_end(CouponList* list, const CalendarDate& first_end) {
     PeriodWalk walk{first_end, *list->terms};
-    if (const std::int64_t skipped = walk.skippable(*list->endDate); skipped > 0) {
-        walk.skip(skipped);
-        count_periods(&list->periodsStored, skipped);
-        count_periods(&list->wholePeriods, skipped);
-    }
-    while (walk.step()) {
+    const std::int64_t skipped = walk.sure_steps(*list->endDate);
+    walk.skip(skipped);
+    count_periods(&list->periodsStored, skipped);
+    count_periods(&list->wholePeriods, skipped);
+    while (walk.step() || !before(walk.to(), *list->endDate)) {
         write_period(list, &list->lastPeriod, walk.from(), walk.to());
         switch (zCompareDates(&walk.to(), list->endDate)) {
             case DATE_BEFORE:

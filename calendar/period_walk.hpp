@@ -1,9 +1,11 @@
 // Whole periods one after another, away from a date.
 //
 //  (1) The k-th date is the origin moved by k periods, not the date before it moved by one.
-//  (2) A walk ends where a step does not move the date forward: a frequency without months per period, or years beyond
-//      32 bits. From year -1 to year 0, which stand for the same year, a walk may stand still and goes on.
-//  (3) Periods that lie well before the date walked to may be passed over at once, as many as a literal walk would.
+//  (2) Months are counted in 32 bits, and so are years: a walk comes round where the next step would begin again from the
+//      far past. Without months per period even steps move by as many months as they are counted, and odd ones lie 2^31
+//      months before them; it comes round where the even ones do, or at once where the first odd one does.
+//  (3) A walk ends where it reaches the date walked to, or where it comes round.
+//  (4) Periods that lie well before the date walked to may be passed over at once, as many as a literal walk would.
 #pragma once
 
 #include "calendar/calendar_date.hpp"
@@ -13,18 +15,18 @@ namespace finance {
 
 class PeriodWalk {
 public:
-    PeriodWalk(const CalendarDate& origin, const CouponTerms& terms)
-        : origin_{origin}, terms_{terms}, from_{origin}, to_{origin} {}
+    PeriodWalk(const CalendarDate& origin, const CouponTerms& terms);
 
-    // The next period. False where the walk has ended; to() is then the date that was no step forward.
+    // The next period. False where the walk has come round.
     bool step();
 
-    // Passes over `periods` periods; the next step is taken from there. At most skippable().
+    // Passes over `periods` periods; the next step is taken from there. At most as many as the next two tell.
     void skip(std::int64_t periods);
 
-    // Periods that may be skipped on the way to `end`: those that end three calendar years or more before it, as far as
-    // they can be counted in months of 32 bits. 0 where there are none.
-    [[nodiscard]] std::int64_t skippable(const CalendarDate& end) const;
+    // Steps to the last date of `year` or before it, but not to the last two before the walk comes round. At least 0.
+    [[nodiscard]] std::int64_t steps_to_year(std::int64_t year) const;
+    // The same to a year that surely lies before `end`, at most five before its own. No period up to there reaches it.
+    [[nodiscard]] std::int64_t sure_steps(const CalendarDate& end) const;
 
     [[nodiscard]] const CalendarDate& from() const { return from_; }
     [[nodiscard]] const CalendarDate& to() const { return to_; }
@@ -35,6 +37,7 @@ private:
     CalendarDate from_;
     CalendarDate to_;
     std::int64_t k_ = 0;
+    std::int64_t comes_round_;  // the first k that does
 };
 
 }  // namespace finance
