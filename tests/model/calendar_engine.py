@@ -567,12 +567,6 @@ def length_of_period(start, end, terms):
     return terms.period_days
 
 
-def walk_is_over(earlier, later, terms):
-    """A frequency without months per period has no schedule to walk along: the walk ends at the first step that
-    does not move the date forward. With months per period every walk comes to its end by itself."""
-    return terms.months_per_period == NO_MONTHS_PER_PERIOD and compare_dates(later, earlier) != DATE_AFTER
-
-
 def make_the_coupon_list(start_date, end_date, maturity, terms):
     """The coupon periods that the stretch from start_date to end_date touches."""
     found = CouponList(start_date, end_date, maturity, terms)
@@ -611,8 +605,6 @@ def make_the_coupon_list(start_date, end_date, maturity, terms):
     while True:
         spend_step()
         stepped = advance_date(next_coupon, k, terms)
-        if walk_is_over(period_start, stepped, terms):
-            return found
         found.last_period = CouponPeriod(copy(period_start), copy(stepped),
                                          length_of_period(period_start, stepped, terms))
         found.periods_stored = found.periods_stored + 1
@@ -655,7 +647,7 @@ def compute_coupon_proportions(start, end, maturity, terms):
         while True:
             spend_step()
             stepped = advance_date(info.next_coupon, k, terms)
-            if compare_dates(stepped, end) in (DATE_EQUAL, DATE_AFTER) or walk_is_over(earlier, stepped, terms):
+            if compare_dates(stepped, end) in (DATE_EQUAL, DATE_AFTER):
                 break
             total = total + compute_1_coupon_proportion(earlier, stepped, earlier, stepped, terms)
             earlier = stepped

@@ -10,7 +10,7 @@ from calendar_engine import (
     CouponInfo, CouponTerms, advance_date, compare_dates, compute_1_coupon_proportion, compute_coupon_proportions,
     compute_days_in_period, compute_from_settlement_to_next_coupon, compute_the_annual_ratio, count_the_coupon_days,
     count_the_coupons, count_whole_coupons, find_coupon_info, get_month_day_year, make_the_coupon_list, spend_step,
-    take_coupon_terms, take_date, walk_is_over)
+    take_coupon_terms, take_date)
 from date_draws import (
     accrint_arguments, accrintm_arguments, duration_arguments, oddfprice_arguments, oddfyield_arguments,
     oddlprice_arguments, oddlyield_arguments, price_arguments, pricemat_arguments, yield_arguments, yieldmat_arguments)
@@ -508,7 +508,7 @@ def odd_last_quantities(bond):
     while True:
         spend_step()
         stepped = advance_date(bond.last_interest, k, terms)
-        if compare_dates(stepped, bond.settlement) == DATE_AFTER or walk_is_over(earlier, stepped, terms):
+        if compare_dates(stepped, bond.settlement) == DATE_AFTER:
             break
         total = total + compute_1_coupon_proportion(earlier, stepped, earlier, stepped, terms)
         earlier = stepped
