@@ -2,8 +2,9 @@
 //
 //  (1) A missing flow, wherever it stands, makes the result missing; no argument is named.
 //  (2) 2 to 32767 flows. Zeros at either end do not count.
-//  (3) Flows so large or so small that sums of them would leave the range of doubles are taken in another unit.
-//  (4) Flows of one sign have no rate. With one change of sign there is exactly one; with more the root search decides.
+//  (3) Flows of one sign have no rate. With one change of sign there is exactly one; with more the rate is that of the
+//      place where the root search stops, whether it solves the flows or not.
+//  (4) A rate that is no number, or the largest double, is none.
 //  (5) The flows are worked on in a pool of the host's that is gone when the call ends, on whatever path.
 #include "cashflow/irr.hpp"
 
@@ -61,47 +62,23 @@ bool acceptable(const IrrRequest& request) {
     return !(request.x0 < 0.0) && request.n >= fewest_flows && request.n <= most_flows && request.callback != nullptr;
 }
 
-// The part of |x| that sorts like it: sign off, exponent and the first bits of the fraction.
-std::uint32_t size_of(double x) {
-    return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(x) >> 32 & 0x7FFFFFFF);
-}
-
-// The largest flow is between 2^-900 and 2^960. Of n flows, sums and derivatives exceed it by n^3 < 2^45 at the most: none
-// overflows.
-bool unit_is_good(std::uint32_t largest_size) {
-    return largest_size >= size_of(0x1p-900) && largest_size < size_of(0x1p960);
-}
-
-// Brings a largest flow that is too small to between 1 and 2, one that is too large below 2^960, by a power of two.
-// Nothing is lost but of flows below 2^-1900 of the largest.
-void change_unit(double* c, std::int32_t n) {
-    const double largest = zvamx(c, n);
-    if (largest == 0.0 || !std::isfinite(largest)) return;
-    const int exponent = std::ilogb(largest);
-    const int shift = (exponent < 0 ? 0 : 959) - exponent;
-    for (std::int32_t k = 0; k < n; ++k) c[k] = std::ldexp(c[k], shift);
-}
-
-// Answers the size of the largest flow. A missing one is 0.
+// A missing flow is 0.
 template <typename FlowOfPeriod>
-std::uint32_t read_all(double* c, std::int32_t n, FlowOfPeriod flow_of_period) {
-    std::uint32_t largest = 0;
+void read_all(double* c, std::int32_t n, FlowOfPeriod flow_of_period) {
     for (std::int32_t k = 0; k < n; ++k) {
         const double flow = flow_of_period(k);
         c[k] = is_missing(flow) ? 0.0 : flow;
-        largest = std::max(largest, size_of(c[k]));
     }
-    return largest;
 }
 
 // The flows, read into the workspace, without the zeros at both ends.
 Flows read_flows(const IrrRequest& request, double* c) {
     void* context = request.context;
-    const std::uint32_t largest =
-        request.callback == cashflow  // known here, so that its body takes the place of the call
-            ? read_all(c, request.n, [=](std::int32_t k) { return cashflow(k, context); })
-            : read_all(c, request.n, [=, &request](std::int32_t k) { return request.callback(k, context); });
-    if (!unit_is_good(largest)) change_unit(c, request.n);
+    if (request.callback == cashflow) {  // known here, so that its body takes the place of the call
+        read_all(c, request.n, [=](std::int32_t k) { return cashflow(k, context); });
+    } else {
+        read_all(c, request.n, [=, &request](std::int32_t k) { return request.callback(k, context); });
+    }
     std::int32_t first = 0;
     std::int32_t last = request.n - 1;
     while (first <= last && c[first] == 0.0) ++first;
@@ -110,6 +87,11 @@ Flows read_flows(const IrrRequest& request, double* c) {
 }
 
 std::uint64_t sign_bit(double x) { return std::bit_cast<std::uint64_t>(x) >> 63; }
+
+// Exponent and first bits of the fraction: 0 for a zero, and for the smallest doubles.
+std::uint32_t size_of(double x) {
+    return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(x) >> 32 & 0x7FFFFFFF);
+}
 
 // Neighbours of different sign, by bits alone and all at once. Only where a flow may be zero (its size is 0) they are
 // looked at one by one, and zeros passed over.

@@ -1,6 +1,5 @@
 #include "cashflow/polynomial.hpp"
 
-#include <algorithm>
 #include <cmath>
 
 #include "abi/conversions.hpp"
@@ -70,34 +69,6 @@ void EvalPol(double z, CashFlowPolynomial* polynomial) {
     } else {
         evaluate(z, polynomial);
     }
-}
-
-namespace {
-
-// Largest |c_k| u^j, j counted from the coefficient at c on.
-double largest_term(const double* c, std::int64_t stride, std::int32_t n, double u) {
-    double largest = 0.0;
-    double power = 1.0;
-    for (std::int32_t j = 0; j < n; ++j) {
-        largest = std::max(largest, std::abs(c[j * stride]) * power);
-        power *= u;
-    }
-    return largest;
-}
-
-}  // namespace
-
-bool is_root(double z, CashFlowPolynomial* polynomial) {
-    constexpr double tolerance = 1e-10;
-    EvalPol(z, polynomial);
-    const std::int32_t n = polynomial->degree;
-    if (std::abs(z) < 1.0) {
-        return std::abs(polynomial->p) <= tolerance * largest_term(polynomial->c, 1, n + 1, std::abs(z));
-    }
-    std::int32_t exponent = 0;
-    const double scale = std::abs(scaled_power(z, n, &exponent));
-    const double largest = scale * largest_term(polynomial->c + n, -1, n + 1, std::abs(1.0 / z));
-    return std::abs(polynomial->p) <= tolerance * largest;
 }
 
 }  // namespace finance

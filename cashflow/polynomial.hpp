@@ -24,7 +24,4 @@ struct CashFlowPolynomial {
 //   |z| >= 1  Horner's rule on the reversed polynomial in 1/z, then z^d as a mantissa and the exponent trunc(d ln|z|)
 void EvalPol(double z, CashFlowPolynomial* polynomial);
 
-// Whether p(z) is 0 to within 1e-10 of the largest of its terms c_k z^k. Evaluates the polynomial at z.
-bool is_root(double z, CashFlowPolynomial* polynomial);
-
 }  // namespace finance

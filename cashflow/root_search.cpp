@@ -101,8 +101,9 @@ struct Side {
 constexpr Side below_one{0.999999999999, 0.0, 1.0, 0.5, 0.0};
 constexpr Side above_one{1.000000000001, 1.0, HUGE_VAL, 1.0, 1.0};
 
-// A stop at what is no root (is_root) is passed over, and the search goes on; one where the first flows no longer count
-// beside the last ends it.
+// The step comes first, then the question whether it was the last, then its replacement where it leaves the side: a stop
+// stands wherever it leads. Under the flag, when the first flows no longer count beside the last, a stop is a failure.
+// A step that is no number is not replaced, and nothing stops the search then but the number of its steps.
 bool newton_on_side(Polynomial& polynomial, const Side& side, double* z) {
     constexpr double tolerance = 1e-10;
     double x = side.start;
@@ -110,44 +111,46 @@ bool newton_on_side(Polynomial& polynomial, const Side& side, double* z) {
         EvalPol(x, &polynomial.p);
         const double step = polynomial.p.p / polynomial.p.p1;
         const double next = x - step;
-        const bool stops = std::abs(polynomial.p.p) < tolerance * polynomial.largest || std::abs(step) < tolerance;
-        if (stops && polynomial.p.underflow) return false;
-        if (stops && is_root(next, &polynomial.p)) {
+        if (std::abs(polynomial.p.p) < tolerance * polynomial.largest || std::abs(step) < tolerance) {
             *z = next;
-            return true;
+            return !polynomial.p.underflow;
         }
-        x = next > side.lowest && next <= side.highest ? next : side.factor * x + side.term;
+        x = next <= side.lowest || next > side.highest ? side.factor * x + side.term : next;
     }
     return false;
 }
 
-// With G = p'/p and H = p''/p, free of the flows' unit:
-//   z - 1 / (G/d +- sqrt((G^2 (1 - 1/d) - H) (1 - 1/d)))        the sign that makes the step shorter
-// A negative radicand sends the search to the next place. What it finds may be above 1, or negative.
+// With a = |p|, and the sign that makes the step shorter,
+//   z - a / (sgn p'/d +- sqrt((p'^2 (1 - 1/d) - p p'') (1 - 1/d)))
+// A negative radicand sends the search to the next place, which counts as a step. What it finds may be above 1, or
+// negative. The sign of 0 is +.
 bool laguerre(Polynomial& polynomial, double* z) {
     constexpr double tolerance = 1e-12;
     constexpr std::size_t restarts = 4;
-    const double d = polynomial.p.degree;
+    const CashFlowPolynomial& p = polynomial.p;
+    const double d = p.degree;
     const double share = 1.0 - 1.0 / d;
     double x = 0.99;
     std::size_t restart = 0;
     for (std::int32_t step_count = 0; step_count < most_steps; ++step_count) {
         EvalPol(x, &polynomial.p);
-        const CashFlowPolynomial& p = polynomial.p;
-        if (std::abs(p.p) < tolerance * polynomial.largest && is_root(x, &polynomial.p)) {
+        const double sgn = p.p < 0.0 ? -1.0 : 1.0;
+        const double a = std::abs(p.p);
+        if (a < tolerance * polynomial.largest) {
             *z = x;
             return true;
         }
-        const double G = p.p1 / p.p;
-        const double disc = (G * G * share - p.p2 / p.p) * share;
+        const double disc = (p.p1 * p.p1 * share - p.p * p.p2) * share;
         if (disc < 0.0) {
             if (restart == restarts) return false;
             x = zranuniValues[restart++];
             continue;
         }
-        const double step = 1.0 / (G / d + std::copysign(std::sqrt(disc), G));
+        const double slope = sgn * p.p1 / d;
+        const double den = slope < 0.0 ? slope - std::sqrt(disc) : slope + std::sqrt(disc);
+        const double step = a / den;
         x = x - step;
-        if (std::abs(step) <= tolerance * std::abs(x) && is_root(x, &polynomial.p)) {
+        if (std::abs(step) <= tolerance * std::abs(x)) {
             *z = x;
             return true;
         }

@@ -13,7 +13,8 @@ struct Flows {
     std::int32_t n;
 };
 
-// Both leave the discount factor in *z, or return why there is none.
+// Both leave the discount factor in *z, or return why there is none. All values of the polynomial are the stored ones of
+// EvalPol, without their exponent.
 
 // Exactly one change of sign: with B(z) the flows before it and z^s A(z) those from it on, Newton's method on
 //   g(t) = ln|B(e^t)| - ln|A(e^t)| - s t        t = ln z
@@ -21,8 +22,8 @@ struct Flows {
 IrrStatus root_of_one_change(const Flows& flows, double* z);
 
 // Two changes or more: Newton's method on p from just below 1, kept within (0, 1]; from just above 1, kept above;
-// then Laguerre's method from 0.99 and four fixed places. What they find is a root only if the present value there is
-// nothing beside the largest discounted flow.
+// then Laguerre's method from 0.99 and four fixed places. Each stops by its own rules, at a root or elsewhere: beside the
+// largest flow the value may be small where it is large beside the discounted ones.
 IrrStatus root_of_several_changes(const Flows& flows, double* z);
 
 }  // namespace finance

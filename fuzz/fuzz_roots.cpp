@@ -1,13 +1,16 @@
 // The search for an internal rate of periodic flows.
 //
-//  (1) What is called a root is one: the present value there, worked out in 64 bits of mantissa, is nothing beside the
-//      flows' own discounted sizes.
-//  (2) The code is one of those that there are, and each code means what it says of the flows.
-//  (3) The flows are only read; workspace is the host's, kept within and given back.
+//  (1) The root of one change of sign is one: the present value there, worked out in 64 bits of mantissa, is nothing
+//      beside the flows' own discounted sizes.
+//  (2) With several changes the answer is, bit for bit, where a plain search of three stages stops, root or not.
+//  (3) The code is one of those that there are, and each code means what it says of the flows.
+//  (4) The flows are only read; workspace is the host's, kept within and given back.
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "cashflow/irr.hpp"
+#include "cashflow/polynomial.hpp"
 #include "cashflow/root_search.hpp"
 #include "fuzz/input.hpp"
 #include "fuzz/linked_host.hpp"
@@ -35,21 +38,12 @@ struct Shape {
     bool tame = true;       // all finite, and far from both ends of the range
 };
 
-// Very large flows are taken in another unit, in which the smallest of all may be nothing.
-int change_of_unit(const std::vector<double>& flows) {
-    constexpr int highest = 960;
-    double largest = 0.0;
-    for (const double flow : flows) largest = std::max(largest, std::abs(flow == flow ? flow : 0.0));
-    return std::isfinite(largest) && largest >= std::ldexp(1.0, highest) ? highest - 1 - std::ilogb(largest) : 0;
-}
-
 // NaN counts as 0.
 Shape shape_of(const std::vector<double>& flows) {
     Shape shape;
     double sign = 0.0;
-    const int unit = change_of_unit(flows);
     for (std::size_t k = 0; k < flows.size(); ++k) {
-        if (!(std::abs(std::ldexp(flows[k], unit)) > 0.0)) continue;
+        if (!(std::abs(flows[k]) > 0.0)) continue;
         if (sign == 0.0) shape.first = k;
         if (sign * flows[k] < 0.0) ++shape.changes;
         sign = std::copysign(1.0, flows[k]);
@@ -84,20 +78,105 @@ bool solves(double z, const double* c, std::size_t n, long double tolerance) {
     return false;
 }
 
-// The searches themselves, which tell the discount factor.
-void check_search(const std::vector<double>& flows, const Shape& shape) {
+// The flows from the first to the last that is not 0.
+std::vector<double> trimmed(const std::vector<double>& flows, const Shape& shape) {
     std::vector<double> clean(flows.begin() + static_cast<std::ptrdiff_t>(shape.first),
                               flows.begin() + static_cast<std::ptrdiff_t>(shape.first + shape.size));
     for (double& flow : clean) flow = flow != flow ? 0.0 : flow;
-    const Flows trimmed{clean.data(), static_cast<std::int32_t>(clean.size())};
+    return clean;
+}
+
+// ---- Several changes: the plain search
+
+double largest_until_sign_changes(const std::vector<double>& c) {
+    double largest = 0.0;
+    for (const double flow : c) {
+        if (flow != 0.0 && std::signbit(flow) != std::signbit(c.front())) break;
+        largest = std::max(largest, std::abs(flow));
+    }
+    return largest;
+}
+
+class PlainSearch {
+public:
+    explicit PlainSearch(const std::vector<double>& c) {
+        p_.degree = static_cast<std::int32_t>(c.size()) - 1;
+        p_.c = c.data();
+        p_.leadingScale = largest_until_sign_changes(c);
+        p_.trailingScale = largest_until_sign_changes({c.rbegin(), c.rend()});
+        for (const double flow : c) largest_ = std::max(largest_, std::abs(flow));
+    }
+    std::optional<double> root() {
+        std::optional<double> z = newton(0.999999999999, false);
+        if (!z) z = newton(1.000000000001, true);
+        return z ? z : laguerre();
+    }
+
+private:
+    std::optional<double> newton(double z, bool above) {
+        for (int steps = 1; steps <= 40; ++steps) {
+            EvalPol(z, &p_);
+            const double old = z;
+            const double step = p_.p / p_.p1;
+            z = z - step;
+            if (std::abs(p_.p) < 1e-10 * largest_ || std::abs(step) < 1e-10) {
+                if (p_.underflow) return {};
+                return z;
+            }
+            if (above && z <= 1.0) z = old + 1.0;
+            if (!above && (z <= 0.0 || z > 1.0)) z = old / 2.0;
+        }
+        return {};
+    }
+    std::optional<double> laguerre() {
+        constexpr double places[] = {0.99, 0.3629244535057, 0.7451947130008, 0.8310586730163, 0.2762771729735};
+        const double d = p_.degree;
+        const double* place = places;
+        double z = *place;
+        for (int steps = 1; steps <= 40; ++steps) {
+            EvalPol(z, &p_);
+            if (std::abs(p_.p) < 1e-12 * largest_) return z;
+            const double radicand = (p_.p1 * p_.p1 * (1.0 - 1.0 / d) - p_.p * p_.p2) * (1.0 - 1.0 / d);
+            if (radicand < 0.0) {
+                if (++place == std::end(places)) return {};
+                z = *place;
+                continue;
+            }
+            const double first = (p_.p < 0.0 ? -1.0 : 1.0) * p_.p1 / d;
+            const double other = first < 0.0 ? -std::sqrt(radicand) : std::sqrt(radicand);  // both of one sign
+            const double step = std::abs(p_.p) / (first + other);
+            z = z - step;
+            if (std::abs(step) <= 1e-12 * std::abs(z)) return z;
+        }
+        return {};
+    }
+
+    CashFlowPolynomial p_{};
+    double largest_ = 0.0;
+};
+
+void check_several(const std::vector<double>& clean) {
     double z = 0.0;
-    const IrrStatus status =
-        shape.changes == 1 ? root_of_one_change(trimmed, &z) : root_of_several_changes(trimmed, &z);
-    must(status == IRR_SOLVED || status == (shape.changes == 1 ? IRR_NOT_SETTLED : IRR_NO_ROOT), "codes of a search");
+    const IrrStatus status = root_of_several_changes({clean.data(), static_cast<std::int32_t>(clean.size())}, &z);
+    const std::optional<double> plain = PlainSearch{clean}.root();
+    must(status == (plain ? IRR_SOLVED : IRR_NO_ROOT), "the search ends as the plain one does");
+    const bool same = !plain || std::bit_cast<std::uint64_t>(z) == std::bit_cast<std::uint64_t>(*plain) ||
+                      (z != z && *plain != *plain);
+    must(same, "the search stops where the plain one does");
+}
+
+// ---- One change
+
+void check_one(const std::vector<double>& clean) {
+    double z = 0.0;
+    const IrrStatus status = root_of_one_change({clean.data(), static_cast<std::int32_t>(clean.size())}, &z);
+    must(status == IRR_SOLVED || status == IRR_NOT_SETTLED, "codes of a search");
     if (status != IRR_SOLVED || !std::isnormal(z)) return;  // fewer digits than a root needs
     must(solves(z, clean.data(), clean.size(), 1e-9L), "a root is a root");
-    must(shape.changes > 1 || z > 0.0, "flows that change sign once have one root above 0");
+    must(z > 0.0, "flows that change sign once have one root above 0");
 }
+
+// ---- Requests
 
 double flow_of(std::int32_t i, void* flows) { return static_cast<const double*>(flows)[i]; }
 
@@ -148,7 +227,7 @@ void check_rates(const std::vector<double>& flows, const Shape& shape) {
     const IrrRequest by_period = solved(flows, 1.0);
     check_code(continuous, shape);
     check_code(by_period, shape);
-    if (continuous.status == IRR_SOLVED && std::abs(continuous.rate) < 700.0 && shape.tame) {
+    if (shape.changes == 1 && continuous.status == IRR_SOLVED && std::abs(continuous.rate) < 700.0 && shape.tame) {
         const long double tolerance = 1e-9L + 1e-13L * static_cast<long double>(flows.size());
         const double z = std::exp(0.0 - continuous.rate);
         must(solves(z, flows.data() + shape.first, shape.size, tolerance), "a rate solves its flows");
@@ -168,7 +247,8 @@ void run(Bytes in) {
     const bool without_missing = std::none_of(flows.begin(), flows.end(), [](double x) { return x != x; });
     check_code(solved(flows, periods), shape);
     if (without_missing) check_rates(flows, shape);
-    if (shape.changes > 0 && shape.tame) check_search(flows, shape);
+    if (shape.changes == 1 && shape.tame) check_one(trimmed(flows, shape));
+    if (shape.changes > 1) check_several(trimmed(flows, shape));
 }
 
 }  // namespace

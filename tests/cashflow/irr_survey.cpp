@@ -1,4 +1,4 @@
-// How many lists of flows IRR and XIRR solve, and how well: the figures of docs/solvers.md.
+// How many lists of flows IRR and XIRR answer, and how many of the answers solve them: the figures of docs/solvers.md.
 //
 //     irr_survey [lists of each kind and number of sign changes]
 #include <cstdio>
@@ -12,46 +12,51 @@
 namespace finance::test {
 namespace {
 
-constexpr double largest_worth = 1e-9;  // beside the largest discounted flow, beyond what rounds the rate
+constexpr double largest_worth = 1e-10;  // beside the largest discounted flow, beyond what rounds the rate
 
 struct Tally {
     int lists = 0;
-    int solved = 0;
+    int answered = 0;
     int below_minus_one = 0;  // of those
-    int false_answers = 0;    // of those
-    int unsolved_by_rate[3] = {0, 0, 0};
+    int unsolving = 0;        // of those: the worth is no 0
+    int refused_by_rate[3] = {0, 0, 0};
+    int unsolving_by_rate[3] = {0, 0, 0};
     int lists_by_rate[3] = {0, 0, 0};
-    double worst = 0.0;
+    double worst = 0.0;  // worth of the answers that solve
 
-    void add(double known_rate, bool is_solved, double rate, const Worth& worth) {
+    void add(double known_rate, bool is_answered, double rate, const Worth& worth) {
         const int band = known_rate < -0.5 ? 0 : known_rate < 0.0 ? 1 : 2;
         ++lists;
         ++lists_by_rate[band];
-        if (!is_solved) {
-            ++unsolved_by_rate[band];
+        if (!is_answered) {
+            ++refused_by_rate[band];
             return;
         }
-        ++solved;
+        ++answered;
         if (rate < -1.0) ++below_minus_one;
         const double error = worth.relative - worth.of_rounding;
         if (!(error <= largest_worth)) {
-            ++false_answers;
+            ++unsolving;
+            ++unsolving_by_rate[band];
         } else if (error > worst) {
             worst = error;
         }
     }
     void print(const char* name, const char* changes) const {
-        std::printf("%-30s %-5s %7d %8.2f %% %6d %6d %9.1e   %5d/%-6d %5d/%-6d %5d/%d\n", name, changes, lists,
-                    100.0 * solved / lists, below_minus_one, false_answers, worst, unsolved_by_rate[0],
-                    lists_by_rate[0], unsolved_by_rate[1], lists_by_rate[1], unsolved_by_rate[2], lists_by_rate[2]);
+        std::printf("%-30s %-5s %6d %7.2f %% %6.2f %% %5d %6d %8.1e", name, changes, lists, 100.0 * answered / lists,
+                    100.0 * unsolving / answered, unsolving, below_minus_one, worst);
+        for (int band = 0; band < 3; ++band) {
+            std::printf("   %5d %5d %5d", lists_by_rate[band], refused_by_rate[band], unsolving_by_rate[band]);
+        }
+        std::printf("\n");
     }
 };
 
 constexpr const char* heading =
-    "                               signs           change            of these  worst    unsolved of the lists "
-    "with a known rate\n"
-    "flows                          change  lists    solved  < -1   false   worth    below -50 %   below 0      "
-    "above\n";
+    "                               signs                   do not solve   below  worst of   lists with a known rate, "
+    "refused, not solved\n"
+    "flows                          change  lists answered     of these       -1 the others   below -50 %         "
+    "below 0             above\n";
 
 constexpr Changes all_changes[] = {Changes::one, Changes::two, Changes::many};
 constexpr const char* changes_name[] = {"once", "twice", "often"};

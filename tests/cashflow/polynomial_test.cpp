@@ -122,20 +122,6 @@ TEST(EvalPol, UnderflowFlag) {
     }
 }
 
-TEST(IsRoot, ToWithinATenthBillionthOfTheLargestTerm) {
-    const std::vector<double> c{8, -6, 1};  // (z - 2) (z - 4)
-    CashFlowPolynomial p = polynomial_of(c);
-    EXPECT_TRUE(is_root(2.0, &p));
-    EXPECT_TRUE(is_root(4.0, &p));
-    EXPECT_TRUE(is_root(2.0 + 5e-10, &p));   // -2 times 5e-10, of a term of 12
-    EXPECT_FALSE(is_root(2.0 + 7e-10, &p));  // 1.4e-9 above 1.2e-9
-    EXPECT_FALSE(is_root(3.0, &p));
-    const std::vector<double> q{-1e-9, 1, 1};  // (z - 1e-9) (z + 1), nearly
-    CashFlowPolynomial small = polynomial_of(q);
-    EXPECT_TRUE(is_root(1e-9, &small) || is_root(1e-9 - 1e-18, &small));
-    EXPECT_FALSE(is_root(1.1e-9, &small));  // small beside the largest coefficient, not beside the terms
-}
-
 // ---- Against 200 bits
 
 struct Exact {

@@ -34,7 +34,7 @@ COUNTS = {
     "TBILLPRICE": (4, 4), "TBILLYIELD": (4, 4), "VDB": (6, 8), "XIRR": (2, 0), "XNPV": (2, 0), "YEARFRAC": (3, 4),
     "YIELD": (7, 8), "YIELDDISC": (5, 6), "YIELDMAT": (6, 7)}
 
-MODULES = ["calendar_model", "securities", "datedflows", "annuities", "rates", "depreciation", "bills", "generators"]
+MODULES = ["calendar_model", "securities", "datedflows", "irr", "annuities", "rates", "depreciation", "bills", "generators"]
 MOST_REDRAWS = 1000
 
 

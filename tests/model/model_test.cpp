@@ -27,16 +27,13 @@ TEST_P(Model, AgreesBitForBit) {
     EXPECT_GE(counts.answered, counts.checked / 5);
 }
 
-// All but IRR, whose search has no order of operations that another program must keep: irr_test.cpp checks its roots.
-std::vector<std::string> modelled() {
-    std::vector<std::string> names;
-    for (const FinancialRow& row : FinancialList) {
-        if (std::string_view{row.name} != "IRR") names.emplace_back(row.name);
-    }
-    return names;
+std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (const FinancialRow& row : FinancialList) all.emplace_back(row.name);
+    return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Model, testing::ValuesIn(modelled()), [](const auto& name) { return name.param; });
+INSTANTIATE_TEST_SUITE_P(All, Model, testing::ValuesIn(names()), [](const auto& name) { return name.param; });
 
 }  // namespace
 }  // namespace finance::test
