@@ -1,5 +1,5 @@
 // The corpus: more than 200,000 calls, each with the status, flags and result bits that it must have in every build,
-// whatever the compiler and its optimisation. The slow model wrote all but those of IRR (scripts/refresh-corpus).
+// whatever the compiler and its optimisation. The slow model wrote them (scripts/refresh-corpus).
 #include <gtest/gtest.h>
 
 #include <cstdlib>

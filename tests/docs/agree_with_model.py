@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """Is what the documentation shows right? Works out its examples with the slow model, which knows nothing of the module
-or of the command: answers digit for digit, refusals by the argument at fault. The model has no IRR: its rate must bring
-the flows to 0, and its refusals must have no flows of two signs.
+or of the command: answers digit for digit, refusals by the argument at fault.
 
     agree_with_model.py SOURCE_FOLDER
 
@@ -48,12 +47,6 @@ def arguments_of(words):
     return [argument_of(text) for text in texts]
 
 
-def is_internal_rate(given, shown):
-    growth = 1 + Fraction(float(shown))
-    worths = [Fraction(flow.value) / growth**k for k, flow in enumerate(given)]
-    return abs(sum(worths)) < Fraction(1, 10**12) * sum(abs(worth) for worth in worths)
-
-
 def same_answer(name, value, shown):
     if math.isnan(value):
         return shown == "."
@@ -65,9 +58,6 @@ def same_answer(name, value, shown):
 def agrees(name, given, shown, calculation):
     """Whether the first line shown, the answer or the refusal, is what the model says."""
     refusal = REFUSAL.fullmatch(shown)
-    if name == "IRR":
-        signs = {flow.value > 0 for flow in given if flow.value != 0}
-        return len(signs) < 2 if refusal else is_internal_rate(given, shown)
     status, flagged, value = arguments.run(calculation, arguments.Call(given, name.encode()))
     if refusal:
         slots = {int(refusal.group(2))} if refusal.group(2) else set()
@@ -84,7 +74,7 @@ def verdict(example, calculations):
     if call.group(3) and lines.pop() != ("1" if REFUSAL.fullmatch(lines[0]) else "0"):
         return False
     name = call.group(1)
-    return agrees(name, arguments_of(shlex.split(call.group(2))), lines[0], calculations.get(name))
+    return agrees(name, arguments_of(shlex.split(call.group(2))), lines[0], calculations[name])
 
 
 def main():

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <bit>
 #include <cstdlib>
 #include <sstream>
@@ -95,15 +94,6 @@ Draw draw_of(const std::string& line) {
     }
     draw.result = fields.at(4);
     return draw;
-}
-
-std::string verdict_of(Draw draw) {
-    const Outcome outcome = Call{draw.name, std::move(draw.arguments)}.through_handler();
-    std::string flagged;
-    for (const int slot : outcome.flagged) flagged.append(flagged.empty() ? "" : ",").append(std::to_string(slot));
-    std::array<char, 17> result{"untouched"};
-    if (outcome.written) std::snprintf(result.data(), result.size(), "%016lx", bits(outcome.value));
-    return std::to_string(outcome.status) + '\t' + (flagged.empty() ? "-" : flagged) + '\t' + result.data();
 }
 
 std::vector<Draw> read_draws(const std::string& command) {

@@ -22,9 +22,6 @@ Draw draw_of(const std::string& line);
 // Those that the shell command prints.
 std::vector<Draw> read_draws(const std::string& command);
 
-// What the module answers, written as the verdict of a line: status, flagged slots, result.
-std::string verdict_of(Draw draw);
-
 struct DrawCounts {
     int checked = 0;
     int answered = 0;

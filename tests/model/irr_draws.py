@@ -8,11 +8,13 @@ from arguments import AbsentNumber, Number
 from generators import missing
 from ieee import INF, LARGEST
 
-# Searches that end in different ways: a double root, a stop that is no root, a stop far out, logarithms without digits.
+# Searches that end in different ways: at a double root, at no root, far out, beyond infinity, at no number, with logarithms
+# that have lost their digits, or not at all.
 KNOWN = [[-100.0, 490.0, -760.0, 360.0], [1.0, -4.3, 6.92, -4.94, 1.32], [-2.0, 72.0, 5.0, 76.0, 28.0, 73.0, -1e12],
          [-1e302, 1.1e302], [-100.0, 110.0], [-100.0, 230.0, -132.0], [15.0, -4.0, 18.0, -1.0], [18.0, 19.0, -8.0, 1.0],
          [-4.0, 4.0, 9.0, -18.0, 8.0], [15.0, -2.0, 4.0, -11.0, 5.0, 14.0, -4.0], [1.0, -3.0, 3.0, -1.0],
-         [-2.0, 3.0, -3.0, 1.0], [1.0, -1.0, 1.0], [-1e300, 1e-300], [-1e-300, 1e300], [-1e-9, 1e300]]
+         [-2.0, 3.0, -3.0, 1.0], [1.0, -1.0, 1.0], [-1e300, 1e-300], [-1e-300, 1e300], [-1e-9, 1e300],
+         [-3.0, 6.0, 0.0, -6.0, 3.0], [2.0, -5.0, 3.0, 1.0, -1.0], [-2.0, 7.0, -9.0, 5.0, -1.0]]
 
 
 def length(rng, fewest):
@@ -109,7 +111,8 @@ def balanced(rng):
 
 def huge(rng):
     unit = 10.0 ** rng.uniform(285.0, 308.0)
-    return [min(LARGEST, max(0.0 - LARGEST, unit * flow)) for flow in rng.choice([small_whole_flows, with_roots, closing_cost])(rng)]
+    flows = rng.choice([small_whole_flows, with_roots, closing_cost])(rng)
+    return [min(LARGEST, max(0.0 - LARGEST, unit * flow)) for flow in flows]
 
 
 def tiny(rng):
