@@ -1,8 +1,10 @@
 // Sums over the periods of a loan, walked period by period.
 //
-//  (1) The walk stops early where no further step can change a bit: the balance is a fixed point of the step, and so is
-//      the sum.
-//  (2) A walk that would go past ten million steps is replaced by its closed form.
+//  (1) A step leads from a larger balance to none that is smaller, rounded as it is: balances rise or fall all the way.
+//      One that a step leaves as it was has come to rest; none alternates.
+//  (2) From there on all steps add the same amount, in jumps that keep every bit (calendar/repeated_sum.hpp).
+//  (3) A walk that does not come to rest within a hundred million steps is replaced by its closed form; within ten
+//      million where amounts are near the denormal numbers.
 #pragma once
 
 #include <cstdint>
@@ -26,5 +28,9 @@ double sum_of_interest(const LoanWalk& walk);
 
 // sum + (r b + payment): the principal of each step.
 double sum_of_principal(const LoanWalk& walk);
+
+// What the steps add to each, of a payment that is not rounded, in closed form (loan_spans.cpp).
+double closed_interest(const LoanWalk& walk);
+double closed_principal(const LoanWalk& walk);
 
 }  // namespace finance

@@ -1,4 +1,4 @@
-// Numbers of 200 bits, for reference values of kernels and closed forms.
+// Numbers of 200 bits, or as many as a formula's cancellation takes, for reference values of kernels and closed forms.
 #pragma once
 
 #include <mpfr.h>
@@ -11,36 +11,45 @@
 
 namespace finance::test {
 
-class Precise {
+template <mpfr_prec_t precision>
+class PreciseOf {
 public:
-    static constexpr mpfr_prec_t precision = 200;
-
-    Precise(double x = 0.0) {
+    PreciseOf(double x = 0.0) {
         mpfr_init2(value_, precision);
         mpfr_set_d(value_, x, MPFR_RNDN);
     }
-    Precise(const Precise& other) {
+    PreciseOf(const PreciseOf& other) {
         mpfr_init2(value_, precision);
         mpfr_set(value_, other.value_, MPFR_RNDN);
     }
-    Precise& operator=(const Precise& other) {
+    PreciseOf& operator=(const PreciseOf& other) {
         mpfr_set(value_, other.value_, MPFR_RNDN);
         return *this;
     }
-    ~Precise() { mpfr_clear(value_); }
+    ~PreciseOf() { mpfr_clear(value_); }
 
-    friend Precise operator+(const Precise& a, const Precise& b) { return made(mpfr_add, a, b); }
-    friend Precise operator-(const Precise& a, const Precise& b) { return made(mpfr_sub, a, b); }
-    friend Precise operator*(const Precise& a, const Precise& b) { return made(mpfr_mul, a, b); }
-    friend Precise operator/(const Precise& a, const Precise& b) { return made(mpfr_div, a, b); }
-    friend Precise power(const Precise& a, const Precise& b) { return made(mpfr_pow, a, b); }
-    friend Precise logarithm(const Precise& a) {
-        Precise r;
+    friend PreciseOf operator+(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_add, a, b); }
+    friend PreciseOf operator-(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_sub, a, b); }
+    friend PreciseOf operator*(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_mul, a, b); }
+    friend PreciseOf operator/(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_div, a, b); }
+    friend PreciseOf power(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_pow, a, b); }
+    friend PreciseOf logarithm(const PreciseOf& a) {
+        PreciseOf r;
         mpfr_log(r.value_, a.value_, MPFR_RNDN);
         return r;
     }
-    friend Precise magnitude(const Precise& a) {
-        Precise r;
+    friend PreciseOf exponential_less_1(const PreciseOf& a) {
+        PreciseOf r;
+        mpfr_expm1(r.value_, a.value_, MPFR_RNDN);
+        return r;
+    }
+    friend PreciseOf logarithm_of_1_and(const PreciseOf& a) {
+        PreciseOf r;
+        mpfr_log1p(r.value_, a.value_, MPFR_RNDN);
+        return r;
+    }
+    friend PreciseOf magnitude(const PreciseOf& a) {
+        PreciseOf r;
         mpfr_abs(r.value_, a.value_, MPFR_RNDN);
         return r;
     }
@@ -48,13 +57,15 @@ public:
 
 private:
     template <typename Operation>
-    static Precise made(Operation operation, const Precise& a, const Precise& b) {
-        Precise r;
+    static PreciseOf made(Operation operation, const PreciseOf& a, const PreciseOf& b) {
+        PreciseOf r;
         operation(r.value_, a.value_, b.value_, MPFR_RNDN);
         return r;
     }
     mpfr_t value_;
 };
+
+using Precise = PreciseOf<200>;
 
 // |got - exact| in units in the last place of size.
 inline double error_in_ulps(double got, const Precise& exact, double size) {
