@@ -160,6 +160,8 @@ bool laguerre(Polynomial& polynomial, double* z) {
 
 }  // namespace
 
+// Flows whose sizes sum to less than 1e-20 of the largest would have the root 1 at once; there are none, since the largest
+// is part of the sum.
 IrrStatus root_of_several_changes(const Flows& flows, double* z) {
     Polynomial polynomial = whole(flows);
     if (newton_on_side(polynomial, below_one, z) || newton_on_side(polynomial, above_one, z) ||

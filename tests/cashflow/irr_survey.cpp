@@ -19,6 +19,7 @@ struct Tally {
     int answered = 0;
     int below_minus_one = 0;  // of those
     int unsolving = 0;        // of those: the worth is no 0
+    int far_off = 0;          // of those: by more than a hundredth of the largest discounted flow
     int refused_by_rate[3] = {0, 0, 0};
     int unsolving_by_rate[3] = {0, 0, 0};
     int lists_by_rate[3] = {0, 0, 0};
@@ -38,6 +39,7 @@ struct Tally {
         if (!(error <= largest_worth)) {
             ++unsolving;
             ++unsolving_by_rate[band];
+            if (!(error <= 0.01)) ++far_off;
         } else if (error > worst) {
             worst = error;
         }
@@ -63,7 +65,7 @@ constexpr const char* changes_name[] = {"once", "twice", "often"};
 
 void survey_irr(int lists) {
     std::printf("IRR\n%s", heading);
-    int total = 0;
+    Tally all;
     for (const Changes changes : all_changes) {
         for (const Population& population : populations) {
             Draws draw{20};
@@ -74,10 +76,14 @@ void survey_irr(int lists) {
                 tally.add(list.rate, answer.code == 0, answer.rate, worth_at(list.flows, answer.rate));
             }
             tally.print(population.name, changes_name[static_cast<int>(changes)]);
-            total += tally.lists;
+            all.lists += tally.lists;
+            all.answered += tally.answered;
+            all.unsolving += tally.unsolving;
+            all.far_off += tally.far_off;
         }
     }
-    std::printf("%d lists\n", total);
+    std::printf("%d lists, %d answers, %d do not solve, %d of these by more than 1 %% of the largest discounted flow\n",
+                all.lists, all.answered, all.unsolving, all.far_off);
 }
 
 // One change of sign, 2 to 8 flows anywhere in 360 periods, logarithmic sizes from 1/largest to largest: how each ends.
