@@ -7,6 +7,7 @@
 //  (3) MDURATION divides by the frequency as it is stored, the kernel by one of at least 1.
 #include "securities/duration.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "calendar/date_arguments.hpp"
@@ -59,36 +60,50 @@ struct CashFlowSums {
     double t;   // its time, years
 };
 
-// From the first coupon (c at time t with weight w) to the N-th, 1/f years apart. Ends early where the weight has come
-// to rest and no time, up to the last, shows beside the sums.
-CashFlowSums sum_cash_flows(double c, double w, double t, double v, double f, double N) {
-    const double w0 = w;
-    const double t0 = t;
-    double PV = c * w;
-    double TW = t * c * w;
-    double k = 1.0;
-    while (N > k) {
-        if (k >= longest_literal_sum) {
-            const double all = sum_of_powers(v, N);
-            return {c * w0 * all, c * w0 * (t0 * all + sum_of_weighted_powers(v, N) / f), w0 * std::pow(v, N - 1.0),
-                    t0 + (N - 1.0) / f};
-        }
-        const double end = end_of_block(k, N);
-        add_terms(k, end, [&] {
-            w = w * v;
-            t = t + 1.0 / f;
-            PV = PV + c * w;
-            TW = TW + c * w * t;
-        });
-        k = end;
-        if (N > k && same_bits(w * v, w) && same_bits(PV + c * w, PV)) {
-            const double latest = 2.0 * (t + (N - k) / f);  // beyond the last time, however its sum is rounded
-            const bool hidden =
-                same_bits(TW + c * w * latest, TW) && same_bits(TW + 100.0 * w * latest, TW + 100.0 * w * t);
-            if (hidden) break;
-        }
+// For more coupons than are added one by one: all weights as a multiple of the largest one, and coupons so small that
+// their sums would be denormal as a multiple of 2^-600, neither of which their ratio shows.
+CashFlowSums closed_cash_flows(double c, double t, double v, double f, double N) {
+    const PowerSums sums = sums_from_largest(v, N);
+    const double last_t = t + (N - 1.0) / f;
+    const double scale = c < 0x1p-500 ? 0x1p+600 : c > 0x1p+500 ? 0x1p-600 : 1.0;
+    const double coupon = c * scale;
+    if (v > 1.0 || c == 0.0) {
+        return {coupon * sums.plain, coupon * (last_t * sums.plain - sums.weighted / f), scale, last_t};
     }
-    return {PV, TW, w, t};
+    const double half = std::pow(v, (N - 1.0) / 2.0);
+    return {coupon * sums.plain, coupon * (t * sums.plain + sums.weighted / f), half * scale * half, last_t};
+}
+
+// True where no later coupon changes a bit, nor the redemption at any later weight and time: of both the largest is taken,
+// twice the last time for all that adding up times may round.
+bool is_settled(const CashFlowSums& sums, double c, double v, double years_left) {
+    if (!std::isfinite(sums.w)) return true;
+    if (!(v <= 1.0) || !hides(sums.PV, c * sums.w)) return false;
+    const double time = std::max(std::abs(sums.t), 2.0 * (sums.t + years_left));
+    return hides(sums.TW, c * sums.w * time) && hides(sums.PV, 100.0 * sums.w) && hides(sums.TW, 100.0 * sums.w * time);
+}
+
+// From the first coupon (c at time t with weight w) to the N-th, 1/f years apart.
+CashFlowSums sum_cash_flows(double c, double w, double t, double v, double f, double N) {
+    const double first_t = t;
+    CashFlowSums sums{c * w, t * c * w, w, t};
+    double k = 1.0;
+    const double limit = N > block_of_terms ? longest_literal_sum / cost_of_term(c * w) : N;
+    while (N > k) {
+        if (k >= limit) return closed_cash_flows(c, first_t, v, f, N);
+        const double end = end_of_block(k, N, limit);
+        CashFlowSums now = sums;
+        add_terms(k, end, [&] {
+            now.w = now.w * v;
+            now.t = now.t + 1.0 / f;
+            now.PV = now.PV + c * now.w;
+            now.TW = now.TW + c * now.w * now.t;
+        });
+        sums = now;
+        k = end;
+        if (N > k && is_settled(sums, c, v, (N - k) / f)) break;
+    }
+    return sums;
 }
 
 }  // namespace

@@ -6,10 +6,7 @@ namespace finance {
 
 namespace {
 
-// v^n - 1, from v - 1, which is exact for v between 1/2 and 2
-double growth(double v, double n) { return std::expm1(n * std::log1p(v - 1.0)); }
-
-// Sum of j v^j by powers of h = v - 1, for |n h| < 1: the coefficient of h^i is (i+1) C(n, i+2) + i C(n, i+1).
+// Sum of j u^j by powers of h = u - 1, for |n h| < 1: the coefficient of h^i is (i+1) C(n, i+2) + i C(n, i+1).
 double weighted_by_series(double h, double n) {
     double binomial = n;  // C(n, i+1)
     double power = 1.0;   // h^i
@@ -25,15 +22,33 @@ double weighted_by_series(double h, double n) {
 
 }  // namespace
 
-double sum_of_powers(double v, double n) {
-    if (v == 1.0) return n;
-    return growth(v, n) / (v - 1.0);
+// (1 - u^n) / (1 - u)   and   (u (1 - u^n) / (1 - u) - n u^n) / (1 - u)
+// Why    u^n is v^n or v^-n: 1 / v is rounded, and n times as far off in its n-th power
+PowerSums sums_from_largest(double v, double n) {
+    if (v == 1.0) return {n, n * (n - 1.0) / 2.0};
+    const double h = v - 1.0;
+    const double d = v < 1.0 ? -h : h / v;  // 1 - u
+    const double exponent = v < 1.0 ? n : -n;
+    const double x = exponent * std::log1p(h);
+    const double plain = (x > -1.0 ? -std::expm1(x) : 1.0 - std::pow(v, exponent)) / d;
+    if (n * d < 1.0) return {plain, weighted_by_series(-d, n)};
+    const double u = v < 1.0 ? v : 1.0 / v;
+    return {plain, (u * plain - n * std::pow(v, exponent)) / d};
 }
 
-double sum_of_weighted_powers(double v, double n) {
-    const double h = v - 1.0;
-    if (std::abs(n * h) < 1.0) return weighted_by_series(h, n);
-    return (n * std::pow(v, n) - v * sum_of_powers(v, n)) / h;
+double sum_of_powers(double v, double n) {
+    const double sum = sums_from_largest(v, n).plain;
+    return v > 1.0 ? sum * std::pow(v, n - 1.0) : sum;
+}
+
+DiscountSums closed_discount_sums(double v, double f, double e, double n) {
+    const PowerSums sums = sums_from_largest(v, n);
+    const double last_e = e + (n - 1.0);
+    const double first = std::pow(v, e);
+    const double last = std::pow(v, last_e);
+    const double largest = v > 1.0 ? last : first;
+    const double periods = v > 1.0 ? last_e * sums.plain - sums.weighted : e * sums.plain + sums.weighted;
+    return {largest * sums.plain, last, -(largest * (v / f)) * periods, -(last * (v / f)) * last_e};
 }
 
 }  // namespace finance

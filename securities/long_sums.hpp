@@ -1,24 +1,40 @@
 // Sums over coupons.
 //
-//  (1) A sum is formed term by term, as its formula has it, for up to ten million terms.
-//  (2) It ends early where nothing can change a bit any more. Whether it may is looked at between blocks of terms.
-//  (3) Beyond, and where the searches of one call have added a hundred million terms, its closed form takes over.
+//  (1) A sum is formed term by term, as its formula has it, for up to two hundred million terms; in a search for up to
+//      ten million, and as long as the search has added no more than two hundred million. Terms near the denormal
+//      numbers, which some processors are slow with, are allowed a twentieth of that.
+//  (2) It ends early where no bit of the result can change any more: v <= 1 lets no later power be larger than the last
+//      one, and a sum that a term leaves as it was is left so by every smaller one, since rounding keeps the order; or
+//      the power is infinite or no number, and stays so. Whether it may end is looked at between blocks of terms.
+//  (3) Beyond (1) its closed form takes over.
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 
 #include "abi/conversions.hpp"
 
 namespace finance {
 
-inline constexpr double longest_literal_sum = 1e7;
-inline constexpr double longest_literal_search = 1e8;
+inline constexpr double longest_literal_sum = 2e8;
+inline constexpr double longest_literal_sum_of_search = 1e7;
+inline constexpr double longest_literal_search = 2e8;
+inline constexpr double cost_of_denormals = 20.0;  // of a term, in usual terms
 inline constexpr std::int64_t block_of_terms = 64;
 static_assert(static_cast<std::int64_t>(longest_literal_sum) % block_of_terms == 0);
 
+// Of a term of the size of `amount`, or down from it to where (2) ends the sum.
+inline double cost_of_term(double amount) { return std::abs(amount) < 0x1p-960 ? cost_of_denormals : 1.0; }
+
+// Terms of this cost that a search may form literally which has added so many.
+inline double literal_terms_of_search(double added, double cost) {
+    const double left = std::min(longest_literal_sum_of_search, longest_literal_search - added);
+    return cost == 1.0 ? left : static_cast<double>(truncate_to_int64(left / cost));
+}
+
 // Where the block ends that begins after k terms, of N or at most `limit`. All are whole, and k is below both others.
-inline double end_of_block(double k, double N, double limit = longest_literal_sum) {
+inline double end_of_block(double k, double N, double limit) {
     const std::int64_t next = (static_cast<std::int64_t>(k) / block_of_terms + 1) * block_of_terms;
     return std::min({static_cast<double>(next), N, limit});
 }
@@ -39,9 +55,30 @@ inline void with_division_by(double f, Sum sum) {
     }
 }
 
-// The closed forms, for v > 0 and whole n >= 1.
-// Error  relative, 9e-14 for n up to 1e10 and |n ln v| <= 600, against 200 bits
-double sum_of_powers(double v, double n);           // 1 + v + .. + v^(n-1)
-double sum_of_weighted_powers(double v, double n);  // 0 + v + 2 v^2 + .. + (n-1) v^(n-1)
+// True where a sum has no bits left for an amount of this size, added or taken.
+inline bool hides(double sum, double amount) { return sum + amount == sum && sum - amount == sum; }
+
+// ---- Closed forms, for v > 0 and whole n >= 1
+
+// Sums of powers of u, which is v, or 1 / v where that is below 1.
+// Error  relative, 9e-16 worst of 2e5 draws, n to 3e10, |n ln v| to 760 and v down to 1e-12, against 200 bits
+struct PowerSums {
+    double plain;     // 1 + u + .. + u^(n-1)
+    double weighted;  // 0 + u + 2 u^2 + .. + (n-1) u^(n-1)
+};
+PowerSums sums_from_largest(double v, double n);
+
+// 1 + v + .. + v^(n-1)
+double sum_of_powers(double v, double n);
+
+// Discounted coupons of 1 at v = 1 / (1 + x/f), paid e, e + 1, .. periods from now.
+// Error  relative, 8e-14 worst of 2e5 such draws, e to 1e10: the last exponent is rounded to a double
+struct DiscountSums {
+    double S;  // sum of v^e
+    double t;  // the last v^e
+    double D;  // sum of its derivatives by x, -e v^(e+1) / f
+    double g;  // the last derivative
+};
+DiscountSums closed_discount_sums(double v, double f, double e, double n);
 
 }  // namespace finance

@@ -134,22 +134,39 @@ struct LaterCoupons {
     double t;    // the last of them; v^e where there are none
 };
 
-// k counts one ahead of the terms added, so that N terms are added for a whole N.
-LaterCoupons sum_later_coupons(double t, double v, double N) {
-    const double t0 = t;
-    double sum = 0.0;
+double odd_first_price(const SecurityComputeRecord& record, double c, double first, double sum, double t) {
+    return (sum - record.accruedFraction) * c + first * record.firstPeriodLength + t * record.redemption;
+}
+
+// True where no later coupon changes a bit, nor the redemption at any later power: the price does not fall as t rises.
+bool is_settled(const SecurityComputeRecord& record, double c, double first, const LaterCoupons& now, double v) {
+    if (!std::isfinite(now.t)) return true;
+    return v <= 1.0 && now.sum + now.t == now.sum &&
+           same_bits(odd_first_price(record, c, first, now.sum, now.t),
+                     odd_first_price(record, c, first, now.sum, 0.0));
+}
+
+// k counts one ahead of the terms added, so that N terms are added for a whole N. Ones add up to N exactly.
+LaterCoupons sum_later_coupons(const SecurityComputeRecord& record, double c, double first_t, double v) {
+    const double N = record.couponCount;
+    if (v == 1.0 && N >= 1.0) return {N, first_t};
+    const double first = c * first_t;
+    LaterCoupons sums{0.0, first_t};
     double k = 1.0;
+    const double limit = longest_literal_sum / cost_of_term(first_t) + 1.0;
     while (N >= k) {
-        if (k > longest_literal_sum) return {t0 * v * sum_of_powers(v, N), t0 * std::pow(v, N)};
-        const double end = end_of_block(k, N + 1.0, longest_literal_sum + 1.0);
+        if (k >= limit) return {first_t * v * sum_of_powers(v, N), first_t * std::pow(v, N)};
+        const double end = end_of_block(k, N + 1.0, limit);
+        LaterCoupons now = sums;
         add_terms(k, end, [&] {
-            t = t * v;
-            sum = sum + t;
+            now.t = now.t * v;
+            now.sum = now.sum + now.t;
         });
+        sums = now;
         k = end;
-        if (same_bits(t * v, t) && same_bits(sum + t, sum)) break;
+        if (N - k > block_of_terms && is_settled(record, c, first, sums, v)) break;
     }
-    return {sum, t};
+    return sums;
 }
 
 }  // namespace
@@ -166,10 +183,8 @@ int zComputeODDFPRICE(SecurityComputeRecord* record) {
     const double c = 100.0 * record->rate / f;
     const double e = record->wholeCoupons + record->remainingFraction;
     const double t = std::pow(v, e);
-    const double first = c * t;
-    const LaterCoupons later = sum_later_coupons(t, v, record->couponCount);
-    record->oddFirstPrice =
-        (later.sum - record->accruedFraction) * c + first * record->firstPeriodLength + later.t * record->redemption;
+    const LaterCoupons later = sum_later_coupons(*record, c, t, v);
+    record->oddFirstPrice = odd_first_price(*record, c, c * t, later.sum, later.t);
     return 0;
 }
 
@@ -188,24 +203,28 @@ int zComputeODDFYIELD(SecurityComputeRecord* record) {
 
 namespace {
 
-struct LaterDiscounts {
-    double S;  // v^(e+1) + .. + v^(e+N)
-    double G;  // its derivative by x
-    double t;  // the last power
-    double g;  // its derivative
-};
-
-LaterDiscounts closed_later_discounts(double t0, double v, double f, double e, double N) {
-    const double powers = v * sum_of_powers(v, N);
-    const double last = t0 * std::pow(v, N);
-    return {t0 * powers, -(t0 * v / f) * (e * powers + sum_of_weighted_powers(v, N + 1.0)), last,
-            -(e + N) * last * v / f};
+// F and F' of the sums over later coupons, for a last power t and its derivative g; of the first one: v^e, its derivative.
+double price_less_given(const SecurityComputeRecord& record, double c, double first_t, double S, double t) {
+    return c * (record.firstPeriodLength * first_t + S - record.accruedFraction) + record.redemption * t -
+           record.oddFirstPrice;
 }
 
-// One step with every term at rest changes nothing any more.
-bool at_rest(const LaterDiscounts& sums, double v, double f) {
-    return same_bits(sums.t * v, sums.t) && same_bits(sums.S + sums.t, sums.S) &&
-           same_bits(sums.g * v - sums.t * v / f, sums.g) && same_bits(sums.G + sums.g, sums.G);
+double slope_of_price(const SecurityComputeRecord& record, double c, double first_g, double D, double g) {
+    return c * record.firstPeriodLength * first_g + c * D + record.redemption * g;
+}
+
+// True where none of the terms left changes a bit. A step adds at most t v / f to the size of the derivative, twice as
+// much is more than all roundings make of it; F and F' do not fall as t and g rise, and so are the same for all between
+// none and those.
+bool is_settled(const SecurityComputeRecord& record, double c, double first_t, double first_g, DiscountSums sums,
+                double v, double f, double left) {
+    if (!std::isfinite(sums.t)) return true;
+    if (!(v <= 1.0) || sums.S + sums.t != sums.S) return false;
+    const double g = 2.0 * (std::abs(sums.g) + left * (sums.t * v / f));
+    return hides(sums.D, g) &&
+           same_bits(price_less_given(record, c, first_t, sums.S, sums.t),
+                     price_less_given(record, c, first_t, sums.S, 0.0)) &&
+           same_bits(slope_of_price(record, c, first_g, sums.D, -g), slope_of_price(record, c, first_g, sums.D, g));
 }
 
 }  // namespace
@@ -226,33 +245,32 @@ std::uint32_t ComputeF_ODDFYIELD(NewtonProblem* problem) {
     const double e = record->wholeCoupons + record->remainingFraction;
     const double t0 = std::pow(v, e);
     const double g0 = -e * t0 * v / f;
-    LaterDiscounts sums{0.0, 0.0, t0, g0};
+    DiscountSums sums{0.0, t0, 0.0, g0};
     double k = 1.0;
-    const double limit = std::min(longest_literal_sum + 1.0, longest_literal_search - record->termsAdded);
+    const double cost = cost_of_term(t0);
+    const double limit = literal_terms_of_search(record->termsAdded, cost) + 1.0;
     with_division_by(f, [&](auto over_f) {
         while (N >= k) {
             if (k >= limit) {
-                sums = closed_later_discounts(t0, v, f, e, N);
+                sums = closed_discount_sums(v, f, e + 1.0, N);
                 break;
             }
             const double end = end_of_block(k, N + 1.0, limit);
-            LaterDiscounts now = sums;
+            DiscountSums now = sums;
             add_terms(k, end, [&] {
                 now.t = now.t * v;
                 now.S = now.S + now.t;
                 now.g = now.g * v - over_f(now.t * v);
-                now.G = now.G + now.g;
+                now.D = now.D + now.g;
             });
             sums = now;
             k = end;
-            if (at_rest(sums, v, f)) break;
+            if (N - k > block_of_terms && is_settled(*record, c, t0, g0, sums, v, f, N - k)) break;
         }
     });
-    record->termsAdded += k;
-    const double DFC = record->firstPeriodLength;
-    problem->value =
-        c * (DFC * t0 + sums.S - record->accruedFraction) + record->redemption * sums.t - record->oddFirstPrice;
-    problem->derivative = c * DFC * g0 + c * sums.G + record->redemption * sums.g;
+    record->termsAdded += (k - 1.0) * cost;
+    problem->value = price_less_given(*record, c, t0, sums.S, sums.t);
+    problem->derivative = slope_of_price(*record, c, g0, sums.D, sums.g);
     return 0;
 }
 

@@ -68,15 +68,16 @@ void find_period_fractions(SecurityComputeRecord* record) {
 }
 
 // 1 + v + .. + v^(N-1), by a running product. Terms shrink, or grow beyond all bounds: where one no longer counts, none
-// does.
+// does. Ones add up to N exactly.
 double sum_of_discounts(double v, double N) {
+    if (v == 1.0) return N;
     double S = 0.0;
     double term = 1.0;
     double k = 0.0;
     while (N > k) {
         if (k >= longest_literal_sum) return sum_of_powers(v, N);
         if (S + term == S) break;
-        const double end = end_of_block(k, N);
+        const double end = end_of_block(k, N, longest_literal_sum);
         add_terms(k, end, [&] {
             S = S + term;
             term = term * v;
@@ -148,28 +149,28 @@ int zComputeYIELD(SecurityComputeRecord* record) {
 
 namespace {
 
-// Discounted coupons of 1 from the next one on, at v = 1 / (1 + x/f).
-struct DiscountSums {
-    double S;  // sum of v^e
-    double D;  // sum of its derivatives by x, -e v^(e+1) / f
-    double t;  // the last v^e
-    double g;  // its derivative
+struct Objective {
+    double value;
+    double derivative;
 };
 
-// For more terms than are added one by one.
-DiscountSums closed_discount_sums(double v, double f, double e, double N) {
-    const double t = std::pow(v, e);
-    const double all = sum_of_powers(v, N);
-    const double last = std::pow(v, e + (N - 1.0));
-    return {t * all, -(t * v / f) * (e * all + sum_of_weighted_powers(v, N)), last, -(v * (e + (N - 1.0))) * last / f};
+// F and F' of the sums, for a last power t and its derivative g.
+Objective price_and_slope(const SecurityComputeRecord& record, double c, DiscountSums sums, double t, double g) {
+    const double R = record.redemption;
+    return {c * (sums.S - record.accruedFraction) + (R * t - record.price), c * sums.D + R * g};
 }
 
-// True where the terms that remain change neither sum, and the last one does not show beside them: the power has come
-// to rest (at 0, at the smallest number, at infinity), and the largest exponent makes no difference.
-bool at_rest(const DiscountSums& sums, double c, double R, double v, double f, double largest_e) {
-    if (!same_bits(sums.t * v, sums.t) || !same_bits(sums.S + sums.t, sums.S)) return false;
+// True where no term up to the one at largest_e changes a bit. Derivatives of later terms are no larger than that of the
+// last power at largest_e; F and F' do not fall as t and g rise, and so are the same for all between none and those.
+bool is_settled(const SecurityComputeRecord& record, double c, DiscountSums sums, double v, double f,
+                double largest_e) {
+    if (!std::isfinite(sums.t)) return true;
+    if (!(v <= 1.0) || sums.S + sums.t != sums.S) return false;
     const double g = -(v * largest_e) * sums.t / f;
-    return same_bits(sums.D + g, sums.D) && same_bits(c * sums.D + R * g, c * sums.D + R * sums.g);
+    if (sums.D + g != sums.D) return false;
+    const Objective now = price_and_slope(record, c, sums, sums.t, g);
+    const Objective without = price_and_slope(record, c, sums, 0.0, 0.0);
+    return same_bits(now.value, without.value) && same_bits(now.derivative, without.derivative);
 }
 
 }  // namespace
@@ -185,15 +186,15 @@ std::uint32_t ComputeF_YIELD(NewtonProblem* problem) {
     const double s = 1.0 + x / f;
     if (s < smallest_growth) return 2;
     const double c = 100.0 * record->rate / f;
-    const double R = record->redemption;
     const double N = record->couponCount;
     const double v = 1.0 / s;
     double e = record->remainingFraction;
     const double first = std::pow(v, e);
-    DiscountSums sums{first, 0.0, first, first * v * (-e) / f};
-    sums.D = sums.g;
+    const double slope = first * v * (-e) / f;
+    DiscountSums sums{first, first, slope, slope};
     double k = 1.0;
-    const double limit = std::min(longest_literal_sum, longest_literal_search - record->termsAdded);
+    const double cost = cost_of_term(first);
+    const double limit = literal_terms_of_search(record->termsAdded, cost);
     with_division_by(f, [&](auto over_f) {
         while (N > k) {
             if (k >= limit) {
@@ -212,12 +213,13 @@ std::uint32_t ComputeF_YIELD(NewtonProblem* problem) {
             sums = now;
             k = end;
             const double left = N - k;
-            if (left > block_of_terms && at_rest(sums, c, R, v, f, e + left)) break;
+            if (left > block_of_terms && is_settled(*record, c, sums, v, f, e + left + 2.0)) break;
         }
     });
-    record->termsAdded += k;
-    problem->value = c * (sums.S - record->accruedFraction) + (R * sums.t - record->price);
-    problem->derivative = c * sums.D + R * sums.g;
+    record->termsAdded += k * cost;
+    const Objective at = price_and_slope(*record, c, sums, sums.t, sums.g);
+    problem->value = at.value;
+    problem->derivative = at.derivative;
     return 0;
 }
 

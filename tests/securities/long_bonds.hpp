@@ -16,6 +16,12 @@ inline Precise weighted_powers_of(double v, double n) {
     return (Precise{n} * power(Precise{v}, n) - Precise{v} * powers_of(v, n)) / (Precise{v} - 1.0);
 }
 
+// Sum of the slopes of v^e, v^(e+1), .. by x, for v = 1 / (1 + x/f).
+inline Precise slopes_of(double v, double f, double e, double n) {
+    const Precise slopes = Precise{e} * powers_of(v, n) + weighted_powers_of(v, n);
+    return Precise{0.0} - power(Precise{v}, Precise{e} + 1.0) / f * slopes;
+}
+
 inline double relative_error(double got, const Precise& exact) { return std::abs(((exact - got) / exact).rounded()); }
 
 // A bond with monthly coupons from 2 January 2001 on, for `coupons` months after a first one.

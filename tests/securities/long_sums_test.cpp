@@ -10,147 +10,104 @@
 #include "securities/duration.hpp"
 #include "securities/odd_first_period.hpp"
 #include "securities/price_and_yield.hpp"
+#include "tests/securities/literal_sums.hpp"
 #include "tests/securities/long_bonds.hpp"
 #include "tests/support/call.hpp"
 
 namespace finance::test {
 namespace {
 
+constexpr double accuracy = 1e-12;
+
+// The formulas at 200 bits, which the closed forms are compared with, are the sums.
+TEST(LongSums, FormulasAt200BitsAreTheSums) {
+    Draws draw{60};
+    Worst worst;
+    for (int i = 0; i < 100; ++i) {
+        const double n = std::floor(draw.log_between(1.0, 3000.0));
+        const double v = i % 10 == 0 ? 1.0 : 1.0 + draw.log_between(0x1p-52, 1.0) * (i % 2 == 0 ? 1.0 : -0.999);
+        const double e = draw.between(0.0, 100.0);
+        Precise plain;
+        Precise weighted;
+        Precise slopes;
+        for (double j = 0.0; j < n; j += 1.0) {
+            const Precise p = power(Precise{v}, Precise{j});
+            plain = plain + p;
+            weighted = weighted + p * j;
+            slopes = slopes - (Precise{e} + j) * power(Precise{v}, Precise{e} + j + 1.0) / 12.0;
+        }
+        worst.add(magnitude(powers_of(v, n) / plain - 1.0).rounded());
+        if (n > 1.0) worst.add(magnitude(weighted_powers_of(v, n) / weighted - 1.0).rounded());
+        worst.add(magnitude(slopes_of(v, 12.0, e, n) / slopes - 1.0).rounded());
+    }
+    EXPECT_GT(worst.count(), 250);
+    EXPECT_LE(worst.error(), 1e-20);
+}
+
+// All that reaches them and more: n from 1 to beyond what dates can count, v from far below 1 to where powers overflow.
 TEST(LongSums, ClosedFormsAgainst200Bits) {
     Draws draw{61};
     Worst plain;
     Worst weighted;
-    const auto check = [&](double v, double n) {
-        plain.add(relative_error(sum_of_powers(v, n), powers_of(v, n)));
-        weighted.add(relative_error(sum_of_weighted_powers(v, n), weighted_powers_of(v, n)));
+    Worst discounts;
+    const auto check = [&](double v, double n, double e, double f) {
+        const bool rising = v > 1.0;
+        const PowerSums sums = sums_from_largest(v, n);
+        const Precise all = powers_of(v, n);
+        const Precise by_index = weighted_powers_of(v, n);
+        const Precise last = power(Precise{v}, Precise{n - 1.0});
+        plain.add(relative_error(sums.plain, rising ? all / last : all));
+        if (n > 1.0)
+            weighted.add(relative_error(sums.weighted, rising ? (all * (n - 1.0) - by_index) / last : by_index));
+        if (all.rounded() < 1e308) plain.add(relative_error(sum_of_powers(v, n), all));
+        const DiscountSums got = closed_discount_sums(v, f, e, n);
+        const Precise first = power(Precise{v}, Precise{e});
+        const Precise last_t = first * last;
+        const auto add = [&](double value, const Precise& exact) {
+            const double size = std::abs(exact.rounded());
+            if (size > 1e308) {
+                EXPECT_GT(std::abs(value), 1e308) << v << ' ' << n;
+            } else if (size > 1e-290) {
+                discounts.add(relative_error(value, exact));
+            }
+        };
+        add(got.S, first * all);
+        add(got.t, last_t);
+        if (std::isinf(got.S)) return;  // powers have overflowed, with all their slopes
+        add(got.D, slopes_of(v, f, e, n));
+        add(got.g, Precise{0.0} - last_t * (Precise{e} + (n - 1.0)) * v / f);
     };
     for (int i = 0; i < 10000; ++i) {
-        const double n = std::floor(draw.log_between(1e3, 1e10));
-        const double exponent = draw.log_between(1e-12, 600.0);
-        check(std::exp((i % 2 == 0 ? exponent : -exponent) / n), n);
+        const double n = std::floor(draw.log_between(i % 4 == 0 ? 1.0 : 1e6, 3e10));
+        const double exponent = draw.log_between(1e-12, 760.0) * (i % 2 == 0 ? 1.0 : -1.0);
+        const double v = i % 16 == 1 ? draw.between(1e-12, 1.0) : std::min(std::exp(exponent / n), 1e8);
+        check(v, n, draw.whole(0, 1) == 0 ? draw.between(0.0, 1.0) : draw.log_between(1.0, 1e10),
+              draw.log_between(1.0, 2147483647.0));
     }
-    for (const double n : {2.0, 3.0, 1e3, 1e7, 1e7 + 1, 1e10}) {
-        for (const double v : {1.0, 1.0 + 0x1p-52, 1.0 - 0x1p-53, 1.0 + 0x1p-40, 1.0 - 0x1p-40}) check(v, n);
+    for (const double n : {1.0, 2.0, 3.0, 1e3, 1e7, 1e7 + 1, 1e10}) {
+        for (const double v : {1.0, 1.0 + 0x1p-52, 1.0 - 0x1p-53, 1.0 + 0x1p-40, 1.0 - 0x1p-40}) check(v, n, 0.5, 2.0);
     }
-    std::printf("    sum of powers %.3g, weighted %.3g relative, worst of %d draws\n", plain.error(), weighted.error(),
-                plain.count());
-    EXPECT_GE(plain.count(), 10000);
-    EXPECT_LE(plain.error(), 2e-13);
-    EXPECT_LE(weighted.error(), 2e-15);
+    std::printf("    sums of powers %.2g, weighted %.2g, discounts and slopes %.2g relative, worst of %d draws\n",
+                plain.error(), weighted.error(), discounts.error(), weighted.count());
+    EXPECT_GE(weighted.count(), 9000);
+    EXPECT_GE(discounts.count(), 20000);
+    EXPECT_LE(plain.error(), accuracy);
+    EXPECT_LE(weighted.error(), accuracy);
+    EXPECT_LE(discounts.error(), accuracy);
 }
 
 TEST(LongSums, SmallCasesByAddition) {
     EXPECT_EQ(sum_of_powers(1.0, 7.0), 7.0);
-    EXPECT_EQ(sum_of_weighted_powers(1.0, 4.0), 6.0);
+    EXPECT_EQ(sums_from_largest(1.0, 4.0).weighted, 6.0);
     EXPECT_DOUBLE_EQ(sum_of_powers(0.5, 3.0), 1.75);
-    EXPECT_DOUBLE_EQ(sum_of_weighted_powers(0.5, 3.0), 1.0);  // 0 + 0.5 + 2 * 0.25
-    EXPECT_DOUBLE_EQ(sum_of_weighted_powers(2.0, 4.0), 34.0);
-    EXPECT_EQ(sum_of_weighted_powers(0.75, 1.0), 0.0);
+    EXPECT_DOUBLE_EQ(sum_of_powers(2.0, 4.0), 15.0);
+    EXPECT_DOUBLE_EQ(sums_from_largest(0.5, 3.0).weighted, 1.0);    // 0 + 0.5 + 2 * 0.25
+    EXPECT_DOUBLE_EQ(sums_from_largest(2.0, 4.0).plain, 1.875);     // 1 + 0.5 + 0.25 + 0.125
+    EXPECT_DOUBLE_EQ(sums_from_largest(2.0, 4.0).weighted, 1.375);  // 0.5 + 2 * 0.25 + 3 * 0.125
+    EXPECT_EQ(sums_from_largest(0.75, 1.0).weighted, 0.0);
 }
 
 // ---- Bits of the literal loops
-
-double literal_price(const SecurityComputeRecord& r) {
-    const double f = r.terms->frequency;
-    const double v = 1.0 / (1.0 + r.yield / f);
-    const double c = 100.0 * r.rate / f;
-    double S = 0.0;
-    double term = 1.0;
-    double k = 0.0;
-    while (r.couponCount > k) {
-        k = k + 1.0;
-        S = S + term;
-        term = term * v;
-    }
-    return std::pow(v, r.remainingFraction) * (r.redemption * std::pow(v, r.couponCount - 1.0) + c * S) -
-           c * r.accruedFraction;
-}
-
-double literal_duration(const SecurityComputeRecord& r) {
-    const double f = r.terms->frequency;
-    const double v = 1.0 / (1.0 + r.yield / f);
-    const double c = 100.0 * r.rate / f;
-    double t = r.remainingFraction / f;
-    double w = r.remainingFraction;
-    double PV = c * w;
-    double TW = t * c * w;
-    double k = 1.0;
-    while (r.couponCount > k) {
-        k = k + 1.0;
-        w = w * v;
-        t = t + 1.0 / f;
-        PV = PV + c * w;
-        TW = TW + c * w * t;
-    }
-    const double R = 100.0 * w;
-    return (TW + R * t) / (PV + R);
-}
-
-double literal_odd_first_price(const SecurityComputeRecord& r) {
-    const double f = r.terms->frequency;
-    const double v = 1.0 / (r.yield / f + 1.0);
-    const double c = 100.0 * r.rate / f;
-    double t = std::pow(v, r.wholeCoupons + r.remainingFraction);
-    const double first = c * t;
-    double sum = 0.0;
-    double k = 1.0;
-    do {
-        k = k + 1.0;
-        t = t * v;
-        sum = sum + t;
-    } while (k <= r.couponCount);
-    return (sum - r.accruedFraction) * c + first * r.firstPeriodLength + t * r.redemption;
-}
-
-struct Objective {
-    double value;
-    double derivative;
-};
-
-Objective literal_yield(const SecurityComputeRecord& r, double x) {
-    const double f = r.terms->frequency;
-    const double c = 100.0 * r.rate / f;
-    const double v = 1.0 / (1.0 + x / f);
-    double e = r.remainingFraction;
-    double t = std::pow(v, e);
-    double S = t;
-    double g = t * v * (-e) / f;
-    double D = g;
-    double k = 1.0;
-    while (r.couponCount > k) {
-        k = k + 1.0;
-        t = t * v;
-        e = e + 1.0;
-        S = S + t;
-        g = -(v * e) * t / f;
-        D = D + g;
-    }
-    return {c * (S - r.accruedFraction) + (r.redemption * t - r.price), c * D + r.redemption * g};
-}
-
-Objective literal_odd_first_yield(const SecurityComputeRecord& r, double x) {
-    const double f = r.terms->frequency;
-    const double c = 100.0 * r.rate / f;
-    const double v = 1.0 / (x / f + 1.0);
-    const double e = r.wholeCoupons + r.remainingFraction;
-    const double t0 = std::pow(v, e);
-    const double g0 = -e * t0 * v / f;
-    double t = t0;
-    double g = g0;
-    double S = 0.0;
-    double G = 0.0;
-    double k = 1.0;
-    do {
-        k = k + 1.0;
-        t = t * v;
-        S = S + t;
-        g = g * v - t * v / f;
-        G = G + g;
-    } while (r.couponCount >= k);
-    const double DFC = r.firstPeriodLength;
-    return {c * (DFC * t0 + S - r.accruedFraction) + r.redemption * t - r.oddFirstPrice,
-            c * DFC * g0 + c * G + r.redemption * g};
-}
 
 // v near 1 on both sides; v tiny; overflow at once and late; sums that settle, and powers that end among the smallest
 // numbers, at 0 or at rest above it.
@@ -196,64 +153,6 @@ TEST(LongSums, EarlyEndsKeepTheBits) {
         }
     }
     EXPECT_GE(rows, 168);
-}
-
-// The longest sums that are formed literally: ten million terms.
-TEST(LongSums, TenMillionTermsAreLiteral) {
-    Security bond;
-    set_long_bond(bond, 10'000'000 - 3, 1e-7);
-    SecurityComputeRecord& r = bond.record;
-    ASSERT_EQ(zComputePRICE(&r), 0);
-    ASSERT_EQ(r.couponCount, 1e7);
-    EXPECT_TRUE(same_value(r.price, literal_price(r)));
-    ASSERT_EQ(zComputeDURATION(&r), 0);
-    EXPECT_TRUE(same_value(r.duration, literal_duration(r)));
-}
-
-// One more is too many: the closed form, which ends differently.
-TEST(LongSums, OneTermMoreIsTheClosedForm) {
-    Security bond;
-    set_long_bond(bond, 10'000'001 - 3, 1e-7);
-    SecurityComputeRecord& r = bond.record;
-    ASSERT_EQ(zComputePRICE(&r), 0);
-    ASSERT_EQ(r.couponCount, 1e7 + 1.0);
-    const double f = r.terms->frequency;
-    const double v = 1.0 / (1.0 + r.yield / f);
-    const double c = 100.0 * r.rate / f;
-    const double closed = std::pow(v, r.remainingFraction) *
-                              (r.redemption * std::pow(v, r.couponCount - 1.0) + c * sum_of_powers(v, r.couponCount)) -
-                          c * r.accruedFraction;
-    EXPECT_TRUE(same_value(r.price, closed));
-    EXPECT_FALSE(same_value(literal_price(r), closed));
-}
-
-// Without coupons all is the redemption at the last power, and its slope; among millions of coupons nothing is seen of
-// either.
-TEST(LongSums, TheLastPowerAlone) {
-    constexpr double x = 1e-6;
-    const double v = 1.0 / (1.0 + x / 12.0);
-    const auto check = [&](const NewtonProblem& problem, double last) {
-        const auto t = static_cast<double>(101.0L * std::pow(static_cast<long double>(v), last));
-        EXPECT_NEAR(problem.value, t - 90.0, 1e-12);
-        EXPECT_NEAR(problem.derivative / (-v * last / 12.0 * t), 1.0, 1e-13);
-    };
-    Security bond;
-    set_long_bond(bond, 20'000'000, x);
-    SecurityComputeRecord& r = bond.record;
-    r.rate = 0.0;
-    NewtonProblem problem{};
-    problem.userData = &r;
-    problem.x = x;
-    ASSERT_EQ(zComputePRICE(&r), 0);
-    ASSERT_EQ(r.couponCount, 20'000'003.0);
-    r.price = 90.0;
-    ASSERT_EQ(ComputeF_YIELD(&problem), 0U);
-    check(problem, r.remainingFraction + 20'000'002.0);
-    ASSERT_EQ(zComputeODDFPRICE(&r), 0);
-    ASSERT_EQ(r.couponCount, 20'000'000.0);
-    r.oddFirstPrice = 90.0;
-    ASSERT_EQ(ComputeF_ODDFYIELD(&problem), 0U);
-    check(problem, r.wholeCoupons + r.remainingFraction + 20'000'000.0);
 }
 
 }  // namespace

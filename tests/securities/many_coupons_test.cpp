@@ -16,13 +16,13 @@ namespace {
 
 // Models take the discount factor v as the double that it is: its rounding, a billion times over, is the formula's own.
 
-constexpr double billions[] = {1.2e8, 1.2e9, 1.2e10};
+constexpr double billions[] = {3e8, 1.2e10};
 
 double discount(double y) { return 1.0 / (1.0 + y / 12.0); }
 
 TEST(BillionsOfCoupons, Price) {
     for (const double months : billions) {
-        for (const double y : {0.05, 1e-8, 0.0, -1e-8, 1e-9}) {
+        for (const double y : {0.05, 1e-8, 0.0, -1e-8}) {
             Security bond;
             set_long_bond(bond, static_cast<std::int64_t>(months), y);
             SecurityComputeRecord& r = bond.record;
@@ -32,14 +32,14 @@ TEST(BillionsOfCoupons, Price) {
             const Precise c = Precise{7.0} / 12.0;
             const Precise flows = power(v, r.couponCount - 1.0) * 101.0 + c * powers_of(discount(y), r.couponCount);
             const Precise exact = power(v, r.remainingFraction) * flows - c * r.accruedFraction;
-            EXPECT_LE(relative_error(r.price, exact), 1e-11) << months << ' ' << y;
+            EXPECT_LE(relative_error(r.price, exact), 1e-12) << months << ' ' << y;
         }
     }
 }
 
 TEST(BillionsOfCoupons, Duration) {
     for (const double months : billions) {
-        for (const double y : {0.05, 1e-8, 0.0, -1e-8, 1e-9}) {
+        for (const double y : {0.05, 1e-8, 0.0, -1e-8}) {
             Security bond;
             set_long_bond(bond, static_cast<std::int64_t>(months), y);
             SecurityComputeRecord& r = bond.record;
@@ -52,7 +52,7 @@ TEST(BillionsOfCoupons, Duration) {
             const Precise sum = powers_of(discount(y), N);
             const Precise weighted = weighted_powers_of(discount(y), N);
             const Precise exact = (c * (d * sum + weighted) + last * (d + (N - 1.0))) / (c * sum + last) / 12.0;
-            EXPECT_LE(relative_error(r.duration, exact), 1e-11) << months << ' ' << y;
+            EXPECT_LE(relative_error(r.duration, exact), 1e-12) << months << ' ' << y;
         }
     }
 }
@@ -60,7 +60,7 @@ TEST(BillionsOfCoupons, Duration) {
 // c (first + S) + R t - a, and its slope by x, of coupons c at v^e, v^(e+1) .. and redemption with the last.
 TEST(BillionsOfCoupons, YieldObjective) {
     for (const double months : billions) {
-        for (const double x : {0.05, 1e-8, 1e-9, -1e-8}) {
+        for (const double x : {0.05, 1e-8, -1e-8}) {
             Security bond;
             set_long_bond(bond, static_cast<std::int64_t>(months), x);
             SecurityComputeRecord& r = bond.record;
@@ -80,15 +80,15 @@ TEST(BillionsOfCoupons, YieldObjective) {
             const Precise value = c * (t * all - r.accruedFraction) + last * 101.0;
             const Precise timed =
                 c * t * (e * all + weighted_powers_of(discount(x), N)) + last * (e + (N - 1.0)) * 101.0;
-            EXPECT_LE(relative_error(problem.value, value), 1e-11) << months << ' ' << x;
-            EXPECT_LE(relative_error(problem.derivative, Precise{0.0} - timed * v / 12.0), 1e-11) << months << ' ' << x;
+            EXPECT_LE(relative_error(problem.value, value), 1e-12) << months << ' ' << x;
+            EXPECT_LE(relative_error(problem.derivative, Precise{0.0} - timed * v / 12.0), 1e-12) << months << ' ' << x;
         }
     }
 }
 
 TEST(BillionsOfCoupons, OddFirstPriceAndObjective) {
     for (const double months : billions) {
-        for (const double y : {0.05, 1e-8, 1e-9, -1e-8}) {
+        for (const double y : {0.05, 1e-8, -1e-8}) {
             Security bond;
             set_long_bond(bond, static_cast<std::int64_t>(months), y);
             SecurityComputeRecord& r = bond.record;
@@ -102,16 +102,16 @@ TEST(BillionsOfCoupons, OddFirstPriceAndObjective) {
             const Precise last = t0 * power(v, N) * 101.0;
             const Precise later = t0 * v * powers_of(discount(y), N);
             const Precise exact = (later - r.accruedFraction) * c + c * t0 * r.firstPeriodLength + last;
-            EXPECT_LE(relative_error(r.oddFirstPrice, exact), 1e-11) << months << ' ' << y;
+            EXPECT_LE(relative_error(r.oddFirstPrice, exact), 1e-12) << months << ' ' << y;
             r.oddFirstPrice = 0.0;
             NewtonProblem problem{};
             problem.userData = &r;
             problem.x = y;
             ASSERT_EQ(ComputeF_ODDFYIELD(&problem), 0U);
-            EXPECT_LE(relative_error(problem.value, exact), 1e-11) << months << ' ' << y;
+            EXPECT_LE(relative_error(problem.value, exact), 1e-12) << months << ' ' << y;
             const Precise weighted = t0 * weighted_powers_of(discount(y), N + 1.0);
             const Precise timed = c * (e * t0 * r.firstPeriodLength + e * later + weighted) + last * (e + N);
-            EXPECT_LE(relative_error(problem.derivative, Precise{0.0} - timed * v / 12.0), 1e-11) << months << ' ' << y;
+            EXPECT_LE(relative_error(problem.derivative, Precise{0.0} - timed * v / 12.0), 1e-12) << months << ' ' << y;
         }
     }
 }
