@@ -11,13 +11,14 @@ namespace finance {
 
 namespace {
 
-// Steps after which a search that has found nothing goes to its last two steps (4). With months per period it has found
-// its date after twelve; without, even steps move by as many months as they are counted, and odd ones out of reach, so
-// that a year has passed after twenty-six. Only dates at the end of the 32-bit years do not come round.
+// Steps after which a search that has found nothing goes to as many last ones (4). With months per period it has found
+// its date after twelve; without, even steps move by as many months as they are counted, and odd ones by 2^31 less, so
+// that a year has passed after twenty-six, or where the count comes to 2^31. Only dates at the end of the 32-bit years
+// are found no sooner.
 constexpr std::int64_t longest_search = 64;
 
 std::int64_t next_step(std::int64_t k, std::int64_t last) {
-    return k < longest_search ? k + 1 : std::max(k + 1, last - 1);
+    return k < longest_search ? k + 1 : std::max(k + 1, last - longest_search);
 }
 
 void take_coupons(CouponInfo* info, const PlainSchedule& plain) {

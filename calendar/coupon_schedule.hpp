@@ -5,8 +5,8 @@
 //      last day; the day aimed for is kept for the next step.
 //  (3) A search starts from an anchor: the maturity's day and month in a year near the date asked for. From there it
 //      steps by at most `frequency` periods.
-//  (4) A frequency without months per period has a meaningless schedule. No search of it is longer than sixty-four
-//      steps: where the dates have not come round by then they do not before the last step, which is taken at once.
+//  (4) A frequency without months per period has a meaningless schedule. A search of it takes the first sixty-four
+//      steps and as many last ones: where the dates have not come round by then they do not before.
 #pragma once
 
 #include "calendar/calendar_date.hpp"

@@ -20,14 +20,28 @@ bool has_months(const CouponTerms& terms) { return terms.monthsPerPeriod > 0; }
 // Months that k moves by, for each k: of even ones alone where a period has none.
 std::int64_t months_a_step(const CouponTerms& terms) { return has_months(terms) ? terms.monthsPerPeriod : 1; }
 
+// Odd steps without months per period begin 2^31 months back; below all years, at their far end.
+std::int64_t month_of_odd_steps(const CalendarDate& origin) {
+    const std::int64_t month = month_number(origin) - most_months - 1;
+    return month + 1 < first_month ? month + 2 * end_of_months : month;
+}
+
+std::int64_t furthest_month(const CalendarDate& origin, const CouponTerms& terms) {
+    const std::int64_t month = month_number(origin);
+    return has_months(terms) ? month : std::max(month, month_of_odd_steps(origin));
+}
+
+// The first k, at least 1, whose month is no more: months count to 2^31, and years end.
 std::int64_t first_round(const CalendarDate& origin, const CouponTerms& terms) {
     const std::int64_t month = month_number(origin);
-    const std::int64_t step = months_a_step(terms);
-    const std::int64_t first = month + (has_months(terms) ? step : step - most_months - 1);
-    if (first < first_month || first >= end_of_months) return 1;
-    const std::int64_t room = std::min(most_months, end_of_months - 1 - month);  // months without coming round
-    const std::int64_t k = room / step + 1;
-    return has_months(terms) ? k : k + k % 2;
+    const std::int64_t room = std::min(most_months, end_of_months - 1 - month);
+    if (has_months(terms)) {
+        const std::int64_t step = terms.monthsPerPeriod;
+        return month + step < first_month || room < step ? 1 : room / step + 1;
+    }
+    const std::int64_t even = room + 1 + (room + 1) % 2;
+    const std::int64_t odd = (end_of_months - month_of_odd_steps(origin)) | 1;
+    return std::max<std::int64_t>(std::min(even, odd), 1);
 }
 
 }  // namespace
@@ -49,7 +63,7 @@ void PeriodWalk::skip(std::int64_t periods) {
 }
 
 std::int64_t PeriodWalk::steps_to_year(std::int64_t year) const {
-    const std::int64_t months = months_of_year * (year + 1) - 1 - month_number(origin_);
+    const std::int64_t months = months_of_year * (year + 1) - 1 - furthest_month(origin_, terms_);
     if (months < 1) return 0;
     return std::max<std::int64_t>(std::min(months / months_a_step(terms_), comes_round_ - 2) - k_, 0);
 }

@@ -3,8 +3,9 @@
 //  (1) The k-th date is the origin moved by k periods, not the date before it moved by one.
 //  (2) Months are counted in 32 bits, and so are years: a walk comes round where the next step would begin again from the
 //      far past. Without months per period even steps move by as many months as they are counted, and odd ones lie 2^31
-//      months before them; it comes round where the even ones do, or at once where the first odd one does.
-//  (3) A walk ends where it reaches the date walked to, or where it comes round.
+//      months before them (or, below the first year, in the far future); it comes round where either do.
+//  (3) A walk ends where it reaches the date walked to, or where it comes round. (A date in the last year before that may
+//      lie on a later round, a billion steps on, which is not followed.)
 //  (4) Periods that lie well before the date walked to may be passed over at once, as many as a literal walk would.
 #pragma once
 
