@@ -1,191 +1,186 @@
-// The slowest call of each calculation that a search finds: from its usual call on, arguments are replaced by extreme or
-// random values, and what took longer is kept and changed further. Prints the calls as they are typed, slowest first;
-// exit status 1 where one takes a second or more.
+// The slowest calls that a search finds. For each calculation it starts from many hostile calls at once, changes what took
+// longest further, and gives up a climb that has come to a stop for a new one. Prints the slowest call of each, slowest
+// first, as typed, with its processor time; while it searches, one line a calculation on the error stream.
 //
-//     slowest_calls [SECONDS a calculation] [SEED]
-#include <time.h>
-
+//     slowest_calls [SECONDS a calculation [SEED [NAME...]]]
+//
+// All calculations, for a second each, unless said otherwise: `slowest_calls 34` takes half an hour. Exit status 1 where
+// a call takes longer than a second (a list: than a second for each 100,000 values). One that goes on for ten seconds is
+// ended, with the process that made it, and listed with those; its calculation is searched on, up to three such calls.
+// Calls too long to print are written whole to slowest_call_NAME.txt where they are above their bound.
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
-#include <random>
-#include <sstream>
+#include <exception>
+#include <fstream>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "catalogue/catalogue.hpp"
-#include "catalogue/number_text.hpp"
-#include "command/argument_list.hpp"
-#include "command/call_answer.hpp"
-#include "host/embedded_host.hpp"
+#include "hostile/call_draws.hpp"
+#include "hostile/watched_calls.hpp"
 
 namespace {
 
 using namespace finance;
+using namespace finance::hostile;
 using catalogue::Calculation;
-using catalogue::Kind;
 
-using Arguments = std::vector<host::Argument>;
+constexpr double alarm_seconds = 10.0;
+constexpr double endless_seconds = std::numeric_limits<double>::infinity();
+constexpr std::size_t most_faults = 3;  // of a calculation
 
-double processor_seconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
+// ---- The search, in a process of its own
 
-// ---- Values
-
-constexpr std::array numbers{0.0, 5e-324, 1e-300, 1e-17, 1e-9, 1e-4, 0.01, 0.05,   0.1,  0.5,  1.0,   2.0,     3.9,
-                             4.0, 12.0,   99.0,   100.,  101., 1e3,  1e5,  0x1p31, 1e10, 1e17, 1e300, HUGE_VAL};
-constexpr std::array wholes{0.0,         1.0, 2.0,          4.0, 12.0,         60.0,         360.0,  1e4,    1e5,   1e6,
-                            9'999'999.0, 1e7, 10'000'001.0, 1e9, 0x1p31 - 2.0, 0x1p31 - 1.0, 0x1p31, 0x1p53, 0x1p62};
-constexpr std::array dates{0.0,          1.0,    59.0,    17'577.0,   21'138.0, 32'142.0, 60'000.0,
-                           -800'000.0,   -2.4e6, 2.9e6,   3.6e6,      3.0e8,    1.8e9,    0x1p31 - 400.0,
-                           0x1p31 - 1.0, 0x1p31, -0x1p31, -0x1p31 + 1};
-
-class Draws {
-public:
-    explicit Draws(std::uint64_t seed) : random_{seed} {}
-
-    std::size_t below(std::size_t n) { return static_cast<std::size_t>(random_() % n); }
-    bool chance(double p) { return uniform() < p; }
-    double uniform() { return static_cast<double>(random_() >> 11U) * 0x1p-53; }
-
-    double value(Kind kind) {
-        switch (kind) {
-            case Kind::whole:
-                return pick(wholes) * (chance(0.1) ? -1.0 : 1.0);
-            case Kind::date:
-            case Kind::date_time:
-            case Kind::dates:
-                return pick(dates) + std::floor(chance(0.5) ? 0.0 : uniform() * 400.0);
-            case Kind::basis:
-                return static_cast<double>(below(5));
-            case Kind::flag:
-                return static_cast<double>(below(2));
-            default:
-                return pick(numbers) * (chance(0.3) ? -1.0 : 1.0) * (chance(0.5) ? 1.0 : uniform());
-        }
-    }
-
-    // Near the value: scaled, moved, or with another last digit.
-    double near(double x, Kind kind) {
-        const double step = kind == Kind::number || kind == Kind::numbers ? x * 0.01 : 1.0;
-        switch (below(4)) {
-            case 0:
-                return chance(0.5) ? x * 2.0 : kind == Kind::number ? x / 2.0 : std::trunc(x / 2.0);
-            case 1:
-                return x + step * static_cast<double>(below(40));
-            case 2:
-                return x - step * static_cast<double>(below(40));
-            default:
-                return x + (chance(0.5) ? step : 0.0 - step);
-        }
-    }
-
-private:
-    template <std::size_t n>
-    double pick(const std::array<double, n>& values) {
-        return values[below(n)];
-    }
-
-    std::mt19937_64 random_;
+struct Found {
+    double seconds;
+    KeptCall call;
 };
 
-// ---- The search
-
-std::vector<std::string> words_of(std::string_view text) {
-    std::istringstream stream{std::string{text}};
-    std::vector<std::string> words;
-    for (std::string word; stream >> word;) words.push_back(word);
-    return words;
-}
-
-// The kinds of a call's arguments: the last parameter that is a list takes all that are left.
-Kind kind_at(const Calculation& calculation, std::size_t i) {
-    const std::size_t last = calculation.parameters.size() - 1;
-    return calculation.parameters[std::min(i, last)].kind;
-}
+// What the process leaves behind.
+struct Findings {
+    double spent;  // processor seconds
+    std::size_t calls;
+    Found slowest;
+    KeptCall current;
+};
 
 class Search {
 public:
-    Search(const host::EmbeddedHost& host, const Calculation& calculation, std::uint64_t seed)
-        : host_{host}, calculation_{calculation}, draws_{seed} {
-        const std::vector<std::string> words = words_of(calculation.example.arguments);
-        const std::vector<std::string_view> views{words.begin(), words.end()};
-        for (const auto& given : command::read_arguments(calculation, views)) {
-            usual_.push_back(command::as_argument(given));
-        }
-    }
+    Search(const host::EmbeddedHost& host, const Calculation& calculation, std::uint64_t seed, Findings& findings)
+        : calculation_{calculation},
+          random_{seed},
+          calls_{evaluate_by(host), alarm_seconds, findings.current},
+          findings_{findings} {}
 
     void run(double seconds) {
-        const double end = processor_seconds() + seconds;
-        best_ = usual_;
-        best_time_ = time_of(best_);
-        while (processor_seconds() < end) {
-            const Arguments candidate = changed(draws_.chance(0.2) ? usual_ : best_);
-            double time = time_of(candidate);
-            if (time > best_time_) time = std::min(time, time_of(candidate));  // not only an interrupt
-            if (time <= best_time_) continue;
-            best_time_ = time;
-            best_ = candidate;
+        const double begun = findings_.spent - processor_seconds();
+        while (findings_.spent < seconds) {
+            climb(climbs_[random_.below(climbs_.size())]);
+            findings_.spent = begun + processor_seconds();
         }
-    }
-
-    [[nodiscard]] double time() const { return best_time_; }
-    [[nodiscard]] std::string call() const {
-        std::string text = "finance " + std::string{calculation_.name};
-        for (const host::Argument& argument : best_) {
-            text += ' ';
-            text += argument.kind() == host::Argument::Kind::text ? std::string{argument.text()}
-                                                                  : catalogue::plain_text(argument.number());
-        }
-        return text;
     }
 
 private:
-    double time_of(const Arguments& arguments) const {
-        const double begin = processor_seconds();
-        (void)host_.evaluate(calculation_.name, arguments);
-        return processor_seconds() - begin;
+    struct Climb {
+        Call call{};
+        double seconds = 0.0;
+        std::size_t in_vain = 0;  // changes since the last that took longer
+    };
+
+    void climb(Climb& from) {
+        constexpr std::size_t patience = 400;
+        if (from.call.calculation == nullptr || from.in_vain > patience) from = {};
+        const bool restart = from.call.calculation == nullptr || random_.chance(0.25);
+        Climb& at = restart ? *std::ranges::min_element(climbs_, {}, &Climb::seconds) : from;
+        Call candidate = restart ? drawn(calculation_, draw()) : changed(from.call, draw());
+        const double seconds = time_of(candidate, at.seconds);
+        from.in_vain += restart ? 0U : 1U;
+        if (seconds <= at.seconds) return;
+        at = {std::move(candidate), seconds, 0};
+        if (seconds > findings_.slowest.seconds) publish(at);
     }
 
-    Arguments changed(Arguments arguments) {
-        do {
-            const std::size_t i = draws_.below(arguments.size());
-            const Kind kind = kind_at(calculation_, i);
-            const bool close = arguments[i].kind() == host::Argument::Kind::number && draws_.chance(0.5);
-            arguments[i] = close ? draws_.near(arguments[i].number(), kind) : draws_.value(kind);
-        } while (draws_.chance(0.6));
-        return arguments;
+    // Twice where it is more than the other time and so little that it may be an interrupt's.
+    double time_of(const Call& call, double other) {
+        constexpr double certain = 0.01;
+        const double seconds = calls_.make(call).seconds;
+        ++findings_.calls;
+        return seconds <= other || seconds > certain ? seconds : std::min(seconds, calls_.make(call).seconds);
     }
 
-    const host::EmbeddedHost& host_;
+    // Loops of any length, so that what is slow for another reason comes up too.
+    Draw draw() {
+        Reach reach;
+        if (random_.chance(0.7)) reach.periods = random_.log_uniform(1e3, reach.periods);
+        reach.list = static_cast<std::size_t>(random_.log_uniform(10.0, 1.0 + static_cast<double>(reach.list)));
+        return {
+            .random = random_, .reach = reach, .answer = [this](const Call& call) { return calls_.make(call).value; }};
+    }
+
+    void publish(const Climb& climb) {
+        findings_.slowest.seconds = climb.seconds;
+        findings_.slowest.call.keep(climb.call);
+    }
+
     const Calculation& calculation_;
-    Draws draws_;
-    Arguments usual_;
-    Arguments best_;
-    double best_time_ = 0.0;
+    Random random_;
+    WatchedCalls calls_;
+    Findings& findings_;
+    std::array<Climb, 8> climbs_{};
 };
+
+// ---- What is told of it
+
+struct Line {
+    double seconds;
+    bool within_bound;
+    std::string call;
+};
+
+Line line_of(const Call& call, double seconds) {
+    const bool within_bound = seconds <= call.bound();
+    const std::string text = call.text(false);
+    const std::string whole = call.text(true);
+    if (!within_bound && text != whole) {
+        std::ofstream{"slowest_call_" + std::string{call.calculation->name} + ".txt", std::ios::app} << whole << '\n';
+    }
+    return {seconds, within_bound, text};
+}
+
+std::vector<Line> search(const host::EmbeddedHost& host, const Calculation& calculation, double seconds,
+                         std::uint64_t seed, Findings& findings) {
+    std::vector<Line> lines;
+    findings.spent = findings.slowest.seconds = 0.0;
+    findings.calls = 0;
+    while (findings.spent < seconds && lines.size() < most_faults) {
+        const Ending ending = run_apart([&] { Search{host, calculation, seed + lines.size(), findings}.run(seconds); });
+        if (ending == Ending::finished) break;
+        lines.push_back(line_of(findings.current.call(), endless_seconds));
+        std::fprintf(stderr, "%s: %s\n", ending == Ending::endless ? "no end" : "crashed", lines.back().call.c_str());
+    }
+    const auto& [longest, call] = findings.slowest;
+    std::fprintf(stderr, "%-10s %9zu calls, slowest %.6f s, %zu without end or crashed\n",
+                 std::string{calculation.name}.c_str(), findings.calls, longest, lines.size());
+    if (longest > 0.0) lines.push_back(line_of(call.call(), longest));
+    return lines;
+}
+
+bool is_asked_for(const Calculation& calculation, int argc, char** argv) {
+    const auto same_name = [&](const char* name) { return calculation.name == name; };
+    return argc <= 3 || std::any_of(argv + 3, argv + argc, same_name);
+}
+
+int search_all(int argc, char** argv) {
+    const double seconds = argc > 1 ? std::atof(argv[1]) : 1.0;
+    const std::uint64_t seed = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1;
+    const host::EmbeddedHost host{ZELKOVAN_MODULE};
+    auto& findings = shared<Findings>();
+    std::vector<Line> found;
+    for (const Calculation& calculation : catalogue::calculations()) {
+        if (!is_asked_for(calculation, argc, argv)) continue;
+        const std::vector<Line> lines = search(host, calculation, seconds, seed, findings);
+        found.insert(found.end(), lines.begin(), lines.end());
+    }
+    std::ranges::sort(found, std::ranges::greater{}, &Line::seconds);
+    for (const auto& [time, within_bound, call] : found) {
+        std::isinf(time) ? std::printf("%12s", "no end") : std::printf("%10.6f s", time);
+        std::printf("  %s\n", call.c_str());
+    }
+    return !found.empty() && std::ranges::all_of(found, &Line::within_bound) ? 0 : 1;
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    constexpr double limit = 1.0;
-    const double seconds = argc > 1 ? std::atof(argv[1]) : 1.0;
-    const std::uint64_t seed = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1;
-    const host::EmbeddedHost host{ZELKOVAN_MODULE};
-    std::vector<std::pair<double, std::string>> found;
-    for (const Calculation& calculation : catalogue::calculations()) {
-        Search search{host, calculation, seed};
-        search.run(seconds);
-        found.emplace_back(search.time(), search.call());
+    try {
+        return search_all(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "slowest_calls: %s\n", error.what());
+        return 1;
     }
-    std::ranges::sort(found, std::greater{});
-    for (const auto& [time, call] : found) std::printf("%10.6f s  %s\n", time, call.c_str());
-    return found.front().first < limit ? 0 : 1;
 }
