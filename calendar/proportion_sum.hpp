@@ -3,7 +3,7 @@
 //  (1) Whole periods are added one by one, then the part of the last period that the end cuts.
 //  (2) Over a walk of centuries one cycle of 400 years, after which the calendar repeats, is walked; the other cycles add
 //      the same proportions again, to the last bit of the sum that the loop would form (repeated_sum.hpp).
-//  (3) Periods without months are walked one by one; a walk of ten million of them ends there, wherever it is.
+//  (3) Periods without months are walked one by one; a walk of five million of them ends there, wherever it is.
 #pragma once
 
 #include "calendar/calendar_date.hpp"

@@ -44,7 +44,7 @@ std::vector<double> values(const catalogue::Parameter& parameter, std::size_t si
         case Role::count:
             return {count(random, draw.reach.periods)};
         case Role::frequency:
-            return {frequency(random)};
+            return {frequency(random, random.chance(draw.reach.far))};
         case Role::basis:
             return {basis(random)};
         case Role::flag:
@@ -65,21 +65,23 @@ void leave_out(Call& call, Random& random) {
 // ---- Dates
 
 // The day of another date, or one at a distance from it.
-double related(double other, double frequency, const Draw& draw) {
+double related(double other, double frequency, bool far, const Draw& draw) {
     if (draw.random.chance(0.08)) return other;
-    return other + distance(draw.random, frequency, draw.reach.periods);
+    return other + (far ? distance : near_distance)(draw.random, frequency, draw.reach.periods);
 }
 
 enum class Dates { related, in_corners, alone };
 
-Dates draw_pattern(Random& random) {
+Dates draw_pattern(Random& random, bool far) {
     const double choice = random.uniform();
+    if (!far) return Dates::related;
     return choice < 0.55 ? Dates::related : choice < 0.85 ? Dates::in_corners : Dates::alone;
 }
 
 void draw_dates(Call& call, const Draw& draw) {
     const std::vector<std::size_t> dates = given_of(call, Role::day);
-    const Dates pattern = draw_pattern(draw.random);
+    const bool far = draw.random.chance(draw.reach.far);
+    const Dates pattern = draw_pattern(draw.random, far);
     std::vector<double> drawn_days;
     for (std::size_t k = 0; k < dates.size(); ++k) {
         if (pattern == Dates::in_corners) {
@@ -87,7 +89,7 @@ void draw_dates(Call& call, const Draw& draw) {
         } else if (pattern == Dates::alone || k == 0) {
             drawn_days.push_back(day(draw.random));
         } else {
-            drawn_days.push_back(related(drawn_days[draw.random.below(k)], periods_a_year(call), draw));
+            drawn_days.push_back(related(drawn_days[draw.random.below(k)], periods_a_year(call), far, draw));
         }
     }
     for (std::size_t k = 0; k < dates.size(); ++k) {  // in any order

@@ -18,6 +18,7 @@ namespace finance::hostile {
 struct Reach {
     double periods = 0x1p31;     // counted, or from date to date
     std::size_t list = 100'000;  // values
+    double far = 1.0;            // share of the calls whose dates and frequencies may make a walk of any length
 };
 
 struct Draw {

@@ -85,13 +85,15 @@ double day(Random& random) {
     return std::floor(far_day(random));
 }
 
+double near_distance(Random& random, double periods_a_year, double longest) {
+    if (random.chance(0.35)) return std::floor(random.sign() * random.log_uniform(1.0, 2e4));
+    const double period = days_a_year / std::clamp(periods_a_year, 1.0, months_a_year);
+    return std::floor(random.sign() * random.log_uniform(1.0, longest) * period + random.uniform(-40.0, 40.0));
+}
+
 double distance(Random& random, double periods_a_year, double longest) {
     const double choice = random.uniform();
-    if (choice < 0.25) return std::floor(random.sign() * random.log_uniform(1.0, 2e4));
-    if (choice < 0.70) {
-        const double period = days_a_year / std::clamp(periods_a_year, 1.0, months_a_year);
-        return std::floor(random.sign() * random.log_uniform(1.0, longest) * period + random.uniform(-40.0, 40.0));
-    }
+    if (choice < 0.70) return near_distance(random, periods_a_year, longest);
     if (choice < 0.95) return std::floor(beside(random, wrap(random, periods_a_year)));
     return std::floor(random.sign() * random.log_uniform(1.0, 1e18));
 }

@@ -18,6 +18,9 @@ double corner(Random& random);
 // counts of years, months or periods wrap.
 double distance(Random& random, double periods_a_year, double longest);
 
+// The first two of these alone.
+double near_distance(Random& random, double periods_a_year, double longest);
+
 // `size` days: equal, regular, in no order, or each of its own.
 std::vector<double> days(Random& random, std::size_t size);
 

@@ -30,11 +30,12 @@ double count(Random& random, double longest) {
     return std::floor(random.log_uniform(1.0, longest));
 }
 
-double frequency(Random& random) {
+double frequency(Random& random, bool any) {
     constexpr std::array with_months{1.0, 2.0, 4.0, 6.0, 12.0};
-    constexpr std::array without{3.0, 5.0,    7.0,          8.0,          24.0,         365.0,
-                                 1e6, 0x1p30, 0x1p31 - 2.0, 0x1p31 - 1.0, 0x1p32 + 12.0};
+    constexpr std::array few{3.0, 5.0, 7.0, 8.0, 24.0, 365.0};
+    constexpr std::array without{3.0, 24.0, 365.0, 1e6, 0x1p30, 0x1p31 - 2.0, 0x1p31 - 1.0, 0x1p32 + 12.0};
     if (random.chance(0.8)) return random.pick(with_months);
+    if (!any) return random.pick(few);
     return random.chance(0.7) ? random.pick(without) : std::floor(random.log_uniform(1.0, 0x1p31));
 }
 

@@ -8,8 +8,8 @@ namespace finance::hostile {
 // Whole: up to `longest` each power of ten equally likely; where that reaches 32 bits, also the limits of loops and widths.
 double count(Random& random, double longest);
 
-// Coupons a year: those that have months, others up to 32 bits.
-double frequency(Random& random);
+// Coupons a year: those that have months, some others; where `any`, up to 32 bits.
+double frequency(Random& random, bool any);
 
 // A fraction: everyday ones, any above 0, those that rounding or a search meets with, a few below 0.
 double rate(Random& random);

@@ -167,7 +167,8 @@ TEST(ProportionSum, ExactBeyondTenMillionPeriods) {
     for (const Long& row : rows) {
         CouponTerms terms = row.terms;
         const double got = sum_of_proportions(row.total, row.origin, row.end, row.until, &terms);
-        EXPECT_LE(std::abs(got / row.expected - 1.0), drift(row.expected)) << row.id << ": " << got << ", expected " << row.expected;
+        EXPECT_LE(std::abs(got / row.expected - 1.0), drift(row.expected))
+            << row.id << ": " << got << ", expected " << row.expected;
         EXPECT_EQ(terms.periodDays, row.terms.periodDays) << row.id;
     }
 }

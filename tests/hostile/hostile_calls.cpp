@@ -25,8 +25,8 @@ constexpr std::size_t most_of_one = 2;   // such calls of a calculation, which i
 constexpr double alarm_seconds = 2.5;    // more than the second that a call has, so that its time is mostly known
 
 // Literal loops of millions of steps are bounded, but a share of a second each: few calls may ask for them.
-constexpr double far_share = 0.02;
-constexpr Reach usual_reach{.periods = 1e4, .list = 300};
+constexpr double far_share = 0.005;
+constexpr Reach usual_reach{.periods = 1e4, .list = 300, .far = 0.05};
 
 struct Slow {
     std::size_t number;

@@ -325,7 +325,7 @@ TEST_F(Dispatcher, OddCounts) {
         {4294967296 + 3, not_enough, false},
         {4294967296 + 7, too_many, false},
         {INT64_MIN + 4, {}, true},
-        {-4294967296 + 4, {}, true},        // 0xFFFFFFFF00000004
+        {-4294967296 + 4, {}, true},         // 0xFFFFFFFF00000004
         {4294967295, usage_lines(), false},  // -1
         {4294967296, usage_lines(), false},
         {2147483648, usage_lines(), false},  // the smallest 32-bit number
