@@ -4,38 +4,43 @@
 #include <cmath>
 #include <cstdint>
 
+#include "depreciation/twofold.hpp"
+
 namespace finance {
 
-// Periods that a depreciation is walked one by one; longer ones have closed forms.
-inline constexpr std::int32_t longest_literal_walk = 10'000'000;
+// What i periods leave of 1, and what they take, when each takes q = factor / life of the rest. Above q = 1 a period takes
+// more than there is, and the sign of what is left alternates.
+struct Share {
+    Twofold left;   // (1 - q)^i
+    Twofold taken;  // 1 - left, which keeps the digits of a small q
+};
 
-// What i periods leave of 1: (1 - q)^i, q = factor / life. Above q = 1 a period takes more than there is, and the sign
-// of what is left alternates.
 class Decline {
 public:
-    Decline(double factor, double life) : alternates_{factor > life}, growth_{growth(factor, life)} {}
+    Decline(double factor, double life)
+        : q_{Twofold{factor, 0.0} / Twofold{life, 0.0}}, one_{Twofold{1.0, 0.0} - q_, q_} {}
 
-    [[nodiscard]] double left(std::int64_t i) const {
-        if (i == 0) return 1.0;
-        const double size = std::exp(static_cast<double>(i) * growth_);
-        return negative(i) ? -size : size;
-    }
-    // 1 - left(i)
-    [[nodiscard]] double taken(std::int64_t i) const {
-        if (i == 0) return 0.0;
-        const double exponent = static_cast<double>(i) * growth_;
-        return negative(i) ? 1.0 + std::exp(exponent) : 0.0 - std::expm1(exponent);
+    [[nodiscard]] Twofold q() const { return q_; }
+
+    // By squaring. Of i + j periods is left the product, and taken what i take and j of the rest.
+    // Error  2^-102 i of both, relative, at the most
+    [[nodiscard]] Share after(std::int64_t i) const {
+        Share all{{1.0, 0.0}, {0.0, 0.0}};
+        for (Share power = one_; i > 0; i /= 2, power = both(power, power)) {
+            if (i % 2 != 0) all = both(all, power);
+        }
+        return all;
     }
 
 private:
-    // ln|1 - q|; the distance of q from 2 keeps its digits.
-    [[nodiscard]] double growth(double factor, double life) const {
-        return std::log1p(alternates_ ? std::fma(-2.0, life, factor) / life : -(factor / life));
+    static Share both(const Share& a, const Share& b) {
+        const Twofold left = a.left * b.left;
+        if (!std::isfinite(left.high)) return {left, {-left.high, 0.0}};
+        return {left, a.taken + a.left * b.taken};
     }
-    [[nodiscard]] bool negative(std::int64_t i) const { return alternates_ && i % 2 != 0; }
 
-    bool alternates_;
-    double growth_;
+    Twofold q_;
+    Share one_;
 };
 
 }  // namespace finance

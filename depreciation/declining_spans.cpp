@@ -1,6 +1,7 @@
 #include "depreciation/declining_spans.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 #include "depreciation/decline.hpp"
 
@@ -8,25 +9,41 @@ namespace finance {
 
 namespace {
 
-// Of a cost of 0 nothing is taken, whatever the factor.
-Decline decline_of(const DecliningAsset& a) { return {a.cost == 0.0 ? 0.0 : a.factor, a.life}; }
+Twofold twofold(double x) { return {x, 0.0}; }
 
+// Amounts as the calculations have them, times `scale`: halves of denormal numbers would lose their digits.
 struct Span {
-    DecliningAsset a;
+    double scale;
+    Twofold cost;
+    Twofold depreciable;
+    double life;
     Decline decline;
 
-    [[nodiscard]] double accumulated(std::int64_t i) const { return a.cost * decline.taken(i); }
-    [[nodiscard]] double declining(std::int64_t i) const { return a.cost * decline.left(i) * a.factor / a.life; }
-    [[nodiscard]] double straight(std::int64_t i) const {
-        return (a.depreciable - accumulated(i)) / (a.life - static_cast<double>(i));
+    explicit Span(const DecliningAsset& a)
+        : scale{std::abs(a.cost) < 0x1p-800 ? 0x1p+700 : 1.0},
+          cost{twofold(a.cost * scale)},
+          depreciable{twofold(a.depreciable * scale)},
+          life{a.life},
+          decline{a.cost == 0.0 ? 0.0 : a.factor, a.life} {}  // of a cost of 0 nothing is taken, whatever the factor
+
+    [[nodiscard]] Twofold left(std::int64_t i) const { return cost * decline.after(i).left; }
+    [[nodiscard]] Twofold declining(std::int64_t i) const { return left(i) * decline.q(); }
+    // Down to salvage, after i periods: by what is taken, or by what is left where that is smaller by more digits than it has
+    // fewer.
+    [[nodiscard]] Twofold rest(std::int64_t i) const {
+        const Share share = decline.after(i);
+        return std::abs(share.left.high) < 0x1p-24 ? cost * share.left + (depreciable - cost)
+                                                   : depreciable - cost * share.taken;
     }
-    [[nodiscard]] bool below_salvage(std::int64_t i) const { return accumulated(i + 1) > a.depreciable; }
-    [[nodiscard]] bool switches(std::int64_t i) const { return declining(i) < straight(i) || below_salvage(i); }
+    [[nodiscard]] Twofold straight(std::int64_t i) const {
+        return rest(i) / exact_sum(life, 0.0 - static_cast<double>(i));
+    }
+    [[nodiscard]] bool below_salvage(std::int64_t i) const { return rest(i + 1).negative(); }
+    [[nodiscard]] bool lower(std::int64_t i) const { return (declining(i) - straight(i)).negative(); }
 
     // Depreciation of the periods from s to e without regard to salvage.
-    [[nodiscard]] double between(std::int64_t s, std::int64_t e) const {
-        return 0.0 + a.cost * decline.left(s) * decline.taken(e - s);
-    }
+    [[nodiscard]] Twofold between(std::int64_t s, std::int64_t e) const { return left(s) * decline.after(e - s).taken; }
+    [[nodiscard]] double amount(Twofold x) const { return x.rounded() / scale + 0.0; }
 };
 
 // The first of the periods 0 .. e - 1 for which `ends` holds; e where there is none. Where it holds in one of the
@@ -49,19 +66,14 @@ std::int64_t first_period(std::int64_t e, Ends ends) {
     return std::min(ends(2 * low) ? 2 * low : 2 * low + 1, e);
 }
 
-// From period k on: equal amounts d until depreciable is reached, then the rest; the part of it from s to e. Where
-// depreciable is passed before, each period counts the difference.
-double equal_amounts(const Span& span, std::int64_t k, std::int64_t s, std::int64_t e) {
-    const double rest = span.a.depreciable - span.accumulated(k);
-    const std::int64_t from = std::max(s, k);
-    if (rest < 0.0) return rest * static_cast<double>(e - from);
-    const double d = std::max(span.straight(k), span.declining(k));
-    const double periods = rest / d;
-    const std::int64_t whole = periods < static_cast<double>(e - k) ? static_cast<std::int64_t>(periods) : e - k;
-    const std::int64_t equal = k + whole - from;
-    const double total = equal > 0 ? d * static_cast<double>(equal) : 0.0;
-    if (k + whole == e || equal < 0) return total;
-    return total + (whole > 0 ? rest - d * static_cast<double>(whole) : rest);
+// From the period k on that ends the decline: the straight line, to salvage at the end of the life; or all down to
+// salvage in period k. Where salvage is passed before, each period counts the difference.
+Twofold after_decline(const Span& span, std::int64_t k, std::int64_t s, std::int64_t e) {
+    const Twofold periods = twofold(static_cast<double>(e - std::max(s, k)));
+    const Twofold rest = span.rest(k);
+    if (rest.negative()) return rest * periods;
+    if (span.lower(k)) return span.straight(k) * periods;
+    return s <= k ? rest : Twofold{};
 }
 
 }  // namespace
@@ -69,19 +81,41 @@ double equal_amounts(const Span& span, std::int64_t k, std::int64_t s, std::int6
 double closed_declining(const DecliningAsset& a, std::int32_t s, std::int32_t e) {
     if (s >= e) return 0.0;
     if (std::isinf(a.cost)) return a.cost - a.cost;  // taking from it leaves no number
-    const Span span{a, decline_of(a)};
+    const Span span{a};
     const std::int64_t k = first_period(e, [&](std::int64_t i) { return span.below_salvage(i); });
-    if (k == e) return span.between(s, e);
-    return s <= k ? a.depreciable - span.accumulated(s) : 0.0;
+    if (k == e) return span.amount(span.between(s, e));
+    return s <= k ? span.amount(span.rest(s)) : 0.0;
 }
 
 double closed_switching(const DecliningAsset& a, std::int32_t s, std::int32_t e) {
     if (s >= e) return 0.0;
     if (std::isinf(a.cost)) return a.cost - a.cost;  // taking from it leaves no number
-    const Span span{a, decline_of(a)};
-    const std::int64_t k = first_period(e, [&](std::int64_t i) { return span.switches(i); });
-    const double declining = s < k ? span.between(s, std::min<std::int64_t>(k, e)) : 0.0;
-    return k < e ? declining + equal_amounts(span, k, s, e) : declining;
+    const Span span{a};
+    const std::int64_t k = first_period(e, [&](std::int64_t i) { return span.lower(i) || span.below_salvage(i); });
+    const Twofold declining = s < k ? span.between(s, std::min<std::int64_t>(k, e)) : Twofold{};
+    return span.amount(k < e ? declining + after_decline(span, k, s, e) : declining);
+}
+
+// What is left after a period is (1 - q) of what was before, and salvage where that would be less. Salvage, once there,
+// stays; but one below 0 declines again, sign by sign, and is come back to in every second period for q > 2.
+double closed_amount(const DecliningAsset& a, double salvage, std::int32_t period) {
+    Span span{a};
+    const Twofold end = twofold(salvage * span.scale);
+    span.depreciable = span.cost - end;
+    const std::int64_t before = period - 1;
+    const std::int64_t k = first_period(period, [&](std::int64_t i) { return span.below_salvage(i); });
+    Twofold left = span.left(before);
+    Twofold all = span.rest(before);
+    if (k < before) {
+        if (!(salvage < 0.0)) return 0.0;
+        const std::int64_t since = before - (k + 1);
+        const bool comes_back = (twofold(2.0) - span.decline.q()).negative();
+        const Share share = span.decline.after(comes_back ? since % 2 : since);
+        left = end * share.left;
+        all = twofold(0.0) - end * share.taken;
+    }
+    const Twofold declining = left * span.decline.q();
+    return span.amount((all - declining).negative() ? all : declining);
 }
 
 }  // namespace finance

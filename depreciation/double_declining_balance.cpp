@@ -3,62 +3,49 @@
 //  (1) The period is at least 1 and at most the life, which need not be whole.
 //  (2) A factor that is absent, missing, zero or negative is 2.
 //  (3) A salvage above the cost leaves nothing to depreciate.
-//  (4) Once a period's amount no longer changes the sum, all later amounts are equal to it; once two in succession leave
-//      it as it was, they alternate. A walk that would go past ten million periods is replaced by its closed form.
-#include <algorithm>
-
+//  (4) Once two amounts in succession leave the sum as it was, they alternate. Equal amounts are passed over in jumps that
+//      keep every bit (calendar/repeated_sum.hpp). A walk that would go past fifty million periods is replaced by its
+//      closed form; past ten million where amounts are near the denormal numbers.
 #include "abi/arguments.hpp"
-#include "depreciation/decline.hpp"
+#include "calendar/repeated_sum.hpp"
+#include "depreciation/declining_spans.hpp"
 #include "depreciation/handlers.hpp"
+#include "depreciation/literal_steps.hpp"
 
 namespace finance {
 
 namespace {
 
-struct Asset {
-    double cost;
-    double salvage;
-    double life;
-    double factor;
-};
-
-// What a period takes of what is left before it, in exact arithmetic.
-double amount_of(const Asset& a, double left) {
-    if (a.salvage > left) return 0.0;
-    return std::min(left * a.factor / a.life, left - a.salvage);
+// What a period takes of what is left.
+double amount_after(const DecliningAsset& a, double salvage, double accumulated) {
+    const double remaining = a.cost - accumulated;
+    if (salvage > remaining) return 0.0;
+    const double declining = remaining * a.factor / a.life;
+    const double all = a.depreciable - accumulated;
+    return all < declining ? all : declining;
 }
 
-// After i periods is left cost (1 - q)^i, q = factor / life, until a period takes all down to salvage. Above q = 1, where
-// what is left changes sign, a first period that does so is followed by the same powers of salvage.
-double closed_amount(const Asset& a, std::int32_t period) {
-    const Decline decline{a.factor, a.life};
-    const bool all_at_once = a.cost - a.salvage < a.cost * a.factor / a.life;
-    if (all_at_once) return amount_of(a, a.salvage * decline.left(period - 2));
-    const double before = a.cost * decline.left(period - 1);
-    return amount_of(a, before);
-}
-
-// The amount of the last of `period` periods. A sum that comes back to what it was two periods before goes on so.
-double amount_of_period(const Asset& a, std::int32_t period) {
+// The amount of the last of `period` periods. As the sum moves away from where an amount began to be taken, no later
+// amount is that one again once another is.
+double amount_of_period(const DecliningAsset& a, double salvage, std::int32_t period) {
     double accumulated = 0.0;
     double before = 0.0;
     double d = 0.0;
-    for (std::int32_t i = 1; i <= period; ++i) {
-        if (i > longest_literal_walk) return closed_amount(a, period);
+    LiteralSteps steps{a.cost};
+    for (std::int64_t i = 1; i <= period; ++i) {
+        if (!steps.next()) return closed_amount(a, salvage, period);
         const double d_before = d;
-        const double remaining = a.cost - accumulated;
-        if (a.salvage > remaining) {
-            d = 0.0;
-        } else {
-            const double declining = remaining * a.factor / a.life;
-            const double all = a.cost - a.salvage - accumulated;
-            d = all < declining ? all : declining;
-        }
+        d = amount_after(a, salvage, accumulated);
         const double two_before = before;
         before = accumulated;
         accumulated += d;
-        if (same_bits(accumulated, before)) return d;
         if (i > 1 && same_bits(accumulated, two_before)) return (period - i) % 2 == 0 ? d : d_before;
+        if (!steps.are_equal(d)) continue;
+        const RepeatedSum now = repeat_while(
+            accumulated, period - i, [&](double sum) { return sum + d; },
+            [&](double sum) { return same_bits(amount_after(a, salvage, sum), d); });
+        accumulated = now.sum;
+        i += now.times;
     }
     return d;
 }
@@ -68,16 +55,18 @@ double amount_of_period(const Asset& a, std::int32_t period) {
 // cost, salvage, life, period, factor
 FINANCE_HANDLER(DDB) {
     Arguments in{context, result, count};
-    Asset a{};
+    DecliningAsset a{};
+    double salvage;
     std::int32_t period;
-    if (!in.number(1, a.cost) || !in.number(2, a.salvage) || !in.positive(3, a.life) || !in.count(4, period)) {
+    if (!in.number(1, a.cost) || !in.number(2, salvage) || !in.positive(3, a.life) || !in.count(4, period)) {
         return in.status();
     }
     if (!(period <= a.life)) return in.invalid(4);
     constexpr double usual_factor = 2.0;
     in.optional_number(5, a.factor);
     if (!(a.factor > 0.0)) a.factor = usual_factor;
-    return in.answer(a.salvage > a.cost ? 0.0 : amount_of_period(a, period));
+    a.depreciable = a.cost - salvage;
+    return in.answer(salvage > a.cost ? 0.0 : amount_of_period(a, salvage, period));
 }
 
 }  // namespace finance

@@ -39,7 +39,7 @@ Number literal_double(double cost, double salvage, double life, double factor, s
         d = 0;
         if (!(salvage > remaining)) {
             const Number declining = remaining * factor / life;
-            const Number all = cost - salvage - accumulated;
+            const Number all = Number{cost} - salvage - accumulated;
             d = all < declining ? all : declining;
         }
         accumulated += d;
@@ -70,7 +70,7 @@ Number literal_switching(const DecliningAsset& a, std::int64_t s, std::int64_t e
     for (std::int64_t i = 0; i < e; ++i) {
         if (!switched) {
             d = (a.cost - accumulated) * a.factor / a.life;
-            const Number straight = (a.depreciable - accumulated) / (a.life - static_cast<Number>(i));
+            const Number straight = (a.depreciable - accumulated) / (a.life - static_cast<double>(i));
             if (d < straight) {
                 d = straight;
                 switched = true;

@@ -1,4 +1,4 @@
-// Lives of up to 2^31 - 1 periods: closed forms against 200 bits, and each call ends.
+// Lives of up to 2^31 - 1 periods.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -15,102 +15,10 @@ namespace {
 constexpr double n = 2147483647.0;
 constexpr double inf = std::numeric_limits<double>::infinity();
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
-constexpr double accuracy = 1e-12;  // of the cost
-
 double value_of(const char* name, std::vector<Arg> arguments) {
     const Outcome got = Call{name, std::move(arguments)}.through_handler();
     EXPECT_EQ(got.status, STATUS_SUCCESS) << name;
     return got.value;
-}
-
-struct Shape {
-    double cost;
-    double salvage;
-    double life;
-    double factor;
-
-    // What i periods leave without regard to salvage.
-    [[nodiscard]] Precise left(double i) const {
-        return Precise{cost} * power(Precise{1.0} - Precise{factor} / life, Precise{i});
-    }
-    // The same, down to salvage; of positive costs only.
-    [[nodiscard]] Precise left_above_salvage(double i) const {
-        const Precise all = left(i);
-        return (all - salvage).rounded() < 0.0 ? Precise{salvage} : all;
-    }
-    // In which period the straight line takes over, or salvage is reached: the first of those where it gives more.
-    [[nodiscard]] double switch_period() const {
-        double low = 0.0;
-        double high = std::floor(life);
-        while (low < high) {
-            const double mid = std::floor((low + high) / 2.0);
-            const Precise declining = left(mid) * factor / life;
-            const Precise straight = (left(mid) - salvage) / (Precise{life} - mid);
-            const bool ends = (declining - straight).rounded() < 0.0 || (left(mid + 1.0) - salvage).rounded() < 0.0;
-            (ends ? high : low) = ends ? mid : mid + 1.0;
-        }
-        return low;
-    }
-    // Taken after i periods, with the switch: from its period on a straight line to salvage at the end of the life.
-    [[nodiscard]] Precise left_with_switch(double i) const {
-        const double k = switch_period();
-        if (i <= k) return left(i);
-        const Precise rest = left(k) - salvage;
-        const Precise declining = left(k) * factor / life;
-        const Precise straight = rest / (Precise{life} - k);
-        const Precise each = (declining - straight).rounded() < 0.0 ? straight : declining;
-        const Precise now = left(k) - each * (i - k);
-        return (now - salvage).rounded() < 0.0 ? Precise{salvage} : now;
-    }
-};
-
-const std::vector<Shape> shapes{
-    {1e6, 0, n, 2},      {1e6, 1e5, n, 2},       {1e6, 4e5, n, 2},     {1e6, 1e5, n, 1.5},       {1e6, 1e5, n, 0.5},
-    {1e6, 999999, n, 2}, {1e6, -1e6, n, 2},      {1e6, 1, n, 10},      {1e6, 1e-3, n, 40},       {1e6, 1e5, 3e7, 2},
-    {1e6, 1e5, 2e9, 1},  {1e6, 1e5, 2.5e9, 1.1}, {1e6, 1e5, 1e12, 2},  {1e6, 1e5, 1e15, 3},      {1e6, 9.9e5, 1e11, 5},
-    {1e6, 5e5, n, 1e-3}, {1e-3, 1e-4, n, 2},     {1e300, 1e299, n, 2}, {1e6, 1e5, 1e8 + 0.5, 3}, {1e6, 1e6, n, 2},
-};
-
-const std::vector<double> moments{10000001, 12345678, 25000000, 30000000, 99999999, 777777777, 1999999999, n - 1, n};
-
-// One moment a shape in turn: each call walks ten million periods first.
-TEST(LongLives, DoubleDecliningBalance) {
-    constexpr std::size_t every = drawn(40) == 40 ? 1 : 3;
-    Worst worst;
-    for (std::size_t i = 0; i < shapes.size(); i += every) {
-        const Shape& a = shapes[i];
-        const double period = std::min(moments[i % moments.size()], std::floor(a.life));
-        const Precise d = a.left_above_salvage(period - 1.0) - a.left_above_salvage(period);
-        const double got = value_of("DDB", {a.cost, a.salvage, a.life, period, a.factor});
-        worst.add(std::abs((d - got).rounded()) / a.cost);
-    }
-    EXPECT_GT(worst.count(), 5);
-    EXPECT_LE(worst.error(), accuracy);
-}
-
-using Closed = double (*)(const DecliningAsset& a, std::int32_t s, std::int32_t e);
-using Left = Precise (Shape::*)(double i) const;
-
-// The error of the span from s to e.
-double error_of(const Shape& a, double s, double e, Left left, double got) {
-    const Precise before = (a.*left)(std::min(s, e));
-    return std::abs((before - (a.*left)(e)-got).rounded()) / a.cost;
-}
-
-void check_spans(Left left, Closed closed) {
-    Worst worst;
-    for (const Shape& a : shapes) {
-        const DecliningAsset asset{a.cost, a.cost - a.salvage, a.life, a.factor};
-        for (const double e : moments) {
-            for (const double s : {0.0, 1.0, 5e6, 1.1e7, 1e9, e - 1.0, e, n}) {
-                if (s > a.life || e > a.life) continue;
-                const double got = closed(asset, static_cast<std::int32_t>(s), static_cast<std::int32_t>(e));
-                worst.add(error_of(a, s, e, left, got));
-            }
-        }
-    }
-    EXPECT_GT(worst.count(), 800);
-    EXPECT_LE(worst.error(), accuracy);
 }
 
 // Long alternations: q is 2, and above 1 where the first period takes all.
@@ -122,33 +30,17 @@ TEST(LongLives, DoubleDecliningAlternates) {
         {"DDB/q 4, all at once, odd", "DDB", {100, -50, 2e7, 19999999, 8e7}, 200.0, "-50, 150, -50, .. is left"},
         {"DDB/q just below 2",
          "DDB",
-         {100, -1000, 2e7, 2e7, 4e7 - 1},
+         {100, -1000, 2e8, 2e8, 4e8 - 1},
          -200.0 * std::exp(-1.0),
          "(1-q)^n, q = 2 - 1/n",
-         1e4},
+         1e3},
         {"DDB/q just below 2, all at once",
          "DDB",
-         {100, -50, 2e7, 2e7, 4e7 - 1},
-         -50.0 * (2.0 - 5e-8) * std::exp((2e7 - 2.0) * std::log1p(-5e-8)),
+         {100, -50, 2e8, 2e8, 4e8 - 1},
+         -50.0 * (2.0 - 5e-9) * std::exp((2e8 - 2.0) * std::log1p(-5e-9)),
          "-50 is left after one period, (1-q)^(n-2) of it before the last, q = 2 - 1/n",
-         1e4},
+         1e3},
     });
-}
-
-TEST(LongLives, SpansOfDecliningBalance) { check_spans(&Shape::left_above_salvage, closed_declining); }
-
-TEST(LongLives, SpansWithASwitch) { check_spans(&Shape::left_with_switch, closed_switching); }
-
-TEST(LongLives, SpansThroughTheHandler) {
-    for (const Shape& a : {Shape{1e6, 1e5, n, 2}, Shape{1e6, 4e5, 3e7, 1.5}}) {
-        for (const double s : {0.0, 2.5e7}) {
-            constexpr double e = 2.9e7;
-            const double declining = value_of("VDB", {a.cost, a.salvage, a.life, s, e, a.factor, 1});
-            EXPECT_LE(error_of(a, s, e, &Shape::left_above_salvage, declining), accuracy) << a.life << ' ' << s;
-            const double switching = value_of("VDB", {a.cost, a.salvage, a.life, s, e, a.factor, 0});
-            EXPECT_LE(error_of(a, s, e, &Shape::left_with_switch, switching), accuracy) << a.life << ' ' << s;
-        }
-    }
 }
 
 // One rounding an operation, and no walk at all.
@@ -175,21 +67,14 @@ const std::vector<ValueCase> values{
     {"VDB/no cost, factor beyond the life", "VDB", {0, 0, n, 2e7, 3e7, 1e11}, 0.0, "nothing to take"},
     {"VDB/negative cost, straight line",
      "VDB",
-     {-100, -300, 4e7, 1e7, 3e7, 2, 0},
-     100.0,
-     "half the life, half of 200",
-     8},
+     {-100, -228, 0x1p25, 0x1p23, 0x1.8p24, 2, 0},
+     64.0,
+     "half the life, half of 128"},
     {"VDB/q 2 and room below salvage, odd end", "VDB", {1, -100, 2e7, 0, 10000001, 4e7}, 2.0, "2 - 2 + 2 ..."},
     {"VDB/q 2 and room below salvage, even end", "VDB", {1, -100, 2e7, 0, 10000002, 4e7}, 0.0, "2 - 2 + 2 - 2 ..."},
 };
 
 TEST(LongLives, Values) { check_values(values); }
-
-// q = 2: the first period takes twice the cost, then the straight line begins.
-TEST(LongLives, SwitchAfterTakingTooMuch) {
-    const double got = value_of("VDB", {1, -100, 2e7, 0, 15000001, 4e7, 0});
-    EXPECT_NEAR(got, 2.0 + 99.0 * 15e6 / (2e7 - 1.0), 101 * accuracy);
-}
 
 TEST(LongLives, LinearPeriods) {
     const double begin = host_date(2009, 1, 1);

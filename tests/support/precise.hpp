@@ -32,6 +32,9 @@ public:
     friend PreciseOf operator-(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_sub, a, b); }
     friend PreciseOf operator*(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_mul, a, b); }
     friend PreciseOf operator/(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_div, a, b); }
+    PreciseOf& operator+=(const PreciseOf& other) { return *this = *this + other; }
+    friend bool operator<(const PreciseOf& a, const PreciseOf& b) { return mpfr_less_p(a.value_, b.value_) != 0; }
+    friend bool operator>(const PreciseOf& a, const PreciseOf& b) { return b < a; }
     friend PreciseOf power(const PreciseOf& a, const PreciseOf& b) { return made(mpfr_pow, a, b); }
     friend PreciseOf logarithm(const PreciseOf& a) {
         PreciseOf r;
