@@ -31,17 +31,14 @@ std::int64_t furthest_month(const CalendarDate& origin, const CouponTerms& terms
     return has_months(terms) ? month : std::max(month, month_of_odd_steps(origin));
 }
 
-// The first k, at least 1, whose month is no more: months count to 2^31, and years end.
+// The first k whose month is no more: months count to 2^31, and years end.
 std::int64_t first_round(const CalendarDate& origin, const CouponTerms& terms) {
     const std::int64_t month = month_number(origin);
     const std::int64_t room = std::min(most_months, end_of_months - 1 - month);
-    if (has_months(terms)) {
-        const std::int64_t step = terms.monthsPerPeriod;
-        return month + step < first_month || room < step ? 1 : room / step + 1;
-    }
+    if (has_months(terms)) return room / terms.monthsPerPeriod + 1;
     const std::int64_t even = room + 1 + (room + 1) % 2;
     const std::int64_t odd = (end_of_months - month_of_odd_steps(origin)) | 1;
-    return std::max<std::int64_t>(std::min(even, odd), 1);
+    return std::min(even, odd);
 }
 
 }  // namespace

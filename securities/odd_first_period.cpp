@@ -149,7 +149,7 @@ bool is_settled(const SecurityComputeRecord& record, double c, double first, con
 // k counts one ahead of the terms added, so that N terms are added for a whole N. Ones add up to N exactly.
 LaterCoupons sum_later_coupons(const SecurityComputeRecord& record, double c, double first_t, double v) {
     const double N = record.couponCount;
-    if (v == 1.0 && N >= 1.0) return {N, first_t};
+    if (v == 1.0) return {std::max(N, 0.0), first_t};
     const double first = c * first_t;
     LaterCoupons sums{0.0, first_t};
     double k = 1.0;

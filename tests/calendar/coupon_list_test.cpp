@@ -152,6 +152,27 @@ TEST(CouponList, ShortStretchesAroundTheYearZero) { compare_draws(1721426, 2500,
 TEST(CouponList, LongStretchesOverTheYearZero) { compare_draws(1721426 - 500'000, 300'000, 3000 * 365, 1000); }
 TEST(CouponList, FarYears) { compare_draws(700'000'000'000, 20000, 4000, 50'000); }
 
+// Where 2^31 months lead below the first year of 32 bits, the next date lies in the far future, and ends the list: 15 May
+// of the year -2135604065, moved by 178,956,971 years in months of 32 bits, is 15 January 1980406261.
+TEST(CouponList, EndsInTheFarFuture) {
+    CalendarDate start{.day = 15, .month = 5, .year = -2135604066, .julianDay = 0, .anchorDay = 15, .endOfMonth = 0};
+    ConvertDateToJulian(&start);
+    const CalendarDate end = date_of(1905, 3, 30);
+    const CalendarDate maturity = date_of(2001, 5, 15);
+    Listed got{coupon_terms(1, 0)};
+    got.list.startDate = &start;
+    got.list.endDate = &end;
+    got.list.maturity = &maturity;
+    MakeTheCouponList(&got.list);
+    EXPECT_EQ(got.list.wholePeriods, 1 + 178956970);
+    EXPECT_EQ(got.list.partialPeriods, 1);
+    EXPECT_EQ(got.list.periodsStored, 2 + 178956970);
+    EXPECT_EQ(got.list.boundaryFlags, static_cast<std::uint32_t>(START_ON_COUPON));
+    EXPECT_EQ(got.list.lastPeriod.start.year, -2135604065 + 178956970);
+    EXPECT_EQ(got.list.lastPeriod.end.year, 1980406261);
+    EXPECT_EQ(got.list.lastPeriod.end.month, 1);
+}
+
 // Lists without months per period are those of the literal walk, which ends where an even step reaches the end. (Where
 // the first coupon date lies 2^31 months back, it would take as many steps.)
 TEST(CouponList, WithoutMonthsPerPeriod) {
