@@ -39,7 +39,8 @@ double amount_of_period(const DecliningAsset& a, double salvage, std::int32_t pe
         const double two_before = before;
         before = accumulated;
         accumulated += d;
-        if (i > 1 && same_bits(accumulated, two_before)) return (period - i) % 2 == 0 ? d : d_before;
+        if (i < short_walk) continue;
+        if (same_bits(accumulated, two_before)) return (period - i) % 2 == 0 ? d : d_before;
         if (!steps.are_equal(d)) continue;
         const RepeatedSum now = repeat_while(
             accumulated, period - i, [&](double sum) { return sum + d; },

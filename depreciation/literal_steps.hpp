@@ -6,6 +6,9 @@
 
 namespace finance {
 
+// Short walks are not looked at for what may be passed over.
+inline constexpr std::int64_t short_walk = 1000;
+
 // Up to fifty million periods one by one, ten million where amounts are near the denormal numbers. Amounts that have been
 // equal for a while are worth a jump (calendar/repeated_sum.hpp), which counts as so many periods as it takes the time of.
 class LiteralSteps {

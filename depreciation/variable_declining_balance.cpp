@@ -90,8 +90,9 @@ double declining_balance(const DecliningAsset& a, std::int32_t s, std::int32_t e
         if (walk.below_salvage(walk.accumulated, d)) {
             return i < s ? walk.total : walk.total + (a.depreciable - walk.accumulated);
         }
-        alternation.remember(walk.accumulated, walk.total);
+        if (i >= short_walk) alternation.remember(walk.accumulated, walk.total);
         walk.take(i, d);
+        if (i < short_walk) continue;
         if (alternation.repeats(walk.accumulated)) {
             if (i < s) {
                 i += (s - 1 - i) / 2 * 2;
