@@ -171,7 +171,9 @@ TEST(DecliningSpans, LongSpansAt200Bits) {
         const PreciseShape shape{a};
         const double last = std::min(std::floor(a.life), most);
         const double crossing = shape.first(last, [&](double j) { return shape.ends_decline(j); });
-        const auto [s, e] = draw_long_span(draw, a.life, crossing);
+        const DrawnSpan span = draw_long_span(draw, a.life, crossing);
+        const std::int32_t s = span.s;
+        const std::int32_t e = span.e;
         const auto check = [&](int which, double got, const Precise& exact) {
             if (std::abs(exact.rounded()) > 1e300) return;  // grown beyond all bounds
             const double error =
