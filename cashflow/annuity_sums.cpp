@@ -1,6 +1,7 @@
 #include "cashflow/annuity_sums.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 #include "abi/conversions.hpp"
 #include "calendar/repeated_sum.hpp"
@@ -31,7 +32,8 @@ double sum_at_rest(const LoanWalk& walk, Running at, std::int64_t j, Step step) 
 template <typename Step>
 bool walk_periods(const LoanWalk& walk, double* sum, Step step) {
     if (walk.first > walk.last) return true;
-    const std::int64_t longest = longest_literal_walk(most_steps, walk.rate * walk.presentValue);
+    const double smallest_factor = walk.rate * std::min(std::abs(walk.presentValue), 1.0);
+    const std::int64_t longest = longest_literal_walk(most_steps, smallest_factor);
     Running now{walk.balance, walk.sum};
     for (std::int64_t j = 1; j <= walk.last; ++j) {
         if (j > longest) return false;

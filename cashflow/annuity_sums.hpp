@@ -4,7 +4,7 @@
 //      One that a step leaves as it was has come to rest; none alternates.
 //  (2) From there on all steps add the same amount, in jumps that keep every bit (calendar/repeated_sum.hpp).
 //  (3) A walk that does not come to rest within a hundred million steps is replaced by its closed form; within ten
-//      million where amounts are near the denormal numbers.
+//      million where the rate or the interest is near the denormal numbers.
 #pragma once
 
 #include <cstdint>

@@ -222,7 +222,7 @@ TEST(LoanSpans, OnBothSidesOfTheLimit) {
     expect_exact_sums(loan_of(1e-300, 20'000'000, 1e9, 1, past));
     expect_exact_sums(loan_of(1e-9, 2147483647, 1e-290, 2, past + 1, 1));
     expect_exact_sums(loan_of(3e-7, 15'000'000, 1e-290, past - 1000, past));
-    expect_exact_sums(loan_of(5e-324, 20'000'000, 1e30, 1, 20'000'000));
+    expect_exact_sums(loan_of(5e-324, 20'000'000, 1e300, 1, 20'000'000));
     expect_exact_sums(loan_of(3e-7, 15'000'000, 1e-290, 14'000'000, 20'000'000, 1));
 }
 
