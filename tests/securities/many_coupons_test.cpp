@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -16,13 +17,22 @@ namespace {
 
 // Models take the discount factor v as the double that it is: its rounding, a billion times over, is the formula's own.
 
-constexpr double billions[] = {3e8, 1.2e10};
+constexpr double billions[] = {1.2e10, 3e8};
+
+// All of them in a release build, the first half in others, where the loops that closed forms wait for take long.
+template <std::size_t n>
+std::span<const double> some_of(const double (&all)[n]) {
+    return {all, drawn(40) == 40 ? n : (n + 1) / 2};
+}
+
+constexpr double yields[] = {1e-8, 0.05, 0.0, -1e-8};
+constexpr double rates[] = {1e200, 0.0, 1e-8, 1e-200};
 
 double discount(double y) { return 1.0 / (1.0 + y / 12.0); }
 
 TEST(BillionsOfCoupons, Price) {
-    for (const double months : billions) {
-        for (const double y : {0.05, 1e-8, 0.0, -1e-8}) {
+    for (const double months : some_of(billions)) {
+        for (const double y : some_of(yields)) {
             Security bond;
             set_long_bond(bond, static_cast<std::int64_t>(months), y);
             SecurityComputeRecord& r = bond.record;
@@ -55,21 +65,21 @@ void check_duration(double months, double y, double rate) {
 
 // Coupons of usual size, so small or so large that their sums would leave the range of doubles, and none.
 TEST(BillionsOfCoupons, Duration) {
-    for (const double months : billions) {
-        for (const double y : {0.05, 1e-8, 0.0, -1e-8}) {
-            for (const double rate : {1e-8, 1e-200, 1e200, 0.0}) check_duration(months, y, rate);
+    for (const double months : some_of(billions)) {
+        for (const double y : some_of(yields)) {
+            for (const double rate : some_of(rates)) check_duration(months, y, rate);
         }
     }
 }
 
 // c (first + S) + R t - a, and its slope by x, of coupons c at v^e, v^(e+1) .. and redemption with the last.
 TEST(BillionsOfCoupons, YieldObjective) {
-    for (const double months : billions) {
-        for (const double x : {0.05, 1e-8, -1e-8}) {
+    for (const double months : some_of(billions)) {
+        for (const double x : some_of(yields)) {
             Security bond;
-            set_long_bond(bond, static_cast<std::int64_t>(months), x);
+            set_long_bond(bond, static_cast<std::int64_t>(months), 0.05);
             SecurityComputeRecord& r = bond.record;
-            ASSERT_EQ(zComputePRICE(&r), 0);
+            ASSERT_EQ(zComputePRICE(&r), 0);  // for the quantities
             r.price = 0.0;
             NewtonProblem problem{};
             problem.userData = &r;
@@ -92,8 +102,8 @@ TEST(BillionsOfCoupons, YieldObjective) {
 }
 
 TEST(BillionsOfCoupons, OddFirstPriceAndObjective) {
-    for (const double months : billions) {
-        for (const double y : {0.05, 1e-8, -1e-8}) {
+    for (const double months : some_of(billions)) {
+        for (const double y : some_of(yields)) {
             Security bond;
             set_long_bond(bond, static_cast<std::int64_t>(months), y);
             SecurityComputeRecord& r = bond.record;

@@ -165,6 +165,7 @@ void expect_exact_objectives(Security& bond, double x) {
 
 // set_long_bond's coupons are those after the first one, which ODDFPRICE counts; PRICE counts three more.
 TEST(SumLimits, SingleSums) {
+    if (drawn(40) < 40) return;  // takes other builds than a release a minute
     Security below;
     set_long_bond(below, longest - 3, 1e-7);
     compute(zComputePRICE, below);
@@ -186,9 +187,11 @@ TEST(SumLimits, SumsNearTheDenormals) {
         compute(zComputeDURATION, bond);
         expect_same("DURATION", bond.record.duration, literal_duration(bond.record), bond.record.couponCount, 2e-6);
     }
+    int rows = 0;
     for (const double y : {2e-6, -2e-6, 1e-3, 1e-2}) {
         for (const std::int64_t coupons : {longest_of_denormals - 2, 2 * longest_of_denormals}) {
             for (const double rate : {1e-300, 1e-320}) {
+                if (drawn(40) < 40 && ++rows % 3 != 1) continue;
                 Security bond;
                 set_long_bond(bond, coupons, y);
                 bond.record.rate = rate;
@@ -201,6 +204,7 @@ TEST(SumLimits, SumsNearTheDenormals) {
 
 TEST(SumLimits, SumsOfSearches) {
     for (const double x : {1e-7, -1e-7, 0.0}) {
+        if (drawn(40) < 40 && x < 0.0) continue;
         for (const std::int64_t coupons : {longest_of_search - 4, longest_of_search - 3}) {
             Security bond;
             set_long_bond(bond, coupons, x);
