@@ -183,7 +183,7 @@ void CallRecord::claim(Bytes& in, const KnownName* known) {
     const auto read = static_cast<std::int32_t>(static_cast<std::uint32_t>(count));
     const bool refused_unseen =
         known == nullptr || (known->optional != any_number && read > 1 + known->required + known->optional);
-    const bool within = count < 1 || (slots > 0 && (read <= slots || refused_unseen));
+    const bool within = read < 1 || (slots > 0 && (read <= slots || refused_unseen));
     context_->count = within ? count : slots;
 }
 
