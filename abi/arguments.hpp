@@ -15,6 +15,7 @@
 #include <cstring>
 
 #include "abi/conversions.hpp"
+#include "abi/limits.hpp"
 #include "abi/status.hpp"
 #include "abi/zelkovan.h"
 
@@ -53,8 +54,6 @@ inline CharacterValue character_value(const ArgSlot& slot) {
 }
 
 // ---- The takers
-
-inline constexpr double largest_whole_number = 9007199254740992.0;  // 2^53
 
 // Reads the arguments of one call. A taker that returns false has dealt with the failure: return status().
 class Arguments {
@@ -101,10 +100,9 @@ public:
     }
 
     // -- optional: an argument that is left out, absent or missing leaves value as it is
-    bool optional_number(int i, double& value) const {
+    void optional_number(int i, double& value) const {
         const double x = number_or_missing(i);
         if (!is_missing(x)) value = x;
-        return true;
     }
     // A number that is exactly its own conversion to 32 bits.
     bool optional_exact(int i, std::int32_t& value) {
@@ -115,6 +113,11 @@ public:
     }
     // Payment timing: 1 at the start of each period; 0 and every negative whole number at its end.
     bool payment_timing(int i, std::int32_t& type) { return optional_exact(i, type) && (type <= 1 || refuse(i)); }
+    // What the payments leave, or begin with, and in the next position their timing.
+    bool amount_and_timing(int i, double& amount, std::int32_t& type) {
+        optional_number(i, amount);
+        return payment_timing(i + 1, type);
+    }
 
     // A basis that is left out leaves value as it is; one that is there but missing is ACTUAL.
     bool basis(int i, std::int32_t& value);
@@ -164,4 +167,16 @@ private:
     Status status_ = STATUS_SUCCESS;
 };
 
+// ---- The handlers
+
+// Evaluates one calculation. count includes the name; row is the calculation's index in FinancialList, by which the
+// members of a family may tell themselves apart.
+using Handler = Status(HostCallContext* context, double* result, std::int64_t count, std::int32_t row);
+
 }  // namespace finance
+
+// Begins the definition of a calculation's handler. (module/financial_list.hpp has them all.)
+#define FINANCE_HANDLER(name)                                                                                \
+    ::finance::Handler fnc_##name;                                                                           \
+    ::finance::Status fnc_##name([[maybe_unused]] HostCallContext* context, [[maybe_unused]] double* result, \
+                                 [[maybe_unused]] std::int64_t count, [[maybe_unused]] std::int32_t row)

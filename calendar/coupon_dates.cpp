@@ -8,7 +8,6 @@
 
 #include "abi/host_services.hpp"
 #include "calendar/date_arguments.hpp"
-#include "calendar/handlers.hpp"
 
 namespace finance {
 

@@ -127,9 +127,8 @@ void zComputeDaysInPeriod(CouponTerms* terms) {
 }
 
 std::int64_t zdays360(const CalendarDate* start, const CalendarDate* end, std::int32_t method) {
-    constexpr std::int64_t no_such_method = 9007199254740992;  // 2^53
     if (method == method_us) return days_us(*start, *end);
-    return method == method_european ? days_european(*start, *end) : no_such_method;
+    return method == method_european ? days_european(*start, *end) : largest_whole_number;
 }
 
 double days_between(const CalendarDate& start, const CalendarDate& end, const CouponTerms& terms) {

@@ -21,11 +21,10 @@
 #include <cstdint>
 
 #include "abi/basis.hpp"
+#include "abi/limits.hpp"
 #include "calendar/calendar_date.hpp"
 
 namespace finance {
-
-inline constexpr double largest_double = 1.7976931348623157e308;
 
 // Frequency, period and basis of a date calculation. Handlers fill it from zero.
 struct CouponTerms {

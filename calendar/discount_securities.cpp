@@ -10,7 +10,6 @@
 #include <cmath>
 
 #include "calendar/date_arguments.hpp"
-#include "calendar/handlers.hpp"
 
 namespace finance {
 

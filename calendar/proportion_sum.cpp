@@ -12,7 +12,7 @@ namespace finance {
 
 namespace {
 
-constexpr std::int64_t longest_literal_walk = 5'000'000;  // of periods without months; others end of themselves
+constexpr std::int64_t longest_walk_without_months = 5'000'000;  // others end of themselves
 constexpr std::int64_t months_in_calendar_cycle = 4800;   // 400 years; every day count repeats after them
 
 std::int64_t periods_in_cycle(const CouponTerms& terms) { return months_in_calendar_cycle / terms.monthsPerPeriod; }
@@ -68,7 +68,7 @@ double sum_of_proportions(double total, const CalendarDate& origin, const Calend
     PeriodWalk walk{origin, *terms};
     const bool long_walk = terms->monthsPerPeriod > 0 && walk.sure_steps(end) > 2 * periods_in_cycle(*terms);
     if (long_walk) total = add_sure_periods(total, walk, end, terms);
-    std::int64_t steps_left = longest_literal_walk;
+    std::int64_t steps_left = longest_walk_without_months;
     while (true) {
         const bool goes_on = walk.step();
         if (!whole_before(walk.to(), end, until) || !goes_on || --steps_left == 0) break;

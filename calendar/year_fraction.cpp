@@ -5,7 +5,6 @@
 #include "calendar/year_fraction.hpp"
 
 #include "calendar/date_arguments.hpp"
-#include "calendar/handlers.hpp"
 
 namespace finance {
 

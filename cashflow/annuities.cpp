@@ -11,7 +11,6 @@
 
 #include "abi/arguments.hpp"
 #include "cashflow/annuity_sums.hpp"
-#include "cashflow/handlers.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {
@@ -26,7 +25,7 @@ bool read_rate_and_nper(Arguments& in, AnnuityRecord& a) { return in.positive(1,
 bool read_payment_part(Arguments& in, AnnuityRecord& a) {
     if (!in.positive(1, a.rate) || !in.count(2, a.per) || !in.count(3, a.nper)) return false;
     if (a.nper < a.per) return in.reject(2);
-    return in.number(4, a.presentValue) && in.optional_number(5, a.otherAmount) && in.payment_timing(6, a.type);
+    return in.number(4, a.presentValue) && in.amount_and_timing(5, a.otherAmount, a.type);
 }
 
 // A range that does not fit the loan, by the first rule that it breaks: the argument at fault, or 0.
@@ -48,7 +47,7 @@ FINANCE_HANDLER(FV) {
     in.optional_number(3, a.pmt);
     // One of payment and present value may be missing, not both.
     if (no_payment && in.has_value(4) && is_missing(in.number_or_missing(4))) return in.invalid(4);
-    if (!in.optional_number(4, a.otherAmount) || !in.payment_timing(5, a.type)) return in.status();
+    if (!in.amount_and_timing(4, a.otherAmount, a.type)) return in.status();
     return in.answer_if(zComputeFV(&a), a.fvResult);
 }
 
@@ -56,7 +55,7 @@ FINANCE_HANDLER(PV) {
     Arguments in{context, result, count};
     AnnuityRecord a{};
     if (!in.above(1, -1.0, a.rate) || !in.count(2, a.nper) || !in.number(3, a.pmt) ||
-        !in.optional_number(4, a.otherAmount) || !in.payment_timing(5, a.type)) {
+        !in.amount_and_timing(4, a.otherAmount, a.type)) {
         return in.status();
     }
     return in.answer_if(zComputePV(&a), a.pvResult);
@@ -65,8 +64,8 @@ FINANCE_HANDLER(PV) {
 FINANCE_HANDLER(PMT) {
     Arguments in{context, result, count};
     AnnuityRecord a{};
-    if (!read_rate_and_nper(in, a) || !in.number(3, a.presentValue) || !in.optional_number(4, a.otherAmount) ||
-        !in.payment_timing(5, a.type)) {
+    if (!read_rate_and_nper(in, a) || !in.number(3, a.presentValue) ||
+        !in.amount_and_timing(4, a.otherAmount, a.type)) {
         return in.status();
     }
     return in.answer_if(zComputePMT(&a), a.pmt);

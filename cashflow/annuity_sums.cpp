@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "abi/conversions.hpp"
+#include "abi/limits.hpp"
 #include "calendar/repeated_sum.hpp"
-#include "cashflow/literal_walks.hpp"
 
 namespace finance {
 

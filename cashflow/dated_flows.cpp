@@ -15,7 +15,6 @@
 
 #include "abi/host_services.hpp"
 #include "calendar/date_arguments.hpp"
-#include "cashflow/handlers.hpp"
 #include "cashflow/host_array.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
@@ -131,14 +130,13 @@ bool solve_from(DatedCashFlows* flows, double start) {
 
 // A rate from the earliest and the latest flow that count for anything, as if they were the only ones.
 XirrOutcome two_point_start(const DatedCashFlows& flows, double* start) {
-    constexpr std::int64_t far_day = 9007199254740992;  // 2^53
-    std::int64_t earliest = far_day;
-    std::int64_t latest = -far_day;
+    std::int64_t earliest = largest_whole_number;
+    std::int64_t latest = -largest_whole_number;
     double vE = 0.0;
     double vL = 0.0;
     bool any = false;
     for (int i = 0; i < flows.count; ++i) {
-        if (!(std::abs(flows.values[i]) >= smallest_amount)) continue;
+        if (!(std::abs(flows.values[i]) >= smallest_that_counts)) continue;
         any = true;
         if (flows.dates[i] < earliest) {
             earliest = flows.dates[i];

@@ -13,7 +13,6 @@
 #include <cmath>
 
 #include "abi/arguments.hpp"
-#include "cashflow/handlers.hpp"
 #include "cashflow/numeric_kernels.hpp"
 #include "cashflow/root_search.hpp"
 #include "cashflow/work_pool.hpp"
@@ -44,10 +43,9 @@ FINANCE_HANDLER(IRR) {
         return STATUS_MISSING_RESULT;
     }
     constexpr double per_period = 1.0;
-    constexpr double largest_rate = 1.7976931348623157e308;  // stands for none
     std::int32_t status = IRR_SOLVED;
     const double rate = zirr(static_cast<std::int32_t>(count - 1), cashflow, context, &status, per_period);
-    if (status != IRR_SOLVED || is_missing(rate) || rate == largest_rate) return in.fail();
+    if (status != IRR_SOLVED || is_missing(rate) || rate == largest_double) return in.fail();
     return in.answer(rate);
 }
 

@@ -20,7 +20,7 @@ double moved(double x, double step) {
     return rate > lowest_rate ? rate : lowest_rate;
 }
 
-bool negligible(double rate) { return std::abs(rate) < smallest_amount; }
+bool negligible(double rate) { return std::abs(rate) < smallest_that_counts; }
 
 int outcome(const NewtonProblem& problem, std::int32_t iteration) {
     if (iteration < problem.maxIterations) return 0;

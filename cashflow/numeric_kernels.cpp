@@ -50,11 +50,10 @@ struct Exponent {
 };
 
 Exponent exponent_of(double y) {
-    constexpr double first_uncertain = 9007199254740992.0;  // 2^53
     Exponent e{};
     e.positive = y > 0.0;
     e.size = e.positive ? y : 0.0 - y;
-    if (!(e.size >= first_uncertain)) {
+    if (!(e.size >= largest_whole_number)) {
         e.whole = truncate_to_int64(e.size);
         e.integral = static_cast<double>(e.whole) == e.size;
     }

@@ -4,13 +4,12 @@
 #include <cmath>
 #include <cstdint>
 
+#include "abi/limits.hpp"
+
 namespace finance {
 
 // Beyond it e^x overflows.
 inline constexpr double largest_exponent = 709.782712893384;
-
-// 2^-26.5: below it a growth factor, a rate or an amount counts as nothing.
-inline constexpr double smallest_amount = 1.053671212772351e-8;
 
 // e^x - 1
 //   |x| > 0.01   exp(x) - 1

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "abi/arguments.hpp"
-#include "cashflow/handlers.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {

@@ -10,7 +10,6 @@
 #include <cmath>
 
 #include "abi/arguments.hpp"
-#include "cashflow/handlers.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {
@@ -22,7 +21,7 @@ FINANCE_HANDLER(RATE) {
     Arguments in{context, result, count};
     RateRecord a{};
     if (!in.count(1, a.nper) || !in.number(2, a.pmt) || !in.number(3, a.presentValue) ||
-        !in.optional_number(4, a.futureValue) || !in.payment_timing(5, a.type)) {
+        !in.amount_and_timing(4, a.futureValue, a.type)) {
         return in.status();
     }
     return in.answer_if(zComputeRATE(&a), a.rate);

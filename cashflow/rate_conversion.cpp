@@ -3,7 +3,6 @@
 //  (1) Rates are not bounded. Below -1 the logarithm answers with a NaN, at -1 with an infinity; both are answers.
 //  (2) EFFECT keeps the periods per year in 32 bits, NOMINAL in 64.
 #include "abi/arguments.hpp"
-#include "cashflow/handlers.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {

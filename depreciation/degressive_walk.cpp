@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "abi/limits.hpp"
 #include "depreciation/rounding.hpp"
 
 namespace finance {
 
 namespace {
-
-constexpr std::int32_t most_steps = 10'000'000;
-constexpr double largest_exact = 9007199254740992.0;  // 2^53: below it differences of whole amounts are exact
 
 struct Walk {
     double remaining;
@@ -30,7 +28,7 @@ struct Walk {
 std::int32_t run_length(const Walk& walk, std::int32_t limit) {
     if (limit < 2) return 0;
     if (walk.amount(walk.remaining) != walk.d) return 0;
-    if (!(walk.d > 0.0) || !(std::abs(walk.remaining) < largest_exact)) return 0;
+    if (!(walk.d > 0.0) || !(std::abs(walk.remaining) < largest_whole_number)) return 0;
     const double periods = (walk.remaining - (walk.d - 0.5) / walk.r) / walk.d;
     auto run = static_cast<std::int32_t>(std::clamp(periods, 0.0, static_cast<double>(limit)));
     while (run > 0 && walk.amount(walk.remaining - (run - 1.0) * walk.d) != walk.d) run = run / 2;
@@ -40,7 +38,7 @@ std::int32_t run_length(const Walk& walk, std::int32_t limit) {
 // `count` periods at an unchanging r. False where they are too many.
 bool walk_periods(Walk& walk, std::int32_t count, std::int32_t* steps) {
     for (std::int32_t i = 0; i < count; ++i) {
-        if (++*steps > most_steps) return false;
+        if (++*steps > longest_literal_loop) return false;
         const double before = walk.remaining;
         walk.step();
         if (same_bits(walk.remaining, before)) return true;               // and so will all later steps leave it

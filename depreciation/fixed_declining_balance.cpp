@@ -8,7 +8,6 @@
 
 #include "abi/arguments.hpp"
 #include "cashflow/numeric_kernels.hpp"
-#include "depreciation/handlers.hpp"
 #include "depreciation/rounding.hpp"
 
 namespace finance {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "abi/conversions.hpp"
-#include "cashflow/literal_walks.hpp"
+#include "abi/limits.hpp"
 
 namespace finance {
 

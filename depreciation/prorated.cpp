@@ -13,7 +13,6 @@
 
 #include "calendar/date_arguments.hpp"
 #include "depreciation/degressive_walk.hpp"
-#include "depreciation/handlers.hpp"
 #include "depreciation/rounding.hpp"
 
 namespace finance {
@@ -66,9 +65,8 @@ namespace {
 // The life 1 / rate in whole periods; a fraction counts as one more.
 std::int32_t whole_life(double L) {
     constexpr double allowance = 1.000000000001;
-    constexpr double tolerance = 1.053671212772351e-8;  // 2^-26.5
     const std::int32_t n = truncate_to_int32(L * allowance);
-    return std::abs(n - L) > n * tolerance ? wrapping_add(n, 1) : n;
+    return std::abs(n - L) > n * smallest_that_counts ? wrapping_add(n, 1) : n;
 }
 
 double first_period_fraction(ProratedRecord* record) {

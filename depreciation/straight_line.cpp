@@ -3,7 +3,6 @@
 //  (1) SLN's life is a number above 0; SYD's life and period are counts of at least 1.
 //  (2) SYD does not compare the period with the life: beyond it amounts are zero or negative.
 #include "abi/arguments.hpp"
-#include "depreciation/handlers.hpp"
 
 namespace finance {
 

@@ -16,7 +16,6 @@
 #include "abi/arguments.hpp"
 #include "calendar/repeated_sum.hpp"
 #include "depreciation/declining_spans.hpp"
-#include "depreciation/handlers.hpp"
 #include "depreciation/literal_steps.hpp"
 
 namespace finance {

@@ -8,7 +8,6 @@
 #include <cmath>
 
 #include "abi/arguments.hpp"
-#include "moneymarket/handlers.hpp"
 
 namespace finance {
 

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "abi/arguments.hpp"
-#include "moneymarket/handlers.hpp"
 
 namespace finance {
 

@@ -9,7 +9,6 @@
 #include "calendar/coupon_days.hpp"
 #include "calendar/date_arguments.hpp"
 #include "securities/accrual.hpp"
-#include "securities/handlers.hpp"
 
 namespace finance {
 

@@ -12,7 +12,6 @@
 
 #include "calendar/date_arguments.hpp"
 #include "securities/coupon_quantities.hpp"
-#include "securities/handlers.hpp"
 #include "securities/long_sums.hpp"
 #include "securities/security_arguments.hpp"
 
@@ -45,7 +44,7 @@ FINANCE_HANDLER(MDURATION) {
     if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
     if (!read_terms_of_duration(in, bond)) return in.status();
     const double s = bond.record.yield / bond.terms.frequency + 1.0;
-    if (s < smallest_growth || zComputeDURATION(&bond.record) != 0) return in.fail();
+    if (s < smallest_that_counts || zComputeDURATION(&bond.record) != 0) return in.fail();
     return in.answer(bond.record.duration / s);
 }
 
@@ -124,7 +123,7 @@ int zComputeDURATION(SecurityComputeRecord* record) {
 
     const double f = clamped_frequency(*record->terms);
     const double y = record->yield;
-    if (1.0 + y / f < smallest_growth) return 2;
+    if (1.0 + y / f < smallest_that_counts) return 2;
     const double v = 1.0 / (1.0 + y / f);
     const double c = 100.0 * record->rate / f;
     if (-(y / f) * v <= -1.0) return 1;

@@ -7,7 +7,6 @@
 #include "securities/interest_at_maturity.hpp"
 
 #include "calendar/date_arguments.hpp"
-#include "securities/handlers.hpp"
 
 namespace finance {
 

@@ -14,22 +14,22 @@
 #include <cstdint>
 
 #include "abi/conversions.hpp"
+#include "abi/limits.hpp"
 
 namespace finance {
 
 inline constexpr double longest_literal_sum = 2e8;
-inline constexpr double longest_literal_sum_of_search = 1e7;
 inline constexpr double longest_literal_search = 2e8;
 inline constexpr double cost_of_denormals = 20.0;  // of a term, in usual terms
 inline constexpr std::int64_t block_of_terms = 64;
 static_assert(static_cast<std::int64_t>(longest_literal_sum) % block_of_terms == 0);
 
 // Of a term of the size of `amount`, or down from it to where (2) ends the sum.
-inline double cost_of_term(double amount) { return std::abs(amount) < 0x1p-960 ? cost_of_denormals : 1.0; }
+inline double cost_of_term(double amount) { return std::abs(amount) < near_denormals ? cost_of_denormals : 1.0; }
 
 // Terms of this cost that a search may form literally which has added so many.
 inline double literal_terms_of_search(double added, double cost) {
-    const double left = std::min(longest_literal_sum_of_search, longest_literal_search - added);
+    const double left = std::min(double{longest_literal_loop}, longest_literal_search - added);
     return cost == 1.0 ? left : static_cast<double>(truncate_to_int64(left / cost));
 }
 

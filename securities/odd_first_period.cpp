@@ -13,7 +13,6 @@
 #include "calendar/coupon_days.hpp"
 #include "calendar/coupon_schedule.hpp"
 #include "securities/accrual.hpp"
-#include "securities/handlers.hpp"
 #include "securities/long_sums.hpp"
 #include "securities/security_arguments.hpp"
 
@@ -178,7 +177,7 @@ int zComputeODDFPRICE(SecurityComputeRecord* record) {
     if (!find_odd_first_quantities(record)) return ODDF_NO_REFERENCE_DATE;
     const double f = clamped_frequency(*record->terms);
     const double s = record->yield / f + 1.0;
-    if (s < smallest_growth) return 2;
+    if (s < smallest_that_counts) return 2;
     const double v = 1.0 / s;
     const double c = 100.0 * record->rate / f;
     const double e = record->wholeCoupons + record->remainingFraction;
@@ -238,7 +237,7 @@ std::uint32_t ComputeF_ODDFYIELD(NewtonProblem* problem) {
     record->yield = x;
     const double f = clamped_frequency(*record->terms);
     const double s = x / f + 1.0;
-    if (s < smallest_growth) return 2;
+    if (s < smallest_that_counts) return 2;
     const double v = 1.0 / s;
     const double c = 100.0 * record->rate / f;
     const double N = record->couponCount;

@@ -10,7 +10,6 @@
 
 #include "calendar/coupon_days.hpp"
 #include "calendar/proportion_sum.hpp"
-#include "securities/handlers.hpp"
 #include "securities/security_arguments.hpp"
 
 namespace finance {
@@ -77,7 +76,7 @@ int zComputeODDLPRICE(SecurityComputeRecord* record) {
     const double f = clamped_frequency(*record->terms);
     const double c = 100.0 * record->rate / f;
     const double den = 1.0 + (record->yield / f) * record->remainingPeriods;
-    if (den < smallest_growth) return 2;
+    if (den < smallest_that_counts) return 2;
     record->oddLastPrice = (record->lastPeriodLength * c + record->redemption) / den - c * record->accruedPeriods;
     return 0;
 }

@@ -12,7 +12,6 @@
 
 #include "calendar/date_arguments.hpp"
 #include "securities/coupon_quantities.hpp"
-#include "securities/handlers.hpp"
 #include "securities/long_sums.hpp"
 #include "securities/security_arguments.hpp"
 
@@ -102,7 +101,7 @@ int zComputePRICE(SecurityComputeRecord* record) {
     const double N = record->couponCount;
     const double d = record->remainingFraction;
     const double a = record->accruedFraction;
-    if (1.0 + y / f < smallest_growth) return 2;
+    if (1.0 + y / f < smallest_that_counts) return 2;
     const double c = 100.0 * record->rate / f;
     const double v = 1.0 / (1.0 + y / f);
     if (-(y / f) * v <= -1.0) return 1;
@@ -184,7 +183,7 @@ std::uint32_t ComputeF_YIELD(NewtonProblem* problem) {
     record->yield = x;
     const double f = clamped_frequency(*record->terms);
     const double s = 1.0 + x / f;
-    if (s < smallest_growth) return 2;
+    if (s < smallest_that_counts) return 2;
     const double c = 100.0 * record->rate / f;
     const double N = record->couponCount;
     const double v = 1.0 / s;

@@ -48,9 +48,6 @@ struct SecurityComputeRecord {
     double maturityPrice;
 };
 
-// 2^-26.5: a growth factor 1 + y/f below it has no discount factor.
-inline constexpr double smallest_growth = 1.053671212772351e-8;
-
 // Coupons per year as most formulas take it: at least 1.
 inline double clamped_frequency(const CouponTerms& terms) { return std::max<double>(terms.frequency, 1.0); }
 

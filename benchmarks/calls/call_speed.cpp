@@ -54,7 +54,7 @@ void time_dispatcher(benchmark::State& state, host::Dispatcher dispatcher, const
 void time_handler(benchmark::State& state, const CallCase& one) {
     CallRecord call{one.name, one.arguments, one.varied};
     const std::size_t row = find_name(one.name);
-    Handler handler = FinancialList[row].handler;
+    Handler* handler = FinancialList[row].handler;
     benchmark::DoNotOptimize(handler);
     for (auto _ : state) {
         call.vary();

@@ -68,8 +68,8 @@ TEST(Takers, MissingIsAnyNaN) {
         expect_refused(take(nan_of_bits(pattern), [&](Arguments& in) { return in.number(2, value); }),
                        STATUS_MISSING_RESULT, "number");
         value = 7.0;
-        expect_accepted(take(nan_of_bits(pattern), [&](Arguments& in) { return in.optional_number(2, value); }),
-                        "optional number");
+        const auto optional_number = [&](Arguments& in) { return in.optional_number(2, value), true; };
+        expect_accepted(take(nan_of_bits(pattern), optional_number), "optional number");
         EXPECT_EQ(value, 7.0) << "keeps its default";
     }
     double value = 0.0;
@@ -105,9 +105,10 @@ TEST(Takers, OptionalArgumentsKeepTheirDefault) {
         expect_accepted(take(5, taker, 2), id);  // left out: the count ends before it
         expect_accepted(take(5, taker, -1), id);
     };
-    accept_all([&](Arguments& in) { return in.optional_number(2, x); }, "number");
+    accept_all([&](Arguments& in) { return in.optional_number(2, x), true; }, "number");
     accept_all([&](Arguments& in) { return in.optional_exact(2, k); }, "exact");
     accept_all([&](Arguments& in) { return in.payment_timing(2, k); }, "timing");
+    accept_all([&](Arguments& in) { return in.amount_and_timing(2, x, k); }, "amount and timing");
     EXPECT_EQ(x, 7.0);
     EXPECT_EQ(k, -7);
 }

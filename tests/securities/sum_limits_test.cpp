@@ -16,7 +16,7 @@ namespace {
 
 constexpr double accuracy = 1e-12;
 constexpr auto longest = static_cast<std::int64_t>(longest_literal_sum);
-constexpr auto longest_of_search = static_cast<std::int64_t>(longest_literal_sum_of_search);
+constexpr auto longest_of_search = longest_literal_loop;
 constexpr auto longest_of_denormals = static_cast<std::int64_t>(longest_literal_sum / cost_of_denormals);
 
 void compute(int (*kernel)(SecurityComputeRecord*), Security& bond) { ASSERT_EQ(kernel(&bond.record), 0); }
