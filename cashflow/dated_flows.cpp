@@ -116,18 +116,6 @@ double years_from_first(const DatedCashFlows& flows, int i) {
     return static_cast<double>(wrapping_add(flows.dates[i], -flows.dates[0])) / 365.0;
 }
 
-bool solve_from(DatedCashFlows* flows, double start) {
-    NewtonProblem problem{};
-    problem.tolerance = 1e-12;
-    problem.maxIterations = 100;
-    problem.objective = ComputeF_XIRR;
-    problem.userData = flows;
-    problem.start = start;
-    if (CallSpecialNewton(&problem) != 0) return false;
-    flows->rate = problem.x;
-    return true;
-}
-
 // A rate from the earliest and the latest flow that count for anything, as if they were the only ones.
 XirrOutcome two_point_start(const DatedCashFlows& flows, double* start) {
     std::int64_t earliest = largest_whole_number;
@@ -168,7 +156,7 @@ int zComputeXNPV(DatedCashFlows* flows) {
 }
 
 std::uint32_t ComputeF_XIRR(NewtonProblem* problem) {
-    const auto& flows = *static_cast<const DatedCashFlows*>(problem->userData);
+    const auto& flows = record_of<const DatedCashFlows>(problem);
     const double q = 1.0 / (problem->x + 1.0);
     double value = flows.values[0];
     double derivative = 0.0;
@@ -188,11 +176,11 @@ std::uint32_t ComputeF_XIRR(NewtonProblem* problem) {
 
 int zComputeXIRR(DatedCashFlows* flows) {
     constexpr double second_start = -0.9;
-    if (solve_from(flows, flows->guessGiven != 0 ? flows->guess : 0.0)) return XIRR_SOLVED;
-    if (solve_from(flows, second_start)) return XIRR_SOLVED;
+    const auto solve_from = [flows](double start) { return find_rate(ComputeF_XIRR, flows, start, &flows->rate); };
+    if (solve_from(flows->guessGiven != 0 ? flows->guess : 0.0) || solve_from(second_start)) return XIRR_SOLVED;
     double start = 0.0;
     if (const XirrOutcome outcome = two_point_start(*flows, &start); outcome != XIRR_SOLVED) return outcome;
-    return solve_from(flows, start) ? XIRR_SOLVED : XIRR_NO_CONVERGENCE;
+    return solve_from(start) ? XIRR_SOLVED : XIRR_NO_CONVERGENCE;
 }
 
 }  // namespace finance

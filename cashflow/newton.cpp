@@ -49,4 +49,17 @@ int CallSpecialNewton(NewtonProblem* problem) {
     }
 }
 
+bool find_rate(NewtonProblem::Objective objective, void* record, double start, double* rate, double residual_scale) {
+    NewtonProblem problem{};
+    problem.tolerance = 1e-12;
+    problem.maxIterations = 100;
+    problem.objective = objective;
+    problem.userData = record;
+    problem.start = start;
+    problem.residualScale = residual_scale;
+    if (CallSpecialNewton(&problem) != 0) return false;
+    *rate = problem.x;
+    return true;
+}
+
 }  // namespace finance

@@ -97,16 +97,9 @@ int zComputeRATE(RateRecord* record) {
     if (std::abs(a.pmt) <= 0.0) return rate_without_payments(a);
     a.c = a.futureValue / a.pmt;
     a.d = (0.0 - a.presentValue) / a.pmt;
-    NewtonProblem problem{};
-    problem.tolerance = 1e-12;
-    problem.maxIterations = 100;
-    problem.objective = ComputeF_RATE;
-    problem.userData = record;
-    problem.start = (0.0 - a.pmt) / a.presentValue;
-    problem.residualScale = std::max(std::abs(a.pmt), std::abs(a.presentValue));
-    if (CallSpecialNewton(&problem) != 0) return 1;
-    a.rate = problem.x;
-    return 0;
+    const double start = (0.0 - a.pmt) / a.presentValue;
+    const double scale = std::max(std::abs(a.pmt), std::abs(a.presentValue));
+    return find_rate(ComputeF_RATE, record, start, &a.rate, scale) ? 0 : 1;
 }
 
 // f = ln D - ln A - t ln(1 + x) with D = d - c (1 + x)^-n
@@ -114,7 +107,7 @@ int zComputeRATE(RateRecord* record) {
 // Guard  D above the smallest normal number: without it there is no logarithm
 // Error  22 ulp of 1 + |ln D| + |ln A|, the slope 4.4e-12 (n + 1): worst of 1e4 draws, n in [1, 600], against 200 bits
 std::uint32_t ComputeF_RATE(NewtonProblem* problem) {
-    const auto& a = *static_cast<const RateRecord*>(problem->userData);
+    const auto& a = record_of<const RateRecord>(problem);
     const double x = problem->x;
     if (x <= -1.0) return 1;
     const auto [A, A_derivative] = annuity_factor(x, a.nper);

@@ -84,24 +84,16 @@ bool is_settled(const CashFlowSums& sums, double c, double v, double years_left)
 
 // From the first coupon (c at time t with weight w) to the N-th, 1/f years apart.
 CashFlowSums sum_cash_flows(double c, double w, double t, double v, double f, double N) {
-    const double first_t = t;
     CashFlowSums sums{c * w, t * c * w, w, t};
-    double k = 1.0;
     const double limit = N > block_of_terms ? longest_literal_sum / cost_of_term(c * w) : N;
-    while (N > k) {
-        if (k >= limit) return closed_cash_flows(c, first_t, v, f, N);
-        const double end = end_of_block(k, N, limit);
-        CashFlowSums now = sums;
-        add_terms(k, end, [&] {
-            now.w = now.w * v;
-            now.t = now.t + 1.0 / f;
-            now.PV = now.PV + c * now.w;
-            now.TW = now.TW + c * now.w * now.t;
-        });
-        sums = now;
-        k = end;
-        if (N > k && is_settled(sums, c, v, (N - k) / f)) break;
-    }
+    const auto step = [=](CashFlowSums& now) {
+        now.w = now.w * v;
+        now.t = now.t + 1.0 / f;
+        now.PV = now.PV + c * now.w;
+        now.TW = now.TW + c * now.w * now.t;
+    };
+    const auto at_rest = [=](const CashFlowSums& now, double left) { return is_settled(now, c, v, left / f); };
+    walk_terms(sums, 1.0, N, limit, step, at_rest, [=] { return closed_cash_flows(c, t, v, f, N); });
     return sums;
 }
 

@@ -39,10 +39,23 @@ inline double end_of_block(double k, double N, double limit) {
     return std::min({static_cast<double>(next), N, limit});
 }
 
-// Calls add once for each term after k up to end.
-template <typename Add>
-inline void add_terms(double k, double end, Add add) {
-    for (auto left = static_cast<std::int32_t>(end - k); left > 0; --left) add();
+// Adds the terms after k up to end by step(sums), and answers where it ended: at end; where at_rest(sums, terms left)
+// says that it may (2); or at limit, from where closed() gives the sums (3). The first two ask between blocks.
+template <typename Sums, typename Step, typename AtRest, typename Closed>
+inline double walk_terms(Sums& sums, double k, double end, double limit, Step step, AtRest at_rest, Closed closed) {
+    while (end > k) {
+        if (k >= limit) {
+            sums = closed();
+            break;
+        }
+        const double stop = end_of_block(k, end, limit);
+        Sums now = sums;  // in registers
+        for (auto left = static_cast<std::int32_t>(stop - k); left > 0; --left) step(now);
+        sums = now;
+        k = stop;
+        if (end > k && at_rest(sums, end - k)) break;
+    }
+    return k;
 }
 
 // Calls sum with the division by the coupons of a year: for 1, 2 and 4 the product with the inverse, which is exact.
