@@ -28,9 +28,6 @@ Status coupon_question(Arguments in, EqualDates equal_dates, int flagged_for_ord
         return in.invalid(flagged_for_order);
     }
     if (!read_coupon_terms(in, 3, record.terms)) return in.status();
-    record.info.settlement = &record.settlement;
-    record.info.maturity = &record.maturity;
-    record.info.terms = &record.terms;
     return in.answer(compute(&record));
 }
 
@@ -58,11 +55,10 @@ FINANCE_HANDLER(COUPPCD) { return coupon_question({context, result, count}, Equa
 
 namespace {
 
-void find_coupons(CouponDateRecord* record, std::uint32_t requests) {
+double find_coupons(CouponDateRecord* record, std::uint32_t requests) {
     zgetMonthDayYear(&record->settlement);
     zgetMonthDayYear(&record->maturity);
-    record->info.requests = requests;
-    FindCouponInfo(&record->info);
+    return coupons_around(&record->info, record->settlement, record->maturity, &record->terms, requests);
 }
 
 double host_date(const CalendarDate& date) { return zmdy(date.month, date.day, date.year); }
@@ -97,7 +93,7 @@ double zComputeCOUPDAYSNC(CouponDateRecord* record) {
 }
 
 double zComputeCOUPNCD(CouponDateRecord* record) {
-    find_coupons(record, 0);
+    find_coupons(record, REQUEST_DATES);
     return host_date(*record->info.nextCoupon);
 }
 
@@ -108,7 +104,7 @@ double zComputeCOUPNUM(CouponDateRecord* record) {
 }
 
 double zComputeCOUPPCD(CouponDateRecord* record) {
-    find_coupons(record, 0);
+    find_coupons(record, REQUEST_DATES);
     return host_date(*record->info.previousCoupon);
 }
 

@@ -98,11 +98,8 @@ double Compute1CouponProportion(const CalendarDate* start, const CalendarDate* e
 
 double ComputeCouponProportions(const CalendarDate* start, const CalendarDate* end, const CalendarDate* maturity,
                                 CouponTerms* terms) {
-    CouponInfo info{};
-    info.settlement = start;
-    info.maturity = maturity;
-    info.terms = terms;
-    FindCouponInfo(&info);
+    CouponInfo info;
+    coupons_around(&info, *start, *maturity, terms);
     if (before(*info.nextCoupon, *end)) {
         const double total =
             Compute1CouponProportion(start, info.nextCoupon, info.previousCoupon, info.nextCoupon, terms);
@@ -115,11 +112,8 @@ double ComputeCouponProportions(const CalendarDate* start, const CalendarDate* e
 
 double ComputeFromSettlementToNextCoupon(const CalendarDate* settlement, const CalendarDate* /*spare*/,
                                          const CalendarDate* maturity, CouponTerms* terms) {
-    CouponInfo info{};
-    info.settlement = settlement;
-    info.maturity = maturity;
-    info.terms = terms;
-    FindCouponInfo(&info);
+    CouponInfo info;
+    coupons_around(&info, *settlement, *maturity, terms);
     if (info.coincidentCoupon != nullptr) return 0.0;
     const double days = CountTheCouponDays(settlement, info.nextCoupon, terms);
     return days / period_days(*info.previousCoupon, *info.nextCoupon, terms);

@@ -60,11 +60,8 @@ void walk_to_end(CouponList* list, const CalendarDate& first_end) {
 }  // namespace
 
 void MakeTheCouponList(CouponList* list) {
-    CouponInfo info{};
-    info.settlement = list->startDate;
-    info.maturity = list->maturity;
-    info.terms = list->terms;
-    FindCouponInfo(&info);
+    CouponInfo info;
+    coupons_around(&info, *list->startDate, *list->maturity, list->terms);
     MakeTheCouponList(list, info);
 }
 

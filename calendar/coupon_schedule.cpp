@@ -1,15 +1,88 @@
 #include "calendar/coupon_schedule.hpp"
 
 #include <algorithm>
-#include <cstdlib>
+#include <optional>
 
 #include "abi/conversions.hpp"
 #include "calendar/coupon_days.hpp"
-#include "calendar/plain_schedule.hpp"
 
 namespace finance {
 
 namespace {
+
+// ---- By months
+
+// A schedule on one day of the month: every month has the maturity's day, so that no coupon date is moved, and months
+// alone tell what a search would find. Stands on the maturity that it is made of.
+class PlainSchedule {
+public:
+    // Where settlement and maturity have such a schedule, in usual years.
+    static std::optional<PlainSchedule> of(const CalendarDate& settlement, const CalendarDate& maturity,
+                                           const CouponTerms& terms) {
+        constexpr std::int32_t day_of_every_month = 28;
+        const bool applies = terms.monthsPerPeriod > 0 && terms.stepUnit == STEP_MONTHS &&
+                             maturity.day <= day_of_every_month && maturity.endOfMonth == 0 && settlement.year > 1 &&
+                             is_usual_month(settlement.year, settlement.month) &&
+                             is_usual_month(maturity.year, maturity.month);
+        if (!applies) return std::nullopt;
+        return PlainSchedule{settlement, maturity, terms};
+    }
+
+    PlainSchedule(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms)
+        : maturity_{maturity}, period_{low_32_bits(terms.monthsPerPeriod)} {
+        const std::int32_t months = month_number(maturity) - month_number(settlement);
+        const bool this_month = maturity.day > settlement.day;  // a coupon is still to come in settlement's month
+        later_ = whole_years((months - (this_month ? 0 : 1)) * terms.frequency);
+        on_coupon_ = maturity.day == settlement.day && months == (later_ + 1) * period_;
+        on_anniversary_ = on_coupon_ && months % months_of_year == 0;
+    }
+
+    // Periods from the next coupon date after settlement to maturity.
+    [[nodiscard]] std::int32_t later() const { return later_; }
+    [[nodiscard]] bool on_coupon() const { return on_coupon_; }
+    // On a coupon date in the maturity's month.
+    [[nodiscard]] bool on_anniversary() const { return on_anniversary_; }
+
+    // The date so many periods before maturity, whole.
+    void set_coupon(CalendarDate* date, std::int32_t periods) const {
+        const std::int32_t number = month_number(maturity_) - periods * period_;
+        date->day = maturity_.day;
+        date->month = number % months_of_year + 1;
+        date->year = number / months_of_year;
+        date->julianDay = julian_day_of(date->year, date->month, date->day);
+        date->anchorDay = maturity_.day;
+        date->endOfMonth = 0;
+    }
+
+private:
+    static constexpr std::int32_t months_of_year = 12;
+    static std::int32_t month_number(const CalendarDate& date) { return months_of_year * date.year + date.month - 1; }
+    static std::int32_t whole_years(std::int32_t months) {
+        return months / months_of_year - (months % months_of_year < 0 ? 1 : 0);
+    }
+
+    const CalendarDate& maturity_;
+    std::int32_t period_;  // months
+    std::int32_t later_;
+    bool on_coupon_;
+    bool on_anniversary_;
+};
+
+void take_coupons(CouponInfo* info, const PlainSchedule& plain, std::uint32_t requests) {
+    const bool counts_days_of_period = info->terms->basis == BASIS_ACTUAL && (requests & REQUEST_DAYS_IN_PERIOD) != 0;
+    const std::int32_t next = plain.later();
+    if (counts_days_of_period || (requests & (REQUEST_DATES | REQUEST_DAYS_TO_NEXT)) != 0) {
+        plain.set_coupon(info->nextCoupon, next);
+    }
+    if (plain.on_coupon()) {
+        plain.set_coupon(&info->coincidentSlot, next + 1);
+        info->coincidentCoupon = &info->coincidentSlot;
+    }
+    const bool period_before = plain.on_coupon() && !plain.on_anniversary() && (requests & REQUEST_DAYS_IN_PERIOD) != 0;
+    plain.set_coupon(info->previousCoupon, period_before ? next + 2 : next + 1);
+}
+
+// ---- By steps
 
 // Steps after which a search that has found nothing goes to as many last ones (4). With months per period it has found
 // its date after twelve; without, even steps move by as many months as they are counted, and odd ones by 2^31 less, so
@@ -19,18 +92,6 @@ constexpr std::int64_t longest_search = 64;
 
 std::int64_t next_step(std::int64_t k, std::int64_t last) {
     return k < longest_search ? k + 1 : std::max(k + 1, last - longest_search);
-}
-
-void take_coupons(CouponInfo* info, const PlainSchedule& plain) {
-    const std::int32_t next = plain.later();
-    plain.set_coupon(info->nextCoupon, next);
-    if (plain.on_coupon()) {
-        plain.set_coupon(&info->coincidentSlot, next + 1);
-        info->coincidentCoupon = &info->coincidentSlot;
-    }
-    const bool period_before =
-        plain.on_coupon() && !plain.on_anniversary() && (info->requests & REQUEST_DAYS_IN_PERIOD) != 0;
-    plain.set_coupon(info->previousCoupon, period_before ? next + 2 : next + 1);
 }
 
 // The maturity's last anniversary, by day and month, that is not after settlement (3).
@@ -75,6 +136,7 @@ void search(CouponInfo* info, const CalendarDate& A, std::int64_t direction, Cal
     const std::int64_t settlement = info->settlement->julianDay;
     if (frequency < 1) {
         *beyond = A;
+        *near = {};
         ConvertDateToJulian(near);
         return;
     }
@@ -89,10 +151,7 @@ void search(CouponInfo* info, const CalendarDate& A, std::int64_t direction, Cal
     set_coupon(beyond, A, direction * k, terms);
 }
 
-void find_coupons(CouponInfo* info) {
-    if (PlainSchedule::applies(*info->settlement, *info->maturity, *info->terms)) {
-        return take_coupons(info, {*info->settlement, *info->maturity, *info->terms});
-    }
+void search_coupons(CouponInfo* info) {
     const CalendarDate A = anchor_date(*info->settlement, *info->maturity);
     switch (zCompareDates(&A, info->settlement)) {
         case DATE_EQUAL:
@@ -110,21 +169,6 @@ void find_coupons(CouponInfo* info) {
     }
 }
 
-void answer_requests(CouponInfo* info) {
-    if ((info->requests & REQUEST_DAYS_SINCE_PREVIOUS) != 0) {
-        info->terms->dayCount = days_between(*info->previousCoupon, *info->settlement, *info->terms);
-        info->daysSincePrevious = info->terms->dayCount;
-    }
-    if ((info->requests & REQUEST_DAYS_TO_NEXT) != 0) {
-        info->terms->dayCount = days_between(*info->settlement, *info->nextCoupon, *info->terms);
-        info->daysToNext = info->terms->dayCount;
-    }
-    if ((info->requests & REQUEST_DAYS_IN_PERIOD) != 0) {
-        const CalendarDate* start = info->coincidentCoupon != nullptr ? info->coincidentCoupon : info->previousCoupon;
-        info->daysInPeriod = period_days(*start, *info->nextCoupon, info->terms);
-    }
-}
-
 // The maturity in another year, as it stands: 29 February of a common year compares as 1 March.
 std::int64_t maturity_day_in(std::int32_t year, const CalendarDate& maturity) {
     return julian_day_of(year, maturity.month, maturity.day);
@@ -135,41 +179,90 @@ std::int64_t periods_between_years(const CalendarDate& from, const CalendarDate&
     return std::max<std::int64_t>(std::int64_t{to.year} - from.year, 0) * terms.frequency;
 }
 
-}  // namespace
-
-void FindCouponInfo(CouponInfo* info) {
-    info->previousCoupon = &info->previousCouponSlot;
-    info->nextCoupon = &info->nextCouponSlot;
-    info->coincidentCoupon = nullptr;
-    if (info->maturity == nullptr) return;
-    find_coupons(info);
-    answer_requests(info);
-}
-
 // k counts the steps taken; each one passed over is a coupon less, or one more.
-double CountTheCoupons(const CalendarDate* settlement, const CalendarDate* maturity, const CalendarDate* /*spare*/,
-                       const CouponTerms* terms) {
-    if (PlainSchedule::applies(*settlement, *maturity, *terms) && before(*settlement, *maturity)) {
-        return PlainSchedule{*settlement, *maturity, *terms}.later() + 1;
-    }
-    const std::int64_t n = periods_between_years(*settlement, *maturity, *terms);
-    const std::int32_t year = settlement->year;
-    const std::int64_t anchor = maturity_day_in(year, *maturity);
-    const std::int64_t target = settlement->julianDay;
+double count_by_steps(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms) {
+    const std::int64_t n = periods_between_years(settlement, maturity, terms);
+    const std::int32_t year = settlement.year;
+    const std::int64_t anchor = maturity_day_in(year, maturity);
+    const std::int64_t target = settlement.julianDay;
     if (anchor == target) return static_cast<double>(n);
-    const std::int64_t frequency = terms->frequency;
+    const std::int64_t frequency = terms.frequency;
     std::int64_t k = 1;
     if (anchor < target) {
         for (; k <= frequency; k = next_step(k, frequency)) {
-            const std::int64_t day = advanced_day(*maturity, year, k, *terms);
+            const std::int64_t day = advanced_day(maturity, year, k, terms);
             if (day >= target) return static_cast<double>(day > target ? n - (k - 1) : n - k);
         }
         return static_cast<double>(n - std::max<std::int64_t>(frequency, 0));
     }
     for (; k <= frequency; k = next_step(k, frequency)) {
-        if (advanced_day(*maturity, year, -k, *terms) <= target) return static_cast<double>(n + k);
+        if (advanced_day(maturity, year, -k, terms) <= target) return static_cast<double>(n + k);
     }
     return static_cast<double>(n + std::max<std::int64_t>(frequency, 0));
+}
+
+// ---- Both
+
+// Dates beyond all years may come out of order from their splitting; the plain count is for settlement before maturity.
+double count_coupons(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms,
+                     const std::optional<PlainSchedule>& plain) {
+    if (plain && before(settlement, maturity)) return plain->later() + 1;
+    return count_by_steps(settlement, maturity, terms);
+}
+
+void answer_requests(CouponInfo* info, std::uint32_t requests) {
+    if ((requests & REQUEST_DAYS_SINCE_PREVIOUS) != 0) {
+        info->terms->dayCount = days_between(*info->previousCoupon, *info->settlement, *info->terms);
+        info->daysSincePrevious = info->terms->dayCount;
+    }
+    if ((requests & REQUEST_DAYS_TO_NEXT) != 0) {
+        info->terms->dayCount = days_between(*info->settlement, *info->nextCoupon, *info->terms);
+        info->daysToNext = info->terms->dayCount;
+    }
+    if ((requests & REQUEST_DAYS_IN_PERIOD) != 0) {
+        const CalendarDate* start = info->coincidentCoupon != nullptr ? info->coincidentCoupon : info->previousCoupon;
+        info->daysInPeriod = period_days(*start, *info->nextCoupon, info->terms);
+    }
+}
+
+void set_results(CouponInfo* info) {
+    info->previousCoupon = &info->previousCouponSlot;
+    info->nextCoupon = &info->nextCouponSlot;
+    info->coincidentCoupon = nullptr;
+}
+
+double find_coupons(CouponInfo* info, std::uint32_t requests) {
+    set_results(info);
+    const auto plain = PlainSchedule::of(*info->settlement, *info->maturity, *info->terms);
+    if (plain) {
+        take_coupons(info, *plain, requests);
+    } else {
+        search_coupons(info);
+    }
+    answer_requests(info, requests);
+    const bool counted = (requests & REQUEST_COUNT) != 0;
+    return counted ? count_coupons(*info->settlement, *info->maturity, *info->terms, plain) : 0.0;
+}
+
+}  // namespace
+
+double coupons_around(CouponInfo* info, const CalendarDate& settlement, const CalendarDate& maturity,
+                      CouponTerms* terms, std::uint32_t requests) {
+    info->settlement = &settlement;
+    info->maturity = &maturity;
+    info->terms = terms;
+    info->requests = requests;
+    return find_coupons(info, requests);
+}
+
+void FindCouponInfo(CouponInfo* info) {
+    if (info->maturity == nullptr) return set_results(info);
+    find_coupons(info, info->requests | REQUEST_DATES);
+}
+
+double CountTheCoupons(const CalendarDate* settlement, const CalendarDate* maturity, const CalendarDate* /*spare*/,
+                       const CouponTerms* terms) {
+    return count_coupons(*settlement, *maturity, *terms, PlainSchedule::of(*settlement, *maturity, *terms));
 }
 
 double CountWholeCoupons(const CalendarDate* date, const CalendarDate* maturity, const CalendarDate* /*spare*/,

@@ -18,6 +18,9 @@ enum CouponRequest : std::uint32_t {
     REQUEST_DAYS_SINCE_PREVIOUS = 1,
     REQUEST_DAYS_TO_NEXT = 2,
     REQUEST_DAYS_IN_PERIOD = 4,  // and, on a coupon date, the period before it as the previous one
+    // of coupons_around alone
+    REQUEST_DATES = 8,  // nextCoupon, which is otherwise made only where days are counted to it
+    REQUEST_COUNT = 16,
 };
 
 struct CouponInfo {
@@ -37,6 +40,11 @@ struct CouponInfo {
 };
 
 void FindCouponInfo(CouponInfo* info);
+
+// The one door to a schedule: makes info, whatever it was, that of the coupons around settlement. Answers their number as
+// CountTheCoupons does, where that is requested, else 0.
+double coupons_around(CouponInfo* info, const CalendarDate& settlement, const CalendarDate& maturity,
+                      CouponTerms* terms, std::uint32_t requests = REQUEST_DATES);
 
 // Coupon dates after settlement up to and including maturity. The third argument is not read.
 double CountTheCoupons(const CalendarDate* settlement, const CalendarDate* maturity, const CalendarDate* spare,

@@ -92,29 +92,17 @@ double periods_since_issue(SecurityComputeRecord* record, const CouponInfo& issu
     return whole_and_first + last;
 }
 
-// Coupons of the maturity's schedule around a date.
-void find_coupons_around(CouponInfo* info, const CalendarDate* date, const SecurityComputeRecord& record) {
-    info->settlement = date;
-    info->maturity = record.maturity;
-    info->terms = record.terms;
-    FindCouponInfo(info);
-}
-
-bool on_schedule_of_maturity(const CalendarDate* date, const SecurityComputeRecord& record) {
-    CouponInfo info{};
-    find_coupons_around(&info, date, record);
-    return info.coincidentCoupon != nullptr;
-}
-
 // The quantities of (3). False where the first coupon date is on no schedule (2).
 bool find_odd_first_quantities(SecurityComputeRecord* record) {
     zgetMonthDayYear(record->settlement);
     zgetMonthDayYear(record->maturity);
     zgetMonthDayYear(record->issue);
     zgetMonthDayYear(record->firstCoupon);
-    if (!on_schedule_of_maturity(record->firstCoupon, *record)) return false;
-    CouponInfo issue{};
-    find_coupons_around(&issue, record->issue, *record);
+    CouponInfo first_coupon;
+    coupons_around(&first_coupon, *record->firstCoupon, *record->maturity, record->terms);
+    if (first_coupon.coincidentCoupon == nullptr) return false;
+    CouponInfo issue;
+    coupons_around(&issue, *record->issue, *record->maturity, record->terms);
     record->accruedFraction = periods_since_issue(record, issue, record->settlement);
     record->issueToMaturity = periods_since_issue(record, issue, record->maturity);
     record->terms->proportionFloor = 0;
