@@ -20,7 +20,7 @@ enum class EqualDates : bool { refused, accepted };
 using Compute = double (*)(CouponDateRecord* record);
 
 // settlement, maturity, frequency, basis
-Status coupon_question(Arguments in, EqualDates equal_dates, int flagged_for_order, Compute compute) {
+Status coupon_question(Arguments&& in, EqualDates equal_dates, int flagged_for_order, Compute compute) {
     CouponDateRecord record{};
     if (!read_date(in, 1, record.settlement) || !read_date(in, 2, record.maturity)) return in.status();
     if (before(record.maturity, record.settlement) ||

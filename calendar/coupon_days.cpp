@@ -84,10 +84,6 @@ double CountTheCouponDays(const CalendarDate* start, const CalendarDate* end, Co
     }
 }
 
-double period_days(const CalendarDate& start, const CalendarDate& end, CouponTerms* terms) {
-    return terms->basis == BASIS_ACTUAL ? CountTheCouponDays(&start, &end, terms) : terms->periodDays;
-}
-
 double Compute1CouponProportion(const CalendarDate* start, const CalendarDate* end, const CalendarDate* periodStart,
                                 const CalendarDate* periodEnd, CouponTerms* terms) {
     const double days = CountTheCouponDays(start, end, terms);

@@ -10,7 +10,9 @@ namespace finance {
 double CountTheCouponDays(const CalendarDate* start, const CalendarDate* end, CouponTerms* terms);
 
 // Days of a whole coupon period: counted for ACTUAL, else periodDays.
-double period_days(const CalendarDate& start, const CalendarDate& end, CouponTerms* terms);
+inline double period_days(const CalendarDate& start, const CalendarDate& end, CouponTerms* terms) {
+    return terms->basis == BASIS_ACTUAL ? CountTheCouponDays(&start, &end, terms) : terms->periodDays;
+}
 
 // start..end as a fraction of the period; with proportionFloor at least 1.
 double Compute1CouponProportion(const CalendarDate* start, const CalendarDate* end, const CalendarDate* periodStart,

@@ -68,7 +68,8 @@ private:
     bool on_anniversary_;
 };
 
-void take_coupons(CouponInfo* info, const PlainSchedule& plain, std::uint32_t requests) {
+void take_coupons(CouponInfo* info, const PlainSchedule& plain) {
+    const std::uint32_t requests = info->requests;
     const bool counts_days_of_period = info->terms->basis == BASIS_ACTUAL && (requests & REQUEST_DAYS_IN_PERIOD) != 0;
     const std::int32_t next = plain.later();
     if (counts_days_of_period || (requests & (REQUEST_DATES | REQUEST_DAYS_TO_NEXT)) != 0) {
@@ -210,18 +211,24 @@ double count_coupons(const CalendarDate& settlement, const CalendarDate& maturit
     return count_by_steps(settlement, maturity, terms);
 }
 
-void answer_requests(CouponInfo* info, std::uint32_t requests) {
+double days_counted(const CalendarDate& start, const CalendarDate& end, CouponTerms* terms) {
+    const double days = days_between(start, end, *terms);
+    terms->dayCount = days;
+    return days;
+}
+
+void answer_requests(CouponInfo* info) {
+    const std::uint32_t requests = info->requests;
+    CouponTerms* terms = info->terms;
     if ((requests & REQUEST_DAYS_SINCE_PREVIOUS) != 0) {
-        info->terms->dayCount = days_between(*info->previousCoupon, *info->settlement, *info->terms);
-        info->daysSincePrevious = info->terms->dayCount;
+        info->daysSincePrevious = days_counted(*info->previousCoupon, *info->settlement, terms);
     }
     if ((requests & REQUEST_DAYS_TO_NEXT) != 0) {
-        info->terms->dayCount = days_between(*info->settlement, *info->nextCoupon, *info->terms);
-        info->daysToNext = info->terms->dayCount;
+        info->daysToNext = days_counted(*info->settlement, *info->nextCoupon, terms);
     }
     if ((requests & REQUEST_DAYS_IN_PERIOD) != 0) {
         const CalendarDate* start = info->coincidentCoupon != nullptr ? info->coincidentCoupon : info->previousCoupon;
-        info->daysInPeriod = period_days(*start, *info->nextCoupon, info->terms);
+        info->daysInPeriod = period_days(*start, *info->nextCoupon, terms);
     }
 }
 
@@ -229,19 +236,6 @@ void set_results(CouponInfo* info) {
     info->previousCoupon = &info->previousCouponSlot;
     info->nextCoupon = &info->nextCouponSlot;
     info->coincidentCoupon = nullptr;
-}
-
-double find_coupons(CouponInfo* info, std::uint32_t requests) {
-    set_results(info);
-    const auto plain = PlainSchedule::of(*info->settlement, *info->maturity, *info->terms);
-    if (plain) {
-        take_coupons(info, *plain, requests);
-    } else {
-        search_coupons(info);
-    }
-    answer_requests(info, requests);
-    const bool counted = (requests & REQUEST_COUNT) != 0;
-    return counted ? count_coupons(*info->settlement, *info->maturity, *info->terms, plain) : 0.0;
 }
 
 }  // namespace
@@ -252,12 +246,22 @@ double coupons_around(CouponInfo* info, const CalendarDate& settlement, const Ca
     info->maturity = &maturity;
     info->terms = terms;
     info->requests = requests;
-    return find_coupons(info, requests);
+    set_results(info);
+    const auto plain = PlainSchedule::of(settlement, maturity, *terms);
+    if (plain) {
+        take_coupons(info, *plain);
+    } else {
+        search_coupons(info);
+    }
+    answer_requests(info);
+    return (requests & REQUEST_COUNT) != 0 ? count_coupons(settlement, maturity, *terms, plain) : 0.0;
 }
 
 void FindCouponInfo(CouponInfo* info) {
     if (info->maturity == nullptr) return set_results(info);
-    find_coupons(info, info->requests | REQUEST_DATES);
+    const std::uint32_t requests = info->requests;
+    coupons_around(info, *info->settlement, *info->maturity, info->terms, requests | REQUEST_DATES);
+    info->requests = requests;
 }
 
 double CountTheCoupons(const CalendarDate* settlement, const CalendarDate* maturity, const CalendarDate* /*spare*/,

@@ -20,7 +20,7 @@ namespace {
 using Compute = int (*)(DiscountRecord* record);
 
 // settlement, maturity, two amounts, basis
-Status discount_security(Arguments in, Compute compute, std::int8_t no_day_31 = 0) {
+Status discount_security(Arguments&& in, Compute compute, std::int8_t no_day_31 = 0) {
     DiscountRecord record{};
     if (!read_date(in, 1, record.settlement) || !read_date(in, 2, record.maturity)) return in.status();
     if (before(record.maturity, record.settlement)) return in.invalid(2);

@@ -22,10 +22,13 @@ namespace {
 bool read_rate_and_nper(Arguments& in, AnnuityRecord& a) { return in.positive(1, a.rate) && in.count(2, a.nper); }
 
 // rate, per, nper, pv, fv, type
-bool read_payment_part(Arguments& in, AnnuityRecord& a) {
-    if (!in.positive(1, a.rate) || !in.count(2, a.per) || !in.count(3, a.nper)) return false;
-    if (a.nper < a.per) return in.reject(2);
-    return in.number(4, a.presentValue) && in.amount_and_timing(5, a.otherAmount, a.type);
+template <auto Compute, auto Answer>
+Status payment_part(Arguments&& in) {
+    AnnuityRecord a{};
+    if (!in.positive(1, a.rate) || !in.count(2, a.per) || !in.count(3, a.nper)) return in.status();
+    if (a.nper < a.per) return in.invalid(2);
+    if (!in.number(4, a.presentValue) || !in.amount_and_timing(5, a.otherAmount, a.type)) return in.status();
+    return in.answer_if(Compute(&a), a.*Answer);
 }
 
 // A range that does not fit the loan, by the first rule that it breaks: the argument at fault, or 0.
@@ -71,19 +74,9 @@ FINANCE_HANDLER(PMT) {
     return in.answer_if(zComputePMT(&a), a.pmt);
 }
 
-FINANCE_HANDLER(IPMT) {
-    Arguments in{context, result, count};
-    AnnuityRecord a{};
-    if (!read_payment_part(in, a)) return in.status();
-    return in.answer_if(zComputeIPMT(&a), a.interestPart);
-}
+FINANCE_HANDLER(IPMT) { return payment_part<zComputeIPMT, &AnnuityRecord::interestPart>({context, result, count}); }
 
-FINANCE_HANDLER(PPMT) {
-    Arguments in{context, result, count};
-    AnnuityRecord a{};
-    if (!read_payment_part(in, a)) return in.status();
-    return in.answer_if(zComputePPMT(&a), a.principalPart);
-}
+FINANCE_HANDLER(PPMT) { return payment_part<zComputePPMT, &AnnuityRecord::principalPart>({context, result, count}); }
 
 FINANCE_HANDLER(CUMIPMT) {
     Arguments in{context, result, count};
@@ -200,46 +193,33 @@ int zComputePPMT(AnnuityRecord* record) {
     return 0;
 }
 
-// Interest paid in the periods of the range, period by period (annuity_sums.hpp).
-int zComputeCUMIPMT(AnnuityRecord* record) {
-    AnnuityRecord& a = *record;
+namespace {
+
+// What the periods of the range add up to, period by period (annuity_sums.hpp). A payment at time 0 is all principal.
+int sum_range(AnnuityRecord& a, double (*sum)(const LoanWalk&), bool of_principal) {
     if (zComputePMT(&a) != 0) return 1;
+    const double at_time_0 = of_principal && at_start(a) ? a.pmt : 0.0;
     if (at_start(a) && a.endPeriod == 1) {
-        a.cumulative = 0.0;
+        a.cumulative = at_time_0;
         return 0;
     }
     const std::int64_t shift = at_start(a) ? 1 : 0;
-    a.cumulative = sum_of_interest({.rate = a.rate,
-                                    .payment = a.pmt,
-                                    .presentValue = a.presentValue,
-                                    .balance = at_start(a) ? a.presentValue + a.pmt : a.presentValue,
-                                    .sum = 0.0,
-                                    .nper = a.nper,
-                                    .first = a.startPeriod - shift,
-                                    .last = a.endPeriod - shift,
-                                    .at_start = at_start(a)});
+    a.cumulative = sum({.rate = a.rate,
+                        .payment = a.pmt,
+                        .presentValue = a.presentValue,
+                        .balance = at_start(a) ? a.presentValue + a.pmt : a.presentValue,
+                        .sum = a.startPeriod == 1 ? at_time_0 : 0.0,
+                        .nper = a.nper,
+                        .first = a.startPeriod - shift,
+                        .last = a.endPeriod - shift,
+                        .at_start = at_start(a)});
     return 0;
 }
 
-// Principal repaid in the periods of the range. A payment at time 0 is all principal.
-int zComputeCUMPRINC(AnnuityRecord* record) {
-    AnnuityRecord& a = *record;
-    if (zComputePMT(&a) != 0) return 1;
-    if (at_start(a) && a.endPeriod == 1) {
-        a.cumulative = a.pmt;
-        return 0;
-    }
-    const std::int64_t shift = at_start(a) ? 1 : 0;
-    a.cumulative = sum_of_principal({.rate = a.rate,
-                                     .payment = a.pmt,
-                                     .presentValue = a.presentValue,
-                                     .balance = at_start(a) ? a.presentValue + a.pmt : a.presentValue,
-                                     .sum = at_start(a) && a.startPeriod == 1 ? a.pmt : 0.0,
-                                     .nper = a.nper,
-                                     .first = a.startPeriod - shift,
-                                     .last = a.endPeriod - shift,
-                                     .at_start = at_start(a)});
-    return 0;
-}
+}  // namespace
+
+int zComputeCUMIPMT(AnnuityRecord* record) { return sum_range(*record, sum_of_interest, false); }
+
+int zComputeCUMPRINC(AnnuityRecord* record) { return sum_range(*record, sum_of_principal, true); }
 
 }  // namespace finance

@@ -26,7 +26,7 @@ using Compute = int (*)(ProratedRecord* record);
 enum class Salvage : bool { any, at_most_cost };
 
 // cost, purchase, end of the first period, salvage, period, rate, basis
-Status prorated_depreciation(Arguments in, Salvage allowed, Compute compute) {
+Status prorated_depreciation(Arguments&& in, Salvage allowed, Compute compute) {
     CalendarDate purchase{};
     CalendarDate end{};
     CouponTerms terms{};

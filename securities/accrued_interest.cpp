@@ -4,11 +4,9 @@
 //  (2) ACCRINT takes its coupon dates from the first interest date, which is compared with nothing: it may lie before
 //      issue or after settlement.
 //  (3) A call that ends before the par value has one of 1000. (The dispatcher lets none through.)
-#include "securities/accrued_interest.hpp"
-
 #include "calendar/coupon_days.hpp"
-#include "calendar/date_arguments.hpp"
 #include "securities/accrual.hpp"
+#include "securities/kernels.hpp"
 
 namespace finance {
 

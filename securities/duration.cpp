@@ -5,15 +5,11 @@
 //      remain, even where that is nothing or less.
 //  (2) Settlement on maturity: both answer 0, whatever the other arguments. Settlement after it is refused.
 //  (3) MDURATION divides by the frequency as it is stored, the kernel by one of at least 1.
-#include "securities/duration.hpp"
-
 #include <algorithm>
 #include <cmath>
 
-#include "calendar/date_arguments.hpp"
-#include "securities/coupon_quantities.hpp"
+#include "securities/kernels.hpp"
 #include "securities/long_sums.hpp"
-#include "securities/security_arguments.hpp"
 
 namespace finance {
 
@@ -21,32 +17,26 @@ namespace finance {
 
 namespace {
 
-// coupon rate, yield, frequency, basis
-bool read_terms_of_duration(Arguments& in, Security& bond) {
-    return in.positive(3, bond.record.rate) && in.number(4, bond.record.yield) && read_coupon_terms(in, 5, bond.terms);
+// settlement, maturity, coupon rate, yield, frequency, basis
+template <bool Modified>
+[[gnu::always_inline]] inline Status duration(Arguments in) {
+    Security bond;
+    if (!read_settlement_and_maturity(in, bond)) return in.status();
+    if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
+    if (!in.positive(3, bond.record.rate) || !in.number(4, bond.record.yield) ||
+        !read_coupon_terms(in, 5, bond.terms)) {
+        return in.status();
+    }
+    const double s = bond.record.yield / bond.terms.frequency + 1.0;
+    if ((Modified && s < smallest_that_counts) || zComputeDURATION(&bond.record) != 0) return in.fail();
+    return in.answer(Modified ? bond.record.duration / s : bond.record.duration);
 }
 
 }  // namespace
 
-FINANCE_HANDLER(DURATION) {
-    Arguments in{context, result, count};
-    Security bond;
-    if (!read_settlement_and_maturity(in, bond)) return in.status();
-    if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
-    if (!read_terms_of_duration(in, bond)) return in.status();
-    return in.answer_if(zComputeDURATION(&bond.record), bond.record.duration);
-}
+FINANCE_HANDLER(DURATION) { return duration<false>({context, result, count}); }
 
-FINANCE_HANDLER(MDURATION) {
-    Arguments in{context, result, count};
-    Security bond;
-    if (!read_settlement_and_maturity(in, bond)) return in.status();
-    if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
-    if (!read_terms_of_duration(in, bond)) return in.status();
-    const double s = bond.record.yield / bond.terms.frequency + 1.0;
-    if (s < smallest_that_counts || zComputeDURATION(&bond.record) != 0) return in.fail();
-    return in.answer(bond.record.duration / s);
-}
+FINANCE_HANDLER(MDURATION) { return duration<true>({context, result, count}); }
 
 // ---- Kernel
 
@@ -94,7 +84,7 @@ CashFlowSums sum_cash_flows(double c, double w, double t, double v, double f, do
     };
     const auto at_rest = [=](const CashFlowSums& now, double left) { return is_settled(now, c, v, left / f); };
     walk_terms(sums, 1.0, N, limit, step, at_rest, [=] { return closed_cash_flows(c, t, v, f, N); });
-    return sums;
+    return {sums.PV, sums.TW, sums.w, sums.t};  // not sums itself, whose place would be the caller's memory
 }
 
 }  // namespace

@@ -4,9 +4,7 @@
 //  (2) Issue after maturity is refused; issue on maturity: both answer 0. Issue is not compared with settlement.
 //  (3) Times are year fractions by the basis: Bim issue to maturity, Bsm settlement to maturity, Bis issue to
 //      settlement. No day is added for a 31st.
-#include "securities/interest_at_maturity.hpp"
-
-#include "calendar/date_arguments.hpp"
+#include "securities/kernels.hpp"
 
 namespace finance {
 

@@ -49,9 +49,7 @@ inline double walk_terms(Sums& sums, double k, double end, double limit, Step st
             break;
         }
         const double stop = end_of_block(k, end, limit);
-        Sums now = sums;  // in registers
-        for (auto left = static_cast<std::int32_t>(stop - k); left > 0; --left) step(now);
-        sums = now;
+        for (auto left = static_cast<std::int32_t>(stop - k); left > 0; --left) step(sums);
         k = stop;
         if (end > k && at_rest(sums, end - k)) break;
     }

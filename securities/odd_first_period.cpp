@@ -5,16 +5,14 @@
 //  (2) The first coupon date must be a date of the maturity's schedule; if not, it is the argument at fault.
 //  (3) Time is counted in coupon periods: A1 since issue, DFC in the first period, W + DSC1 from settlement to the
 //      first coupon, and N periods from there to maturity.
-#include "securities/odd_first_period.hpp"
-
 #include <algorithm>
 #include <cmath>
 
 #include "calendar/coupon_days.hpp"
 #include "calendar/coupon_schedule.hpp"
 #include "securities/accrual.hpp"
+#include "securities/kernels.hpp"
 #include "securities/long_sums.hpp"
-#include "securities/security_arguments.hpp"
 
 namespace finance {
 
@@ -43,17 +41,14 @@ OrderVerdict order_of_dates(const Security& bond) {
 }
 
 // settlement, maturity, issue, first coupon date, rate, given (yield or price), redemption, frequency, basis
-Status odd_first_period(Arguments in, double SecurityComputeRecord::*given, int (*compute)(SecurityComputeRecord*),
+Status odd_first_period(Arguments&& in, double SecurityComputeRecord::*given, int (*compute)(SecurityComputeRecord*),
                         double SecurityComputeRecord::*answer) {
     Security bond;
     if (!read_dates(in, bond)) return in.status();
     const OrderVerdict order = order_of_dates(bond);
     if (order.out_of_order != 0) return in.invalid(order.out_of_order);
     if (order.same_day) return in.answer(0.0);
-    if (!in.positive(5, bond.record.rate) || !in.number(6, bond.record.*given) ||
-        !in.positive(7, bond.record.redemption) || !read_coupon_terms(in, 8, bond.terms)) {
-        return in.status();
-    }
+    if (!read_bond_terms(in, 5, &Arguments::number, bond.record.*given, bond)) return in.status();
     const int failure = compute(&bond.record);
     if (failure == ODDF_NO_REFERENCE_DATE) return in.invalid(4);
     return in.answer_if(failure, bond.record.*answer);

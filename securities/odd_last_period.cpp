@@ -6,11 +6,9 @@
 //      DSC' from settlement to maturity. The first is counted from the last interest date, the others along the
 //      maturity's schedule.
 //  (3) ACT/360 and ACT/365 count as ACTUAL here.
-#include "securities/odd_last_period.hpp"
-
 #include "calendar/coupon_days.hpp"
 #include "calendar/proportion_sum.hpp"
-#include "securities/security_arguments.hpp"
+#include "securities/kernels.hpp"
 
 namespace finance {
 
@@ -19,7 +17,7 @@ namespace finance {
 namespace {
 
 // settlement, maturity, last interest date, rate, given (yield or price), redemption, frequency, basis
-Status odd_last_period(Arguments in, double SecurityComputeRecord::*given, int (*compute)(SecurityComputeRecord*),
+Status odd_last_period(Arguments&& in, double SecurityComputeRecord::*given, int (*compute)(SecurityComputeRecord*),
                        double SecurityComputeRecord::*answer) {
     Security bond;
     if (!read_date(in, 1, bond.settlement) || !read_date(in, 2, bond.maturity) ||
@@ -30,10 +28,7 @@ Status odd_last_period(Arguments in, double SecurityComputeRecord::*given, int (
     if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
     if (before(bond.settlement, bond.last_interest)) return in.invalid(3);
     if (same_day(bond.settlement, bond.last_interest)) return in.answer(0.0);
-    if (!in.positive(4, bond.record.rate) || !in.number(5, bond.record.*given) ||
-        !in.positive(6, bond.record.redemption) || !read_coupon_terms(in, 7, bond.terms)) {
-        return in.status();
-    }
+    if (!read_bond_terms(in, 4, &Arguments::number, bond.record.*given, bond)) return in.status();
     return in.answer_if(compute(&bond.record), bond.record.*answer);
 }
 

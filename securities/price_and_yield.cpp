@@ -5,47 +5,53 @@
 //      a coupon date, and where nothing would remain, nothing has accrued.
 //  (3) Settlement on maturity: both answer 0, whatever the other arguments. Settlement after it is refused.
 //  (4) With one coupon left interest is simple, and YIELD is a closed form; otherwise it is searched from 0.1.
-#include "securities/price_and_yield.hpp"
-
 #include <algorithm>
 #include <cmath>
 
-#include "calendar/date_arguments.hpp"
-#include "securities/coupon_quantities.hpp"
+#include "calendar/coupon_schedule.hpp"
+#include "securities/kernels.hpp"
 #include "securities/long_sums.hpp"
-#include "securities/security_arguments.hpp"
 
 namespace finance {
 
 // ---- Handlers
 
-// settlement, maturity, rate, yield, redemption, frequency, basis
-FINANCE_HANDLER(PRICE) {
-    Arguments in{context, result, count};
+namespace {
+
+// settlement, maturity, rate, given (yield or price), redemption, frequency, basis
+template <auto Take, auto Given, auto Compute, auto Answer>
+[[gnu::always_inline]] inline Status regular_bond(Arguments in) {
     Security bond;
     if (!read_settlement_and_maturity(in, bond)) return in.status();
     if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
-    if (!in.positive(3, bond.record.rate) || !in.number(4, bond.record.yield) ||
-        !in.positive(5, bond.record.redemption) || !read_coupon_terms(in, 6, bond.terms)) {
-        return in.status();
-    }
-    return in.answer_if(zComputePRICE(&bond.record), bond.record.price);
+    if (!read_bond_terms(in, 3, Take, bond.record.*Given, bond)) return in.status();
+    return in.answer_if(Compute(&bond.record), bond.record.*Answer);
 }
 
-// settlement, maturity, rate, price, redemption, frequency, basis
+}  // namespace
+
+FINANCE_HANDLER(PRICE) {
+    return regular_bond<&Arguments::number, &SecurityComputeRecord::yield, zComputePRICE,
+                        &SecurityComputeRecord::price>({context, result, count});
+}
+
 FINANCE_HANDLER(YIELD) {
-    Arguments in{context, result, count};
-    Security bond;
-    if (!read_settlement_and_maturity(in, bond)) return in.status();
-    if (same_day(bond.settlement, bond.maturity)) return in.answer(0.0);
-    if (!in.positive(3, bond.record.rate) || !in.positive(4, bond.record.price) ||
-        !in.positive(5, bond.record.redemption) || !read_coupon_terms(in, 6, bond.terms)) {
-        return in.status();
-    }
-    return in.answer_if(zComputeYIELD(&bond.record), bond.record.yield);
+    return regular_bond<&Arguments::positive, &SecurityComputeRecord::price, zComputeYIELD,
+                        &SecurityComputeRecord::yield>({context, result, count});
 }
 
 // ---- Kernels
+
+bool find_coupon_quantities(SecurityComputeRecord* record) {
+    constexpr std::uint32_t quantities = REQUEST_DAYS_SINCE_PREVIOUS | REQUEST_DAYS_IN_PERIOD | REQUEST_COUNT;
+    zgetMonthDayYear(record->settlement);
+    zgetMonthDayYear(record->maturity);
+    CouponInfo info;
+    record->couponCount = coupons_around(&info, *record->settlement, *record->maturity, record->terms, quantities);
+    record->daysInPeriod = info.daysInPeriod;
+    record->daysAccrued = info.daysSincePrevious;
+    return info.coincidentCoupon != nullptr;
+}
 
 namespace {
 

@@ -5,8 +5,7 @@
 
 #include <algorithm>
 
-#include "calendar/calendar_date.hpp"
-#include "calendar/day_count.hpp"
+#include "calendar/date_arguments.hpp"
 
 namespace finance {
 
@@ -74,5 +73,18 @@ struct Security {
     Security(const Security&) = delete;
     Security& operator=(const Security&) = delete;
 };
+
+// settlement and maturity, in order of time; equal dates pass.
+inline bool read_settlement_and_maturity(Arguments& in, Security& security) {
+    if (!read_date(in, 1, security.settlement) || !read_date(in, 2, security.maturity)) return false;
+    return !before(security.maturity, security.settlement) || in.reject(2);
+}
+
+// From position i on: coupon rate, what is given (yield or price), redemption, frequency, basis.
+inline bool read_bond_terms(Arguments& in, int i, bool (Arguments::*take)(int, double&), double& given,
+                            Security& bond) {
+    return in.positive(i, bond.record.rate) && (in.*take)(i + 1, given) && in.positive(i + 2, bond.record.redemption) &&
+           read_coupon_terms(in, i + 3, bond.terms);
+}
 
 }  // namespace finance

@@ -108,7 +108,9 @@ TEST(Takers, OptionalArgumentsKeepTheirDefault) {
     accept_all([&](Arguments& in) { return in.optional_number(2, x), true; }, "number");
     accept_all([&](Arguments& in) { return in.optional_exact(2, k); }, "exact");
     accept_all([&](Arguments& in) { return in.payment_timing(2, k); }, "timing");
-    accept_all([&](Arguments& in) { return in.amount_and_timing(2, x, k); }, "amount and timing");
+    double amount = 7.0;
+    accept_all([&](Arguments& in) { return in.amount_and_timing(1, amount, k); }, "amount and timing");
+    EXPECT_EQ(amount, 0.5);
     EXPECT_EQ(x, 7.0);
     EXPECT_EQ(k, -7);
 }

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "securities/accrued_interest.hpp"
+#include "securities/kernels.hpp"
 #include "tests/securities/bonds.hpp"
 
 namespace finance::test {

@@ -1,9 +1,8 @@
 // Coupons left, days accrued and days of the period, counted by months where the schedule allows, against the schedule
 // walked date by date.
-#include "securities/coupon_quantities.hpp"
-
 #include <gtest/gtest.h>
 
+#include "securities/kernels.hpp"
 #include "tests/calendar/dates.hpp"
 #include "tests/calendar/literal_schedule.hpp"
 

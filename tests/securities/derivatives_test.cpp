@@ -3,9 +3,7 @@
 
 #include <cstdio>
 
-#include "securities/duration.hpp"
-#include "securities/odd_first_period.hpp"
-#include "securities/price_and_yield.hpp"
+#include "securities/kernels.hpp"
 #include "tests/securities/bonds.hpp"
 
 namespace finance::test {

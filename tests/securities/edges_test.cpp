@@ -3,8 +3,7 @@
 
 #include <limits>
 
-#include "securities/odd_first_period.hpp"
-#include "securities/odd_last_period.hpp"
+#include "securities/kernels.hpp"
 #include "tests/securities/bonds.hpp"
 #include "tests/support/tables.hpp"
 

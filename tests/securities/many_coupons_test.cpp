@@ -6,9 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "securities/duration.hpp"
-#include "securities/odd_first_period.hpp"
-#include "securities/price_and_yield.hpp"
+#include "securities/kernels.hpp"
 #include "tests/securities/long_bonds.hpp"
 #include "tests/support/call.hpp"
 

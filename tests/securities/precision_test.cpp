@@ -3,12 +3,7 @@
 
 #include <cstdio>
 
-#include "securities/accrued_interest.hpp"
-#include "securities/duration.hpp"
-#include "securities/interest_at_maturity.hpp"
-#include "securities/odd_first_period.hpp"
-#include "securities/odd_last_period.hpp"
-#include "securities/price_and_yield.hpp"
+#include "securities/kernels.hpp"
 #include "tests/securities/bonds.hpp"
 
 namespace finance::test {

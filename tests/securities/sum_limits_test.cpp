@@ -3,10 +3,8 @@
 
 #include <cmath>
 
-#include "securities/duration.hpp"
+#include "securities/kernels.hpp"
 #include "securities/long_sums.hpp"
-#include "securities/odd_first_period.hpp"
-#include "securities/price_and_yield.hpp"
 #include "tests/securities/literal_sums.hpp"
 #include "tests/securities/long_bonds.hpp"
 #include "tests/support/call.hpp"
