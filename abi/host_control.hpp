@@ -5,6 +5,8 @@
 #include <bit>
 #include <cstdint>
 
+#include "abi/zelkovan.h"
+
 // Written once by mcn_main, read everywhere afterwards.
 extern "C" {
 extern void* v_global_gcb_anchor;
@@ -14,15 +16,15 @@ extern std::uint64_t Exported_KXHandle;
 
 namespace finance {
 
-// Words (64 bits each) of the global control block.
+// Words of the global control block.
 enum class GcbWord : std::uint32_t {
-    service_vectors = 0,      // table of pointers to service vectors
-    vector_marks = 1,         // a byte for each service vector
-    collating_table = 6,      // 256 bytes
-    memory_vector = 10,       // slot 0 allocates, slot 1 releases
-    locale = 13,              // its word 3 points to the multibyte-mode record, or is null
-    translation_tables = 27,  // entry 2 + m: 256 bytes for translation mode m
-    toolkit = 82,
+    service_vectors = ZELKOVAN_GCB_SERVICES,
+    vector_marks = ZELKOVAN_GCB_MARKS,
+    collating_table = ZELKOVAN_GCB_COLLATING,
+    memory_vector = ZELKOVAN_GCB_MEMORY,
+    locale = ZELKOVAN_GCB_LOCALE,
+    translation_tables = ZELKOVAN_GCB_TRANSLATION,
+    toolkit = ZELKOVAN_GCB_TOOLKIT,
 };
 
 inline const std::uint64_t* gcb_word(GcbWord word) {
@@ -37,16 +39,14 @@ T* gcb_pointer(GcbWord word) {
 inline const unsigned char* collating_table() { return gcb_pointer<const unsigned char>(GcbWord::collating_table); }
 
 inline const unsigned char* translation_table(std::uint32_t mode) {
-    return gcb_pointer<const unsigned char* const>(GcbWord::translation_tables)[2 + mode];
+    return gcb_pointer<const unsigned char* const>(GcbWord::translation_tables)[ZELKOVAN_FIRST_TRANSLATION + mode];
 }
 
 // True where texts are double-byte, so that only the host can compare and translate them.
 inline bool multibyte_mode() {
-    constexpr int mode_record_word = 3;
-    constexpr int active_byte = 72;
     const auto* locale = gcb_pointer<const unsigned char* const>(GcbWord::locale);
-    const unsigned char* record = locale != nullptr ? locale[mode_record_word] : nullptr;
-    return record != nullptr && record[active_byte] != 0;
+    const unsigned char* record = locale != nullptr ? locale[ZELKOVAN_LOCALE_MODE_RECORD] : nullptr;
+    return record != nullptr && record[ZELKOVAN_MODE_RECORD_ACTIVE] != 0;
 }
 
 // ---- Host memory
@@ -55,16 +55,14 @@ using HostMemoryVector = void*;  // the first word of a table of entry points
 using HostAllocate = void* (*)(HostMemoryVector* vector, std::int64_t bytes, std::int64_t flags);
 using HostRelease = void* (*)(HostMemoryVector* vector, void* block, std::int64_t bytes, std::int64_t flags);
 
-inline constexpr std::int64_t host_memory_flags = 0x2006;
-
 inline void* host_allocate(std::int64_t bytes) {
     auto* vector = gcb_pointer<HostMemoryVector>(GcbWord::memory_vector);
-    return reinterpret_cast<HostAllocate>(vector[0])(vector, bytes, host_memory_flags);
+    return reinterpret_cast<HostAllocate>(vector[0])(vector, bytes, ZELKOVAN_MEMORY_FLAGS);
 }
 
 inline void host_release(void* block, std::int64_t bytes) {
     auto* vector = gcb_pointer<HostMemoryVector>(GcbWord::memory_vector);
-    reinterpret_cast<HostRelease>(vector[1])(vector, block, bytes, host_memory_flags);
+    reinterpret_cast<HostRelease>(vector[1])(vector, block, bytes, ZELKOVAN_MEMORY_FLAGS);
 }
 
 }  // namespace finance

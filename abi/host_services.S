@@ -5,6 +5,8 @@
  * identifier, and r11, which carries the jump target.
  */
 
+#include "abi/zelkovan.h"
+
 .macro service name, vector, slot
     .globl  \name
     .hidden \name
@@ -13,9 +15,9 @@
 \name:
     .cfi_startproc
     movq    v_global_gcb_anchor(%rip), %r11
-    movq    8(%r11), %r10                   /* the marks, a byte for each vector */
+    movq    8*ZELKOVAN_GCB_MARKS(%r11), %r10    /* the marks, a byte for each vector */
     movb    $0, \vector(%r10)
-    movq    (%r11), %r11                    /* the service vectors */
+    movq    8*ZELKOVAN_GCB_SERVICES(%r11), %r11 /* the service vectors */
     movq    8*\vector(%r11), %r11
     movq    8*\slot(%r11), %r11
     movabsq $((\vector << 32) | \slot), %r10
@@ -40,15 +42,15 @@
 .endm
 
     .text
-    service xexit,    39,   4
-    service xpmlog,   39,  70
-    service xpslog,   39,  89
-    service wzstrlo,   0, 330
-    service wzstrup,   0, 331
-    service wzsxcch,   4,   7
-    service wzsxrch,   4,  39
-    service wzsxcmn,   4,  65
-    service zmdy,    164,  11
+    service xexit,    ZELKOVAN_SERVICE_EXIT
+    service xpmlog,   ZELKOVAN_SERVICE_NOTE
+    service xpslog,   ZELKOVAN_SERVICE_LOG
+    service wzstrlo,  ZELKOVAN_SERVICE_LOWER
+    service wzstrup,  ZELKOVAN_SERVICE_UPPER
+    service wzsxcch,  ZELKOVAN_SERVICE_TRANSLATE_0
+    service wzsxrch,  ZELKOVAN_SERVICE_TRANSLATE_1
+    service wzsxcmn,  ZELKOVAN_SERVICE_COMPARE
+    service zmdy,     ZELKOVAN_SERVICE_DATE
 
     adapter vmalloc_handler, 0, edx, rdx
     adapter vmalcp_handler,  0, edx, rdx

@@ -9,6 +9,40 @@
 #ifndef ZELKOVAN_H
 #define ZELKOVAN_H
 
+/* ---- The host's global control block --------------------------------------------------------------------------- */
+
+/* Words of 64 bits, and what they point to. The toolkit's word is read once, at load, the others anew at every use.
+ *
+ * The memory vector: slot 0 allocates, void* (void** vector, int64_t bytes, int64_t flags), null where there is no
+ * memory; slot 1 releases, void* (void** vector, void* block, int64_t bytes, int64_t flags). The toolkit: its first word
+ * points to a table of operations, 0 creates a pool, void* (void* toolkit, const char* name, uint64_t flags). A pool: its
+ * first word points to a table, 0 allocates, void* (void* pool, int64_t bytes, uint64_t flags), 1 releases the pool. */
+#define ZELKOVAN_GCB_SERVICES 0     /* pointers to service vectors, each a table of routines */
+#define ZELKOVAN_GCB_MARKS 1        /* a byte for each service vector; the module clears it when it enters one */
+#define ZELKOVAN_GCB_COLLATING 6    /* 256 bytes: texts are compared through them */
+#define ZELKOVAN_GCB_MEMORY 10      /* the memory vector */
+#define ZELKOVAN_GCB_LOCALE 13      /* its word 3 points to the record of multibyte mode, or is null */
+#define ZELKOVAN_GCB_TRANSLATION 27 /* its entry 2 + m points to the 256 bytes of translation mode m, 0..4 */
+#define ZELKOVAN_GCB_TOOLKIT 82     /* the toolkit, or null: then all workspace comes from the memory vector */
+
+#define ZELKOVAN_LOCALE_MODE_RECORD 3
+#define ZELKOVAN_MODE_RECORD_ACTIVE 72 /* this byte of the record is not 0 in multibyte mode */
+#define ZELKOVAN_FIRST_TRANSLATION 2
+
+/* Services: vector, slot. The module jumps to the routine with vector << 32 | slot in register r10. */
+#define ZELKOVAN_SERVICE_LOWER 0, 330      /* void (char* text, int64_t length): converts letters in place */
+#define ZELKOVAN_SERVICE_UPPER 0, 331      /* the same */
+#define ZELKOVAN_SERVICE_TRANSLATE_0 4, 7  /* in multibyte mode only: void (const char* source, int64_t length, */
+#define ZELKOVAN_SERVICE_TRANSLATE_1 4, 39 /*   char* destination, int64_t destination_length, int64_t one) */
+#define ZELKOVAN_SERVICE_COMPARE 4, 65     /* in multibyte mode only: int32_t (const char* a, int64_t a_length, */
+                                           /*   const char* b, int64_t b_length, int64_t options), 0 if equal */
+#define ZELKOVAN_SERVICE_EXIT 39, 4        /* void (int64_t code, int64_t detail): ends the process */
+#define ZELKOVAN_SERVICE_NOTE 39, 70       /* void (int32_t message_set, int32_t message_number) */
+#define ZELKOVAN_SERVICE_LOG 39, 89        /* void (const char* format, ...): a line, as for printf */
+#define ZELKOVAN_SERVICE_DATE 164, 11      /* double (double month, double day, double year): days since 1960-01-01 */
+
+#ifndef __ASSEMBLER__
+
 #include <stddef.h>
 #include <stdint.h>
 
@@ -30,6 +64,23 @@ extern "C" {
 
 /* The double that a host writes for "no value". Any NaN that it hands over counts as missing as well. */
 #define ZELKOVAN_MISSING_VALUE_BITS UINT64_C(0xFFFFFE0000000000)
+
+/* ---- What the module asks of its host --------------------------------------------------------------------------- */
+
+#define ZELKOVAN_MEMORY_FLAGS 0x2006 /* of every block of the memory vector, at its release as well */
+#define ZELKOVAN_POOL_NAME "WORKPOOL"
+#define ZELKOVAN_POOL_FLAGS UINT64_C(0x80000000)   /* of a pool and of its blocks */
+#define ZELKOVAN_EXIT_WITHOUT_MEMORY INT64_C(1016) /* no memory for what a registration request asks for; detail 0 */
+
+/* Notes: XIRR found no rate. */
+#define ZELKOVAN_MESSAGE_SET 744
+#define ZELKOVAN_MESSAGE_NO_CONVERGENCE 321
+#define ZELKOVAN_MESSAGE_NO_USABLE_FLOWS 322
+#define ZELKOVAN_MESSAGE_NO_MORE_NOTES 323
+
+/* Whether notes are counted, and the first five alone are written, in a context of that mode. */
+#define ZELKOVAN_COUNTS_NOTES(mode) ((mode) == 72 || (mode) == 88 || (mode) == 104 || (mode) == 136)
+#define ZELKOVAN_MOST_NOTES 5
 
 /* ---- A call ---------------------------------------------------------------------------------------------------- */
 
@@ -65,9 +116,9 @@ ZELKOVAN_ASSERT(offsetof(CharacterDescriptor, text) == 16, "text pointer");
 /* The head of a call; count slots follow it at once. Argument 0 is the name of the calculation. */
 typedef struct HostCallContext {
     uint8_t host_owned[24];
-    uint8_t mode; /* says whether the notes of XIRR are limited: 72, 88, 104, 136 */
+    uint8_t mode; /* ZELKOVAN_COUNTS_NOTES(mode): the notes of XIRR are limited */
     uint8_t host_owned_too[3];
-    int32_t notes_written; /* counts them where they are */
+    int32_t notes_written; /* counts them then */
     int64_t count;         /* of arguments, the name included; its low 32 bits, signed, are what counts */
 } HostCallContext;
 ZELKOVAN_ASSERT(sizeof(HostCallContext) == 40, "the slots begin at byte 40");
@@ -77,15 +128,21 @@ ZELKOVAN_ASSERT(offsetof(HostCallContext, count) == 32, "argument count");
 
 /* ---- What the loader reads ------------------------------------------------------------------------------------- */
 
+#define ZELKOVAN_IMAGE_TAG "ZOT_Image_Information="
+#define ZELKOVAN_IMAGE_MAGIC UINT32_C(0xB0BDEBED)
+#define ZELKOVAN_IMAGE_LAYOUT 8
+#define ZELKOVAN_PROGRAM_NAME "zelkovan"
+#define ZELKOVAN_FUNCTION_NAME "FINANCE"
+
 typedef struct ImageInformation {
-    char tag[24]; /* "ZOT_Image_Information=" */
+    char tag[24];
     uint32_t magic;
     uint32_t reserved;
     uint64_t layout;
     char short_version[6];
     char release[20];
-    char build_date[30]; /* Jan 01 2000 */
-    const void* program_controls;
+    char build_date[30];          /* Jan 01 2000 */
+    const void* program_controls; /* const ProgramControl* const*, up to a null pointer */
     const char* notice;
     char sequence[8];
 } ImageInformation;
@@ -99,14 +156,15 @@ ZELKOVAN_ASSERT(offsetof(ImageInformation, program_controls) == 96, "program con
 ZELKOVAN_ASSERT(offsetof(ImageInformation, notice) == 104, "notice");
 ZELKOVAN_ASSERT(offsetof(ImageInformation, sequence) == 112, "sequence");
 
-/* Answers a registration request: 1 the function items, 2 the entry points, anything else null. */
+/* Answers a registration request: 1 the function items; 2 the entry points, a word of the host's and after it one pointer
+ * for each item; anything else null. What it answers is of the host's memory, 16 bytes, and the host's from then on. */
 typedef void* RegistrationEntry(int32_t request, ...);
 
 typedef struct ProgramControl {
     uint64_t header;
     uint64_t first_size;
     uint64_t second_size;
-    char name[8]; /* lower case, not NUL-terminated */
+    char name[8]; /* not NUL-terminated */
     uint64_t reserved;
     RegistrationEntry* entry;
     uint64_t entries;
@@ -133,7 +191,7 @@ ZELKOVAN_ASSERT(offsetof(FunctionItem, first_property) == 24, "first property");
 ZELKOVAN_ASSERT(offsetof(FunctionItem, third_property) == 32, "third property");
 ZELKOVAN_ASSERT(offsetof(FunctionItem, fifth_property) == 48, "fifth property");
 
-/* The answer to request 1, allocated from the host's memory and the host's from then on. */
+/* The answer to request 1. */
 typedef struct FunctionItemList {
     uint32_t count;
     uint8_t host_owned[4];
@@ -191,5 +249,7 @@ ZELKOVAN_EXPORT double zpower(int32_t* status, double x, double y); /* x^y; stat
 #ifdef __cplusplus
 }
 #endif
+
+#endif /* __ASSEMBLER__ */
 
 #endif

@@ -50,26 +50,18 @@ struct Workspace {
     [[nodiscard]] bool complete() const { return values.data() != nullptr && dates.data() != nullptr; }
 };
 
-bool limits_notes(const HostCallContext& context) {
-    return context.mode == 72 || context.mode == 88 || context.mode == 104 || context.mode == 136;
-}
-
 void write_note(HostCallContext* context, XirrOutcome outcome) {
-    constexpr std::int32_t message_set = 744;
-    constexpr std::int32_t no_convergence = 321;
-    constexpr std::int32_t no_usable_flows = 322;
-    constexpr std::int32_t no_more_notes = 323;
-    constexpr std::int32_t most_notes = 5;
-    const std::int32_t number = outcome == XIRR_NO_USABLE_FLOWS ? no_usable_flows : no_convergence;
-    if (!limits_notes(*context)) {
-        xpmlog(message_set, number);
+    const std::int32_t number =
+        outcome == XIRR_NO_USABLE_FLOWS ? ZELKOVAN_MESSAGE_NO_USABLE_FLOWS : ZELKOVAN_MESSAGE_NO_CONVERGENCE;
+    if (!ZELKOVAN_COUNTS_NOTES(context->mode)) {
+        xpmlog(ZELKOVAN_MESSAGE_SET, number);
         return;
     }
     context->notes_written = wrapping_add(context->notes_written, 1);
-    if (context->notes_written <= most_notes) {
-        xpmlog(message_set, number);
-    } else if (context->notes_written == most_notes + 1) {
-        xpmlog(message_set, no_more_notes);
+    if (context->notes_written <= ZELKOVAN_MOST_NOTES) {
+        xpmlog(ZELKOVAN_MESSAGE_SET, number);
+    } else if (context->notes_written == ZELKOVAN_MOST_NOTES + 1) {
+        xpmlog(ZELKOVAN_MESSAGE_SET, ZELKOVAN_MESSAGE_NO_MORE_NOTES);
     }
 }
 

@@ -4,9 +4,6 @@ namespace finance {
 
 namespace {
 
-constexpr char pool_name[] = "WORKPOOL";
-constexpr std::uint64_t pool_flags = 0x80000000;
-
 Toolkit* host_toolkit() {
     auto* toolkit = std::bit_cast<Toolkit*>(Exported_KXHandle);
     const bool creates_pools =
@@ -18,8 +15,8 @@ Toolkit* host_toolkit() {
 
 WorkPool::WorkPool(std::int64_t bytes) : bytes_{bytes} {
     if (Toolkit* toolkit = host_toolkit(); toolkit != nullptr) {
-        pool_ = toolkit->operations->create_pool(toolkit, pool_name, pool_flags);
-        if (pool_ != nullptr) block_ = pool_->operations->allocate(pool_, bytes_, pool_flags);
+        pool_ = toolkit->operations->create_pool(toolkit, ZELKOVAN_POOL_NAME, ZELKOVAN_POOL_FLAGS);
+        if (pool_ != nullptr) block_ = pool_->operations->allocate(pool_, bytes_, ZELKOVAN_POOL_FLAGS);
     } else {
         block_ = host_allocate(bytes_);
         from_memory_vector_ = true;

@@ -27,13 +27,13 @@ void count_line(const char* format, ...) {
 }
 
 void count_note(std::int32_t message_set, std::int32_t message_number) {
-    must(message_set == 744, "notes are of the module's own message set");
+    must(message_set == ZELKOVAN_MESSAGE_SET, "notes are of the module's own message set");
     ++all_told.notes;
     all_told.last_note = message_number;
 }
 
 void replace_service(host::EmbeddedHost& host, std::size_t vector, std::size_t slot, void* routine) {
-    auto** vectors = static_cast<void**>(host.control_block()[0]);
+    auto** vectors = static_cast<void**>(host.control_block()[ZELKOVAN_GCB_SERVICES]);
     static_cast<void**>(vectors[vector])[slot] = routine;
 }
 
@@ -42,8 +42,8 @@ void replace_service(host::EmbeddedHost& host, std::size_t vector, std::size_t s
 host::EmbeddedHost& linked_host() {
     static host::EmbeddedHost& host = []() -> host::EmbeddedHost& {
         static host::EmbeddedHost made{mcn_main};
-        replace_service(made, 39, 89, reinterpret_cast<void*>(&count_line));
-        replace_service(made, 39, 70, reinterpret_cast<void*>(&count_note));
+        replace_service(made, ZELKOVAN_SERVICE_LOG, reinterpret_cast<void*>(&count_line));
+        replace_service(made, ZELKOVAN_SERVICE_NOTE, reinterpret_cast<void*>(&count_note));
         return made;
     }();
     return host;

@@ -11,8 +11,6 @@ namespace {
 
 constexpr std::size_t slot_offset(std::size_t i) { return sizeof(HostCallContext) + i * sizeof(ArgSlot); }
 
-constexpr bool counts_notes(std::uint8_t mode) { return mode == 72 || mode == 88 || mode == 104 || mode == 136; }
-
 // Records before a call's own fields are set.
 struct Blanks {
     HostCallContext head{};
@@ -65,7 +63,7 @@ void CallFrame::fill(std::string_view name, std::span<const Argument> arguments,
     make_room(arguments.size() + 1);
     auto* head = new (bytes()) HostCallContext{blanks(junk).head};
     head->mode = note_mode;
-    if (counts_notes(note_mode)) head->notes_written = 0;
+    if (ZELKOVAN_COUNTS_NOTES(note_mode)) head->notes_written = 0;
     head->count = static_cast<std::int64_t>(slots_);
     put(0, Argument{name}, junk);
     for (std::size_t i = 0; i < arguments.size(); ++i) put(i + 1, arguments[i], junk);
@@ -107,7 +105,7 @@ int CallFrame::take_first_flag() {
 }
 
 void CallFrame::forget_notes() {
-    if (counts_notes(context()->mode)) context()->notes_written = 0;
+    if (ZELKOVAN_COUNTS_NOTES(context()->mode)) context()->notes_written = 0;
 }
 
 std::vector<std::byte> CallFrame::snapshot() const { return {bytes(), bytes() + head_bytes + slots_ * bytes_per_slot}; }
@@ -117,7 +115,7 @@ bool CallFrame::respected_since(const std::vector<std::byte>& before) const {
     for (std::size_t i = 0; i < slots_; ++i) {
         after[slot_offset(i) + offsetof(ArgSlot, flags)] &= ~std::byte{ZELKOVAN_FLAG_INVALID};
     }
-    if (counts_notes(std::to_integer<std::uint8_t>(before[offsetof(HostCallContext, mode)]))) {
+    if (ZELKOVAN_COUNTS_NOTES(std::to_integer<std::uint8_t>(before[offsetof(HostCallContext, mode)]))) {
         constexpr std::size_t counter = offsetof(HostCallContext, notes_written);
         std::copy_n(before.data() + counter, sizeof(std::int32_t), after.data() + counter);
     }

@@ -3,21 +3,12 @@
 #include <bit>
 #include <stdexcept>
 
+#include "abi/zelkovan.h"
 #include "host/services.hpp"
 
 namespace finance::host {
 namespace {
 
-constexpr std::size_t word_service_vectors = 0;
-constexpr std::size_t word_marks = 1;
-constexpr std::size_t word_collating_table = 6;
-constexpr std::size_t word_memory_vector = 10;
-constexpr std::size_t word_locale = 13;
-constexpr std::size_t word_translation_tables = 27;
-constexpr std::size_t word_toolkit = 82;
-
-constexpr std::size_t locale_multibyte_word = 3;
-constexpr std::size_t multibyte_active_byte = 72;
 constexpr unsigned char junk_byte = 0xA5;
 
 using ByteTable = std::array<unsigned char, 256>;
@@ -65,12 +56,12 @@ ControlBlock::ControlBlock(void** memory_vector, void* toolkit)
     multibyte_record_.fill(junk_byte);
     process_block_.fill(junk_byte);
     place_services();
-    words_[word_service_vectors] = vectors_.data();
-    words_[word_marks] = marks_.data();
-    words_[word_memory_vector] = memory_vector;
-    words_[word_locale] = locale_.data();
-    words_[word_translation_tables] = translation_tables_.data();
-    words_[word_toolkit] = toolkit;
+    words_[ZELKOVAN_GCB_SERVICES] = vectors_.data();
+    words_[ZELKOVAN_GCB_MARKS] = marks_.data();
+    words_[ZELKOVAN_GCB_MEMORY] = memory_vector;
+    words_[ZELKOVAN_GCB_LOCALE] = locale_.data();
+    words_[ZELKOVAN_GCB_TRANSLATION] = translation_tables_.data();
+    words_[ZELKOVAN_GCB_TOOLKIT] = toolkit;
     set_case_blind(false);
     set_multibyte(false);
 }
@@ -93,22 +84,23 @@ void ControlBlock::place_services() {
 }
 
 void ControlBlock::set_case_blind(bool on) {
-    words_[word_collating_table] = as_word(on ? case_blind_table() : plain_table());
+    words_[ZELKOVAN_GCB_COLLATING] = as_word(on ? case_blind_table() : plain_table());
 }
 
 void ControlBlock::set_multibyte(bool on) {
-    multibyte_record_[multibyte_active_byte] = on ? 1 : 0;
-    locale_[locale_multibyte_word] = on ? multibyte_record_.data() : nullptr;
+    multibyte_record_[ZELKOVAN_MODE_RECORD_ACTIVE] = on ? 1 : 0;
+    locale_[ZELKOVAN_LOCALE_MODE_RECORD] = on ? multibyte_record_.data() : nullptr;
 }
 
 const unsigned char* ControlBlock::collating_table() const {
-    return static_cast<const unsigned char*>(words_[word_collating_table]);
+    return static_cast<const unsigned char*>(words_[ZELKOVAN_GCB_COLLATING]);
 }
 
 bool ControlBlock::multibyte() const {
-    const auto* locale = static_cast<void* const*>(words_[word_locale]);
-    const auto* record = locale != nullptr ? static_cast<const unsigned char*>(locale[locale_multibyte_word]) : nullptr;
-    return record != nullptr && record[multibyte_active_byte] != 0;
+    const auto* locale = static_cast<void* const*>(words_[ZELKOVAN_GCB_LOCALE]);
+    const auto* record =
+        locale != nullptr ? static_cast<const unsigned char*>(locale[ZELKOVAN_LOCALE_MODE_RECORD]) : nullptr;
+    return record != nullptr && record[ZELKOVAN_MODE_RECORD_ACTIVE] != 0;
 }
 
 }  // namespace finance::host

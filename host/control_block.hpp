@@ -1,14 +1,6 @@
-// The host's global control block: 128 words of which a module reads seven, and what they point to.
-//
-//     word   0  service vectors: 256 pointers, each to a table of 512 routines
-//     word   1  marks: a byte for each service vector, 0xFF until a module enters it
-//     word   6  collating table: 256 bytes
-//     word  10  memory vector
-//     word  13  locale block; its word 3 points to the multibyte-mode record or is null; byte 72 of the record: active
-//     word  27  translation tables; entry 2 + m has the 256 bytes of translation mode m, 0..4
-//     word  82  toolkit handle, or 0
-//
-// Every other word has a value that is no address and tells its own index.
+// The host's global control block: 128 words of which a module reads seven (ZELKOVAN_GCB_..., abi/zelkovan.h), and what
+// they point to: 256 service vectors of 512 routines each among others. Every other word has a value that is no address
+// and tells its own index.
 #pragma once
 
 #include <array>

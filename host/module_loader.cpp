@@ -16,14 +16,11 @@ namespace finance::host {
 namespace {
 
 constexpr std::string_view entry_name = "mcn_main";
-constexpr std::string_view program_name = "zelkovan";
-constexpr std::string_view function_name = "FINANCE";
-constexpr std::string_view image_tag = "ZOT_Image_Information=";
-constexpr std::uint32_t image_magic = 0xB0BDEBED;
-constexpr std::uint64_t image_layout = 8;
+constexpr std::string_view program_name = ZELKOVAN_PROGRAM_NAME;
+constexpr std::string_view function_name = ZELKOVAN_FUNCTION_NAME;
+constexpr std::string_view image_tag = ZELKOVAN_IMAGE_TAG;
 
-// Modules allocate what they hand over with these flags: one list, and one word before one entry point.
-constexpr std::int64_t registration_flags = 0x2006;
+// What modules hand over: one list, and one word before one entry point.
 constexpr std::int64_t items_bytes = sizeof(FunctionItemList);
 constexpr std::int64_t entries_bytes = 16;
 
@@ -85,7 +82,7 @@ ModuleClaim::~ModuleClaim() {
     std::erase(modules.entries, entry_);
 }
 
-HandedOverBlock::~HandedOverBlock() { memory_.release(block_, bytes_, registration_flags); }
+HandedOverBlock::~HandedOverBlock() { memory_.release(block_, bytes_, ZELKOVAN_MEMORY_FLAGS); }
 
 // ---- The walk
 
@@ -118,8 +115,8 @@ const ImageInformation* Registration::enter(EntryPoint entry) {
 
 RegistrationEntry* Registration::find_registration_entry() const {
     if (!holds(image_->tag, image_tag)) fail("has an image record without the tag " + std::string{image_tag});
-    if (image_->magic != image_magic) fail("has an image record with the wrong magic number");
-    if (image_->layout != image_layout) fail("has an image record of another layout than 8");
+    if (image_->magic != ZELKOVAN_IMAGE_MAGIC) fail("has an image record with the wrong magic number");
+    if (image_->layout != ZELKOVAN_IMAGE_LAYOUT) fail("has an image record of another layout than 8");
     const auto* controls = static_cast<const ProgramControl* const*>(image_->program_controls);
     if (controls == nullptr) fail("has an image record without program controls");
     for (; *controls != nullptr; ++controls) {

@@ -166,11 +166,15 @@ bool returns(void (*call)(void*), void* argument) {
 
 std::span<const Service> offered_services() {
     static const Service services[] = {
-        {0, 330, reinterpret_cast<void*>(&lower_service)},   {0, 331, reinterpret_cast<void*>(&upper_service)},
-        {4, 7, reinterpret_cast<void*>(&translate_service)}, {4, 39, reinterpret_cast<void*>(&translate_service)},
-        {4, 65, reinterpret_cast<void*>(&compare_service)},  {39, 4, reinterpret_cast<void*>(&exit_service)},
-        {39, 70, reinterpret_cast<void*>(&note_service)},    {39, 89, reinterpret_cast<void*>(&log_service)},
-        {164, 11, reinterpret_cast<void*>(&date_service)},
+        {ZELKOVAN_SERVICE_LOWER, reinterpret_cast<void*>(&lower_service)},
+        {ZELKOVAN_SERVICE_UPPER, reinterpret_cast<void*>(&upper_service)},
+        {ZELKOVAN_SERVICE_TRANSLATE_0, reinterpret_cast<void*>(&translate_service)},
+        {ZELKOVAN_SERVICE_TRANSLATE_1, reinterpret_cast<void*>(&translate_service)},
+        {ZELKOVAN_SERVICE_COMPARE, reinterpret_cast<void*>(&compare_service)},
+        {ZELKOVAN_SERVICE_EXIT, reinterpret_cast<void*>(&exit_service)},
+        {ZELKOVAN_SERVICE_NOTE, reinterpret_cast<void*>(&note_service)},
+        {ZELKOVAN_SERVICE_LOG, reinterpret_cast<void*>(&log_service)},
+        {ZELKOVAN_SERVICE_DATE, reinterpret_cast<void*>(&date_service)},
     };
     return services;
 }

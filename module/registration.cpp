@@ -23,7 +23,6 @@ namespace finance {
 
 namespace {
 
-constexpr std::int64_t exit_without_memory = 1016;
 constexpr std::uint64_t header_word = 0xFFFFFFFFFFFF0000;  // the bytes 00 00 FF FF FF FF FF FF
 
 constexpr char hot_fix_number[] = "ZOT_VERSION_HOTFIX_NUMBER=                        ";
@@ -81,17 +80,17 @@ void* xfmuent(std::int32_t request, std::uint32_t count, const FunctionItem* ite
         default:
             return nullptr;
     }
-    xexit(exit_without_memory, 0);
+    xexit(ZELKOVAN_EXIT_WITHOUT_MEMORY, 0);
     return nullptr;
 }
 
 }  // namespace finance
 
 const ImageInformation vi_mcn = {
-    .tag = "ZOT_Image_Information=",
-    .magic = 0xB0BDEBED,
+    .tag = ZELKOVAN_IMAGE_TAG,
+    .magic = ZELKOVAN_IMAGE_MAGIC,
     .reserved = 0,
-    .layout = 8,
+    .layout = ZELKOVAN_IMAGE_LAYOUT,
     .short_version = ZELKOVAN_SHORT_VERSION,
     .release = ZELKOVAN_RELEASE,
     .build_date = ZELKOVAN_BUILD_DATE,
@@ -116,7 +115,7 @@ const ProgramControl pcn_ZELKOVAN = {
 };
 
 const FunctionItem fncitems = {
-    .name = "FINANCE",
+    .name = ZELKOVAN_FUNCTION_NAME,
     .first_property = 0,
     .second_property = 2,
     .third_property = 66,

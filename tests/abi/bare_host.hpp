@@ -1,5 +1,5 @@
 // The least that the module can live with: a control block of the test's own, every service of which only writes down
-// how it was reached.
+// how it was reached. Its numbers are its own, so that those of abi/zelkovan.h are checked against another list.
 #pragma once
 
 #include <array>
