@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# use_installation.sh CMAKE BUILD_FOLDER CONSUMER_FOLDER C_COMPILER
+# use_installation.sh CMAKE BUILD_FOLDER CONSUMER_FOLDER C_COMPILER HOST_SOURCE
 set -euo pipefail
-cmake=$1 build=$2 consumer=$3 compiler=$4
+cmake=$1 build=$2 consumer=$3 compiler=$4 host=$5
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -25,6 +25,11 @@ module=$(pkg-config --variable=module zelkovan)
 # shellcheck disable=SC2086
 "$compiler" -std=c11 $flags -DMODULE_FILE="\"$module\"" "$consumer/consumer.c" -o "$work/by-pkg-config" -ldl
 "$work/by-pkg-config"
+
+echo "a host of one's own:"
+# shellcheck disable=SC2086
+"$compiler" -std=c11 $flags "$host" -o "$work/c_host" -ldl
+"$work/c_host" "$module"
 
 echo "the command, moved and from another folder:"
 mv "$prefix" "$work/moved"
