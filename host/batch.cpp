@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <bit>
 #include <exception>
-#include <limits>
-#include <stdexcept>
 #include <thread>
 #include <vector>
 
 #include "host/call_frame.hpp"
-#include "host/row_calls.hpp"
+#include "host/services.hpp"
 
 namespace finance::host {
 
@@ -26,20 +24,14 @@ struct Moving {
 
 void move_to(const Moving& moving, std::size_t row, CallFrame& frame) {
     const void* value = moving.column->at(row);
-    switch (moving.column->kind()) {
-        case Column::Kind::numbers:
-            frame.slot(moving.slot).value = const_cast<void*>(value);  // modules never write there
-            break;
-        case Column::Kind::texts:
-            frame.set_text(moving.slot, *static_cast<const std::string_view*>(value));
-            break;
-        default:
-            frame.set_argument(moving.slot, *static_cast<const Argument*>(value));
+    if (moving.column->kind() == Column::Kind::numbers) {
+        frame.slot(moving.slot).value = const_cast<void*>(value);  // modules never write there
+    } else {
+        frame.set_argument(moving.slot, *static_cast<const Argument*>(value));
     }
 }
 
-}  // namespace
-
+// Rows first to last - 1, in this thread.
 std::size_t call_rows(const RowCalls& calls, std::size_t first, std::size_t last) {
     const Batch& batch = calls.batch;
     CallFrame& frame = CallFrame::of_this_thread();
@@ -58,7 +50,7 @@ std::size_t call_rows(const RowCalls& calls, std::size_t first, std::size_t last
         double result = missing_value;
         const std::uint32_t status = calls.dispatcher(frame.context(), &result);
         const bool answered = status == ZELKOVAN_STATUS_SUCCESS;
-        store(batch, row, status, answered ? result : missing_value, answered ? -1 : frame.take_first_flag());
+        batch.store(row, status, answered ? result : missing_value, answered ? -1 : frame.take_first_flag());
         refused += answered ? 0U : 1U;
         frame.forget_notes();
         said.log.clear();
@@ -66,6 +58,8 @@ std::size_t call_rows(const RowCalls& calls, std::size_t first, std::size_t last
     }
     return refused;
 }
+
+}  // namespace
 
 std::size_t call_rows(const RowCalls& calls, unsigned threads) {
     const std::size_t rows = calls.batch.rows;

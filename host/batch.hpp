@@ -16,9 +16,11 @@
 
 namespace finance::host {
 
+class ServiceDesk;  // host/services.hpp
+
 class Column {
 public:
-    enum class Kind : std::uint8_t { constant, numbers, texts, arguments };
+    enum class Kind : std::uint8_t { constant, numbers, arguments };
 
     // The same argument in every row.
     constexpr Column(const Argument& constant) : constant_{constant} {}
@@ -26,11 +28,7 @@ public:
     static Column numbers(const double* first, std::ptrdiff_t stride = sizeof(double)) {
         return {Kind::numbers, Argument{0.0}, first, stride};
     }
-    static Column texts(const std::string_view* first, std::ptrdiff_t stride = sizeof(std::string_view)) {
-        return {Kind::texts, Argument{std::string_view{""}}, first, stride};
-    }
-
-    // An argument of any kind in each row, for columns in which kinds are mixed. Each row's slot is laid out anew.
+    // An argument of any kind in each row. Each row's slot is laid out anew.
     static Column arguments(const Argument* first, std::ptrdiff_t stride = sizeof(Argument)) {
         return {Kind::arguments, Argument::absent(), first, stride};
     }
@@ -48,8 +46,6 @@ public:
         switch (kind_) {
             case Kind::numbers:
                 return *static_cast<const double*>(at(row));
-            case Kind::texts:
-                return *static_cast<const std::string_view*>(at(row));
             case Kind::arguments:
                 return *static_cast<const Argument*>(at(row));
             default:
@@ -74,6 +70,22 @@ struct Batch {
     double* results = nullptr;          // one a row; the missing value (a NaN) where there is no answer
     std::uint32_t* statuses = nullptr;  // one a row, or null: 0 answered, 120836 refused
     std::int32_t* flagged = nullptr;    // one a row, or null: as Evaluation::flagged
+
+    // Where they are wanted.
+    void store(std::size_t row, std::uint32_t status, double value, int flag) const {
+        results[row] = value;
+        if (statuses != nullptr) statuses[row] = status;
+        if (flagged != nullptr) flagged[row] = flag;
+    }
 };
+
+// What EmbeddedHost::evaluate_rows does where records have no junk in them.
+struct RowCalls {
+    const Batch& batch;
+    Dispatcher dispatcher;
+    ServiceDesk& desk;
+    std::uint8_t note_mode;
+};
+std::size_t call_rows(const RowCalls& calls, unsigned threads);
 
 }  // namespace finance::host

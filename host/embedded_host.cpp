@@ -2,11 +2,11 @@
 
 #include <bit>
 
+#include "host/batch.hpp"
 #include "host/call_frame.hpp"
 #include "host/control_block.hpp"
 #include "host/memory_vector.hpp"
 #include "host/module_loader.hpp"
-#include "host/row_calls.hpp"
 #include "host/services.hpp"
 #include "host/toolkit.hpp"
 
@@ -115,7 +115,7 @@ std::size_t EmbeddedHost::evaluate_rows(const Batch& batch, unsigned threads) co
     for (std::size_t row = 0; row < batch.rows; ++row) {
         for (std::size_t i = 0; i < arguments.size(); ++i) arguments[i] = batch.columns[i].argument(row);
         const Evaluation evaluation = evaluate(batch.name, arguments);
-        store(batch, row, evaluation.status, evaluation.value, evaluation.flagged);
+        batch.store(row, evaluation.status, evaluation.value, evaluation.flagged);
         refused += evaluation.answered() ? 0U : 1U;
     }
     return refused;

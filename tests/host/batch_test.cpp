@@ -94,14 +94,14 @@ TEST(Batch, ConstantsAreTheSameInEveryRow) {
 TEST(Batch, ColumnsOfARecord) {
     struct Row {
         double settlement, maturity;
-        std::string_view basis;
+        Argument basis;
     };
     const std::vector<Row> rows{{17577, 21138, "ACTUAL"}, {17577, 21138, "act/360"}, {17577, 21138, "nonsense"},
                                 {21138, 17577, "30/360"}, {17577, 21138, ""},        {nan, 21138, "30/360"}};
     const EmbeddedHost host{real_module()};
     const std::vector<Column> columns{Column::numbers(&rows[0].settlement, sizeof(Row)),
                                       Column::numbers(&rows[0].maturity, sizeof(Row)), Argument{2},
-                                      Column::texts(&rows[0].basis, sizeof(Row))};
+                                      Column::arguments(&rows[0].basis, sizeof(Row))};
     for (const char* name : {"COUPDAYS", "COUPNCD"}) {
         const Answers answers = answers_of(host, name, columns, rows.size());
         expect_rows(host, name, columns, answers);
@@ -214,8 +214,8 @@ TEST(Batch, NotesAreCountedByRow) {
 TEST(Batch, ATextThatNoRecordHolds) {
     const EmbeddedHost host{real_module()};
     const char letter = 'x';
-    const std::array<std::string_view, 2> texts{"ACTUAL", {&letter, std::size_t{1} << 32}};
-    const std::vector<Column> columns{Argument{0}, Argument{90}, Column::texts(texts.data())};
+    const std::array<Argument, 2> texts{"ACTUAL", std::string_view{&letter, std::size_t{1} << 32}};
+    const std::vector<Column> columns{Argument{0}, Argument{90}, Column::arguments(texts.data())};
     Answers answers{2};
     const Batch batch{.name = "YEARFRAC", .columns = columns, .rows = 2, .results = answers.results.data()};
     EXPECT_THROW((void)host.evaluate_rows(batch), std::length_error);

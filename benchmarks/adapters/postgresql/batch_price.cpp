@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
@@ -26,14 +25,14 @@ int main(int argc, char** argv) {
     const std::vector<double> rates(rows, 0.05);
     const std::vector<double> redemptions(rows, 100.0);
     const std::vector<double> frequencies(rows, 2.0);
-    const std::vector<std::string_view> bases(rows, "30/360");
+    const std::vector<finance::host::Argument> bases(rows, finance::host::Argument{"30/360"});
     std::vector<double> yields(rows);
     for (std::size_t row = 0; row < rows; ++row) yields[row] = 0.01 + static_cast<double>((row + 1) * 17 % 90) / 1000.0;
     std::vector<double> prices(rows);
     const Column columns[] = {Column::numbers(settlements.data()), Column::numbers(maturities.data()),
                               Column::numbers(rates.data()),       Column::numbers(yields.data()),
                               Column::numbers(redemptions.data()), Column::numbers(frequencies.data()),
-                              Column::texts(bases.data())};
+                              Column::arguments(bases.data())};
     double best = 1e300;
     for (int run = 0; run < 3; ++run) {
         const auto start = std::chrono::steady_clock::now();
