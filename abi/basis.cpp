@@ -13,7 +13,7 @@ namespace finance {
 
 namespace {
 
-constexpr std::int64_t longest_text = 255;
+constexpr std::int64_t longest_text = ZELKOVAN_LONGEST_BASIS_TEXT;
 
 bool read_code(const ArgSlot& slot, std::int32_t& basis) {
     const double value = numeric_value(slot);

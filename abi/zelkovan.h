@@ -65,6 +65,13 @@ extern "C" {
 /* The double that a host writes for "no value". Any NaN that it hands over counts as missing as well. */
 #define ZELKOVAN_MISSING_VALUE_BITS UINT64_C(0xFFFFFE0000000000)
 
+/* Dates are days since 1 January 1960, day 0, by Julian day number. */
+#define ZELKOVAN_EPOCH_YEAR 1960
+#define ZELKOVAN_EPOCH_JULIAN_DAY 2436935
+
+#define ZELKOVAN_LARGEST_WHOLE INT64_C(9007199254740992) /* 2^53: an argument that is a whole number is not above it */
+#define ZELKOVAN_LONGEST_BASIS_TEXT 255                  /* bytes: a longer text names no basis */
+
 /* ---- What the module asks of its host --------------------------------------------------------------------------- */
 
 #define ZELKOVAN_MEMORY_FLAGS 0x2006 /* of every block of the memory vector, at its release as well */

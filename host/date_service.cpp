@@ -7,8 +7,6 @@
 namespace finance::host {
 namespace {
 
-constexpr std::int64_t julian_day_of_1960 = 2436935;
-
 // False for NaN. The fraction is dropped before the test: 2147483647.5 fits.
 bool fits_32_bits(double x) noexcept { return x > -2147483649.0 && x < 2147483648.0; }
 
@@ -22,7 +20,7 @@ std::int64_t days_since_1960(std::int32_t month, std::int32_t day, std::int32_t 
     const std::int64_t a = (m - 14) / 12;
     const std::int64_t julian_day =
         (1461 * (y + 4800 + a)) / 4 + (367 * (m - 2 - 12 * a)) / 12 - (3 * ((y + 4900 + a) / 100)) / 4 + day - 32075;
-    return julian_day - julian_day_of_1960;
+    return julian_day - ZELKOVAN_EPOCH_JULIAN_DAY;
 }
 
 double date_value(double month, double day, double year) noexcept {

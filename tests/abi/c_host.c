@@ -27,11 +27,11 @@ static void log_line(const char* format, ...) {
 
 static void note(int32_t set, int32_t number) { printf("  note: message %d of set %d\n", number, set); }
 
-/* Days since 1 January 1960 of a date of the calendar, by Fliegel and Van Flandern: divisions drop the fraction. */
+/* Days since 1 January 1960, from the year 1 on, by Fliegel and Van Flandern: divisions drop the fraction. */
 static double date(double month, double day, double year) {
     const int64_t m = (int64_t)month, y = (int64_t)year, a = (m - 14) / 12;
     const int64_t months = 1461 * (y + 4800 + a) / 4 + 367 * (m - 2 - 12 * a) / 12 - 3 * ((y + 4900 + a) / 100) / 4;
-    return (double)(months + (int64_t)day - 32075 - 2436935);
+    return (double)(months + (int64_t)day - 32075 - ZELKOVAN_EPOCH_JULIAN_DAY);
 }
 
 static void end_process(int64_t code, int64_t detail) { exit(detail == 0 ? (int)code : 1); }
