@@ -2,11 +2,13 @@
 // sentences, reference pages, the wrappers of other languages.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <type_traits>
 
 namespace finance::catalogue {
 
@@ -48,6 +50,7 @@ struct Bound {
 inline constexpr Bound above_0{Relation::above, 0.0};
 inline constexpr Bound at_least_0{Relation::at_least, 0.0};
 inline constexpr Bound at_least_1{Relation::at_least, 1.0};
+inline constexpr Bound at_most_1{Relation::at_most, 1.0};
 
 enum class Need : std::uint8_t {
     required,
@@ -80,6 +83,28 @@ struct Parameter {
     Width bound_width = Width::bits_64;  // the width that the bounds and orders look at
     std::array<Order, 3> orders{};       // in the order in which they are examined
     std::string_view rule{};             // what the fields above cannot say: "must ..."
+
+    // ---- The same argument but for what is said here
+    template <typename Field>
+    [[nodiscard]] constexpr Parameter with(Field Parameter::*field, const std::type_identity_t<Field>& value) const {
+        Parameter made = *this;
+        made.*field = value;
+        return made;
+    }
+    [[nodiscard]] constexpr Parameter bounded(const Bound& bound) const {
+        return with(bound.relation == Relation::at_most ? &Parameter::upper : &Parameter::lower, bound);
+    }
+    [[nodiscard]] constexpr Parameter counted() const {  // from 1 up, as its low 32 bits say
+        return with(&Parameter::bound_width, Width::bits_32).bounded(at_least_1);
+    }
+    [[nodiscard]] constexpr Parameter optional(std::string_view default_words) const {
+        return with(&Parameter::need, Need::optional).with(&Parameter::default_text, default_words);
+    }
+    [[nodiscard]] constexpr Parameter ordered(const Order& order) const {  // one order more
+        Parameter made = *this;
+        *std::ranges::find(made.orders, Relation::none, &Order::relation) = order;
+        return made;
+    }
 };
 
 enum class ResultKind : std::uint8_t { number, date, rate, amount };

@@ -1,42 +1,25 @@
 // Nominal and effective rates, and growth through a schedule of rates.
 #pragma once
 
-#include "catalogue/catalogue.hpp"
+#include "catalogue/rows.hpp"
 
 namespace finance::catalogue {
 
 namespace rate_conversion_parameters {
 
-inline constexpr Parameter periods_per_year{.name = "periodsPerYear",
-                                            .kind = Kind::whole,
-                                            .unit = "periods a year",
-                                            .meaning = "how often interest is added within a year",
-                                            .lower = at_least_1};
-inline constexpr Parameter counted_periods_per_year{.name = "periodsPerYear",
-                                                    .kind = Kind::whole,
-                                                    .unit = "periods a year",
-                                                    .meaning = "how often interest is added within a year",
-                                                    .lower = at_least_1,
-                                                    .bound_width = Width::bits_32};
+inline constexpr std::string_view annual_fraction = "fraction a year: 0.12 is 12 %";
 
-inline constexpr std::array to_effective{Parameter{.name = "nominalRate",
-                                                   .kind = Kind::number,
-                                                   .unit = "fraction a year: 0.12 is 12 %",
-                                                   .meaning = "annual rate without interest on interest; any"},
-                                         counted_periods_per_year};
-inline constexpr std::array to_nominal{Parameter{.name = "effectiveRate",
-                                                 .kind = Kind::number,
-                                                 .unit = "fraction a year: 0.12 is 12 %",
-                                                 .meaning = "annual rate with interest on interest; any"},
-                                       periods_per_year};
+inline constexpr Parameter periods_per_year =
+    whole("periodsPerYear", "periods a year", "how often interest is added within a year").bounded(at_least_1);
+
+inline constexpr std::array to_effective{
+    number("nominalRate", annual_fraction, "annual rate without interest on interest; any"),
+    periods_per_year.counted()};
+inline constexpr std::array to_nominal{
+    number("effectiveRate", annual_fraction, "annual rate with interest on interest; any"), periods_per_year};
 inline constexpr std::array schedule{
-    Parameter{.name = "principal", .kind = Kind::number, .unit = "money", .meaning = "amount at the start; any sign"},
-    Parameter{.name = "rates",
-              .kind = Kind::numbers,
-              .unit = "fraction per period: 0.05 is 5 %",
-              .meaning = "interest rate of each period in turn; any",
-              .need = Need::optional,
-              .default_text = "none"}};
+    money("principal", "amount at the start; any sign"),
+    numbers("rates", "fraction per period: 0.05 is 5 %", "interest rate of each period in turn; any").optional("none")};
 
 }  // namespace rate_conversion_parameters
 
@@ -46,9 +29,8 @@ inline constexpr std::array rate_conversions{
                 .parameters = rate_conversion_parameters::to_effective,
                 .result = ResultKind::rate,
                 .formula = "(1 + nominalRate / periodsPerYear)^periodsPerYear - 1",
-                .remarks =
-                    "NOMINAL turns it back. A nominalRate below -periodsPerYear answers a missing value, a result "
-                    "beyond what a double can hold is infinite.",
+                .remarks = "NOMINAL turns it back. A nominalRate below -periodsPerYear answers a missing value, a "
+                           "result beyond what a double can hold is infinite.",
                 .failure = never_fails,
                 .example = {"nominalRate=0.12 periodsPerYear=12", "0.12682503013196977"}},
     Calculation{.name = "FVSCHEDULE",

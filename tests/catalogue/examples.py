@@ -18,7 +18,7 @@ import draw
 
 EPOCH = datetime.date(1960, 1, 1)
 DATED = {"COUPNCD", "COUPPCD"}
-ROW = re.compile(r'\.name = "([A-Z]+)",\s*\.answers.*?\.example = \{((?:\s*"[^"]*")+),\s*"([^"]*)"\}', re.DOTALL)
+ROW = re.compile(r'\.name = "([A-Z]+)",\s*\.answers.*?\.example =\s*\{((?:\s*"[^"]*")+),\s*"([^"]*)"\}', re.DOTALL)
 
 
 def one_argument(text):
