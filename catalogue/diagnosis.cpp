@@ -61,9 +61,8 @@ double as_compared(const Parameter& parameter, const Order& order, double x) {
 
 Fault whole_fault(double x) {
     if (x > largest_whole_number) return plain_text(x) + " is above 2^53";
-    if (x < -0x1p63) return std::isinf(x) ? Fault{} : plain_text(x) + " is below -2^63";
-    if (std::abs(x - std::trunc(x)) > whole_tolerance * std::abs(x)) return plain_text(x) + " is not a whole number";
-    return {};
+    if (std::abs(x - static_cast<double>(truncated(x))) <= whole_tolerance * std::abs(x)) return {};
+    return plain_text(x) + (x < -0x1p63 ? " is below -2^63" : " is not a whole number");
 }
 
 Fault flag_fault(double x) {
