@@ -195,6 +195,7 @@ inline constexpr std::array annuities{
                    "There is no guess; the search starts at -pmt / pv.",
         .failure = "the search finds no rate: with payments, the amounts have signs that no rate balances, or it does "
                    "not settle within 100 steps; without, pv and fv are not both positive or both negative",
+        .searches = true,
         .example = {"nper=60 pmt=-400 pv=20000", "0.00618341316125396"}},
 };
 

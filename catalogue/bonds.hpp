@@ -85,6 +85,7 @@ inline constexpr std::array bonds{
                                   parts_of_period>,
                 .remarks = joined<price_is_clean, equal_dates_are_0, maturity_is_named>,
                 .failure = no_yield_found,
+                .searches = true,
                 .example = {"settlement=2025-01-20 maturity=2030-11-15 rate=0.05 price=95 redemption=100 frequency=2",
                             "0.060297228204362764"}},
 };

@@ -57,6 +57,7 @@ inline constexpr std::array cash_flows{
                    "where the flows are not worth 0: check the answer. There is no guess. Flows of 0 at either end "
                    "change nothing. A missing flow is refused, but the module marks no argument.",
         .failure = "the flows do not change sign, there are more than 32767 of them, or the search does not settle",
+        .searches = true,
         .example = {"flows=-1000,300,400,500,200", "0.15322137877181552"}},
     Calculation{.name = "MIRR",
                 .answers = "Modified internal rate of return: with one rate for financing and one for reinvesting",
@@ -91,6 +92,7 @@ inline constexpr std::array cash_flows{
                            "that joins the earliest and the latest flow alone. Where it finds no rate the call is not "
                            "refused: the answer is a missing value (.), and the host is sent a note.",
                 .failure = "the search finds no rate from any of its starts, or all flows are 0 or fall on one day",
+                .searches = true,
                 .example = {"values=-1000,600,600 dates=2023-01-01,2024-01-01,2025-01-01", "0.13054099320394236"}},
     Calculation{
         .name = "XNPV",

@@ -125,6 +125,7 @@ struct Calculation {
     std::string_view formula{};
     std::string_view remarks{};  // signs and special cases
     std::string_view failure{};  // why there may be no answer although no argument is at fault
+    bool searches = false;       // the answer is looked for step by step
     Example example{};
 };
 
@@ -142,6 +143,14 @@ const Calculation* find(std::string_view name);
 std::size_t find_parameter(const Calculation& calculation, std::string_view name);
 // Of a calculation of the table.
 const Family& family_of(const Calculation& calculation);
+
+enum class Cost : std::uint8_t { arithmetic, dates, search };  // ascending
+
+constexpr Cost cost_of(const Calculation& calculation) {
+    if (calculation.searches) return Cost::search;
+    const auto dated = [](const Parameter& parameter) { return is_dated(parameter.kind); };
+    return std::ranges::any_of(calculation.parameters, dated) ? Cost::dates : Cost::arithmetic;
+}
 
 // ---- Counts as the module has them: of arguments, the name included
 

@@ -65,6 +65,7 @@ inline constexpr std::array odd_periods{
                 .formula = "the yield at which ODDFPRICE is this price, by search from 0.1",
                 .remarks = joined<price_is_clean, four_dates>,
                 .failure = no_yield_found,
+                .searches = true,
                 .example = {"settlement=2025-01-20 maturity=2030-11-15 issue=2024-12-10 firstCoupon=2025-11-15 "
                             "rate=0.05 price=95 redemption=100 frequency=2",
                             "0.060179935118248984"}},

@@ -11,19 +11,12 @@ struct RelationWords {
     std::string_view kept_by_date, broken_by_date;
 };
 
-constexpr RelationWords words_for(Relation relation) {
-    switch (relation) {
-        case Relation::above:
-            return {"above ", "is not above", "after ", "is not after"};
-        case Relation::at_least:
-            return {"at least ", "is below", "not before ", "is before"};
-        case Relation::at_most:
-            return {"at most ", "is above", "not after ", "is after"};
-        case Relation::none:
-            break;
-    }
-    return {};
-}
+constexpr std::array<RelationWords, 4> relations{{{},
+                                                  {"above ", "is not above", "after ", "is not after"},
+                                                  {"at least ", "is below", "not before ", "is before"},
+                                                  {"at most ", "is above", "not after ", "is after"}}};
+
+constexpr const RelationWords& words_for(Relation relation) { return item_of<Relation::at_most>(relations, relation); }
 
 void add_condition(std::string& rule, std::string_view words, std::string_view limit) {
     rule.append(rule.empty() ? "must be " : " and ").append(words).append(limit);
@@ -63,25 +56,9 @@ std::string in_brackets(const Parameter& parameter) {
 }  // namespace
 
 std::string_view kind_words(Kind kind) {
-    switch (kind) {
-        case Kind::number:
-            return "number";
-        case Kind::whole:
-            return "whole number";
-        case Kind::date:
-            return "date";
-        case Kind::date_time:
-            return "date (or part of a day)";
-        case Kind::basis:
-            return "day-count basis";
-        case Kind::flag:
-            return "flag";
-        case Kind::numbers:
-            return "numbers";
-        case Kind::dates:
-            return "dates";
-    }
-    return "";
+    constexpr std::array<std::string_view, 8> words{
+        "number", "whole number", "date", "date (or part of a day)", "day-count basis", "flag", "numbers", "dates"};
+    return item_of<Kind::dates>(words, kind);
 }
 
 std::string call_words(const Calculation& calculation) {
@@ -107,17 +84,8 @@ std::string spelling_words(Kind kind) {
 }
 
 std::string_view result_words(ResultKind kind) {
-    switch (kind) {
-        case ResultKind::number:
-            return "number";
-        case ResultKind::date:
-            return "date";
-        case ResultKind::rate:
-            return "rate";
-        case ResultKind::amount:
-            return "amount";
-    }
-    return "";
+    constexpr std::array<std::string_view, 4> words{"number", "date", "rate", "amount"};
+    return item_of<ResultKind::amount>(words, kind);
 }
 
 std::string_view broken_words(Relation relation, bool dated) {

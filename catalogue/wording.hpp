@@ -13,6 +13,13 @@ namespace finance::catalogue {
 inline constexpr std::array<std::string_view, 5> basis_keywords{"30/360", "ACTUAL", "ACT/360", "ACT/365", "EU30/360"};
 inline constexpr std::string_view basis_words = "30/360, ACTUAL, ACT/360, ACT/365, EU30/360 or 0 to 4";
 
+// What belongs to an enumerator, from a list in the enumerators' order.
+template <auto last, typename Item, std::size_t count>
+constexpr const Item& item_of(const std::array<Item, count>& items, decltype(last) value) {
+    static_assert(count == static_cast<std::size_t>(last) + 1);
+    return items[static_cast<std::size_t>(value)];
+}
+
 std::string_view kind_words(Kind kind);
 std::string_view result_words(ResultKind kind);
 

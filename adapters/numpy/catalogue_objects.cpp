@@ -1,6 +1,8 @@
 #include "adapters/numpy/catalogue_objects.hpp"
 
+#include <array>
 #include <string>
+#include <string_view>
 
 #include "adapters/common/engine_call.hpp"
 #include "catalogue/wording.hpp"
@@ -14,27 +16,8 @@ using catalogue::Parameter;
 
 namespace {
 
-constexpr const char* kind_word(Kind kind) {
-    switch (kind) {
-        case Kind::number:
-            return "number";
-        case Kind::whole:
-            return "whole";
-        case Kind::date:
-            return "date";
-        case Kind::date_time:
-            return "date_time";
-        case Kind::basis:
-            return "basis";
-        case Kind::flag:
-            return "flag";
-        case Kind::numbers:
-            return "numbers";
-        case Kind::dates:
-            return "dates";
-    }
-    return "number";
-}
+constexpr std::array<std::string_view, 8> kinds{"number", "whole", "date",    "date_time",
+                                                "basis",  "flag",  "numbers", "dates"};
 
 // Takes the value over; false, with Python's error set, where it could not be made or put in.
 bool put(PyObject* entry, const char* key, const Owned& value) {
@@ -45,7 +28,7 @@ Owned parameter_entry(const Parameter& parameter) {
     Owned entry{PyDict_New()};
     const bool optional = parameter.need == Need::optional;
     if (!entry || !put(entry.get(), "name", python_text(parameter.name)) ||
-        !put(entry.get(), "kind", python_text(kind_word(parameter.kind))) ||
+        !put(entry.get(), "kind", python_text(catalogue::item_of<Kind::dates>(kinds, parameter.kind))) ||
         !put(entry.get(), "meaning", python_text(parameter.meaning)) ||
         !put(entry.get(), "optional", Owned{PyBool_FromLong(optional ? 1 : 0)})) {
         return {};

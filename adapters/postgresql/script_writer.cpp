@@ -1,26 +1,24 @@
 #include "adapters/postgresql/script_writer.hpp"
 
-#include <algorithm>
+#include <array>
 #include <span>
 #include <stdexcept>
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/postgresql/signatures.hpp"
+#include "catalogue/wording.hpp"
 
 namespace finance::adapters::postgresql {
 
 using catalogue::Calculation;
-using catalogue::Parameter;
 
 namespace {
 
 // In units of a trivial function, which takes about 10 ns: what docs/performance.md measures, roughly. A search takes a
 // microsecond or two, what splits dates 100 to 300 ns, the rest 20 to 70 ns.
-int cost_of(const Calculation& calculation) {
-    if (calculation.failure.find("the search") != std::string_view::npos) return 100;
-    const bool dated = std::ranges::any_of(calculation.parameters,
-                                           [](const Parameter& parameter) { return is_dated(parameter.kind); });
-    return dated ? 20 : 5;
+int sql_cost(const Calculation& calculation) {
+    constexpr std::array costs{5, 20, 100};
+    return catalogue::item_of<catalogue::Cost::search>(costs, catalogue::cost_of(calculation));
 }
 
 std::string in_marks(std::string_view text, char mark) {
@@ -63,24 +61,16 @@ std::string overload_script(const Calculation& calculation, const Signature& sig
     const std::string name = function_name(calculation);
     const std::string entry = entry_name(calculation) + (signature.coded_basis ? "_coded" : "");
     return "CREATE FUNCTION " + name + '(' + declared(signature.arguments) + ") RETURNS " + result_type(calculation) +
-           '\n' + in_c(entry) + "IMMUTABLE STRICT PARALLEL SAFE COST " + std::to_string(cost_of(calculation)) + ";\n" +
+           '\n' + in_c(entry) + "IMMUTABLE STRICT PARALLEL SAFE COST " + std::to_string(sql_cost(calculation)) + ";\n" +
            described("FUNCTION " + name + '(' + types(signature.arguments) + ')', comment(calculation));
 }
 
 // ---- Aggregates
 
 std::string_view step_suffix(Order order) {
-    switch (order) {
-        case Order::by_number:
-            return "_step_by_number";
-        case Order::by_date:
-            return "_step_by_date";
-        case Order::of_rows:
-            return "_step_of_rows";
-        case Order::by_dates:
-            break;
-    }
-    return "_step_by_dates";
+    constexpr std::array<std::string_view, 4> suffixes{"_step_by_dates", "_step_by_number", "_step_by_date",
+                                                       "_step_of_rows"};
+    return catalogue::item_of<Order::of_rows>(suffixes, order);
 }
 
 std::string step_script(const Calculation& calculation, const AggregateSignature& signature) {

@@ -11,9 +11,7 @@ namespace finance::sqlite {
 class CatalogueRows {
 public:
     static constexpr const char* name = "fin_functions";
-    static constexpr const char* declaration =
-        "CREATE TABLE x(name TEXT, kind TEXT, family TEXT, arguments TEXT, fewest INTEGER, most INTEGER, result TEXT, "
-        "answers TEXT, usage TEXT, formula TEXT, remarks TEXT, failure TEXT, documentation TEXT)";
+    static const char* const declaration;
 
     static int plan(sqlite3_vtab& table, sqlite3_index_info& info);
     void begin(std::span<sqlite3_value*> arguments);

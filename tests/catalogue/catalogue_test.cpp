@@ -64,5 +64,23 @@ TEST(Catalogue, CountsOfEveryShape) {
     EXPECT_EQ(catalogue::maximum_count(periods), 5U);
 }
 
+TEST(Catalogue, SearchesSayThatTheySearch) {
+    const auto tells = [](std::string_view text) { return text.find("search") != std::string_view::npos; };
+    for (const catalogue::Calculation& row : catalogue::calculations()) {
+        EXPECT_EQ(row.searches, tells(row.formula) || tells(row.failure)) << row.name;
+    }
+}
+
+TEST(Catalogue, Costs) {
+    const auto cost = [](std::string_view name) { return cost_of(*catalogue::find(name)); };
+    for (const char* name : {"RATE", "IRR", "XIRR", "YIELD", "ODDFYIELD"}) {
+        EXPECT_EQ(cost(name), catalogue::Cost::search) << name;
+    }
+    for (const char* name : {"PRICE", "XNPV", "TBILLEQ", "AMORLINC"}) {
+        EXPECT_EQ(cost(name), catalogue::Cost::dates) << name;
+    }
+    for (const char* name : {"PMT", "NPV", "VDB"}) EXPECT_EQ(cost(name), catalogue::Cost::arithmetic) << name;
+}
+
 }  // namespace
 }  // namespace finance::test
