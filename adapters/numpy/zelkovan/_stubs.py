@@ -6,7 +6,18 @@ import sys
 from . import functions
 from ._scalars import ScalarFunction
 
-_HEAD = '''# Made from the catalogue by zelkovan._stubs.
+_FUNCTION = '''class {}:
+    __name__: str
+    calculation: str
+    gives_dates: bool
+    parameters: tuple[dict[str, Any], ...]
+    names: list[str]
+    ufuncs: Mapping[int, np.ufunc]
+
+'''
+
+_HEAD = (
+    '''# Made from the catalogue by zelkovan._stubs.
 import contextlib
 import datetime
 from collections.abc import Mapping
@@ -46,25 +57,13 @@ class errstate(contextlib.ContextDecorator):
 def seterr(*, refused: _Way) -> _Setting: ...
 def geterr() -> _Setting: ...
 
-class ScalarFunction:
-    __name__: str
-    calculation: str
-    gives_dates: bool
-    parameters: tuple[dict[str, Any], ...]
-    names: list[str]
-    ufuncs: Mapping[int, np.ufunc]
-
-class ListFunction:
-    __name__: str
-    calculation: str
-    gives_dates: bool
-    parameters: tuple[dict[str, Any], ...]
-    names: list[str]
-    ufuncs: Mapping[int, np.ufunc]
-
-functions: Mapping[str, Any]
+'''
+    + _FUNCTION.format("ScalarFunction")
+    + _FUNCTION.format("ListFunction")
+    + '''functions: Mapping[str, Any]
 basis_words: tuple[str, ...]
 '''
+)
 
 _ONE = {"date": "_OneDate", "date_time": "_OneDate", "basis": "_OneBasis"}
 _MANY = {"date": "_Dates", "date_time": "_Dates", "dates": "_Dates", "basis": "_Bases"}
