@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 
+#include "calls/lists.hpp"
 #include "command/argument_text.hpp"
 #include "command/closest_name.hpp"
 #include "command/usage_error.hpp"
@@ -13,7 +14,6 @@ namespace finance::command {
 namespace {
 
 using catalogue::Calculation;
-using catalogue::Given;
 using catalogue::Need;
 using catalogue::Parameter;
 
@@ -181,14 +181,10 @@ void Assignment::check_completeness(std::size_t end) const {
 }
 
 void Assignment::check_pairs() const {
-    for (std::size_t i = 1; i < texts_.size(); ++i) {
-        const std::size_t first = texts_[i - 1].size();
-        const std::size_t second = texts_[i].size();
-        if (!list(i - 1) || !list(i) || first == second) continue;
-        fail(calculation_, std::string{parameter(i - 1).name} + " and " + std::string{parameter(i).name} +
-                               " do not pair up: " + std::to_string(first) + " and " + std::to_string(second) +
-                               " values");
-    }
+    const auto size = [this](std::size_t i) { return texts_[i].size(); };
+    const auto as_it_is = [](std::string_view name) { return std::string{name}; };
+    const auto lists = calls::unpaired(calculation_, texts_.size(), size);
+    if (lists) fail(calculation_, calls::pairing_words(*lists, as_it_is));
 }
 
 void Assignment::append(std::vector<PlacedText>& placed, std::size_t i) const {
@@ -222,8 +218,8 @@ std::vector<PlacedText> place_arguments(const Calculation& calculation, Tokens t
     return assignment.placed();
 }
 
-std::vector<Given> read_arguments(const Calculation& calculation, Tokens tokens) {
-    std::vector<Given> values;
+std::vector<host::Argument> read_arguments(const Calculation& calculation, Tokens tokens) {
+    std::vector<host::Argument> values;
     for (const PlacedText& placed : place_arguments(calculation, tokens)) {
         const Parameter& parameter = calculation.parameters[placed.parameter];
         const auto value = read_value(parameter.kind, placed.text);

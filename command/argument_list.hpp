@@ -16,7 +16,8 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/diagnosis.hpp"
+#include "catalogue/catalogue.hpp"
+#include "host/embedded_host.hpp"
 
 namespace finance::command {
 
@@ -31,7 +32,7 @@ std::vector<PlacedText> place_arguments(const catalogue::Calculation& calculatio
                                         std::span<const std::string_view> tokens);
 
 // Views into the tokens. UsageError where they cannot be read.
-std::vector<catalogue::Given> read_arguments(const catalogue::Calculation& calculation,
-                                             std::span<const std::string_view> tokens);
+std::vector<host::Argument> read_arguments(const catalogue::Calculation& calculation,
+                                           std::span<const std::string_view> tokens);
 
 }  // namespace finance::command

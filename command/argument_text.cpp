@@ -1,17 +1,18 @@
 #include "command/argument_text.hpp"
 
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <system_error>
 
 #include "catalogue/host_date.hpp"
+#include "catalogue/number_text.hpp"
 
 namespace finance::command {
 
 namespace {
 
-using catalogue::Given;
 using catalogue::Kind;
 
 struct Reading {
@@ -56,15 +57,16 @@ Reading read_number(std::string_view text) {
 
 }  // namespace
 
-std::optional<Given> read_value(Kind kind, std::string_view text) {
-    if (text.empty()) return Given{};
-    if (text == ".") return std::numeric_limits<double>::quiet_NaN();
+// Every missing value is the one that the module knows.
+std::optional<host::Argument> read_value(Kind kind, std::string_view text) {
+    if (text.empty()) return host::Argument::absent();
+    if (text == ".") return host::Argument::missing();
     if (catalogue::is_dated(kind)) {
         if (const auto date = catalogue::host_date(text)) return *date;
     }
     const Reading reading = read_number(text);
-    if (reading.good()) return reading.value;
-    if (kind == Kind::basis) return text;
+    if (reading.good()) return std::isnan(reading.value) ? host::Argument::missing() : host::Argument{reading.value};
+    if (kind == Kind::basis) return host::Argument{text};
     return {};
 }
 
@@ -77,6 +79,14 @@ std::string unreadable(Kind kind, std::string_view text) {
         return shown + " is not a date: year-month-day as in 2008-02-15, or days since 1960-01-01";
     }
     return shown + " is not a number";
+}
+
+void append_value(std::string& output, const catalogue::Calculation& calculation, double value) {
+    if (calculation.result == catalogue::ResultKind::date) {
+        output += catalogue::value_text(value, true);
+    } else {
+        catalogue::append_plain(output, value);
+    }
 }
 
 }  // namespace finance::command

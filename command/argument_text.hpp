@@ -12,14 +12,18 @@
 #include <string>
 #include <string_view>
 
-#include "catalogue/diagnosis.hpp"
+#include "catalogue/catalogue.hpp"
+#include "host/embedded_host.hpp"
 
 namespace finance::command {
 
 // Nothing where the text is not a value of that kind. Of a list's kind: one value of the list. Texts are not copied.
-std::optional<catalogue::Given> read_value(catalogue::Kind kind, std::string_view text);
+std::optional<host::Argument> read_value(catalogue::Kind kind, std::string_view text);
 
 // Why read_value gave nothing.
 std::string unreadable(catalogue::Kind kind, std::string_view text);
+
+// A value as the command prints it.
+void append_value(std::string& output, const catalogue::Calculation& calculation, double value);
 
 }  // namespace finance::command

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "catalogue/diagnosis.hpp"
+#include "calls/answer.hpp"
 #include "command/host_on_demand.hpp"
 #include "command/outcome.hpp"
 
@@ -13,14 +13,13 @@ namespace finance::command {
 // By name, upper or lower case; UsageError with the closest name where there is none.
 const catalogue::Calculation& calculation_named(std::string_view name);
 
-// What an evaluation of these arguments says.
-Outcome report(const catalogue::Calculation& calculation, std::span<const catalogue::Given> arguments,
-               const host::Evaluation& evaluation);
+// What an answer says.
+Outcome report(const calls::Answer& answer);
 
 using Report = decltype(report);
 
 // tokens: what follows the name. UsageError, ModuleNotFound, host::LoadError.
 Outcome evaluate(const catalogue::Calculation& calculation, std::span<const std::string_view> tokens,
-                 HostOnDemand& host, Report* tell = report);
+                 HostOnDemand& host, Report* tell);
 
 }  // namespace finance::command

@@ -13,20 +13,12 @@ namespace finance::command {
 
 namespace {
 
+using calls::Answer;
 using catalogue::Calculation;
-using catalogue::Given;
-using Arguments = std::span<const Given>;
 
 void add_head(JsonText& json, std::string_view calculation, std::string_view status) {
     json.member_or_null("calculation", calculation);
     json.member("status", status);
-}
-
-// element: 0 where the argument is no list.
-void add_argument(JsonText& json, std::size_t position, std::string_view name, std::size_t element = 0) {
-    json.key("argument").object().member("position", static_cast<double>(position)).member("name", name);
-    if (element > 0) json.member("element", static_cast<double>(element));
-    json.end_object();
 }
 
 void add_notes(JsonText& json, std::span<const host::Note> notes) {
@@ -37,22 +29,13 @@ void add_notes(JsonText& json, std::span<const host::Note> notes) {
     json.end_array();
 }
 
-std::string_view status_of(const host::Evaluation& evaluation) {
-    if (!evaluation.answered()) return "refused";
-    return std::isnan(evaluation.value) ? "missing" : "answered";
-}
-
-void add_value(JsonText& json, const Calculation& calculation, const host::Evaluation& evaluation) {
-    const double value = evaluation.value;
+void add_value(JsonText& json, const Answer& answer) {
     json.key("value");
-    if (!evaluation.answered()) {
-        json.null();
-        return;
-    }
-    json.number(value);
-    if (!std::isfinite(value)) json.member("value_text", catalogue::shortest_text(value));
-    if (calculation.result != catalogue::ResultKind::date) return;
-    const auto date = catalogue::iso_date(value);
+    if (!answer.evaluation().answered()) return (void)json.null();
+    json.number(answer.value());
+    if (!std::isfinite(answer.value())) json.member("value_text", catalogue::shortest_text(answer.value()));
+    if (answer.calculation().result != catalogue::ResultKind::date) return;
+    const auto date = catalogue::iso_date(answer.value());
     json.member_or_null("date", date ? *date : "");
 }
 
@@ -71,38 +54,22 @@ std::string full_rule(const catalogue::Parameter& parameter) {
     return text;
 }
 
-// fault: 0 none.
-void add_fault(JsonText& json, const Calculation& calculation, Arguments arguments, int fault) {
-    const auto position = static_cast<std::size_t>(fault);
-    const catalogue::Place place = catalogue::place_of(calculation, position, arguments.size());
-    if (fault == 0 || place.parameter >= calculation.parameters.size()) {
-        json.key("argument").null().key("rule").null();
-        return;
-    }
-    const catalogue::Parameter& parameter = calculation.parameters[place.parameter];
-    add_argument(json, position, parameter.name, place.element);
-    json.member("rule", full_rule(parameter));
-}
+void add_no_argument(JsonText& json) { json.key("argument").null().key("rule").null(); }
 
-void add_written(JsonText& json, const Calculation& calculation, WrittenArgument argument) {
-    if (argument.position == 0) {
-        json.key("argument").null().key("rule").null();
-        return;
-    }
+// element: 0 where the argument is no list.
+void add_argument(JsonText& json, const Calculation& calculation, WrittenArgument argument, std::size_t element = 0) {
+    if (argument.position == 0 || argument.parameter >= calculation.parameters.size()) return add_no_argument(json);
     const catalogue::Parameter& parameter = calculation.parameters[argument.parameter];
-    add_argument(json, argument.position, parameter.name);
-    json.member("rule", full_rule(parameter));
+    json.key("argument").object().member("position", static_cast<double>(argument.position));
+    json.member("name", parameter.name);
+    if (element > 0) json.member("element", static_cast<double>(element));
+    json.end_object().member("rule", full_rule(parameter));
 }
 
-std::string message_of(const Calculation& calculation, Arguments arguments, const host::Evaluation& evaluation,
-                       int fault) {
-    if (evaluation.answered()) {
-        const bool noted = std::isnan(evaluation.value) && !evaluation.notes.empty();
-        return noted ? std::string{calculation.failure} : "";
-    }
-    std::string logged;
-    for (const std::string& line : evaluation.log) logged.append(logged.empty() ? "" : "\n").append(line);
-    return logged.empty() ? catalogue::reason(calculation, arguments, fault) : logged;
+void add_fault(JsonText& json, const Answer& answer) {
+    const auto position = static_cast<std::size_t>(answer.position());
+    const catalogue::Place place = catalogue::place_of(answer.calculation(), position, answer.arguments().size());
+    add_argument(json, answer.calculation(), {place.parameter, position}, place.element);
 }
 
 // The members of a run that evaluated nothing, without its notes and its end.
@@ -115,29 +82,28 @@ std::string line(JsonText& json) { return json.end_object().str() + '\n'; }
 
 }  // namespace
 
-void add_result(JsonText& json, const Calculation& calculation, Arguments arguments, const host::Evaluation& evaluation,
-                std::string_view status) {
-    const int fault =
-        evaluation.answered() ? 0 : catalogue::argument_at_fault(calculation, arguments, evaluation.flagged);
-    add_head(json, calculation.name, status.empty() ? status_of(evaluation) : status);
-    add_value(json, calculation, evaluation);
-    add_fault(json, calculation, arguments, fault);
-    json.member_or_null("message", message_of(calculation, arguments, evaluation, fault));
-    add_notes(json, evaluation.notes);
+void add_result(JsonText& json, const Answer& answer, std::string_view status) {
+    add_head(json, answer.calculation().name, status);
+    add_value(json, answer);
+    add_fault(json, answer);
+    json.member_or_null("message", answer.reason());
+    add_notes(json, answer.evaluation().notes);
 }
 
 void add_refusal(JsonText& json, const Calculation& calculation, std::string_view message, WrittenArgument argument) {
     add_head(json, calculation.name, "refused");
     json.key("value").null();
-    add_written(json, calculation, argument);
+    add_argument(json, calculation, argument);
     json.member("message", message);
     add_notes(json, {});
 }
 
-Outcome json_report(const Calculation& calculation, Arguments arguments, const host::Evaluation& evaluation) {
+// A call alone is refused where the argument at fault is missing, too.
+Outcome json_report(const Answer& answer) {
+    const bool answered = answer.evaluation().answered();
     JsonText json;
-    add_result(json.object(), calculation, arguments, evaluation);
-    return {evaluation.answered() ? exit_answered : exit_refused, line(json), ""};
+    add_result(json.object(), answer, word_of(answered ? answer.verdict() : calls::Verdict::refused));
+    return {answered ? exit_answered : exit_refused, line(json), ""};
 }
 
 Outcome json_usage(const UsageError& error) {
@@ -145,10 +111,10 @@ Outcome json_usage(const UsageError& error) {
     const Calculation* calculation = catalogue::find(subject.calculation);
     JsonText json;
     add_nothing_evaluated(json, subject.calculation, "usage");
-    if (calculation != nullptr && subject.position > 0) {
-        add_written(json, *calculation, {catalogue::find_parameter(*calculation, subject.argument), subject.position});
+    if (calculation == nullptr) {
+        add_no_argument(json);
     } else {
-        json.key("argument").null().key("rule").null();
+        add_argument(json, *calculation, {catalogue::find_parameter(*calculation, subject.argument), subject.position});
     }
     json.member("message", error.what()).member("hint", error.hint());
     add_notes(json, {});
@@ -158,7 +124,8 @@ Outcome json_usage(const UsageError& error) {
 Outcome json_failure(std::string_view message) {
     JsonText json;
     add_nothing_evaluated(json, "", "failed");
-    json.key("argument").null().key("rule").null().member("message", message);
+    add_no_argument(json);
+    json.member("message", message);
     add_notes(json, {});
     return {exit_refused, line(json), ""};
 }

@@ -17,20 +17,17 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 #include <string_view>
 
-#include "catalogue/diagnosis.hpp"
+#include "calls/answer.hpp"
 #include "command/json_text.hpp"
 #include "command/outcome.hpp"
 #include "command/usage_error.hpp"
-#include "host/embedded_host.hpp"
 
 namespace finance::command {
 
-// The members above, into an object that the caller has opened. status: empty for what the evaluation itself says.
-void add_result(JsonText& json, const catalogue::Calculation& calculation, std::span<const catalogue::Given> arguments,
-                const host::Evaluation& evaluation, std::string_view status = {});
+// The members above, into an object that the caller has opened.
+void add_result(JsonText& json, const calls::Answer& answer, std::string_view status);
 
 // An argument of a call as it was written.
 struct WrittenArgument {
@@ -43,8 +40,7 @@ void add_refusal(JsonText& json, const catalogue::Calculation& calculation, std:
                  WrittenArgument argument = {});
 
 // What `report` says, as an object.
-Outcome json_report(const catalogue::Calculation& calculation, std::span<const catalogue::Given> arguments,
-                    const host::Evaluation& evaluation);
+Outcome json_report(const calls::Answer& answer);
 
 Outcome json_usage(const UsageError& error);
 Outcome json_failure(std::string_view message);

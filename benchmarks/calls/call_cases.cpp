@@ -7,7 +7,6 @@
 
 #include "catalogue/catalogue.hpp"
 #include "command/argument_list.hpp"
-#include "command/call_answer.hpp"
 
 namespace finance::benchmarks {
 
@@ -42,11 +41,7 @@ std::vector<host::Argument> example_arguments(const catalogue::Calculation& calc
     static std::deque<std::string> kept;  // texts of a call are views into its words
     std::vector<std::string_view> words;
     for (std::string word; stream >> word;) words.emplace_back(kept.emplace_back(word));
-    std::vector<host::Argument> arguments;
-    for (const auto& given : command::read_arguments(calculation, words)) {
-        arguments.push_back(command::as_argument(given));
-    }
-    return arguments;
+    return command::read_arguments(calculation, words);
 }
 
 }  // namespace

@@ -10,8 +10,8 @@
 #include <optional>
 #include <vector>
 
+#include "calls/answer.hpp"
 #include "catalogue/number_text.hpp"
-#include "command/call_answer.hpp"
 #include "command/json_text.hpp"
 #include "command/pictures/gnuplot.hpp"
 #include "command/pictures/plot_call.hpp"
@@ -89,7 +89,7 @@ std::vector<Answer> answers_of(const PlotCall& call, std::size_t most, const hos
     for (const double x : call.points(most)) {
         const std::vector<host::Argument> arguments = call.arguments(x);
         const host::Evaluation evaluation = host.evaluate(call.calculation().name, arguments);
-        std::string reason = why(call.calculation(), arguments, evaluation);
+        std::string reason = calls::answer_of(call.calculation(), arguments, evaluation).sentence();
         if (reason.empty() && std::isinf(evaluation.value)) reason = "the answer is infinite";
         answers.push_back({.point = {x, reason.empty() ? evaluation.value : std::nan("")}, .why = std::move(reason)});
     }

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <variant>
 
 #include "catalogue/number_text.hpp"
 #include "catalogue/text_case.hpp"
 #include "catalogue/wording.hpp"
 #include "command/argument_text.hpp"
-#include "command/call_answer.hpp"
 #include "command/closest_name.hpp"
 #include "command/evaluate.hpp"
 #include "command/tables/call_plan.hpp"
@@ -37,11 +35,10 @@ bool is_value(std::string_view text) {
 double end_of_range(Kind kind, std::string_view name, std::string_view text) {
     const auto value = read_value(kind, text);
     if (!value) fail(std::string{name} + ": " + unreadable(kind, text));
-    const double* number = std::get_if<double>(&*value);
-    if (number == nullptr || !std::isfinite(*number)) {
+    if (value->kind() != host::Argument::Kind::number || !std::isfinite(value->number())) {
         fail(std::string{name} + ": a range goes from number to number, not '" + std::string{text} + '\'');
     }
-    return *number;
+    return value->number();
 }
 
 // Those of the calls' hints that are about tables.
@@ -101,7 +98,7 @@ void PlotCall::take_arguments() {
     const CallPlan plan = plan_calls(calls_, header);
     for (const PlannedArgument& argument : plan.calls.front().arguments) {
         if (argument.input != no_input) places_.push_back(constants_.size());
-        constants_.push_back(as_argument(argument.constant));
+        constants_.push_back(argument.constant);
         parameters_.push_back(argument.parameter);
     }
     if (places_.empty()) fail(std::string{calculation_->name} + " has no variable '" + variable_ + '\'');

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <functional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "calls/answer.hpp"
 #include "command/jobs.hpp"
 #include "command/pictures/table_text.hpp"
 #include "host/embedded_host.hpp"
@@ -18,10 +18,7 @@ Outcome schedule(Words words, const Settings& settings);
 std::string schedule_help();
 
 // A schedule that the module refuses: exit status 1.
-class ScheduleRefused : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+using ScheduleRefused = calls::CallRefused;
 
 // A table that is made row by row.
 struct Schedule {

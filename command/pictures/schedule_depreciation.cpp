@@ -8,11 +8,11 @@
 #include <limits>
 #include <vector>
 
+#include "calls/answer.hpp"
 #include "catalogue/catalogue.hpp"
 #include "catalogue/depreciation.hpp"
 #include "catalogue/number_text.hpp"
 #include "command/argument_list.hpp"
-#include "command/call_answer.hpp"
 #include "command/pictures/schedule.hpp"
 #include "command/pictures/schedule_picture.hpp"
 #include "command/usage_error.hpp"
@@ -20,8 +20,6 @@
 namespace finance::command {
 
 namespace {
-
-using catalogue::Given;
 
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
 constexpr std::string_view amounts = "depreciation of the period";
@@ -88,10 +86,10 @@ std::vector<host::Argument> read(Words words) {
     constexpr std::array<double, 5> defaults{none, none, none, 2.0, 12.0};
     std::vector<host::Argument> arguments;
     try {
-        for (const Given& given : read_arguments(depreciation_calculation, words)) {
-            const std::size_t i = arguments.size();
-            const bool left_out = std::holds_alternative<std::monostate>(given) && !std::isnan(defaults[i]);
-            arguments.push_back(left_out ? host::Argument{defaults[i]} : as_argument(given));
+        for (const host::Argument& given : read_arguments(depreciation_calculation, words)) {
+            const double left_out = defaults[arguments.size()];
+            const bool is_left_out = given.kind() == host::Argument::Kind::absent && !std::isnan(left_out);
+            arguments.push_back(is_left_out ? host::Argument{left_out} : given);
         }
     } catch (const UsageError& error) {
         throw UsageError{error.what(), "finance help schedule"};
@@ -137,11 +135,10 @@ private:
         host::Evaluation evaluation = host_->evaluate(method.name, call);
         if (evaluation.answered()) return evaluation.value;
         const catalogue::Calculation& refusing = *catalogue::find(method.name);
-        const int fault = catalogue::argument_at_fault(refusing, as_given(call), evaluation.flagged);
+        const int fault = calls::argument_at_fault(refusing, call, evaluation.flagged);
         evaluation.flagged = fault < 1 ? -1 : own_position(refusing, static_cast<std::size_t>(fault));
         const std::array all{terms_.cost, terms_.salvage, terms_.life, terms_.factor, terms_.month};
-        throw ScheduleRefused{std::string{depreciation_calculation.name} + ": " +
-                              why(depreciation_calculation, all, evaluation)};
+        throw ScheduleRefused{calls::answer_of(depreciation_calculation, all, evaluation).named_sentence()};
     }
     static int own_position(const catalogue::Calculation& method, std::size_t position) {
         const std::string_view name = method.parameters[position - 1].name;

@@ -15,7 +15,6 @@ namespace finance::command {
 namespace {
 
 using catalogue::Calculation;
-using catalogue::Given;
 using catalogue::Kind;
 
 [[noreturn]] void fail(const Calculation& calculation, const std::string& message) {
@@ -41,7 +40,7 @@ public:
 private:
     std::vector<PlacedText> layout(const Calculation& calculation, const CallExpression& expression);
     PlannedArgument argument(const Calculation& calculation, std::size_t parameter, const Operand& operand);
-    [[nodiscard]] std::optional<Given> constant(Kind kind, const Operand& operand) const;
+    [[nodiscard]] std::optional<host::Argument> constant(Kind kind, const Operand& operand) const;
     std::size_t input(std::size_t column, Kind kind);
 
     const Header& header_;
@@ -68,12 +67,12 @@ std::vector<PlacedText> Planner::layout(const Calculation& calculation, const Ca
     return placed;
 }
 
-std::optional<Given> Planner::constant(Kind kind, const Operand& operand) const {
-    if (operand.kind == Operand::Kind::nothing) return Given{};
+std::optional<host::Argument> Planner::constant(Kind kind, const Operand& operand) const {
+    if (operand.kind == Operand::Kind::nothing) return host::Argument::absent();
     const auto value = read_value(kind, operand.text);
     if (operand.kind == Operand::Kind::text) return value;
     if (operand.kind == Operand::Kind::column || !value) return {};
-    const bool text = std::holds_alternative<std::string_view>(*value);
+    const bool text = value->kind() == host::Argument::Kind::text;
     if (begins_like_a_number(operand.text) && !text) return value;
     if (header_.exact(operand.text)) return {};
     return begins_like_a_number(operand.text) || is_keyword(kind, operand.text) ? value : std::nullopt;

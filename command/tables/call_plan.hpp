@@ -12,9 +12,10 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/diagnosis.hpp"
+#include "catalogue/catalogue.hpp"
 #include "command/tables/call_expression.hpp"
 #include "command/tables/table_format.hpp"
+#include "host/embedded_host.hpp"
 
 namespace finance::command {
 
@@ -30,7 +31,7 @@ struct Input {
 struct PlannedArgument {
     std::size_t parameter = 0;
     std::size_t input = no_input;  // index of the plan's inputs; none: a constant
-    catalogue::Given constant{};
+    host::Argument constant = host::Argument::absent();
 };
 
 struct PlannedCall {

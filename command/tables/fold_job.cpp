@@ -135,13 +135,14 @@ private:
         if (const GroupFault* fault = fault_of(group, call)) return {.fault = fault};
         Result result{.arguments = arguments_of(group, call)};
         result.evaluation = host_.evaluate(call.calculation->name, result.arguments);
-        result.verdict = verdict_of(*call.calculation, result.arguments, result.evaluation);
+        result.verdict = calls::answer_of(*call.calculation, result.arguments, result.evaluation).verdict();
         return result;
     }
 
     static std::string reason(const PlannedCall& call, const Result& result) {
-        return result.fault != nullptr ? result.fault->reason
-                                       : why(*call.calculation, result.arguments, result.evaluation);
+        return result.fault != nullptr
+                   ? result.fault->reason
+                   : calls::answer_of(*call.calculation, result.arguments, result.evaluation).sentence();
     }
 
     void append_columns(const PlannedCall& call, const Result& result, std::string& columns) const {
@@ -156,7 +157,7 @@ private:
         for (std::size_t i = 0; i < by_.size(); ++i) json_.member(by_[i], group.texts[i]);
         json_.end_object().member("result", call.result);
         if (result.fault == nullptr) {
-            add_result(json_, *call.calculation, as_given(result.arguments), result.evaluation,
+            add_result(json_, calls::answer_of(*call.calculation, result.arguments, result.evaluation),
                        word_of(result.verdict));
         } else {
             add_refusal(json_, *call.calculation, result.fault->reason, argument_at(call, result.fault->input));
@@ -184,10 +185,11 @@ private:
         std::vector<host::Argument> arguments;
         for (const PlannedArgument& argument : call.arguments) {
             if (argument.input == no_input) {
-                arguments.push_back(as_argument(argument.constant));
+                arguments.push_back(argument.constant);
                 continue;
             }
-            for (const double value : group.values[argument.input]) arguments.push_back(as_argument(value));
+            const std::vector<double>& values = group.values[argument.input];
+            arguments.insert(arguments.end(), values.begin(), values.end());
         }
         return arguments;
     }

@@ -16,7 +16,6 @@
 #include <vector>
 
 #include "command/argument_text.hpp"
-#include "command/call_answer.hpp"
 #include "command/tables/call_plan.hpp"
 #include "command/tables/table_record.hpp"
 #include "host/batch.hpp"
@@ -30,9 +29,9 @@ inline bool read_field(std::string_view raw, catalogue::Kind kind, std::string& 
         value = host::Argument::missing();
         return true;
     }
-    const auto given = read_value(kind, text);
-    if (given) value = as_argument(*given);
-    return given.has_value();
+    const auto read = read_value(kind, text);
+    if (read) value = *read;
+    return read.has_value();
 }
 
 struct TableRow {

@@ -17,7 +17,7 @@ RowEvaluator::RowEvaluator(const host::EmbeddedHost& host, const CallPlan& plan,
     : host_{host}, plan_{plan}, form_{form}, rows_{plan, form.delimiter}, answers_(plan.calls.size()) {
     for (const PlannedCall& call : plan.calls) {
         auto& arguments = arguments_.emplace_back();
-        for (const PlannedArgument& argument : call.arguments) arguments.push_back(as_argument(argument.constant));
+        for (const PlannedArgument& argument : call.arguments) arguments.push_back(argument.constant);
     }
 }
 
@@ -83,7 +83,8 @@ RowEvaluator::Result RowEvaluator::result(Place at) {
     result.unread = unread_argument(at);
     if (result.unread != 0) return result;
     result.evaluation = evaluation(at);
-    result.verdict = verdict_of(*plan_.calls[at.call].calculation, arguments_[at.call], *result.evaluation);
+    result.verdict =
+        calls::answer_of(*plan_.calls[at.call].calculation, arguments_[at.call], *result.evaluation).verdict();
     return result;
 }
 
@@ -97,9 +98,12 @@ std::string RowEvaluator::unread_text(Place at, const PlannedArgument& argument)
 std::string RowEvaluator::reason(Place at, const Result& result) {
     const PlannedCall& call = plan_.calls[at.call];
     if (result.verdict == Verdict::answered) return {};
-    if (result.evaluation) return why(*call.calculation, arguments_[at.call], evaluation_alone(at.call));
+    if (result.evaluation) {
+        const host::Evaluation evaluation = evaluation_alone(at.call);
+        return calls::answer_of(*call.calculation, arguments_[at.call], evaluation).sentence();
+    }
     if (result.unread == 0) return misfit_;
-    return catalogue::argument_label(*call.calculation, result.unread, call.arguments.size()) + ": " +
+    return calls::argument_label(*call.calculation, result.unread, call.arguments.size()) + ": " +
            unread_text(at, call.arguments[result.unread - 1]);
 }
 
@@ -120,7 +124,7 @@ void RowEvaluator::append_object(Place at, const Result& result, std::string& ou
     json_.clear();
     json_.object().member("line", static_cast<double>(rows_.row(at.row).line)).member("result", call.result);
     if (result.evaluation) {
-        add_result(json_, *call.calculation, as_given(arguments_[at.call]), *result.evaluation,
+        add_result(json_, calls::answer_of(*call.calculation, arguments_[at.call], *result.evaluation),
                    word_of(result.verdict));
     } else if (result.unread == 0) {
         add_refusal(json_, *call.calculation, misfit_);

@@ -8,9 +8,11 @@
 #include <string_view>
 #include <vector>
 
-#include "command/call_answer.hpp"
+#include "calls/answer.hpp"
 
 namespace finance::command {
+
+using calls::Verdict;
 
 class RunSummary {
 public:

@@ -15,21 +15,21 @@ namespace finance::test {
 namespace {
 
 using catalogue::Calculation;
-using catalogue::Given;
+using host::Argument;
 using Words = std::vector<std::string_view>;
 
 const Calculation& pmt = *catalogue::find("PMT");
 const Calculation& fv = *catalogue::find("FV");
 
-std::string shown(const Given& value) {
-    if (const double* number = std::get_if<double>(&value)) return catalogue::plain_text(*number);
-    if (const auto* text = std::get_if<std::string_view>(&value)) return '\'' + std::string{*text} + '\'';
+std::string shown(const Argument& value) {
+    if (value.kind() == Argument::Kind::number) return catalogue::plain_text(value.number());
+    if (value.kind() == Argument::Kind::text) return '\'' + std::string{value.text()} + '\'';
     return "absent";
 }
 
-std::string shown(const std::vector<Given>& values) {
+std::string shown(const std::vector<Argument>& values) {
     std::string text;
-    for (const Given& value : values) text.append(text.empty() ? "" : " ").append(shown(value));
+    for (const Argument& value : values) text.append(text.empty() ? "" : " ").append(shown(value));
     return text;
 }
 

@@ -112,10 +112,10 @@ std::string plan_text(const char* text) {
             shown += ' ';
             if (argument.input != command::no_input) {
                 shown += '$' + std::to_string(plan.inputs[argument.input].column + 1);
-            } else if (const double* number = std::get_if<double>(&argument.constant)) {
-                shown += catalogue::plain_text(*number);
-            } else if (const auto* word = std::get_if<std::string_view>(&argument.constant)) {
-                shown.append("'").append(*word).append("'");
+            } else if (argument.constant.kind() == host::Argument::Kind::number) {
+                shown += catalogue::plain_text(argument.constant.number());
+            } else if (argument.constant.kind() == host::Argument::Kind::text) {
+                shown.append("'").append(argument.constant.text()).append("'");
             } else {
                 shown += '-';
             }

@@ -105,23 +105,27 @@ host::Evaluation answered(double value) {
     return {.status = ZELKOVAN_STATUS_SUCCESS, .value = value, .log{}, .notes{}};
 }
 
+command::Outcome json_told(const catalogue::Calculation& calculation, const host::Evaluation& evaluation) {
+    return command::json_report(calls::answer_of(calculation, {}, evaluation));
+}
+
 TEST(JsonReport, DatesBeyondFourDigitYearsHaveNoText) {
     catalogue::Calculation dated = bond;
     dated.result = catalogue::ResultKind::date;
     const std::string rest = R"(,"argument":null,"rule":null,"message":null,"notes":[]})"
                              "\n";
-    EXPECT_EQ(command::json_report(dated, {}, answered(4e6)).output,
+    EXPECT_EQ(json_told(dated, answered(4e6)).output,
               R"({"calculation":"BOND","status":"answered","value":4000000,"date":null)" + rest);  // year 12911
-    EXPECT_EQ(command::json_report(dated, {}, answered(nan)).output,
+    EXPECT_EQ(json_told(dated, answered(nan)).output,
               R"({"calculation":"BOND","status":"missing","value":null,"value_text":".","date":null)" + rest);
-    EXPECT_EQ(command::json_report(bond, {}, answered(-infinity)).output,
+    EXPECT_EQ(json_told(bond, answered(-infinity)).output,
               R"({"calculation":"BOND","status":"answered","value":null,"value_text":"-inf")" + rest);
 }
 
 TEST(JsonReport, LogLinesAreTheMessage) {
     host::Evaluation evaluation{.value = nan, .log = {"one", "two"}, .notes{}};
     evaluation.status = ZELKOVAN_STATUS_INVALID_ARGUMENT;
-    const command::Outcome outcome = command::json_report(bond, {}, evaluation);
+    const command::Outcome outcome = json_told(bond, evaluation);
     EXPECT_EQ(outcome.exit_status, 1);
     EXPECT_NE(outcome.output.find(R"("message":"one\ntwo")"), std::string::npos) << outcome.output;
 }

@@ -9,8 +9,8 @@
 namespace finance::test {
 namespace {
 
-using catalogue::Given;
 using command::Outcome;
+using host::Argument;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
@@ -28,6 +28,11 @@ host::Evaluation refused(int flagged) {
     return {.status = ZELKOVAN_STATUS_INVALID_ARGUMENT, .value = nan, .flagged = flagged, .log{}, .notes{}};
 }
 
+Outcome told(const catalogue::Calculation& calculation, const std::vector<Argument>& arguments,
+             const host::Evaluation& evaluation) {
+    return command::report(calls::answer_of(calculation, arguments, evaluation));
+}
+
 void expect(const Outcome& outcome, int status, const char* output, const char* error) {
     EXPECT_EQ(outcome.exit_status, status);
     EXPECT_EQ(outcome.output, output);
@@ -35,46 +40,45 @@ void expect(const Outcome& outcome, int status, const char* output, const char* 
 }
 
 TEST(Report, Answers) {
-    expect(command::report(bond, {}, answered(0.1)), 0, "0.1\n", "");
-    expect(command::report(bond, {}, answered(200000.0)), 0, "200000\n", "");
-    expect(command::report(bond, {}, answered(nan)), 0, ".\n", "");
-    expect(command::report(bond, {}, answered(std::numeric_limits<double>::infinity())), 0, "inf\n", "");
+    expect(told(bond, {}, answered(0.1)), 0, "0.1\n", "");
+    expect(told(bond, {}, answered(200000.0)), 0, "200000\n", "");
+    expect(told(bond, {}, answered(nan)), 0, ".\n", "");
+    expect(told(bond, {}, answered(std::numeric_limits<double>::infinity())), 0, "inf\n", "");
 }
 
 TEST(Report, DatesAreWrittenAsDates) {
     static constexpr catalogue::Calculation calculation = dated_result();
-    expect(command::report(calculation, {}, answered(17577.0)), 0, "2008-02-15\n", "");
-    expect(command::report(calculation, {}, answered(nan)), 0, ".\n", "");
-    expect(command::report(calculation, {}, answered(4e6)), 0, "4000000\n", "");  // year 12911
+    expect(told(calculation, {}, answered(17577.0)), 0, "2008-02-15\n", "");
+    expect(told(calculation, {}, answered(nan)), 0, ".\n", "");
+    expect(told(calculation, {}, answered(4e6)), 0, "4000000\n", "");  // year 12911
 }
 
 TEST(Report, Refusals) {
-    const std::vector<Given> arguments{0.0, 1.0, 0.1, 2.5};
-    expect(command::report(bond, arguments, refused(4)), 1, "",
+    const std::vector<Argument> arguments{0.0, 1.0, 0.1, 2.5};
+    expect(told(bond, arguments, refused(4)), 1, "",
            "finance: BOND: argument 4 (frequency): 2.5 is not a whole number\n");
-    expect(command::report(bond, arguments, refused(-1)), 1, "", "finance: BOND: no answer: there is no such rate\n");
-    const std::vector<Given> flows{-100.0, nan, 60.0};
-    expect(command::report(one_list, flows, refused(2)), 1, "",
+    expect(told(bond, arguments, refused(-1)), 1, "", "finance: BOND: no answer: there is no such rate\n");
+    const std::vector<Argument> flows{-100.0, nan, 60.0};
+    expect(told(one_list, flows, refused(2)), 1, "",
            "finance: INTERNAL: argument 2 (flows, value 2): a value is missing\n");
 }
 
 TEST(Report, AMissingFlowIsNamedThoughTheModuleMarksNone) {
-    const std::vector<Given> flows{-100.0, nan, 60.0};
-    expect(command::report(one_list, flows, refused(-1)), 1, "",
+    const std::vector<Argument> flows{-100.0, nan, 60.0};
+    expect(told(one_list, flows, refused(-1)), 1, "",
            "finance: INTERNAL: argument 2 (flows, value 2): a value is missing\n");
 }
 
 TEST(Report, LogLinesStandInWhereNothingIsFlagged) {
     host::Evaluation evaluation = refused(-1);
     evaluation.log = {"Too many arguments for BOND "};
-    expect(command::report(bond, {}, evaluation), 1, "", "finance: BOND: Too many arguments for BOND \n");
+    expect(told(bond, {}, evaluation), 1, "", "finance: BOND: Too many arguments for BOND \n");
 }
 
 TEST(Report, ANotedSearchSaysWhyItAnswersNothing) {
     host::Evaluation evaluation = answered(nan);
     evaluation.notes = {{744, 321}};
-    expect(command::report(two_lists_before, {}, evaluation), 0, ".\n",
-           "finance: SEARCH: no answer: there is no such rate\n");
+    expect(told(two_lists_before, {}, evaluation), 0, ".\n", "finance: SEARCH: no answer: there is no such rate\n");
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The one-line reasons. Each row: a call whose flagged argument breaks the rule that its id names.
-#include "catalogue/diagnosis.hpp"
+#include "calls/diagnosis.hpp"
 
 #include <gtest/gtest.h>
 
@@ -13,18 +13,18 @@ namespace finance::test {
 namespace {
 
 using catalogue::Calculation;
-using catalogue::Given;
+using host::Argument;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-const Given absent{};
+const Argument absent = Argument::absent();
 
 const Calculation& of(const char* name) { return *catalogue::find(name); }
 
 struct ReasonCase {
     const char* id;
     const Calculation& calculation;
-    std::vector<Given> arguments;
+    std::vector<Argument> arguments;
     int flagged;
     const char* expected;
 };
@@ -217,14 +217,14 @@ TEST(Diagnosis, Reasons) {
     std::set<std::string> ids;
     for (const ReasonCase& row : cases) {
         EXPECT_TRUE(ids.insert(row.id).second) << row.id;
-        EXPECT_EQ(catalogue::reason(row.calculation, row.arguments, row.flagged), row.expected) << row.id;
+        EXPECT_EQ(calls::reason(row.calculation, row.arguments, row.flagged), row.expected) << row.id;
     }
 }
 
 struct FaultCase {
     const char* id;
     const Calculation& calculation;
-    std::vector<Given> arguments;
+    std::vector<Argument> arguments;
     int flagged;
     int expected;
 };
@@ -241,18 +241,18 @@ const std::vector<FaultCase> faults{
 
 TEST(Diagnosis, ArgumentAtFault) {
     for (const FaultCase& row : faults) {
-        EXPECT_EQ(catalogue::argument_at_fault(row.calculation, row.arguments, row.flagged), row.expected) << row.id;
+        EXPECT_EQ(calls::argument_at_fault(row.calculation, row.arguments, row.flagged), row.expected) << row.id;
     }
 }
 
 TEST(Diagnosis, Labels) {
-    EXPECT_EQ(catalogue::argument_label(of("PMT"), 2, 3), "argument 2 (nper)");
-    EXPECT_EQ(catalogue::argument_label(one_list_after, 3, 4), "argument 3 (flows, value 2)");
-    EXPECT_EQ(catalogue::argument_label(two_lists_before, 4, 5), "argument 4 (dates, value 2)");
-    EXPECT_EQ(catalogue::argument_label(of("MIRR"), 4, 4), "argument 4 (reinvestRate)");
-    EXPECT_EQ(catalogue::argument_label(of("XNPV"), 5, 5), "argument 5 (dates, value 2)");
-    EXPECT_EQ(catalogue::argument_label(of("FVSCHEDULE"), 3, 3), "argument 3 (rates, value 2)");
-    EXPECT_EQ(catalogue::argument_label(of("PMT"), 9, 9), "argument 9");
+    EXPECT_EQ(calls::argument_label(of("PMT"), 2, 3), "argument 2 (nper)");
+    EXPECT_EQ(calls::argument_label(one_list_after, 3, 4), "argument 3 (flows, value 2)");
+    EXPECT_EQ(calls::argument_label(two_lists_before, 4, 5), "argument 4 (dates, value 2)");
+    EXPECT_EQ(calls::argument_label(of("MIRR"), 4, 4), "argument 4 (reinvestRate)");
+    EXPECT_EQ(calls::argument_label(of("XNPV"), 5, 5), "argument 5 (dates, value 2)");
+    EXPECT_EQ(calls::argument_label(of("FVSCHEDULE"), 3, 3), "argument 3 (rates, value 2)");
+    EXPECT_EQ(calls::argument_label(of("PMT"), 9, 9), "argument 9");
 }
 
 }  // namespace

@@ -3,20 +3,35 @@
 //  (1) A whole number is at most 2^53 and differs from its truncation to 64 bits by no more than 1e-12 of its size.
 //  (2) Where the bounds look at 32 bits they look at the low 32 bits of that truncation.
 //  (3) A flag equals its own conversion to 32 bits.
-#include "catalogue/diagnosis.hpp"
+#include "calls/diagnosis.hpp"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <string_view>
 
 #include "catalogue/layout.hpp"
 #include "catalogue/number_text.hpp"
 #include "catalogue/text_case.hpp"
 #include "catalogue/wording.hpp"
 
-namespace finance::catalogue {
+namespace finance::calls {
+
+using catalogue::basis_keywords;
+using catalogue::Bound;
+using catalogue::Calculation;
+using catalogue::Kind;
+using catalogue::Need;
+using catalogue::Order;
+using catalogue::Parameter;
+using catalogue::place_of;
+using catalogue::plain_text;
+using catalogue::Relation;
+using catalogue::value_text;
+using catalogue::Width;
+using host::Argument;
 
 namespace {
 
@@ -26,10 +41,21 @@ constexpr std::size_t longest_basis_text = 255;
 
 struct Call {
     const Calculation& calculation;
-    std::span<const Given> arguments;
+    Arguments arguments;
 };
 
 using Fault = std::optional<std::string>;
+
+// Null where it is no number.
+const double* number_in(const Argument& argument) {
+    return argument.kind() == Argument::Kind::number ? &argument.number() : nullptr;
+}
+
+// The parameter of a position; null where there is none.
+const Parameter* parameter_at(const Calculation& calculation, std::size_t position, std::size_t values) {
+    const std::size_t index = place_of(calculation, position, values).parameter;
+    return index < calculation.parameters.size() ? &calculation.parameters[index] : nullptr;
+}
 
 // ---- Numbers as they are kept
 
@@ -84,23 +110,20 @@ Fault bound_fault(const Parameter& parameter, const Bound& bound, double x) {
 // The position of a parameter's own value; 0 where it has none.
 std::size_t position_of(const Call& call, std::string_view name) {
     for (std::size_t i = 1; i <= call.arguments.size(); ++i) {
-        const Place place = place_of(call.calculation, i, call.arguments.size());
-        if (place.parameter < call.calculation.parameters.size() &&
-            call.calculation.parameters[place.parameter].name == name) {
-            return i;
-        }
+        const Parameter* parameter = parameter_at(call.calculation, i, call.arguments.size());
+        if (parameter != nullptr && parameter->name == name) return i;
     }
     return 0;
 }
 
 const Parameter& parameter_named(const Call& call, std::string_view name) {
-    return call.calculation.parameters[find_parameter(call.calculation, name)];
+    return call.calculation.parameters[catalogue::find_parameter(call.calculation, name)];
 }
 
 // Null where the parameter was given no number.
 const double* number_of(const Call& call, std::string_view name) {
     const std::size_t position = position_of(call, name);
-    return position == 0 ? nullptr : std::get_if<double>(&call.arguments[position - 1]);
+    return position == 0 ? nullptr : number_in(call.arguments[position - 1]);
 }
 
 // shown: the subject and its value x as the sentence names them.
@@ -129,104 +152,114 @@ Fault earlier_order_fault(const Call& call, const Order& order) {
     return order_fault(call, subject, order, *x, shown);
 }
 
-// ---- One kind of value each
+// ---- Values
 
-// Bounds and orders hold, so that it is the rule that only words can say, where there is one.
-std::string refused(const std::string& value, const Parameter& parameter) {
-    const std::string rule = parameter.rule.empty() ? rule_words(parameter) : std::string{parameter.rule};
-    return value + " is refused" + (rule.empty() ? "" : ": it " + rule);
+// As sentences name it: not one that is missing or left out.
+std::string shown(const Parameter& parameter, const Argument& argument) {
+    const double* x = number_in(argument);
+    if (x == nullptr) return '\'' + std::string{argument.text()} + '\'';
+    return value_text(*x, is_dated(parameter.kind));
 }
 
-std::string without_value(std::string_view what, const Parameter& parameter) {
-    std::string text{what};
-    if (parameter.need != Need::required && !parameter.rule.empty()) {
-        text.append(" (it ").append(parameter.rule).append(")");
-    }
-    return text;
-}
-
-// A required argument that the module cannot have done without.
-bool is_without_value(const Parameter& parameter, const Given& given) {
-    if (parameter.need != Need::required) return false;
-    const double* x = std::get_if<double>(&given);
-    return std::holds_alternative<std::monostate>(given) || (x != nullptr && std::isnan(*x));
+std::string no_value(const Argument& argument) {
+    return number_in(argument) != nullptr ? "a value is missing" : "no value given";
 }
 
 bool is_basis_keyword(std::string_view text) {
     if (text.empty() || text.size() > longest_basis_text) return false;
     std::string name;
     for (const char c : text) {
-        if (c != ' ') name += upper(c);
+        if (c != ' ') name += catalogue::upper(c);
     }
     return std::ranges::find(basis_keywords, name) != basis_keywords.end();
 }
 
-std::string basis_reason(const Parameter& parameter, const std::string& shown, bool known) {
-    if (known) return refused(shown, parameter);
-    return shown + " is not a day-count basis: " + std::string{basis_words};
+// ---- The rule that is broken
+
+Fault basis_fault(const Parameter& parameter, const Argument& argument) {
+    const double* x = number_in(argument);
+    const bool known =
+        x != nullptr ? *x > -1.0 && *x < static_cast<double>(basis_keywords.size()) : is_basis_keyword(argument.text());
+    if (known) return {};
+    return shown(parameter, argument) + " is not a day-count basis: " + std::string{catalogue::basis_words};
 }
 
-std::string text_reason(const Parameter& parameter, std::string_view text) {
-    const std::string shown = '\'' + std::string{text} + '\'';
-    if (parameter.kind == Kind::basis) return basis_reason(parameter, shown, is_basis_keyword(text));
-    return shown + " is not a number";
-}
-
-std::string number_reason(const Call& call, const Parameter& parameter, double x) {
-    if (std::isnan(x)) return without_value("a value is missing", parameter);
-    if (parameter.kind == Kind::basis)
-        return basis_reason(parameter, plain_text(x), x > -1.0 && x < static_cast<double>(basis_keywords.size()));
+Fault number_fault(const Call& call, const Parameter& parameter, double x) {
     if (is_counted(parameter)) {
-        if (Fault fault = whole_fault(x)) return *fault;
+        if (Fault fault = whole_fault(x)) return fault;
     }
     if (parameter.kind == Kind::flag) {
-        if (Fault fault = flag_fault(x)) return *fault;
+        if (Fault fault = flag_fault(x)) return fault;
     }
     for (const Bound& bound : {parameter.lower, parameter.upper}) {
-        if (Fault fault = bound_fault(parameter, bound, x)) return *fault;
+        if (Fault fault = bound_fault(parameter, bound, x)) return fault;
     }
     for (const Order& order : parameter.orders) {
-        if (Fault fault = own_order_fault(call, parameter, order, x)) return *fault;
+        if (Fault fault = own_order_fault(call, parameter, order, x)) return fault;
     }
-    return refused(value_text(x, is_dated(parameter.kind)), parameter);
+    return {};
+}
+
+Fault fault_of(const Call& call, const Parameter& parameter, const Argument& argument) {
+    for (const Order& order : parameter.orders) {
+        if (Fault fault = earlier_order_fault(call, order)) return fault;
+    }
+    if (!has_value(argument)) return parameter.need == Need::required ? Fault{no_value(argument)} : Fault{};
+    if (parameter.kind == Kind::basis) return basis_fault(parameter, argument);
+    const double* x = number_in(argument);
+    return x != nullptr ? number_fault(call, parameter, *x) : shown(parameter, argument) + " is not a number";
+}
+
+// Where no rule that is known here is broken: the one that only words can say.
+std::string worded_reason(const Parameter& parameter, const Argument& argument) {
+    if (!has_value(argument)) {
+        return no_value(argument) + (parameter.rule.empty() ? "" : " (it " + std::string{parameter.rule} + ')');
+    }
+    const std::string rule = parameter.rule.empty() ? rule_words(parameter) : std::string{parameter.rule};
+    return shown(parameter, argument) + " is refused" + (rule.empty() ? "" : ": it " + rule);
 }
 
 }  // namespace
 
-int argument_at_fault(const Calculation& calculation, std::span<const Given> arguments, int flagged) {
+bool has_value(const Argument& argument) {
+    const double* x = number_in(argument);
+    return x != nullptr ? !std::isnan(*x) : argument.kind() == Argument::Kind::text;
+}
+
+int argument_at_fault(const Calculation& calculation, Arguments arguments, int flagged) {
     if (flagged > 0) return flagged;
-    const std::size_t all = calculation.parameters.size();
     for (std::size_t i = 1; i <= arguments.size(); ++i) {
-        const std::size_t index = place_of(calculation, i, arguments.size()).parameter;
-        if (index < all && is_without_value(calculation.parameters[index], arguments[i - 1]))
-            return static_cast<int>(i);
+        const Parameter* parameter = parameter_at(calculation, i, arguments.size());
+        const bool required = parameter != nullptr && parameter->need == Need::required;
+        if (required && !has_value(arguments[i - 1])) return static_cast<int>(i);
     }
     return 0;
 }
 
-std::string reason(const Calculation& calculation, std::span<const Given> arguments, int flagged) {
+std::optional<std::string> broken_rule(const Calculation& calculation, Arguments arguments, std::size_t position) {
+    const Parameter* parameter = parameter_at(calculation, position, arguments.size());
+    if (parameter == nullptr) return {};
+    return fault_of({calculation, arguments}, *parameter, arguments[position - 1]);
+}
+
+std::string reason(const Calculation& calculation, Arguments arguments, int flagged) {
     const auto position = static_cast<std::size_t>(flagged);
-    if (flagged < 1 || position > arguments.size()) return std::string{calculation.failure};
-    const std::size_t index = place_of(calculation, position, arguments.size()).parameter;
-    if (index >= calculation.parameters.size()) return std::string{calculation.failure};
-    const Parameter& parameter = calculation.parameters[index];
-    const Call call{calculation, arguments};
-    for (const Order& order : parameter.orders) {
-        if (Fault fault = earlier_order_fault(call, order)) return *fault;
-    }
-    const Given& given = arguments[position - 1];
-    if (const double* x = std::get_if<double>(&given)) return number_reason(call, parameter, *x);
-    if (const auto* text = std::get_if<std::string_view>(&given)) return text_reason(parameter, *text);
-    return without_value("no value given", parameter);
+    const bool placed = flagged > 0 && position <= arguments.size();
+    const Parameter* parameter = placed ? parameter_at(calculation, position, arguments.size()) : nullptr;
+    if (parameter == nullptr) return std::string{calculation.failure};
+    const Argument& argument = arguments[position - 1];
+    const Fault fault = fault_of({calculation, arguments}, *parameter, argument);
+    return fault ? *fault : worded_reason(*parameter, argument);
 }
 
 std::string argument_label(const Calculation& calculation, std::size_t position, std::size_t values) {
-    const Place place = place_of(calculation, position, values);
     std::string label = "argument " + std::to_string(position);
-    if (place.parameter >= calculation.parameters.size()) return label;
-    label.append(" (").append(calculation.parameters[place.parameter].name);
-    if (place.element > 0) label.append(", value ").append(std::to_string(place.element));
+    const Parameter* parameter = parameter_at(calculation, position, values);
+    if (parameter == nullptr) return label;
+    label.append(" (").append(parameter->name);
+    const std::size_t element = place_of(calculation, position, values).element;
+    if (element > 0) label.append(", value ").append(std::to_string(element));
     return label + ')';
 }
 
-}  // namespace finance::catalogue
+}  // namespace finance::calls
