@@ -5,13 +5,12 @@
 #include <cmath>
 
 #include "abi/zelkovan.h"
-#include "catalogue/diagnosis.hpp"
+#include "catalogue/text_case.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::adapters {
 
 using catalogue::Calculation;
-using catalogue::Given;
 using catalogue::Need;
 using catalogue::Parameter;
 
@@ -22,7 +21,7 @@ const host::EmbeddedHost& shared_host() {
 
 // ---- Functions
 
-std::string function_name(const Calculation& calculation) { return "fin_" + lower_case(calculation.name); }
+std::string function_name(const Calculation& calculation) { return "fin_" + catalogue::lower_case(calculation.name); }
 
 std::size_t fewest_parameters(const Calculation& calculation) {
     return static_cast<std::size_t>(std::ranges::count_if(
@@ -84,66 +83,16 @@ host::Argument basis_argument(std::string_view text) {
     return number ? host::Argument{code} : host::Argument{text};
 }
 
-std::vector<host::Argument> unrolled(const Calculation& calculation, std::span<const host::Argument> scalars,
-                                     std::span<const std::span<const double>> lists) {
-    std::vector<host::Argument> arguments;
-    for (std::size_t i = 0; i < scalars.size(); ++i) {
-        if (is_list(calculation.parameters[i].kind)) {
-            arguments.insert(arguments.end(), lists[i].begin(), lists[i].end());
-        } else {
-            arguments.push_back(scalars[i]);
-        }
-    }
-    return arguments;
-}
-
-std::string pairing_fault(const Calculation& calculation, std::span<const std::span<const double>> lists) {
-    const auto counted = [&](std::size_t i) {
-        return std::to_string(lists[i].size()) + ' ' + std::string{calculation.parameters[i].name};
-    };
-    std::size_t first = lists.size();
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        if (!is_list(calculation.parameters[i].kind)) continue;
-        if (first == lists.size()) first = i;
-        if (lists[i].size() != lists[first].size()) {
-            return std::string{calculation.name} + ": " + counted(first) + ", but " + counted(i);
-        }
-    }
-    return {};
-}
-
 // ---- Calls
 
-namespace {
-
-Given given(const host::Argument& argument) {
-    if (argument.kind() == host::Argument::Kind::number) return argument.number();
-    if (argument.kind() == host::Argument::Kind::text) return argument.text();
-    return std::monostate{};
+std::optional<double> value_of(const calls::Answer& answer) {
+    if (answer.verdict() == calls::Verdict::refused) throw calls::CallRefused{answer.named_sentence()};
+    return answer.verdict() == calls::Verdict::answered ? std::optional{answer.value()} : std::nullopt;
 }
 
-}  // namespace
-
-std::string refusal(const Calculation& calculation, std::span<const host::Argument> arguments, int flagged) {
-    std::vector<Given> values(arguments.size());
-    std::ranges::transform(arguments, values.begin(), given);
-    const int fault = argument_at_fault(calculation, values, flagged);
-    std::string sentence{calculation.name};
-    if (fault == 0) return sentence.append(": no answer: ").append(calculation.failure);
-    sentence.append(": ").append(argument_label(calculation, static_cast<std::size_t>(fault), values.size()));
-    return sentence.append(": ").append(reason(calculation, values, fault));
-}
-
-Answer call(const Calculation& calculation, std::span<const host::Argument> arguments) {
+std::optional<double> call(const Calculation& calculation, calls::Arguments arguments) {
     const host::Evaluation evaluation = shared_host().evaluate(calculation.name, arguments);
-    if (evaluation.answered()) {
-        if (std::isnan(evaluation.value)) return {.verdict = Verdict::missing};
-        return {.verdict = Verdict::answered, .value = evaluation.value};
-    }
-    if (!evaluation.log.empty()) {
-        return {.refusal = std::string{calculation.name} + ": " + evaluation.log.front()};
-    }
-    return {.refusal = refusal(calculation, arguments, evaluation.flagged)};
+    return value_of(calls::answer_of(calculation, arguments, evaluation));
 }
 
 }  // namespace finance::adapters

@@ -9,14 +9,12 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <span>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "calls/answer.hpp"
 #include "catalogue/catalogue.hpp"
-#include "catalogue/text_case.hpp"
 #include "host/batch.hpp"
 #include "host/embedded_host.hpp"
 
@@ -28,13 +26,11 @@ const host::EmbeddedHost& shared_host();
 // ---- Functions
 
 std::string function_name(const catalogue::Calculation& calculation);  // "fin_price"
-using catalogue::lower_case;
 
 inline bool is_scalar(const catalogue::Calculation& calculation) { return catalogue::list_count(calculation) == 0; }
 
-// Parameters that must be given, and all of them; a list counts as one.
+// Parameters that must be given; a list counts as one.
 std::size_t fewest_parameters(const catalogue::Calculation& calculation);
-inline std::size_t all_parameters(const catalogue::Calculation& calculation) { return calculation.parameters.size(); }
 
 // "fin_price(settlement, maturity, rate, yield, redemption, frequency [, basis])"
 std::string usage(const catalogue::Calculation& calculation);
@@ -46,28 +42,10 @@ std::string documentation(const catalogue::Calculation& calculation);
 // A basis as engines have it: the code where the text is a number, else the keyword. The text must live on.
 host::Argument basis_argument(std::string_view text);
 
-// The call's arguments from one entry a parameter: lists unrolled where they stand. scalars and lists have an entry for
-// each given parameter, and only the one of its kind is looked at.
-std::vector<host::Argument> unrolled(const catalogue::Calculation& calculation, std::span<const host::Argument> scalars,
-                                     std::span<const std::span<const double>> lists);
-
-// Two lists belong together value by value, and the call itself cannot tell where the first one ends: "XNPV: 3 values, but
-// 2 dates". Empty where they pair up.
-std::string pairing_fault(const catalogue::Calculation& calculation, std::span<const std::span<const double>> lists);
-
 // ---- Calls
 
-enum class Verdict : std::uint8_t { answered, missing, refused };
-
-struct Answer {
-    Verdict verdict = Verdict::refused;
-    double value = 0.0;     // answered
-    std::string refusal{};  // refused: "PRICE: argument 6 (frequency): must be ..."
-};
-
-Answer call(const catalogue::Calculation& calculation, std::span<const host::Argument> arguments);
-
-// The sentence for a refused row of a batch: its arguments, and what it has flagged.
-std::string refusal(const catalogue::Calculation& calculation, std::span<const host::Argument> arguments, int flagged);
+// The value of an answer, nothing where it is missing. CallRefused, the sentence naming the calculation.
+std::optional<double> value_of(const calls::Answer& answer);
+std::optional<double> call(const catalogue::Calculation& calculation, calls::Arguments arguments);
 
 }  // namespace finance::adapters

@@ -5,9 +5,8 @@
 
 #include "adapters/duckdb/date_values.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
-using adapters::Verdict;
 using catalogue::Calculation;
 using catalogue::ResultKind;
 
@@ -15,8 +14,8 @@ namespace {
 
 std::int32_t date_of_answer(const Calculation& calculation, double answer) {
     if (const auto date = date_of_host_days(answer)) return *date;
-    throw Refusal{std::string{calculation.name} + ": the answer, day " + std::to_string(answer) +
-                  " since 1960-01-01, is no date of DuckDB's"};
+    throw calls::CallRefused{std::string{calculation.name} + ": the answer, day " + std::to_string(answer) +
+                             " since 1960-01-01, is no date of DuckDB's"};
 }
 
 }  // namespace
@@ -31,10 +30,9 @@ Answers::Answers(const Calculation& calculation, duckdb_vector result, std::size
     }
 }
 
-void Answers::put(std::size_t row, const adapters::Answer& answer, RowMask& rows) {
-    if (answer.verdict == Verdict::refused) throw Refusal{answer.refusal};
-    if (answer.verdict == Verdict::missing) return rows.drop(row);
-    values_[row] = answer.value;
+void Answers::put(std::size_t row, std::optional<double> answer, RowMask& rows) {
+    if (!answer) return rows.drop(row);
+    values_[row] = *answer;
 }
 
 void Answers::finish(RowMask& rows) {
@@ -47,4 +45,4 @@ void Answers::finish(RowMask& rows) {
     rows.write_nulls(result_);
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

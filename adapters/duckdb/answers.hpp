@@ -1,21 +1,15 @@
 // Where answers go: doubles into the result, dates through a buffer.
 #pragma once
 
+#include <optional>
 #include <span>
-#include <stdexcept>
 #include <vector>
 
-#include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/duckdb_api.hpp"
 #include "adapters/duckdb/row_mask.hpp"
+#include "calls/answer.hpp"
 
-namespace finance::duckdb {
-
-// A call without an answer: the sentence that the query ends with.
-class Refusal : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+namespace finance::adapters::duckdb {
 
 class Answers {
 public:
@@ -23,8 +17,8 @@ public:
 
     // Room for a double each row.
     [[nodiscard]] std::span<double> values() { return values_; }
-    // Puts one call's answer there, and drops its row where the answer is missing.
-    void put(std::size_t row, const adapters::Answer& answer, RowMask& rows);
+    // Puts one call's answer there, and drops its row where there is none.
+    void put(std::size_t row, std::optional<double> answer, RowMask& rows);
     // The answers of the rows that are left are complete: writes dates, and what is missing.
     void finish(RowMask& rows);
 
@@ -35,4 +29,4 @@ private:
     std::span<double> values_{};
 };
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -12,8 +12,9 @@
 #include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/signature.hpp"
+#include "catalogue/text_case.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 using catalogue::Calculation;
 
@@ -37,7 +38,7 @@ std::string order_words(const Calculation& calculation) {
 
 // "fin_npv(rate, list(flows ORDER BY day, flows))"; empty where the calculation has no lists.
 std::string usage_over_rows(const Calculation& calculation) {
-    if (adapters::is_scalar(calculation)) return {};
+    if (is_scalar(calculation)) return {};
     std::string text;
     for (const catalogue::Parameter& parameter : calculation.parameters) {
         const bool list = is_list(parameter.kind);
@@ -45,7 +46,7 @@ std::string usage_over_rows(const Calculation& calculation) {
         text.append(text.empty() ? "" : ", ").append(list ? "list(" : "").append(parameter.name);
         if (list) text.append(" ORDER BY ").append(order_words(calculation)).append(")");
     }
-    return adapters::function_name(calculation).append("(").append(text).append(")");
+    return function_name(calculation).append("(").append(text).append(")");
 }
 
 // ---- fin_help('price'), fin_help('fin_price')
@@ -53,12 +54,12 @@ std::string usage_over_rows(const Calculation& calculation) {
 std::string help(std::string_view name) {
     constexpr std::string_view prefix = "fin_";
     const Calculation* calculation = catalogue::find(name);
-    if (calculation == nullptr && adapters::lower_case(name).starts_with(prefix)) {
+    if (calculation == nullptr && catalogue::lower_case(name).starts_with(prefix)) {
         calculation = catalogue::find(name.substr(prefix.size()));
     }
-    if (calculation == nullptr) throw Refusal{"fin_help: there is no calculation " + std::string{name}};
-    std::string text = adapters::documentation(*calculation);
-    if (adapters::is_scalar(*calculation)) return text;
+    if (calculation == nullptr) throw std::invalid_argument{"fin_help: there is no calculation " + std::string{name}};
+    std::string text = documentation(*calculation);
+    if (is_scalar(*calculation)) return text;
     return text + "\nOver the rows of a group: " + usage_over_rows(*calculation) + '\n';
 }
 
@@ -96,8 +97,8 @@ struct TextColumn {
 };
 
 constexpr std::array text_columns{
-    TextColumn{"name", adapters::function_name},
-    TextColumn{"usage", adapters::usage},
+    TextColumn{"name", function_name},
+    TextColumn{"usage", usage},
     TextColumn{"over_rows", usage_over_rows},
     TextColumn{"answers", [](const Calculation& c) { return std::string{c.answers}; }},
     TextColumn{"family", [](const Calculation& c) { return std::string{family_of(c).title}; }},
@@ -152,4 +153,4 @@ void register_catalogue(duckdb_connection connection) {
     register_table(connection);
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

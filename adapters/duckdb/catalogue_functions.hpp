@@ -3,8 +3,8 @@
 
 #include "adapters/duckdb/duckdb_api.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 void register_catalogue(duckdb_connection connection);
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -6,7 +6,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/date_values.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 using host::Argument;
 using host::Column;
@@ -77,14 +77,14 @@ Column ChunkColumns::texts_of(duckdb_vector vector) {
     const auto texts = values_of<duckdb_string_t>(vector, rows_.rows());
     const std::size_t first = rows_.next(0);
     if (first == texts.size()) return Argument::absent_text();
-    const Argument basis = adapters::basis_argument(view(texts[first]));
+    const Argument basis = basis_argument(view(texts[first]));
     std::size_t row = rows_.next(first + 1);
     while (row < texts.size() && same(texts[first], texts[row])) row = rows_.next(row + 1);
     if (row == texts.size()) return basis;
 
     std::vector<Argument>& bases = bases_.emplace_back(texts.size(), basis);
     for (std::size_t before = first; row < texts.size(); row = rows_.next(row + 1)) {
-        bases[row] = same(texts[before], texts[row]) ? bases[before] : adapters::basis_argument(view(texts[row]));
+        bases[row] = same(texts[before], texts[row]) ? bases[before] : basis_argument(view(texts[row]));
         before = row;
     }
     return Column::arguments(bases.data());
@@ -101,4 +101,4 @@ void ChunkColumns::fill(std::vector<Argument>& arguments, std::size_t row) const
     for (std::size_t i = 0; i < columns_.size(); ++i) arguments[i] = columns_[i].argument(row);
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

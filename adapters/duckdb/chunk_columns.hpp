@@ -16,7 +16,7 @@
 #include "adapters/duckdb/signature.hpp"
 #include "host/batch.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 // Lives as long as the string of the vector does, which may hold its characters itself.
 std::string_view view(const duckdb_string_t& text);
@@ -51,4 +51,4 @@ private:
     std::deque<std::vector<host::Argument>> bases_{};  // of the columns of different texts
 };
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -6,7 +6,7 @@
 #include <limits>
 #include <optional>
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 inline constexpr double host_day_of_1970 = 3653.0;  // 10 years, 1960, 1964 and 1968 leap years
 inline constexpr std::int64_t microseconds_a_day = 86'400'000'000;
@@ -50,4 +50,4 @@ inline std::optional<std::int32_t> date_of_host_days(double host_days) {
     return static_cast<std::int32_t>(days);
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -8,7 +8,7 @@
 
 DUCKDB_EXTENSION_EXTERN
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 inline void destroy(duckdb_logical_type& type) { duckdb_destroy_logical_type(&type); }
 inline void destroy(duckdb_scalar_function& function) { duckdb_destroy_scalar_function(&function); }
@@ -49,4 +49,4 @@ void delete_kept(void* kept) {
     delete static_cast<T*>(kept);
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -8,7 +8,7 @@
 
 duckdb_ext_api_v1 duckdb_ext_api{};
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 namespace {
 
@@ -19,7 +19,7 @@ void keep(const duckdb_ext_api_v1& functions) {
 }
 
 void register_all(duckdb_connection connection) {
-    (void)adapters::shared_host();  // a module that does not load is told now, not by the first query
+    (void)shared_host();  // a module that does not load is told now, not by the first query
     for (const catalogue::Calculation& calculation : catalogue::calculations()) {
         register_scalar(connection, calculation);
     }
@@ -49,9 +49,9 @@ bool load(duckdb_extension_info info, const duckdb_extension_access& access) {
 
 }  // namespace
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb
 
 extern "C" __attribute__((visibility("default"))) bool zelkovan_init_c_api(duckdb_extension_info info,
                                                                            duckdb_extension_access* access) {
-    return finance::duckdb::load(info, *access);
+    return finance::adapters::duckdb::load(info, *access);
 }

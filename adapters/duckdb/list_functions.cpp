@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -10,10 +11,10 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
+#include "calls/lists.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
-using adapters::Answer;
 using catalogue::Calculation;
 
 namespace {
@@ -72,11 +73,13 @@ private:
     std::vector<const ListColumn*> of_parameter_;
 };
 
-Answer call_of_lists(const Calculation& calculation, std::span<const host::Argument> scalars,
-                     std::span<const std::span<const double>> lists) {
-    std::string fault = adapters::pairing_fault(calculation, lists);
-    if (!fault.empty()) return {.refusal = std::move(fault)};
-    return adapters::call(calculation, adapters::unrolled(calculation, scalars, lists));
+std::optional<double> call_of_lists(const Calculation& calculation, std::span<const host::Argument> scalars,
+                                    std::span<const std::span<const double>> lists) {
+    const auto sizes = [&](std::size_t i) { return lists[i].size(); };
+    if (const auto fault = calls::unpaired(calculation, lists.size(), sizes)) {
+        throw calls::CallRefused{calls::named_pairing_words(calculation, *fault)};
+    }
+    return call(calculation, calls::unrolled(calculation, scalars, lists));
 }
 
 }  // namespace
@@ -109,4 +112,4 @@ void answer_lists(const Signature& signature, duckdb_data_chunk chunk, duckdb_ve
     answers.finish(rows);
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

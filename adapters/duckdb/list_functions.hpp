@@ -11,8 +11,8 @@
 #include "adapters/duckdb/duckdb_api.hpp"
 #include "adapters/duckdb/signature.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 void answer_lists(const Signature& signature, duckdb_data_chunk chunk, duckdb_vector result);
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -4,7 +4,7 @@
 #include <bit>
 #include <cmath>
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 RowMask::RowMask(std::size_t rows) : words_((rows + word_bits - 1) / word_bits, ~0ULL), rows_{rows} {}
 
@@ -49,4 +49,4 @@ void RowMask::write_nulls(duckdb_vector result) const {
     }
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -8,7 +8,7 @@
 
 #include "adapters/duckdb/duckdb_api.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 struct Run {
     std::size_t first = 0;
@@ -26,7 +26,6 @@ public:
     void drop_missing(std::span<const double> column);  // NaN
 
     [[nodiscard]] std::size_t rows() const { return rows_; }
-    [[nodiscard]] bool holds(std::size_t row) const { return (words_[row / word_bits] >> (row % word_bits) & 1U) != 0; }
     // The first row left, from that one on; the number of rows where none is.
     [[nodiscard]] std::size_t next(std::size_t row) const { return next(row, 0); }
     // The next rows that stand together, from that one on; an empty run where none is left.
@@ -45,4 +44,4 @@ private:
     std::size_t rows_;
 };
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -5,30 +5,42 @@
 #include <string>
 #include <vector>
 
+#include "abi/zelkovan.h"
+#include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/list_functions.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 using catalogue::Calculation;
 
 namespace {
 
-// The rows of one run that stand together, in one batch. Where one is refused it is called again, for its sentence.
-void answer_run(const Calculation& calculation, const ChunkColumns& chunk, Run run, Answers& answers) {
+// What a batch says of its rows.
+struct Marks {
+    explicit Marks(std::size_t rows) : statuses(rows), flagged(rows) {}
+    std::vector<std::uint32_t> statuses;
+    std::vector<std::int32_t> flagged;
+};
+
+// The rows of one run that stand together, in one batch. CallRefused for the first that is.
+void answer_run(const Calculation& calculation, const ChunkColumns& chunk, Run run, Answers& answers, Marks& marks) {
     const auto columns = chunk.columns_from(run.first);
     const host::Batch batch{.name = calculation.name,
                             .columns = columns,
                             .rows = run.last - run.first,
-                            .results = &answers.values()[run.first]};
-    if (adapters::shared_host().evaluate_rows(batch) == 0) return;
+                            .results = &answers.values()[run.first],
+                            .statuses = marks.statuses.data(),
+                            .flagged = marks.flagged.data()};
+    if (shared_host().evaluate_rows(batch) == 0) return;
+    std::size_t row = 0;
+    while (marks.statuses[row] == ZELKOVAN_STATUS_SUCCESS) ++row;
     std::vector<host::Argument> arguments(columns.size(), host::Argument::absent());
-    for (std::size_t row = run.first; row < run.last; ++row) {
-        chunk.fill(arguments, row);
-        const adapters::Answer answer = adapters::call(calculation, arguments);
-        if (answer.verdict == adapters::Verdict::refused) throw Refusal{answer.refusal};
-    }
+    chunk.fill(arguments, run.first + row);
+    const host::Evaluation refused{
+        .status = marks.statuses[row], .flagged = marks.flagged[row], .log = {}, .notes = {}};
+    (void)value_of(calls::answer_of(calculation, arguments, refused));
 }
 
 struct Function {
@@ -48,7 +60,7 @@ void call(duckdb_function_info info, duckdb_data_chunk chunk, duckdb_vector resu
 void add(duckdb_scalar_function_set set, Function function) {
     const Calculation& calculation = *function.signature.calculation;
     const Owned<duckdb_scalar_function> added{duckdb_create_scalar_function()};
-    duckdb_scalar_function_set_name(added.get(), adapters::function_name(calculation).c_str());
+    duckdb_scalar_function_set_name(added.get(), function_name(calculation).c_str());
     for (std::size_t i = 0; i < function.signature.types.size(); ++i) {
         const Type type = function.signature.types[i];
         const bool list = is_list(calculation.parameters[i].kind);
@@ -59,7 +71,7 @@ void add(duckdb_scalar_function_set set, Function function) {
     auto kept = std::make_unique<Function>(std::move(function));
     duckdb_scalar_function_set_extra_info(added.get(), kept.release(), delete_kept<Function>);
     if (duckdb_add_scalar_function_to_set(set, added.get()) == DuckDBError) {
-        throw std::runtime_error{"DuckDB takes no function " + adapters::function_name(calculation)};
+        throw std::runtime_error{"DuckDB takes no function " + function_name(calculation)};
     }
 }
 
@@ -70,21 +82,22 @@ void answer_rows(const Signature& signature, duckdb_data_chunk chunk, duckdb_vec
     for (const Type type : signature.types) columns.read(type);
     RowMask& rows = columns.rows();
     Answers answers{*signature.calculation, result, rows.rows()};
+    Marks marks{rows.rows()};
     for (Run run = rows.next_run(0); !run.empty(); run = rows.next_run(run.last)) {
-        answer_run(*signature.calculation, columns, run, answers);
+        answer_run(*signature.calculation, columns, run, answers, marks);
     }
     rows.drop_missing(answers.values());
     answers.finish(rows);
 }
 
 void register_scalar(duckdb_connection connection, const Calculation& calculation) {
-    const std::string name = adapters::function_name(calculation);
+    const std::string name = function_name(calculation);
     const Owned<duckdb_scalar_function_set> set{duckdb_create_scalar_function_set(name.c_str())};
-    const AnswerChunk answer = adapters::is_scalar(calculation) ? answer_rows : answer_lists;
+    const AnswerChunk answer = is_scalar(calculation) ? answer_rows : answer_lists;
     for (Signature& signature : signatures(calculation)) add(set.get(), {std::move(signature), answer});
     if (duckdb_register_scalar_function_set(connection, set.get()) == DuckDBError) {
         throw std::runtime_error{"DuckDB registers no function " + name};
     }
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

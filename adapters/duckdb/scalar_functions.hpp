@@ -4,7 +4,7 @@
 #include "adapters/duckdb/duckdb_api.hpp"
 #include "adapters/duckdb/signature.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 // How one chunk is answered, row by row or at once. Throws with the sentence of the first row that is refused.
 using AnswerChunk = void (*)(const Signature& signature, duckdb_data_chunk chunk, duckdb_vector result);
@@ -14,4 +14,4 @@ void answer_rows(const Signature& signature, duckdb_data_chunk chunk, duckdb_vec
 // The calculation's function with all its signatures.
 void register_scalar(duckdb_connection connection, const catalogue::Calculation& calculation);
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -5,7 +5,7 @@
 
 #include "adapters/common/engine_call.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 using catalogue::Calculation;
 using catalogue::Kind;
@@ -51,8 +51,7 @@ duckdb_type code(Type type) {
 
 std::vector<Signature> signatures(const Calculation& calculation) {
     std::vector<Signature> all;
-    for (std::size_t count = adapters::fewest_parameters(calculation); count <= calculation.parameters.size();
-         ++count) {
+    for (std::size_t count = fewest_parameters(calculation); count <= calculation.parameters.size(); ++count) {
         const auto given = calculation.parameters.first(count);
         for (const Type dates : ways_of_dates(given)) {
             for (const Type basis : ways_of_bases(given)) {
@@ -78,4 +77,4 @@ Owned<duckdb_logical_type> result_type(const Calculation& calculation) {
     return logical_type(calculation.result == ResultKind::date ? Type::date : Type::number);
 }
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -15,7 +15,7 @@
 #include "adapters/duckdb/duckdb_api.hpp"
 #include "catalogue/catalogue.hpp"
 
-namespace finance::duckdb {
+namespace finance::adapters::duckdb {
 
 enum class Type : std::uint8_t { number, date, timestamp, text };  // of a value, or of each value of a list
 
@@ -31,4 +31,4 @@ Owned<duckdb_logical_type> list_type(Type type);
 // DATE where the calculation answers a date, else DOUBLE.
 Owned<duckdb_logical_type> result_type(const catalogue::Calculation& calculation);
 
-}  // namespace finance::duckdb
+}  // namespace finance::adapters::duckdb

@@ -6,6 +6,7 @@
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/row_loop.hpp"
+#include "calls/lists.hpp"
 
 namespace finance::adapters::numpy {
 
@@ -71,8 +72,8 @@ std::size_t call_lists(const Calculation& calculation, std::span<const RowValues
             continue;
         }
         results[i] = refused_answer;
-        if (pairing_fault(calculation, row.lists).empty()) {
-            const auto arguments = unrolled(calculation, row.scalars, row.lists);
+        if (!calls::unpaired(calculation, row.lists.size(), [&](std::size_t k) { return row.lists[k].size(); })) {
+            const auto arguments = calls::unrolled(calculation, row.scalars, row.lists);
             const host::Evaluation evaluation = shared_host().evaluate(calculation.name, arguments);
             if (evaluation.answered()) results[i] = std::isnan(evaluation.value) ? missing_answer : evaluation.value;
             refused += evaluation.answered() ? 0U : 1U;

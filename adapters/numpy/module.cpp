@@ -13,6 +13,7 @@
 #include "adapters/numpy/row_loop.hpp"
 #include "adapters/numpy/ufuncs.hpp"
 #include "catalogue/host_date.hpp"
+#include "catalogue/text_case.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::adapters::numpy {
@@ -28,10 +29,11 @@ constexpr std::size_t longest_keyword_text = 255;
 // As the module looks a keyword up: without blanks, in any case.
 PyObject* keyword_code(std::string_view text) {
     if (text.size() > longest_keyword_text) Py_RETURN_NONE;
-    std::string word = lower_case(text);
+    std::string word = catalogue::lower_case(text);
     std::erase(word, ' ');
     for (std::size_t code = 0; code < catalogue::basis_keywords.size(); ++code) {
-        if (word == lower_case(catalogue::basis_keywords[code])) return PyFloat_FromDouble(static_cast<double>(code));
+        if (word == catalogue::lower_case(catalogue::basis_keywords[code]))
+            return PyFloat_FromDouble(static_cast<double>(code));
     }
     Py_RETURN_NONE;
 }

@@ -8,7 +8,8 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/catalogue_objects.hpp"
 #include "adapters/numpy/list_rows.hpp"
-#include "catalogue/diagnosis.hpp"
+#include "calls/answer.hpp"
+#include "calls/lists.hpp"
 #include "catalogue/layout.hpp"
 
 namespace finance::adapters::numpy {
@@ -42,18 +43,6 @@ struct OneCall {
     }
 };
 
-catalogue::Given as_given(const host::Argument& argument) {
-    if (argument.kind() == host::Argument::Kind::text) return argument.text();
-    return argument.number();
-}
-
-// The argument at fault; 0 where there is none.
-int fault_of(const Calculation& calculation, std::span<const host::Argument> arguments) {
-    std::vector<catalogue::Given> values(arguments.size());
-    std::ranges::transform(arguments, values.begin(), as_given);
-    return argument_at_fault(calculation, values, shared_host().evaluate(calculation.name, arguments).flagged);
-}
-
 PyObject* described(const Calculation& calculation, const std::string& sentence, int position, std::size_t values) {
     const Owned text = python_text(sentence);
     if (!text) return nullptr;
@@ -82,12 +71,15 @@ PyObject* refusal_of(PyObject* /*module*/, PyObject* arguments) {
             PyErr_SetString(PyExc_TypeError, "too many arguments");
             return nullptr;
         }
-        const std::string unpaired = pairing_fault(*calculation, one.lists);
-        if (!unpaired.empty()) return described(*calculation, unpaired, 0, 0);
-        const auto unrolled_arguments = unrolled(*calculation, one.scalars, one.lists);
-        const Answer answer = call(*calculation, unrolled_arguments);
-        return described(*calculation, answer.refusal, fault_of(*calculation, unrolled_arguments),
-                         unrolled_arguments.size());
+        const auto sizes = [&](std::size_t i) { return one.lists[i].size(); };
+        if (const auto lists = calls::unpaired(*calculation, one.lists.size(), sizes)) {
+            return described(*calculation, calls::named_pairing_words(*calculation, *lists), 0, 0);
+        }
+        const auto unrolled = calls::unrolled(*calculation, one.scalars, one.lists);
+        const host::Evaluation evaluation = shared_host().evaluate(calculation->name, unrolled);
+        const calls::Answer answer = calls::answer_of(*calculation, unrolled, evaluation);
+        const std::string sentence = evaluation.answered() ? "" : answer.named_sentence();
+        return described(*calculation, sentence, answer.position(), unrolled.size());
     });
 }
 

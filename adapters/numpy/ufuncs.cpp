@@ -10,6 +10,7 @@
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/row_loop.hpp"
+#include "catalogue/text_case.hpp"
 
 namespace finance::adapters::numpy {
 
@@ -35,7 +36,7 @@ Raw& make_raw(const catalogue::Calculation& calculation, std::size_t arguments) 
     static std::deque<Raw> all;
     Raw& raw = all.emplace_back();
     raw.function = {&calculation, arguments};
-    raw.name = lower_case(calculation.name) + '_' + std::to_string(arguments);
+    raw.name = catalogue::lower_case(calculation.name) + '_' + std::to_string(arguments);
     raw.text = std::string{calculation.answers} +
                ".\n\nDates are days since 1960-01-01, a basis is its code. NaN where a "
                "value is missing, where there is no answer, and where the call is refused.";
@@ -57,7 +58,7 @@ bool import_numpy() { return _import_umath() >= 0; }
 Owned make_ufuncs(PyObject* module, const catalogue::Calculation& calculation) {
     Owned ufuncs{PyDict_New()};
     if (!ufuncs || !is_scalar(calculation)) return ufuncs;
-    for (std::size_t n = fewest_parameters(calculation); n <= all_parameters(calculation); ++n) {
+    for (std::size_t n = fewest_parameters(calculation); n <= calculation.parameters.size(); ++n) {
         Raw& raw = make_raw(calculation, n);
         const Owned ufunc = make_ufunc(raw);
         const Owned count{PyLong_FromSize_t(n)};

@@ -1,7 +1,9 @@
 #include "adapters/postgresql/calls.hpp"
 
+#include <bit>
 #include <cmath>
 #include <exception>
+#include <memory>
 #include <new>
 #include <span>
 #include <string>
@@ -9,8 +11,9 @@
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/postgresql/prepared_call.hpp"
 #include "adapters/postgresql/signatures.hpp"
+#include "calls/lists.hpp"
+#include "host/prepared_call.hpp"
 
 namespace finance::adapters::postgresql {
 
@@ -25,9 +28,9 @@ Outcome guarded(Make make) noexcept {
     try {
         return make();
     } catch (const std::bad_alloc&) {
-        return {.verdict = Verdict::no_memory};
+        return {.trouble = Trouble::no_memory};
     } catch (const std::exception& fault) {
-        return {.verdict = Verdict::failed, .sentence = kept(fault.what())};
+        return {.sentence = kept(fault.what())};
     } catch (...) {
         return {};
     }
@@ -46,44 +49,28 @@ std::vector<host::Argument> arguments_of(const Calculation& calculation, const R
             scalars.emplace_back(row.numbers[i]);
         }
     }
-    return unrolled(calculation, scalars, lists);
+    return calls::unrolled(calculation, scalars, lists);
 }
 
-// Missing values are never handed over: without a flag no argument is at fault.
-Outcome refused(const Calculation& calculation, std::span<const host::Argument> arguments,
-                const host::Evaluation& evaluation) {
-    const bool at_fault = evaluation.flagged > 0 || !evaluation.log.empty();
-    const std::string sentence = adapters::call(calculation, arguments).refusal;
-    if (!at_fault) return {.verdict = Verdict::no_answer, .sentence = kept(sentence)};
-    return {.verdict = Verdict::refused, .sentence = kept(sentence), .usage = kept(sql_usage(calculation))};
+Outcome refused(const Calculation& calculation, const std::string& sentence) {
+    return {.trouble = Trouble::argument, .sentence = kept(sentence), .usage = kept(sql_usage(calculation))};
 }
 
 Outcome outcome_of(const Calculation& calculation, const host::Evaluation& evaluation, const Row& row) {
-    if (evaluation.answered()) {
-        if (std::isnan(evaluation.value)) return {.verdict = Verdict::missing};
+    if (evaluation.answered() && !std::isnan(evaluation.value)) {
         return {.verdict = Verdict::answered, .value = evaluation.value};
     }
-    return refused(calculation, arguments_of(calculation, row), evaluation);
-}
-
-// Two lists belong together value by value; empty where all do.
-std::string unpaired(const Calculation& calculation, const Row& row) {
-    for (std::size_t i = 1; i < row.count; ++i) {
-        const auto& first = calculation.parameters[i - 1];
-        const auto& second = calculation.parameters[i];
-        if (!is_list(first.kind) || !is_list(second.kind) || row.lists[i - 1].size == row.lists[i].size) continue;
-        return std::string{calculation.name} + ": " + snake_case(first.name) + " and " + snake_case(second.name) +
-               " do not pair up: " + std::to_string(row.lists[i - 1].size) + " and " +
-               std::to_string(row.lists[i].size) + " values";
-    }
-    return {};
+    const std::vector<host::Argument> arguments = arguments_of(calculation, row);
+    const calls::Answer answer = calls::answer_of(calculation, arguments, evaluation);
+    if (answer.verdict() == Verdict::missing) return {.verdict = Verdict::missing};
+    const bool at_fault = answer.position() > 0 || !evaluation.log.empty();
+    if (at_fault) return refused(calculation, answer.named_sentence());
+    return {.trouble = Trouble::no_answer, .sentence = kept(answer.named_sentence())};
 }
 
 Outcome call_with_lists(const Calculation& calculation, const Row& row) {
-    const std::string sentence = unpaired(calculation, row);
-    if (!sentence.empty()) {
-        return {.verdict = Verdict::refused, .sentence = kept(sentence), .usage = kept(sql_usage(calculation))};
-    }
+    const auto lists = calls::unpaired(calculation, row.count, [&](std::size_t i) { return row.lists[i].size; });
+    if (lists) return refused(calculation, std::string{calculation.name} + ": " + pairing_words(*lists, snake_case));
     return outcome_of(calculation, shared_host().evaluate(calculation.name, arguments_of(calculation, row)), row);
 }
 
@@ -93,16 +80,34 @@ Outcome call(const Calculation& calculation, const Row& row) noexcept {
     return guarded([&] { return call_with_lists(calculation, row); });
 }
 
+// A server's process is one thread, and a call asks for no other. Rows of a query lie at one address.
+struct PreparedCall {
+    const Calculation& calculation;
+    host::PreparedCall call{calculation.name};
+
+    host::Evaluation make(const Row& row) {
+        call.lay_out(row.count, row.texts_given, row.numbers);
+        for (std::uint32_t texts = row.texts_given; texts != 0; texts &= texts - 1) {
+            const auto i = static_cast<std::size_t>(std::countr_zero(texts));
+            call.set_text(i, {row.texts[i].first, row.texts[i].size});
+        }
+        return call.make(shared_host());
+    }
+};
+
 PreparedCall* prepared_call(const Calculation& calculation) noexcept {
     try {
-        return &PreparedCall::of(calculation);
+        static std::vector<std::unique_ptr<PreparedCall>> prepared(catalogue::calculations().size());
+        auto& call = prepared[static_cast<std::size_t>(&calculation - catalogue::calculations().data())];
+        if (!call) call = std::make_unique<PreparedCall>(PreparedCall{calculation});
+        return call.get();
     } catch (...) {
         return nullptr;
     }
 }
 
 Outcome call(PreparedCall& prepared, const Row& row) noexcept {
-    return guarded([&] { return outcome_of(prepared.calculation(), prepared.make(row), row); });
+    return guarded([&] { return outcome_of(prepared.calculation, prepared.make(row), row); });
 }
 
 }  // namespace finance::adapters::postgresql

@@ -9,14 +9,17 @@
 #include <type_traits>
 
 #include "adapters/postgresql/signatures.hpp"
+#include "calls/answer.hpp"
 #include "catalogue/catalogue.hpp"
 
 namespace finance::adapters::postgresql {
 
-enum class Verdict : std::uint8_t {
-    answered,
-    missing,
-    refused,    // an argument breaks its rule
+using calls::Verdict;
+
+// What keeps a call from having an answer or a missing one.
+enum class Trouble : std::uint8_t {
+    none,
+    argument,   // breaks its rule
     no_answer,  // no argument is at fault
     no_memory,
     failed,  // by a fault of the adapter
@@ -24,10 +27,11 @@ enum class Verdict : std::uint8_t {
 
 // Texts are in the server's memory; null where there was none left for them.
 struct Outcome {
-    Verdict verdict = Verdict::failed;
-    double value = 0.0;              // answered
-    const char* sentence = nullptr;  // anything but answered and missing
-    const char* usage = nullptr;     // refused
+    Verdict verdict = Verdict::refused;
+    Trouble trouble = Trouble::failed;  // refused
+    double value = 0.0;                 // answered
+    const char* sentence = nullptr;     // refused
+    const char* usage = nullptr;        // an argument
 };
 
 // What a call is given: one entry a parameter, in the array of its kind; the others' are not set.
@@ -66,7 +70,7 @@ const catalogue::Calculation& calculation_at(std::size_t index) noexcept;
 Outcome call(const catalogue::Calculation& calculation, const Row& row) noexcept;
 
 // A call without lists, again and again. The prepared one lives as long as the process; null where there is no memory.
-class PreparedCall;
+struct PreparedCall;
 PreparedCall* prepared_call(const catalogue::Calculation& calculation) noexcept;
 Outcome call(PreparedCall& prepared, const Row& row) noexcept;
 

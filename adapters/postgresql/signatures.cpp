@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "adapters/common/engine_call.hpp"
+#include "catalogue/text_case.hpp"
 
 namespace finance::adapters::postgresql {
 
@@ -19,7 +20,7 @@ std::string snake_case(std::string_view name) {
         if (c >= 'A' && c <= 'Z') snake += '_';
         snake += c;
     }
-    return lower_case(snake);
+    return catalogue::lower_case(snake);
 }
 
 std::string entry_name(const Calculation& calculation) { return "zelkovan_" + function_name(calculation); }

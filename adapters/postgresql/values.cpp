@@ -98,13 +98,13 @@ namespace {
 
 [[noreturn]] void report(const Outcome& outcome) {
     const char* sentence = outcome.sentence != nullptr ? outcome.sentence : "a call failed, and no memory to say why";
-    switch (outcome.verdict) {
-        case Verdict::refused:
+    switch (outcome.trouble) {
+        case Trouble::argument:
             ereport(ERROR, (errcode(ERRCODE_INVALID_PARAMETER_VALUE), errmsg("%s", sentence),
                             outcome.usage != nullptr ? errhint("Usage: %s", outcome.usage) : 0));
-        case Verdict::no_answer:
+        case Trouble::no_answer:
             ereport(ERROR, (errcode(ERRCODE_NUMERIC_VALUE_OUT_OF_RANGE), errmsg("%s", sentence)));
-        case Verdict::no_memory:
+        case Trouble::no_memory:
             ereport(ERROR, (errcode(ERRCODE_OUT_OF_MEMORY), errmsg("out of memory")));
         default:
             ereport(ERROR, (errcode(ERRCODE_INTERNAL_ERROR), errmsg("%s", sentence)));

@@ -9,7 +9,7 @@
 #include "adapters/sqlite/results.hpp"
 #include "adapters/sqlite/signatures.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 using catalogue::Calculation;
 
@@ -81,7 +81,7 @@ void finish(sqlite3_context* context) {
 }  // namespace
 
 int register_aggregate(sqlite3* database, const Calculation& calculation) {
-    const std::string name = adapters::function_name(calculation);
+    const std::string name = function_name(calculation);
     constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
     auto* row = const_cast<Calculation*>(&calculation);  // handed back as it is
     int status = SQLITE_OK;
@@ -93,4 +93,4 @@ int register_aggregate(sqlite3* database, const Calculation& calculation) {
     return status;
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

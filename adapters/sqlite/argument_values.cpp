@@ -7,7 +7,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/date_values.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 using catalogue::Kind;
 using catalogue::Parameter;
@@ -33,7 +33,7 @@ bool read_date_text(const Parameter& parameter, sqlite3_value* value, host::Argu
 bool read_text(const Parameter& parameter, sqlite3_value* value, host::Argument& argument) {
     if (is_dated(parameter.kind)) return read_date_text(parameter, value, argument);
     if (parameter.kind == Kind::basis) {
-        argument = adapters::basis_argument(text_of(value));
+        argument = basis_argument(text_of(value));
         return true;
     }
     if (sqlite3_value_numeric_type(value) == SQLITE_TEXT) return false;
@@ -79,4 +79,4 @@ std::string unreadable(const catalogue::Calculation& calculation, std::size_t pa
     return sentence.append("): ").append(fault(at_fault.kind, value));
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

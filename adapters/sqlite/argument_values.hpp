@@ -12,7 +12,7 @@
 #include "catalogue/catalogue.hpp"
 #include "host/embedded_host.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 inline bool is_null(sqlite3_value* value) { return sqlite3_value_type(value) == SQLITE_NULL; }
 
@@ -25,4 +25,4 @@ inline bool read_argument(const catalogue::Parameter& parameter, sqlite3_value* 
 // Why read_argument refused it: "PRICE: argument 4 (yield): 'abc' is not a number".
 std::string unreadable(const catalogue::Calculation& calculation, std::size_t parameter, sqlite3_value* value);
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -11,7 +11,7 @@
 #include "adapters/sqlite/signatures.hpp"
 #include "catalogue/wording.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 using catalogue::Calculation;
 
@@ -39,8 +39,8 @@ struct Column {
 };
 
 constexpr std::array columns{
-    Column{"name TEXT", give<adapters::function_name>},
-    Column{"kind TEXT", give<[](const Calculation& c) { return adapters::is_scalar(c) ? "scalar" : "aggregate"; }>},
+    Column{"name TEXT", give<function_name>},
+    Column{"kind TEXT", give<[](const Calculation& c) { return is_scalar(c) ? "scalar" : "aggregate"; }>},
     Column{"family TEXT", give<[](const Calculation& c) { return catalogue::family_of(c).title; }>},
     Column{"arguments TEXT", give<argument_names>},
     Column{"fewest INTEGER", give<fewest_arguments>},
@@ -83,4 +83,4 @@ void CatalogueRows::column(sqlite3_context* context, int i) const {
     columns.at(static_cast<std::size_t>(i)).give(context, catalogue::calculations()[row_]);
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

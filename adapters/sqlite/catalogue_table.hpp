@@ -6,7 +6,7 @@
 
 #include "adapters/sqlite/sqlite_api.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 class CatalogueRows {
 public:
@@ -24,4 +24,4 @@ private:
     std::size_t row_ = 0;
 };
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

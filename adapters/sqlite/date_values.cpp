@@ -2,7 +2,7 @@
 
 #include "catalogue/host_date.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 namespace {
 
@@ -70,4 +70,4 @@ double number_of_host_days(double host_days) {
     return host_days >= first_julian_day ? host_days + julian_day_of_host_day_0 : host_days;
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -10,7 +10,7 @@
 #include <optional>
 #include <string_view>
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 // Host days: days since 1960-01-01, a time of day as a fraction.
 std::optional<double> host_days_of_text(std::string_view text);
@@ -18,4 +18,4 @@ double host_days_of_number(double number);
 
 double number_of_host_days(double host_days);
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -13,7 +13,7 @@
 
 SQLITE_EXTENSION_INIT1
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 namespace {
 
@@ -27,8 +27,7 @@ void keep_routines(const sqlite3_api_routines* routines) {
 }
 
 int register_calculation(sqlite3* database, const catalogue::Calculation& calculation) {
-    return adapters::is_scalar(calculation) ? register_scalar(database, calculation)
-                                            : register_aggregate(database, calculation);
+    return is_scalar(calculation) ? register_scalar(database, calculation) : register_aggregate(database, calculation);
 }
 
 template <typename Rows>
@@ -56,7 +55,7 @@ int load(sqlite3* database, char** sentence) {
     if (sqlite3_libversion_number() < oldest_version) {
         return refuse(sentence, "SQLite 3.31 or later is needed, this is " + std::string{sqlite3_libversion()});
     }
-    (void)adapters::shared_host();
+    (void)shared_host();
     const int status = register_everything(database);
     if (status != SQLITE_OK) return refuse(sentence, sqlite3_errmsg(database));
     return SQLITE_OK_LOAD_PERMANENTLY;
@@ -64,17 +63,17 @@ int load(sqlite3* database, char** sentence) {
 
 }  // namespace
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite
 
 extern "C" __attribute__((visibility("default"))) int sqlite3_zelkovansqlite_init(
     sqlite3* database, char** sentence, const sqlite3_api_routines* routines) {
     try {
-        finance::sqlite::keep_routines(routines);
-        return finance::sqlite::load(database, sentence);
+        finance::adapters::sqlite::keep_routines(routines);
+        return finance::adapters::sqlite::load(database, sentence);
     } catch (const std::bad_alloc&) {
         return SQLITE_NOMEM;
     } catch (const std::exception& fault) {
-        return finance::sqlite::refuse(sentence, fault.what());
+        return finance::adapters::sqlite::refuse(sentence, fault.what());
     }
 }
 

@@ -4,12 +4,11 @@
 #include <stdexcept>
 #include <string>
 
+#include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/argument_values.hpp"
+#include "calls/lists.hpp"
 
-namespace finance::sqlite {
-
-using adapters::Answer;
-using adapters::Verdict;
+namespace finance::adapters::sqlite {
 
 // Values are moved down when half are gone: each is moved once on the average.
 void Flows::pop() {
@@ -99,21 +98,21 @@ void FlowWindow::leave(std::span<sqlite3_value*> row) {
 
 // ---- Answers
 
-const Answer& FlowWindow::answer() {
+std::optional<double> FlowWindow::answer() {
     if (!answer_) answer_ = calculated();
     return *answer_;
 }
 
-Answer FlowWindow::calculated() const {
-    if (!whole_ || rows_with_null_ > 0 || runs_.empty()) return {.verdict = Verdict::missing};
-    if (runs_.size() > 1) return {.refusal = changed_scalar()};
+std::optional<double> FlowWindow::calculated() const {
+    if (!whole_ || rows_with_null_ > 0 || runs_.empty()) return {};
+    if (runs_.size() > 1) throw calls::CallRefused{changed_scalar()};
     std::vector<host::Argument> scalars;
     std::vector<std::span<const double>> lists;
     for (std::size_t i = 0; i < row_.size(); ++i) {
         scalars.push_back(runs_.front().scalars[i].argument());
         lists.push_back(lists_[i].values());
     }
-    return adapters::call(calculation_, adapters::unrolled(calculation_, scalars, lists));
+    return call(calculation_, calls::unrolled(calculation_, scalars, lists));
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -11,12 +11,12 @@
 #include <span>
 #include <vector>
 
-#include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/sqlite_api.hpp"
 #include "adapters/sqlite/sqlite_memory.hpp"
 #include "catalogue/catalogue.hpp"
+#include "host/embedded_host.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 // The values of one list, first in, first out, side by side in memory.
 class Flows {
@@ -41,8 +41,8 @@ public:
     // With the values that the row had when it came.
     void leave(std::span<sqlite3_value*> row);
 
-    // Calculated once for the same rows, since a frame of the whole partition is asked for in each of its rows.
-    [[nodiscard]] const adapters::Answer& answer();
+    // Nothing where it is missing. Calculated once for the same rows, since a frame of the whole partition is asked for in each of its rows.
+    [[nodiscard]] std::optional<double> answer();
 
 private:
     struct Scalar {
@@ -63,15 +63,15 @@ private:
     [[nodiscard]] bool belongs_to(const Run& run) const;
     void count_in_run();
     [[nodiscard]] std::string changed_scalar() const;
-    [[nodiscard]] adapters::Answer calculated() const;
+    [[nodiscard]] std::optional<double> calculated() const;
 
     const catalogue::Calculation& calculation_;
     Vector<host::Argument> row_;  // the row that is entering
     Vector<Flows> lists_;         // one an argument; empty for scalars
     Deque<Run> runs_;
     std::size_t rows_with_null_ = 0;
-    std::optional<adapters::Answer> answer_{};
-    bool whole_ = true;  // every row could be read
+    std::optional<std::optional<double>> answer_{};  // of the rows that are there, once it was wanted
+    bool whole_ = true;                              // every row could be read
 };
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -5,13 +5,14 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/argument_values.hpp"
 #include "adapters/sqlite/table_function.hpp"
 #include "catalogue/number_text.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 using catalogue::Calculation;
 
@@ -34,18 +35,6 @@ double number_of(std::size_t i, sqlite3_value* value) {
     host::Argument argument = 0.0;
     if (read_argument(loan_calculation().parameters[i], value, argument)) return argument.number();
     throw std::invalid_argument{unreadable(loan_calculation(), i, value)};
-}
-
-double level_payment(std::span<const host::Argument> arguments) {
-    const host::Evaluation evaluation = adapters::shared_host().evaluate("PMT", arguments);
-    if (evaluation.answered()) return evaluation.value;
-    throw std::invalid_argument{adapters::refusal(loan_calculation(), arguments, evaluation.flagged)};
-}
-
-double part(std::string_view name, std::span<const host::Argument> arguments) {
-    const adapters::Answer answer = adapters::call(*catalogue::find(name), arguments);
-    if (answer.verdict == adapters::Verdict::refused) throw std::invalid_argument{answer.refusal};
-    return answer.verdict == adapters::Verdict::answered ? answer.value : std::numeric_limits<double>::quiet_NaN();
 }
 
 // PMT takes an nper of 2^32 + 1 for 1.
@@ -93,45 +82,39 @@ int LoanRows::plan(sqlite3_vtab& table, sqlite3_index_info& info) {
 }
 
 void LoanRows::begin(std::span<sqlite3_value*> arguments) {
-    period_ = 1;
+    row_ = {.period = 1};
     periods_ = 0;
     if (std::ranges::any_of(arguments, is_null)) return;
     for (std::size_t i = 0; i < argument_count; ++i) arguments_[i] = number_of(i, arguments[i]);
     const auto [rate, nper, pv] = arguments_;
-    payment_ = level_payment(std::array<host::Argument, argument_count>{rate, nper, pv});
+    loan_.emplace(shared_host(), name, std::vector<host::Argument>{rate, nper, pv});
     periods_ = period_count(nper);
-    balance_ = pv;
-    calculate();
+    if (!at_end()) row_ = loan_->next_payment();
 }
 
 void LoanRows::next() {
-    ++period_;
-    if (!at_end()) calculate();
-}
-
-void LoanRows::calculate() {
-    const auto [rate, nper, pv] = arguments_;
-    const std::array<host::Argument, 4> of_period{rate, period_, nper, pv};
-    interest_ = part("IPMT", of_period);
-    principal_ = part("PPMT", of_period);
-    balance_ += principal_;
+    if (row_.period < periods_) {
+        row_ = loan_->next_payment();
+    } else {
+        ++row_.period;
+    }
 }
 
 void LoanRows::column(sqlite3_context* context, int i) const {
     switch (i) {
         case period:
-            return sqlite3_result_int64(context, period_);
+            return sqlite3_result_int64(context, row_.period);
         case payment:
-            return sqlite3_result_double(context, payment_);
+            return sqlite3_result_double(context, row_.payment);
         case interest:
-            return sqlite3_result_double(context, interest_);
+            return sqlite3_result_double(context, row_.interest);
         case principal:
-            return sqlite3_result_double(context, principal_);
+            return sqlite3_result_double(context, row_.principal);
         case balance:
-            return sqlite3_result_double(context, balance_);
+            return sqlite3_result_double(context, row_.balance);
         default:
             return sqlite3_result_double(context, arguments_.at(static_cast<std::size_t>(i) - first_argument));
     }
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

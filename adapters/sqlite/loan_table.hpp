@@ -1,18 +1,18 @@
 // fin_schedule_loan(rate, nper, pv): the payments of a loan, one a row.
 //
-//  (1) Payment, interest and principal are PMT, IPMT and PPMT of the period; the balance is pv plus the principal so far.
-//  (2) Rows are calculated as they are read.
-//  (3) A null argument gives no rows.
+//  (1) Rows are those of calls/loan_schedule.hpp, calculated as they are read.
+//  (2) A null argument gives no rows.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
-#include <string_view>
 
 #include "adapters/sqlite/sqlite_api.hpp"
+#include "calls/loan_schedule.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 class LoanRows {
 public:
@@ -23,21 +23,16 @@ public:
 
     static int plan(sqlite3_vtab& table, sqlite3_index_info& info);
     void begin(std::span<sqlite3_value*> arguments);
-    [[nodiscard]] bool at_end() const { return period_ > periods_; }
+    [[nodiscard]] bool at_end() const { return row_.period > periods_; }
     void next();
     void column(sqlite3_context* context, int i) const;
-    [[nodiscard]] sqlite3_int64 number() const { return period_; }
+    [[nodiscard]] sqlite3_int64 number() const { return row_.period; }
 
 private:
-    void calculate();
-
     std::array<double, 3> arguments_{};  // rate, nper, pv
+    std::optional<calls::LoanSchedule> loan_{};
+    calls::LoanRow row_;
     std::int64_t periods_ = 0;
-    std::int64_t period_ = 1;
-    double payment_ = 0.0;
-    double interest_ = 0.0;
-    double principal_ = 0.0;
-    double balance_ = 0.0;
 };
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -6,7 +6,7 @@
 #include "adapters/sqlite/date_values.hpp"
 #include "catalogue/host_date.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 namespace {
 
@@ -30,22 +30,10 @@ void give_error(sqlite3_context* context, std::string_view sentence) {
     sqlite3_result_error(context, sentence.data(), static_cast<int>(std::min(sentence.size(), longest)));
 }
 
-void give_value(sqlite3_context* context, const catalogue::Calculation& calculation, double value) {
-    if (calculation.result == catalogue::ResultKind::date) {
-        give_date(context, value);
-    } else {
-        sqlite3_result_double(context, value);
-    }
+void give_answer(sqlite3_context* context, const catalogue::Calculation& calculation, std::optional<double> value) {
+    if (!value) return sqlite3_result_null(context);
+    if (calculation.result == catalogue::ResultKind::date) return give_date(context, *value);
+    sqlite3_result_double(context, *value);
 }
 
-void give_answer(sqlite3_context* context, const catalogue::Calculation& calculation, const adapters::Answer& answer) {
-    if (answer.verdict == adapters::Verdict::missing) {
-        sqlite3_result_null(context);
-    } else if (answer.verdict == adapters::Verdict::refused) {
-        give_error(context, answer.refusal);
-    } else {
-        give_value(context, calculation, answer.value);
-    }
-}
-
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -3,21 +3,19 @@
 
 #include <exception>
 #include <new>
+#include <optional>
 #include <string_view>
 
-#include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/sqlite_api.hpp"
+#include "catalogue/catalogue.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 void give_text(sqlite3_context* context, std::string_view text);
 void give_error(sqlite3_context* context, std::string_view sentence);
 
-// A date is ISO text where it has one.
-void give_value(sqlite3_context* context, const catalogue::Calculation& calculation, double value);
-
-// The value, null where it is missing, an error where the call was refused.
-void give_answer(sqlite3_context* context, const catalogue::Calculation& calculation, const adapters::Answer& answer);
+// The value, or null; a date is ISO text where it has one.
+void give_answer(sqlite3_context* context, const catalogue::Calculation& calculation, std::optional<double> value);
 
 // Does the work that SQLite asked for; what it throws becomes the statement's error.
 template <typename Work>
@@ -31,4 +29,4 @@ void or_error(sqlite3_context* context, Work work) noexcept {
     }
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -1,7 +1,8 @@
 #include "adapters/sqlite/scalar_functions.hpp"
 
-#include <cmath>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <vector>
@@ -10,74 +11,62 @@
 #include "adapters/sqlite/argument_values.hpp"
 #include "adapters/sqlite/results.hpp"
 #include "adapters/sqlite/signatures.hpp"
-#include "host/call_frame.hpp"
+#include "host/prepared_call.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 using catalogue::Calculation;
 using host::Argument;
 
 namespace {
 
-// The call record of one registered function, laid out anew only where an argument changes between number and text: the
-// slots point to the arguments, which stay where they are. SQLite lets one thread at a time into a connection, and a
-// calculation calls no function.
+// The calls of one registered function. SQLite lets one thread at a time into a connection, and a calculation calls no
+// function.
 class CallRecord {
 public:
     CallRecord(const Calculation& calculation, std::size_t arguments)
-        : calculation_{calculation}, arguments_(arguments, Argument{0.0}) {
-        lay_out();
-    }
+        : calculation_{calculation},
+          arguments_(arguments, Argument{0.0}),
+          numbers_(arguments),
+          call_{calculation.name} {}
 
     // A null anywhere is the answer, whatever the others are.
     void answer(sqlite3_context* context, std::span<sqlite3_value*> values);
 
 private:
-    void lay_out() { frame_.fill(calculation_.name, arguments_, 0, false); }
-    void put(std::size_t i, const Argument& argument);
-    void evaluate(sqlite3_context* context);
+    [[nodiscard]] host::Evaluation evaluation();
 
     const Calculation& calculation_;
     std::vector<Argument> arguments_;
-    host::CallFrame frame_;
+    std::vector<double> numbers_;  // those that are no text
+    host::PreparedCall call_;
 };
-
-void CallRecord::put(std::size_t i, const Argument& argument) {
-    const bool same_kind = arguments_[i].kind() == argument.kind();
-    arguments_[i] = argument;
-    if (!same_kind) {
-        lay_out();
-    } else if (argument.kind() == Argument::Kind::text) {
-        frame_.set_text(i + 1, argument.text());
-    }
-}
 
 void CallRecord::answer(sqlite3_context* context, std::span<sqlite3_value*> values) {
     std::size_t at_fault = values.size();
     for (std::size_t i = 0; i < values.size(); ++i) {
         const int type = sqlite3_value_type(values[i]);
         if (type == SQLITE_NULL) return;
-        Argument argument = 0.0;
-        if (read_argument(calculation_.parameters[i], values[i], type, argument)) {
-            put(i, argument);
-        } else if (at_fault == values.size()) {
-            at_fault = i;
-        }
+        const bool readable = read_argument(calculation_.parameters[i], values[i], type, arguments_[i]);
+        if (!readable && at_fault == values.size()) at_fault = i;
     }
     if (at_fault < values.size()) return give_error(context, unreadable(calculation_, at_fault, values[at_fault]));
-    evaluate(context);
+    const host::Evaluation evaluation = this->evaluation();
+    give_answer(context, calculation_, value_of(calls::answer_of(calculation_, arguments_, evaluation)));
 }
 
-// The sentence of a refusal comes from a call of its own.
-void CallRecord::evaluate(sqlite3_context* context) {
-    double result = 0.0;
-    const host::Evaluation evaluation = adapters::shared_host().evaluate(frame_.context(), &result);
-    if (evaluation.answered() && !std::isnan(result)) {
-        give_value(context, calculation_, result);
-    } else {
-        (void)frame_.take_first_flag();
-        give_answer(context, calculation_, adapters::call(calculation_, arguments_));
+host::Evaluation CallRecord::evaluation() {
+    std::uint32_t texts = 0;
+    for (std::size_t i = 0; i < arguments_.size(); ++i) {
+        numbers_[i] = arguments_[i].number();
+        if (arguments_[i].kind() == Argument::Kind::text) texts |= std::uint32_t{1} << i;
     }
+    call_.lay_out(arguments_.size(), texts, numbers_.data());
+    for (; texts != 0; texts &= texts - 1) {
+        const auto i = static_cast<std::size_t>(std::countr_zero(texts));
+        call_.set_text(i, arguments_[i].text());
+    }
+    return call_.make(shared_host());
 }
 
 // What SQLite keeps for a registered function.
@@ -102,7 +91,7 @@ void forget(void* function) { std::default_delete<ScalarFunction>{}(static_cast<
 }  // namespace
 
 int register_scalar(sqlite3* database, const Calculation& calculation) {
-    const std::string name = adapters::function_name(calculation);
+    const std::string name = function_name(calculation);
     constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
     int status = SQLITE_OK;
     for (std::size_t count = fewest_arguments(calculation); count <= calculation.parameters.size(); ++count) {
@@ -115,4 +104,4 @@ int register_scalar(sqlite3* database, const Calculation& calculation) {
     return status;
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -5,9 +5,9 @@
 #include "adapters/sqlite/sqlite_api.hpp"
 #include "catalogue/catalogue.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 // SQLITE_OK, or what SQLite says.
 int register_scalar(sqlite3* database, const catalogue::Calculation& calculation);
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

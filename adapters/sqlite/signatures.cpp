@@ -4,7 +4,7 @@
 
 #include "adapters/common/engine_call.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 using catalogue::Calculation;
 using catalogue::Need;
@@ -34,10 +34,10 @@ std::size_t fewest_arguments(const Calculation& calculation) {
     return count;
 }
 
-std::string sql_usage(const Calculation& calculation) { return with_lists_required(calculation, adapters::usage); }
+std::string sql_usage(const Calculation& calculation) { return with_lists_required(calculation, usage); }
 
 std::string sql_documentation(const Calculation& calculation) {
-    return with_lists_required(calculation, adapters::documentation);
+    return with_lists_required(calculation, documentation);
 }
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -7,7 +7,7 @@
 
 #include "catalogue/catalogue.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 // Arguments that a call must have; a list is always given, since rows without any values make no call.
 std::size_t fewest_arguments(const catalogue::Calculation& calculation);
@@ -16,4 +16,4 @@ std::size_t fewest_arguments(const catalogue::Calculation& calculation);
 std::string sql_usage(const catalogue::Calculation& calculation);
 std::string sql_documentation(const catalogue::Calculation& calculation);
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

@@ -9,7 +9,7 @@
 
 #include "adapters/sqlite/sqlite_api.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 template <typename T>
 struct Allocator {
@@ -35,4 +35,4 @@ template <typename T>
 using Deque = std::deque<T, Allocator<T>>;
 using String = std::basic_string<char, std::char_traits<char>, Allocator<char>>;
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

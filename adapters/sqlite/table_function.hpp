@@ -19,7 +19,7 @@
 #include "adapters/sqlite/sqlite_api.hpp"
 #include "adapters/sqlite/sqlite_memory.hpp"
 
-namespace finance::sqlite {
+namespace finance::adapters::sqlite {
 
 inline int fail(sqlite3_vtab& table, const char* sentence) {
     sqlite3_free(table.zErrMsg);
@@ -114,4 +114,4 @@ private:
     }
 };
 
-}  // namespace finance::sqlite
+}  // namespace finance::adapters::sqlite

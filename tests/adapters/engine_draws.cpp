@@ -99,11 +99,12 @@ void write_call(const test::Draw& draw) {
     if (arguments.size() + 1 < minimum_count(*calculation)) return;
     const std::string parameters = written(*calculation, values);
     if (parameters.empty()) return;
-    const Answer answer = call(*calculation, arguments);
-    std::cout << draw.name << parameters;
-    if (answer.verdict == Verdict::answered) std::cout << "\tanswered\t" << bits_of(answer.value) << '\n';
-    if (answer.verdict == Verdict::missing) std::cout << "\tmissing\t-\n";
-    if (answer.verdict == Verdict::refused) std::cout << "\trefused\t" << answer.refusal << '\n';
+    const host::Evaluation evaluation = shared_host().evaluate(calculation->name, arguments);
+    const calls::Answer answer = calls::answer_of(*calculation, arguments, evaluation);
+    std::cout << draw.name << parameters << '\t' << word_of(answer.verdict()) << '\t';
+    if (answer.verdict() == calls::Verdict::answered) std::cout << bits_of(answer.value()) << '\n';
+    if (answer.verdict() == calls::Verdict::missing) std::cout << "-\n";
+    if (answer.verdict() == calls::Verdict::refused) std::cout << answer.named_sentence() << '\n';
 }
 
 }  // namespace
