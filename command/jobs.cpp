@@ -10,8 +10,7 @@
 #include "command/json_report.hpp"
 #include "command/pictures/plot.hpp"
 #include "command/pictures/schedule.hpp"
-#include "command/tables/fold_job.hpp"
-#include "command/tables/map_job.hpp"
+#include "command/tables/table_jobs.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

@@ -1,7 +1,6 @@
 #include "command/tables/flow_groups.hpp"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <utility>
 

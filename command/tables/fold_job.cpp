@@ -1,17 +1,13 @@
-#include "command/tables/fold_job.hpp"
-
 #include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
 
-#include "command/json_report.hpp"
-#include "command/tables/call_plan.hpp"
 #include "command/tables/flow_groups.hpp"
-#include "command/tables/open_table.hpp"
 #include "command/tables/progress.hpp"
-#include "command/tables/row_evaluator.hpp"
-#include "command/tables/table_job.hpp"
+#include "command/tables/row_cursor.hpp"
+#include "command/tables/table_jobs.hpp"
+#include "command/tables/table_run.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -50,11 +46,11 @@ std::vector<std::size_t> group_columns(const TableOptions& options, const Header
 
 class Gathering {
 public:
-    Gathering(OpenTable& table, FlowGroups& groups, const TableOptions& options)
-        : table_{table},
+    Gathering(TableRun& run, FlowGroups& groups)
+        : table_{run.table},
           groups_{groups},
-          progress_{table.size(), options.quiet},
-          several_columns_{table.header().names.size() > 1} {}
+          progress_{run.table.size(), run.options.quiet},
+          columns_{run.plan.columns} {}
 
     // Refused rows, which belong to no group, go into the summary. TableError.
     void run(RunSummary& summary) {
@@ -68,17 +64,14 @@ public:
 
 private:
     void add(const Block& block, RunSummary& summary) {
-        RecordCursor cursor{block.text(), table_.delimiter()};
-        std::uint64_t line = block.first_line;
+        RowCursor cursor{block, table_.delimiter(), columns_};
         for (Record record; cursor.next(record);) {
-            const bool empty = record.text.empty() && several_columns_;
-            if (const auto fault = empty ? std::nullopt : groups_.add(record, line)) {
-                summary.count(Verdict::refused);
-                if (summary.lists_more()) summary.list("line " + std::to_string(line) + ": " + *fault);
-            }
-            rows_ += empty ? 0 : 1;
-            line += 1;
-            if (record.quoted) line += static_cast<std::uint64_t>(std::ranges::count(record.text, '\n'));
+            if (cursor.empty_line()) continue;
+            ++rows_;
+            const auto fault = groups_.add(record, cursor.line());
+            if (!fault) continue;
+            summary.count(Verdict::refused);
+            if (summary.lists_more()) summary.list("line " + std::to_string(cursor.line()) + ": " + *fault);
         }
     }
 
@@ -87,82 +80,53 @@ private:
     Progress progress_;
     std::uint64_t rows_ = 0;
     std::uint64_t bytes_ = 0;
-    bool several_columns_;
+    std::size_t columns_;
 };
 
 // ---- Groups into results
 
 class GroupEvaluator {
 public:
-    GroupEvaluator(const host::EmbeddedHost& host, const CallPlan& plan, std::vector<std::string> by,
-                   const OpenTable& table, const TableOptions& options)
-        : host_{host},
-          plan_{plan},
-          by_{std::move(by)},
-          delimiter_{table.delimiter()},
-          line_end_{table.header().line_end},
-          with_status_{options.status},
-          objects_{options.json} {}
+    // by: the names of the columns that group.
+    GroupEvaluator(const host::EmbeddedHost& host, const TableRun& run, std::vector<std::string> by)
+        : host_{host}, plan_{run.plan}, by_{std::move(by)}, writer_{run.form()} {}
 
     Verdict evaluate(const Group& group, std::string& output, RunSummary& summary) {
-        Verdict verdict = Verdict::answered;
-        std::string label;
-        for (const std::string& text : group.texts) label.append(label.empty() ? "" : ", ").append(text);
+        const bool listed = summary.lists_more();
+        const bool objects = writer_.form().objects;
+        const std::size_t begin = output.size();
         std::string reasons;
-        std::string columns = group.fields;
-        for (const PlannedCall& call : plan_.calls) {
-            const Result result = this->call(group, call);
-            verdict = std::max(verdict, result.verdict);
-            objects_ ? append_object(group, call, result, output) : append_columns(call, result, columns);
-            if (result.verdict != Verdict::refused) continue;
-            reasons.append(reasons.empty() ? "" : "; ").append(call.result + ": " + reason(call, result));
-        }
-        if (!objects_) output.append(columns, by_.empty() ? 1 : 0).append(line_end_);  // no column, no delimiter
+        if (!objects) output += group.fields;
+        const Verdict verdict = writer_.write(
+            plan_, [&](std::size_t call) { return result(group, plan_.calls[call]); },
+            [&](JsonText& json) { begin_object(json, group); }, output, listed ? &reasons : nullptr);
+        if (!objects && by_.empty()) output.erase(begin, 1);  // no column, no delimiter
+        if (!objects) output += writer_.form().line_end;
         summary.count(verdict);
-        if (verdict == Verdict::refused) summary.list(label + (label.empty() ? "" : ": ") + reasons);
+        if (verdict == Verdict::refused && listed) summary.list(label_of(group) + reasons);
         return verdict;
     }
 
 private:
-    struct Result {
-        Verdict verdict = Verdict::refused;
-        const GroupFault* fault = nullptr;  // or else it was evaluated
-        std::vector<host::Argument> arguments{};
-        host::Evaluation evaluation{};
-    };
-
-    Result call(const Group& group, const PlannedCall& call) {
-        if (const GroupFault* fault = fault_of(group, call)) return {.fault = fault};
-        Result result{.arguments = arguments_of(group, call)};
-        result.evaluation = host_.evaluate(call.calculation->name, result.arguments);
-        result.verdict = calls::answer_of(*call.calculation, result.arguments, result.evaluation).verdict();
-        return result;
+    static std::string label_of(const Group& group) {
+        std::string label;
+        for (const std::string& text : group.texts) label.append(label.empty() ? "" : ", ").append(text);
+        return label.empty() ? label : label + ": ";
     }
 
-    static std::string reason(const PlannedCall& call, const Result& result) {
-        return result.fault != nullptr
-                   ? result.fault->reason
-                   : calls::answer_of(*call.calculation, result.arguments, result.evaluation).sentence();
+    void begin_object(JsonText& json, const Group& group) const {
+        json.key("group").object();
+        for (std::size_t i = 0; i < by_.size(); ++i) json.member(by_[i], group.texts[i]);
+        json.end_object();
     }
 
-    void append_columns(const PlannedCall& call, const Result& result, std::string& columns) const {
-        columns += delimiter_;
-        if (result.verdict == Verdict::answered) append_value(columns, *call.calculation, result.evaluation.value);
-        if (with_status_) append_field(columns += delimiter_, reason(call, result), delimiter_);
-    }
-
-    void append_object(const Group& group, const PlannedCall& call, const Result& result, std::string& output) {
-        json_.clear();
-        json_.object().key("group").object();
-        for (std::size_t i = 0; i < by_.size(); ++i) json_.member(by_[i], group.texts[i]);
-        json_.end_object().member("result", call.result);
-        if (result.fault == nullptr) {
-            add_result(json_, calls::answer_of(*call.calculation, result.arguments, result.evaluation),
-                       word_of(result.verdict));
-        } else {
-            add_refusal(json_, *call.calculation, result.fault->reason, argument_at(call, result.fault->input));
+    CallResult result(const Group& group, const PlannedCall& call) {
+        if (const GroupFault* fault = fault_of(group, call)) {
+            return {.fault = fault->reason, .at = argument_at(call, fault->input)};
         }
-        output.append(json_.end_object().str()).push_back('\n');
+        take_arguments(group, call);
+        evaluation_ = host_.evaluate(call.calculation->name, arguments_);
+        return {.answer = calls::answer_of(*call.calculation, arguments_, evaluation_)};
     }
 
     // The one that the input is for; none for a fault of a whole row.
@@ -181,27 +145,24 @@ private:
         return fault != group.faults.end() ? &*fault : nullptr;
     }
 
-    static std::vector<host::Argument> arguments_of(const Group& group, const PlannedCall& call) {
-        std::vector<host::Argument> arguments;
+    void take_arguments(const Group& group, const PlannedCall& call) {
+        arguments_.clear();
         for (const PlannedArgument& argument : call.arguments) {
             if (argument.input == no_input) {
-                arguments.push_back(argument.constant);
+                arguments_.push_back(argument.constant);
                 continue;
             }
             const std::vector<double>& values = group.values[argument.input];
-            arguments.insert(arguments.end(), values.begin(), values.end());
+            arguments_.insert(arguments_.end(), values.begin(), values.end());
         }
-        return arguments;
     }
 
     const host::EmbeddedHost& host_;
     const CallPlan& plan_;
     std::vector<std::string> by_;
-    char delimiter_;
-    std::string_view line_end_;
-    bool with_status_;
-    bool objects_;
-    JsonText json_;
+    ResultWriter writer_;
+    std::vector<host::Argument> arguments_;  // of the call whose result is written
+    host::Evaluation evaluation_;
 };
 
 // In blocks, so that few results take few writes.
@@ -239,26 +200,18 @@ std::vector<std::string> names_of(const Header& header, const std::vector<std::s
 }
 
 Outcome fold_rows(const TableOptions& options, const Settings& settings) {
-    const std::vector<CallExpression> calls = read_calls(options.calls);
-    OpenTable table{options};
-    CallPlan plan = plan_calls(calls, table.header());
-    check_lists(plan);
-    const std::vector<std::size_t> by = group_columns(options, table.header());
-    name_results(plan, calls, names_of(table.header(), by), options.status);
-    TableWriter writer = open_writer(table, options);
-    writer.write(header_text(table, plan, group_header(table.header(), by, table.delimiter()), options));
-    FlowGroups groups{plan, by, table.header().names, table.delimiter()};
-    GroupEvaluator evaluator{settings.host.get(), plan, names_of(table.header(), by), table, options};
-    RunSummary summary;
-    std::string fault;
-    try {
-        Gathering{table, groups, options}.run(summary);
+    TableRun run{options};
+    const Header& header = run.table.header();
+    check_lists(run.plan);
+    const std::vector<std::size_t> by = group_columns(options, header);
+    name_results(run.plan, run.calls, names_of(header, by), options.status);
+    const std::string columns = group_header(header, by, run.table.delimiter());
+    return finish(run, "fold", "groups", columns, [&](TableWriter& writer, RunSummary& summary) {
+        FlowGroups groups{run.plan, by, header.names, run.table.delimiter()};
+        GroupEvaluator evaluator{settings.host.get(), run, names_of(header, by)};
+        Gathering{run, groups}.run(summary);
         write_groups(groups, evaluator, writer, summary, options.strict);
-        writer.close();
-    } catch (const TableError& error) {
-        fault = error.what();
-    }
-    return table_outcome(summary, fault, "fold", "groups", options);
+    });
 }
 
 }  // namespace

@@ -1,16 +1,15 @@
-#include "command/tables/map_job.hpp"
-
 #include <algorithm>
 #include <exception>
 #include <thread>
 #include <vector>
 
-#include "command/tables/call_plan.hpp"
-#include "command/tables/open_table.hpp"
 #include "command/tables/progress.hpp"
+#include "command/tables/row_cursor.hpp"
 #include "command/tables/row_evaluator.hpp"
 #include "command/tables/row_pipeline.hpp"
-#include "command/tables/table_job.hpp"
+#include "command/tables/table_error.hpp"
+#include "command/tables/table_jobs.hpp"
+#include "command/tables/table_run.hpp"
 
 namespace finance::command {
 
@@ -20,56 +19,42 @@ constexpr unsigned most_workers = 4;
 
 std::size_t worker_count() { return std::clamp(std::thread::hardware_concurrency(), 1U, most_workers); }
 
-// The rows of one block. An empty line is no row, unless the table has a single column.
+// The rows of one block.
 class BlockWorker {
 public:
-    BlockWorker(const host::EmbeddedHost& host, const CallPlan& plan, const OpenTable& table,
-                const TableOptions& options)
-        : evaluator_{host,
-                     plan,
-                     {.delimiter = table.delimiter(),
-                      .line_end = table.header().line_end,
-                      .status = options.status,
-                      .objects = options.json,
-                      .strict = options.strict}},
-          delimiter_{table.delimiter()},
-          single_column_{plan.columns == 1} {}
+    BlockWorker(const host::EmbeddedHost& host, const TableRun& run)
+        : evaluator_{host, run.plan, run.form()}, delimiter_{run.table.delimiter()}, columns_{run.plan.columns} {}
 
     void process(const Block& block, BlockResult& result) {
-        RecordCursor cursor{block.text(), delimiter_};
-        std::uint64_t line = block.first_line;
-        while (!result.stop && take_rows(cursor, line)) {
+        RowCursor cursor{block, delimiter_, columns_};
+        while (!result.stop && take_rows(cursor)) {
             result.stop = !evaluator_.evaluate(result.output, result.summary);
         }
     }
 
 private:
-    // As many as are evaluated together; line: of the next one. false where none is left.
-    bool take_rows(RecordCursor& cursor, std::uint64_t& line) {
+    // As many as are evaluated together; false where none is left.
+    bool take_rows(RowCursor& cursor) {
         RowColumns& rows = evaluator_.rows();
         for (Record record; !rows.full() && cursor.next(record);) {
-            const bool empty = record.text.empty() && !single_column_;
-            empty ? rows.add_empty_line(record, line) : rows.add(record, line);
-            line += 1;
-            if (record.quoted) line += static_cast<std::uint64_t>(std::ranges::count(record.text, '\n'));
+            cursor.empty_line() ? rows.add_empty_line(record, cursor.line()) : rows.add(record, cursor.line());
         }
         return rows.size() > 0;
     }
 
     RowEvaluator evaluator_;
     char delimiter_;
-    bool single_column_;
+    std::size_t columns_;
 };
 
 // From the table to the writer, in order.
 class MapRun {
 public:
-    MapRun(const host::EmbeddedHost& host, const CallPlan& plan, OpenTable& table, const TableOptions& options,
-           RunSummary& summary)
-        : table_{table},
+    MapRun(const host::EmbeddedHost& host, TableRun& run, RunSummary& summary)
+        : table_{run.table},
           summary_{summary},
-          workers_(worker_count(), BlockWorker{host, plan, table, options}),
-          progress_{table.size(), options.quiet},
+          workers_(worker_count(), BlockWorker{host, run}),
+          progress_{run.table.size(), run.options.quiet},
           pipeline_{workers_.size(), [this](std::size_t worker, const Block& block, BlockResult& result) {
                         workers_[worker].process(block, result);
                     }} {}
@@ -120,23 +105,12 @@ private:
 };
 
 Outcome map_rows(const TableOptions& options, const Settings& settings) {
-    const std::vector<CallExpression> calls = read_calls(options.calls);
-    OpenTable table{options};
-    CallPlan plan = plan_calls(calls, table.header());
-    name_results(plan, calls, table.header().names, options.status);
+    TableRun run{options};
+    name_results(run.plan, run.calls, run.table.header().names, options.status);
     const host::EmbeddedHost& host = settings.host.get();
-    TableWriter writer = open_writer(table, options);
-    writer.write(header_text(table, plan, table.header_line(), options));
-    RunSummary summary;
-    std::string fault;
-    try {
-        MapRun run{host, plan, table, options, summary};
-        run.run(writer);
-        writer.close();
-    } catch (const TableError& error) {
-        fault = error.what();
-    }
-    return table_outcome(summary, fault, "map", "rows", options);
+    return finish(run, "map", "rows", run.table.header_line(), [&](TableWriter& writer, RunSummary& summary) {
+        MapRun{host, run, summary}.run(writer);
+    });
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "command/argument_text.hpp"
-#include "command/json_report.hpp"
 
 namespace finance::command {
 
@@ -13,8 +12,8 @@ std::string field_count_words(std::size_t fields, std::size_t columns) {
            std::to_string(columns);
 }
 
-RowEvaluator::RowEvaluator(const host::EmbeddedHost& host, const CallPlan& plan, const RowForm& form)
-    : host_{host}, plan_{plan}, form_{form}, rows_{plan, form.delimiter}, answers_(plan.calls.size()) {
+RowEvaluator::RowEvaluator(const host::EmbeddedHost& host, const CallPlan& plan, const ResultForm& form)
+    : host_{host}, plan_{plan}, rows_{plan, form.delimiter}, writer_{form}, answers_(plan.calls.size()) {
     for (const PlannedCall& call : plan.calls) {
         auto& arguments = arguments_.emplace_back();
         for (const PlannedArgument& argument : call.arguments) arguments.push_back(argument.constant);
@@ -50,19 +49,18 @@ host::Evaluation RowEvaluator::evaluation_alone(std::size_t call) const {
     return host_.evaluate(plan_.calls[call].calculation->name, arguments_[call]);
 }
 
-// Takes the arguments too, but of an answer among others: it speaks for itself.
-host::Evaluation RowEvaluator::evaluation(Place at) {
-    if (form_.objects) {
-        take_arguments(at);
-        return evaluation_alone(at.call);
-    }
+// Takes the arguments too, but of an answer among others: it speaks for itself. A batch keeps no notes.
+void RowEvaluator::take_evaluation(Place at) {
+    const ResultForm& form = writer_.form();
     const Answers& answers = answers_[at.call];
-    host::Evaluation evaluation;  // without what the module logged and noted
-    evaluation.status = answers.statuses[at.row];
-    evaluation.value = answers.values[at.row];
-    evaluation.flagged = answers.flagged[at.row];
-    if (std::isnan(evaluation.value)) take_arguments(at);
-    return evaluation;
+    evaluation_ = {.status = answers.statuses[at.row],
+                   .value = answers.values[at.row],
+                   .flagged = answers.flagged[at.row],
+                   .log = {},
+                   .notes = {}};
+    if (!form.objects && !std::isnan(evaluation_.value)) return;
+    take_arguments(at);
+    if (form.objects || (form.status && evaluation_.answered())) evaluation_ = evaluation_alone(at.call);
 }
 
 // ---- Results
@@ -77,80 +75,38 @@ std::size_t RowEvaluator::unread_argument(Place at) const {
     return unread == arguments.end() ? 0 : static_cast<std::size_t>(unread - arguments.begin()) + 1;
 }
 
-RowEvaluator::Result RowEvaluator::result(Place at) {
-    Result result;
-    if (!rows_.row(at.row).fits) return result;
-    result.unread = unread_argument(at);
-    if (result.unread != 0) return result;
-    result.evaluation = evaluation(at);
-    result.verdict =
-        calls::answer_of(*plan_.calls[at.call].calculation, arguments_[at.call], *result.evaluation).verdict();
-    return result;
-}
-
-// ---- Reasons
-
-std::string RowEvaluator::unread_text(Place at, const PlannedArgument& argument) {
-    const Input& input = plan_.inputs[argument.input];
-    return unreadable(input.kind, rows_.text(input.column, at.row));
-}
-
-std::string RowEvaluator::reason(Place at, const Result& result) {
+CallResult RowEvaluator::unread_result(Place at, std::size_t position) {
     const PlannedCall& call = plan_.calls[at.call];
-    if (result.verdict == Verdict::answered) return {};
-    if (result.evaluation) {
-        const host::Evaluation evaluation = evaluation_alone(at.call);
-        return calls::answer_of(*call.calculation, arguments_[at.call], evaluation).sentence();
-    }
-    if (result.unread == 0) return misfit_;
-    return calls::argument_label(*call.calculation, result.unread, call.arguments.size()) + ": " +
-           unread_text(at, call.arguments[result.unread - 1]);
+    const PlannedArgument& argument = call.arguments[position - 1];
+    const auto [column, kind] = plan_.inputs[argument.input];
+    return {.fault = unreadable(kind, rows_.text(column, at.row)),
+            .at = {argument.parameter, position},
+            .label = calls::argument_label(*call.calculation, position, call.arguments.size()) + ": "};
+}
+
+CallResult RowEvaluator::result(Place at) {
+    if (!rows_.row(at.row).fits) return {.fault = misfit_};
+    if (const std::size_t unread = unread_argument(at); unread != 0) return unread_result(at, unread);
+    take_evaluation(at);
+    return {.answer = calls::answer_of(*plan_.calls[at.call].calculation, arguments_[at.call], evaluation_)};
 }
 
 // ---- Rows
 
-void RowEvaluator::append_columns(Place at, const Result& result, std::string& output) {
-    output += form_.delimiter;
-    if (result.verdict == Verdict::answered) {
-        append_value(output, *plan_.calls[at.call].calculation, result.evaluation->value);
-    }
-    if (!form_.status) return;
-    output += form_.delimiter;
-    append_field(output, reason(at, result), form_.delimiter);
-}
-
-void RowEvaluator::append_object(Place at, const Result& result, std::string& output) {
-    const PlannedCall& call = plan_.calls[at.call];
-    json_.clear();
-    json_.object().member("line", static_cast<double>(rows_.row(at.row).line)).member("result", call.result);
-    if (result.evaluation) {
-        add_result(json_, calls::answer_of(*call.calculation, arguments_[at.call], *result.evaluation),
-                   word_of(result.verdict));
-    } else if (result.unread == 0) {
-        add_refusal(json_, *call.calculation, misfit_);
-    } else {
-        const PlannedArgument& argument = call.arguments[result.unread - 1];
-        add_refusal(json_, *call.calculation, unread_text(at, argument), {argument.parameter, result.unread});
-    }
-    output.append(json_.end_object().str()).push_back('\n');
-}
-
 // The summary lists why the row is refused.
 Verdict RowEvaluator::append_results(std::size_t row, std::string& output, RunSummary& summary) {
     const bool fits = rows_.row(row).fits;
+    const bool listed = summary.lists_more();
     misfit_ = fits ? "" : field_count_words(rows_.row(row).fields, plan_.columns);
-    Verdict verdict = Verdict::answered;
     std::string reasons;
-    for (std::size_t i = 0; i < plan_.calls.size(); ++i) {
-        const Place at{i, row};
-        const Result result = this->result(at);
-        verdict = std::max(verdict, result.verdict);
-        form_.objects ? append_object(at, result, output) : append_columns(at, result, output);
-        if (result.verdict != Verdict::refused || !fits || !summary.lists_more()) continue;
-        reasons.append(reasons.empty() ? "" : "; ").append(plan_.calls[i].result).append(": ");
-        reasons.append(reason(at, result));
-    }
-    if (verdict == Verdict::refused && summary.lists_more()) {
+    const Verdict verdict = writer_.write(
+        plan_,
+        [&](std::size_t call) {
+            return result({call, row});
+        },
+        [&](JsonText& json) { json.member("line", static_cast<double>(rows_.row(row).line)); }, output,
+        listed && fits ? &reasons : nullptr);
+    if (verdict == Verdict::refused && listed) {
         summary.list("line " + std::to_string(rows_.row(row).line) + ": " + (fits ? reasons : misfit_));
     }
     return verdict;
@@ -159,20 +115,21 @@ Verdict RowEvaluator::append_results(std::size_t row, std::string& output, RunSu
 Verdict RowEvaluator::append_row(std::size_t row, std::string& output, RunSummary& summary) {
     const auto& [record, line, fields, fits, readable] = rows_.row(row);
     const bool is_row = fields > 0;
-    if (!form_.objects) output += record.text;
-    if (!form_.objects && is_row && fields < plan_.columns) output.append(plan_.columns - fields, form_.delimiter);
+    const bool objects = writer_.form().objects;
+    if (!objects) output += record.text;
+    if (!objects && is_row && fields < plan_.columns) output.append(plan_.columns - fields, writer_.form().delimiter);
     const Verdict verdict = is_row ? append_results(row, output, summary) : Verdict::answered;
-    if (!form_.objects) output += line_end(record);
+    if (!objects) output += line_end(record);
     if (is_row) summary.count(verdict);
     return verdict;
 }
 
 bool RowEvaluator::evaluate(std::string& output, RunSummary& summary) {
-    for (std::size_t i = 0; i < plan_.calls.size() && !form_.objects; ++i) call_rows(i);
+    for (std::size_t i = 0; i < plan_.calls.size() && !writer_.form().objects; ++i) call_rows(i);
     bool goes_on = true;
     for (std::size_t row = 0; row < rows_.size() && goes_on; ++row) {
         const std::size_t begin = output.size();
-        goes_on = append_row(row, output, summary) != Verdict::refused || !form_.strict;
+        goes_on = append_row(row, output, summary) != Verdict::refused || !writer_.form().strict;
         if (!goes_on) output.resize(begin);
     }
     rows_.clear();

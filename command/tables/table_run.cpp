@@ -1,0 +1,62 @@
+#include "command/tables/table_run.hpp"
+
+#include <string>
+
+#include "command/tables/table_error.hpp"
+
+namespace finance::command {
+
+namespace {
+
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+void append_name(std::string& line, std::string_view name, char delimiter) {
+    if (!line.empty()) line += delimiter;
+    append_field(line, name, delimiter);
+}
+
+// Nothing but the byte-order mark where the table has no header; nothing at all before objects.
+std::string header_text(const TableRun& run, std::string_view columns) {
+    if (run.options.json) return {};
+    std::string mark{run.table.has_byte_order_mark() ? byte_order_mark : ""};
+    if (!run.table.header().named) return mark;
+    std::string line{columns};
+    for (const PlannedCall& call : run.plan.calls) {
+        append_name(line, call.result, run.table.delimiter());
+        if (run.options.status) append_name(line, status_name(call), run.table.delimiter());
+    }
+    return mark.append(line).append(run.table.header().line_end);
+}
+
+}  // namespace
+
+ResultForm TableRun::form() const {
+    return {.delimiter = table.delimiter(),
+            .line_end = table.header().line_end,
+            .status = options.status,
+            .objects = options.json,
+            .strict = options.strict};
+}
+
+Outcome finish(const TableRun& run, std::string_view job, std::string_view things, std::string_view columns,
+               const std::function<void(TableWriter&, RunSummary&)>& body) {
+    const TableOptions& options = run.options;
+    TableWriter writer{options.output, run.table.descriptor(), options.json ? '\0' : run.table.delimiter()};
+    writer.write(header_text(run, columns));
+    RunSummary summary;
+    std::string fault;
+    try {
+        body(writer, summary);
+        writer.close();
+    } catch (const TableError& error) {
+        fault = std::string{"finance: "} + error.what() + '\n';
+    }
+    const bool refused = summary.of(Verdict::refused) > 0;
+    Outcome outcome{.exit_status = refused || !fault.empty() ? exit_refused : exit_answered};
+    if (!options.quiet) outcome.error = summary.text(job, things);
+    if (options.strict && refused) outcome.error += "finance: stopped at the first refusal\n";
+    outcome.error += fault;
+    return outcome;
+}
+
+}  // namespace finance::command
