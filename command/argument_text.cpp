@@ -65,7 +65,8 @@ std::optional<host::Argument> read_value(Kind kind, std::string_view text) {
         if (const auto date = catalogue::host_date(text)) return *date;
     }
     const Reading reading = read_number(text);
-    if (reading.good()) return std::isnan(reading.value) ? host::Argument::missing() : host::Argument{reading.value};
+    if (reading.good() && !std::isnan(reading.value)) return reading.value;
+    if (reading.good()) return host::Argument::missing();
     if (kind == Kind::basis) return host::Argument{text};
     return {};
 }

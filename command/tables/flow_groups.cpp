@@ -51,20 +51,20 @@ void FlowGroups::add_fault(Group& group, std::size_t input, std::uint64_t line, 
 
 void FlowGroups::add_value(Group& group, std::size_t input, std::uint64_t line) {
     const auto [column, kind] = plan_.inputs[input];
-    host::Argument value = host::Argument::missing();
-    if (!read_field(fields_[column], kind, scratch_, value) || value.kind() != host::Argument::Kind::number) {
+    const auto value = read_field(fields_[column], kind, scratch_);
+    if (!value || value->kind() != host::Argument::Kind::number) {
         add_fault(group, input, line, unreadable(kind, trimmed(field_text(fields_[column], scratch_))));
         return;
     }
     std::vector<double>& values = group.values[input];
     if (is_list(kind) || values.empty()) {
-        values.push_back(value.number());
+        values.push_back(value->number());
         return;
     }
-    if (is_same_value(values.front(), value.number())) return;
+    if (is_same_value(values.front(), value->number())) return;
     const bool dated = is_dated(kind);
     add_fault(group, input, line,
-              catalogue::value_text(value.number(), dated) + " is not the " +
+              catalogue::value_text(value->number(), dated) + " is not the " +
                   catalogue::value_text(values.front(), dated) + " of the group's first row");
 }
 

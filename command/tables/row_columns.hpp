@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,16 +23,11 @@
 
 namespace finance::command {
 
-// A field as a value; an empty one is a missing value. false where it cannot be read.
-inline bool read_field(std::string_view raw, catalogue::Kind kind, std::string& scratch, host::Argument& value) {
+// A field as a value; an empty one is a missing value. Nothing where it cannot be read.
+inline std::optional<host::Argument> read_field(std::string_view raw, catalogue::Kind kind, std::string& scratch) {
     const std::string_view text = trimmed(field_text(raw, scratch));
-    if (text.empty()) {
-        value = host::Argument::missing();
-        return true;
-    }
-    const auto read = read_value(kind, text);
-    if (read) value = *read;
-    return read.has_value();
+    if (text.empty()) return host::Argument::missing();
+    return read_value(kind, text);
 }
 
 struct TableRow {
@@ -66,12 +62,12 @@ public:
         const bool fits = fields == plan_.columns;
         rows_.push_back({.record = record, .line = line, .fields = fields, .fits = fits});
         bool readable = fits;
-        for (std::size_t i = 0; i < columns_.size(); ++i) readable &= put(i, fits);
+        for (std::size_t i = 0; i < columns_.size(); ++i) readable &= fits ? put(i) : put_missing(i);
         rows_.back().readable = readable;
     }
     void add_empty_line(const Record& record, std::uint64_t line) {
         rows_.push_back({.record = record, .line = line});
-        for (std::size_t i = 0; i < columns_.size(); ++i) put(i, false);
+        for (std::size_t i = 0; i < columns_.size(); ++i) put_missing(i);
     }
     void clear() {
         rows_.clear();
@@ -104,28 +100,35 @@ private:
     // Bases are numbers in one row and keywords in another.
     [[nodiscard]] bool mixed(std::size_t input) const { return plan_.inputs[input].kind == catalogue::Kind::basis; }
 
-    // The last row's value, from the fields or missing. false where it cannot be read.
-    bool put(std::size_t input, bool from_fields) {
-        Values& values = columns_[input];
-        host::Argument value = host::Argument::missing();
-        const bool readable = from_fields && read(input, value);
+    // The last row's value, from the fields. false where it cannot be read.
+    bool put(std::size_t input) {
+        const auto [column, kind] = plan_.inputs[input];
+        const auto value = read_field(fields_[column], kind, scratch_);
+        if (!value) return put_missing(input);
         const std::size_t row = rows_.size() - 1;
-        values.readable[row] = readable ? 1 : 0;
         if (mixed(input)) {
-            values.arguments[row] = value;
+            const bool in_scratch = value->kind() == host::Argument::Kind::text && fields_[column].starts_with('"');
+            columns_[input].arguments[row] = in_scratch ? kept(value->text()) : *value;
         } else {
-            values.numbers[row] = value.number();
+            columns_[input].numbers[row] = value->number();
         }
-        return readable;
+        columns_[input].readable[row] = 1;
+        return true;
+    }
+    bool put_missing(std::size_t input) {
+        const host::Argument missing = host::Argument::missing();
+        const std::size_t row = rows_.size() - 1;
+        if (mixed(input)) {
+            columns_[input].arguments[row] = missing;
+        } else {
+            columns_[input].numbers[row] = missing.number();
+        }
+        columns_[input].readable[row] = 0;
+        return false;
     }
 
-    bool read(std::size_t input, host::Argument& value) {
-        const std::string_view raw = fields_[plan_.inputs[input].column];
-        const bool readable = read_field(raw, plan_.inputs[input].kind, scratch_, value);
-        const bool in_scratch = value.kind() == host::Argument::Kind::text && raw.starts_with('"');
-        if (in_scratch) value = host::Argument{texts_.emplace_back(value.text())};  // where the next row leaves it
-        return readable;
-    }
+    // Where the next row leaves it.
+    host::Argument kept(std::string_view text) { return host::Argument{texts_.emplace_back(text)}; }
 
     const CallPlan& plan_;
     char delimiter_;
