@@ -4,7 +4,10 @@ namespace finance::calls {
 
 std::vector<host::Argument> unrolled(const catalogue::Calculation& calculation, Arguments scalars,
                                      std::span<const std::span<const double>> lists) {
+    std::size_t size = scalars.size();
+    for (const std::span<const double> list : lists) size += list.size();
     std::vector<host::Argument> arguments;
+    arguments.reserve(size);
     for (std::size_t i = 0; i < scalars.size(); ++i) {
         if (is_list(calculation.parameters[i].kind)) {
             arguments.insert(arguments.end(), lists[i].begin(), lists[i].end());

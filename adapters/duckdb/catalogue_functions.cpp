@@ -1,5 +1,3 @@
-#include "adapters/duckdb/catalogue_functions.hpp"
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -11,6 +9,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
+#include "adapters/duckdb/functions.hpp"
 #include "adapters/duckdb/signature.hpp"
 #include "catalogue/text_case.hpp"
 

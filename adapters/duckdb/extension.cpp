@@ -2,9 +2,8 @@
 #include <mutex>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/duckdb/catalogue_functions.hpp"
 #include "adapters/duckdb/duckdb_api.hpp"
-#include "adapters/duckdb/scalar_functions.hpp"
+#include "adapters/duckdb/functions.hpp"
 
 duckdb_ext_api_v1 duckdb_ext_api{};
 

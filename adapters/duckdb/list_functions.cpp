@@ -1,5 +1,9 @@
-#include "adapters/duckdb/list_functions.hpp"
-
+//  (1) A list with a NULL or a NaN in it is missing, and so is the result.
+//  (2) Two lists of one call must have equally many values.
+//
+// Rows of a group are gathered by DuckDB's own list(). Where a query sorts the rows of an aggregate function, f(x ORDER BY
+// y), the C interface hands its update one state for a whole chunk and not one a row, without a sign that it does (seen in
+// 1.4.4 and 1.5.6): an aggregate of ours would write into memory that is no state.
 #include <algorithm>
 #include <cmath>
 #include <deque>
@@ -11,6 +15,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
+#include "adapters/duckdb/functions.hpp"
 #include "calls/lists.hpp"
 
 namespace finance::adapters::duckdb {

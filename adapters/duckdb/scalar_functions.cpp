@@ -1,5 +1,3 @@
-#include "adapters/duckdb/scalar_functions.hpp"
-
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -9,7 +7,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
-#include "adapters/duckdb/list_functions.hpp"
+#include "adapters/duckdb/functions.hpp"
 
 namespace finance::adapters::duckdb {
 
@@ -45,7 +43,7 @@ void answer_run(const Calculation& calculation, const ChunkColumns& chunk, Run r
 
 struct Function {
     Signature signature;
-    AnswerChunk answer;
+    void (*answer)(const Signature& signature, duckdb_data_chunk chunk, duckdb_vector result);
 };
 
 void call(duckdb_function_info info, duckdb_data_chunk chunk, duckdb_vector result) {
@@ -93,7 +91,7 @@ void answer_rows(const Signature& signature, duckdb_data_chunk chunk, duckdb_vec
 void register_scalar(duckdb_connection connection, const Calculation& calculation) {
     const std::string name = function_name(calculation);
     const Owned<duckdb_scalar_function_set> set{duckdb_create_scalar_function_set(name.c_str())};
-    const AnswerChunk answer = is_scalar(calculation) ? answer_rows : answer_lists;
+    auto* const answer = is_scalar(calculation) ? answer_rows : answer_lists;
     for (Signature& signature : signatures(calculation)) add(set.get(), {std::move(signature), answer});
     if (duckdb_register_scalar_function_set(connection, set.get()) == DuckDBError) {
         throw std::runtime_error{"DuckDB registers no function " + name};

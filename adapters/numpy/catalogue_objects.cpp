@@ -1,10 +1,9 @@
-#include "adapters/numpy/catalogue_objects.hpp"
-
 #include <array>
 #include <string>
 #include <string_view>
 
 #include "adapters/common/engine_call.hpp"
+#include "adapters/numpy/objects.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::adapters::numpy {

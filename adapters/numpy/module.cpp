@@ -6,12 +6,10 @@
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/numpy/catalogue_objects.hpp"
 #include "adapters/numpy/list_rows.hpp"
+#include "adapters/numpy/objects.hpp"
 #include "adapters/numpy/python_objects.hpp"
-#include "adapters/numpy/refusal_objects.hpp"
 #include "adapters/numpy/row_loop.hpp"
-#include "adapters/numpy/ufuncs.hpp"
 #include "catalogue/host_date.hpp"
 #include "catalogue/text_case.hpp"
 #include "catalogue/wording.hpp"

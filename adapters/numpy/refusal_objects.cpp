@@ -1,13 +1,11 @@
-#include "adapters/numpy/refusal_objects.hpp"
-
 #include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/numpy/catalogue_objects.hpp"
 #include "adapters/numpy/list_rows.hpp"
+#include "adapters/numpy/objects.hpp"
 #include "calls/answer.hpp"
 #include "calls/lists.hpp"
 #include "catalogue/layout.hpp"

@@ -1,5 +1,3 @@
-#include "adapters/numpy/ufuncs.hpp"
-
 #include <numpy/ndarraytypes.h>
 #include <numpy/ufuncobject.h>
 
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
+#include "adapters/numpy/objects.hpp"
 #include "adapters/numpy/row_loop.hpp"
 #include "catalogue/text_case.hpp"
 

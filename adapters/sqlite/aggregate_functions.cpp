@@ -1,13 +1,11 @@
-#include "adapters/sqlite/aggregate_functions.hpp"
-
 #include <memory>
 #include <span>
 #include <string>
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/flow_window.hpp"
+#include "adapters/sqlite/functions.hpp"
 #include "adapters/sqlite/results.hpp"
-#include "adapters/sqlite/signatures.hpp"
 
 namespace finance::adapters::sqlite {
 

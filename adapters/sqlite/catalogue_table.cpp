@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "adapters/common/engine_call.hpp"
+#include "adapters/sqlite/functions.hpp"
 #include "adapters/sqlite/results.hpp"
-#include "adapters/sqlite/signatures.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::adapters::sqlite {

@@ -1,5 +1,3 @@
-#include "adapters/sqlite/scalar_functions.hpp"
-
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -9,8 +7,8 @@
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/argument_values.hpp"
+#include "adapters/sqlite/functions.hpp"
 #include "adapters/sqlite/results.hpp"
-#include "adapters/sqlite/signatures.hpp"
 #include "host/prepared_call.hpp"
 
 namespace finance::adapters::sqlite {

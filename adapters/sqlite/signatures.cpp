@@ -1,8 +1,7 @@
-#include "adapters/sqlite/signatures.hpp"
-
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
+#include "adapters/sqlite/functions.hpp"
 
 namespace finance::adapters::sqlite {
 
