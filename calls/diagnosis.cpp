@@ -12,6 +12,7 @@
 #include <optional>
 #include <string_view>
 
+#include "abi/zelkovan.h"
 #include "catalogue/layout.hpp"
 #include "catalogue/number_text.hpp"
 #include "catalogue/text_case.hpp"
@@ -35,9 +36,8 @@ using host::Argument;
 
 namespace {
 
-constexpr double largest_whole_number = 9007199254740992.0;  // 2^53
+constexpr double largest_whole_number = ZELKOVAN_LARGEST_WHOLE;
 constexpr double whole_tolerance = 1e-12;
-constexpr std::size_t longest_basis_text = 255;
 
 struct Call {
     const Calculation& calculation;
@@ -166,7 +166,7 @@ std::string no_value(const Argument& argument) {
 }
 
 bool is_basis_keyword(std::string_view text) {
-    if (text.empty() || text.size() > longest_basis_text) return false;
+    if (text.empty() || text.size() > ZELKOVAN_LONGEST_BASIS_TEXT) return false;
     std::string name;
     for (const char c : text) {
         if (c != ' ') name += catalogue::upper(c);

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/diagnosis.hpp"
+#include "calls/diagnosis.hpp"
 #include "catalogue/layout.hpp"
 #include "module/financial_list.hpp"
 #include "tests/model/draws.hpp"
@@ -17,12 +17,12 @@
 namespace finance::test {
 namespace {
 
-using catalogue::Given;
+using host::Argument;
 
-Given given_of(const Arg& argument) {
+Argument given_of(const Arg& argument) {
     if (argument.kind() == Arg::Kind::number) return argument.number();
-    if (argument.kind() == Arg::Kind::text) return std::string_view{argument.text()};
-    return {};
+    if (argument.kind() == Arg::Kind::text) return argument.text();
+    return Argument::absent();
 }
 
 struct DrawnCall {
@@ -30,7 +30,7 @@ struct DrawnCall {
         for (const Arg& argument : draw.arguments) arguments.push_back(given_of(argument));
     }
     const catalogue::Calculation& calculation;
-    std::vector<Given> arguments{};  // views of the draw's texts
+    std::vector<Argument> arguments{};  // views of the draw's texts
 
     // Null beyond the parameters.
     [[nodiscard]] const catalogue::Parameter* parameter(std::size_t position) const {
@@ -38,10 +38,8 @@ struct DrawnCall {
         return index < calculation.parameters.size() ? &calculation.parameters[index] : nullptr;
     }
 
-    // Nothing where value, kind, bounds and orders are as they must be: what else may be wrong is said in the rule's words.
     [[nodiscard]] std::optional<std::string> broken_rule(std::size_t position) const {
-        const std::string sentence = reason(calculation, arguments, static_cast<int>(position));
-        return sentence.find(" is refused") == std::string::npos ? std::optional{sentence} : std::nullopt;
+        return calls::broken_rule(calculation, arguments, position);
     }
 };
 
@@ -73,16 +71,9 @@ bool was_looked_at(const Draw& draw, std::size_t position, const std::string& se
 
 // Equal dates answer 0 before any are compared with the others.
 bool is_equal_date(const Draw& draw, const DrawnCall& call, std::size_t position) {
-    const Given& given = call.arguments[position - 1];
+    const double date = call.arguments[position - 1].number();
     return draw.result == "0000000000000000" && is_dated(call.parameter(position)->kind) &&
-           std::ranges::count(call.arguments, given) > 1;
-}
-
-// A value left out, where that stands for a default.
-bool is_default(const catalogue::Parameter& parameter, const Given& given) {
-    const double* x = std::get_if<double>(&given);
-    const bool has_value = !std::holds_alternative<std::monostate>(given) && (x == nullptr || !is_missing(*x));
-    return parameter.need != catalogue::Need::required && !has_value;
+           std::ranges::count(call.arguments, date, &Argument::number) > 1;
 }
 
 std::string words_of(const Draw& draw, std::size_t position, const std::string& sentence) {
@@ -94,15 +85,14 @@ void expect_explained(const Draw& draw, const DrawnCall& call) {
     const catalogue::Parameter* parameter = call.parameter(position);
     ASSERT_NE(parameter, nullptr) << draw.name << ' ' << position;
     const auto broken = call.broken_rule(position);
-    EXPECT_TRUE(broken || !parameter->rule.empty())
-        << words_of(draw, position, reason(call.calculation, call.arguments, static_cast<int>(position)));
+    EXPECT_TRUE(broken || !parameter->rule.empty() || !calls::has_value(call.arguments[position - 1]))
+        << words_of(draw, position, calls::reason(call.calculation, call.arguments, static_cast<int>(position)));
 }
 
 void expect_not_accused(const Draw& draw, const DrawnCall& call) {
     for (std::size_t position = 1; position <= call.arguments.size(); ++position) {
         const auto broken = call.broken_rule(position);
-        if (!broken || is_default(*call.parameter(position), call.arguments[position - 1])) continue;
-        if (is_equal_date(draw, call, position)) continue;
+        if (!broken || is_equal_date(draw, call, position)) continue;
         EXPECT_FALSE(was_looked_at(draw, position, *broken)) << words_of(draw, position, *broken);
     }
 }
