@@ -23,15 +23,15 @@ using command::UsageError;
 
 // ---- Written out again
 
-std::string quoted(std::string_view text, char mark) {
+std::string between(std::string_view text, char mark) {
     std::string written(1, mark);
     for (const char c : text) written.append(c == mark ? 2 : 1, c);
     return written + mark;
 }
 
 std::string written(const Operand& operand) {
-    if (operand.kind == Operand::Kind::column) return quoted(operand.text, '"');
-    return operand.kind == Operand::Kind::text ? quoted(operand.text, '\'') : operand.text;
+    if (operand.kind == Operand::Kind::column) return between(operand.text, '"');
+    return operand.kind == Operand::Kind::text ? between(operand.text, '\'') : operand.text;
 }
 
 std::string written(const std::vector<CallExpression>& calls) {
@@ -44,7 +44,7 @@ std::string written(const std::vector<CallExpression>& calls) {
             text += (i > 0 ? "," : "") + name + (name.empty() ? "" : "=") + written(operand);
         }
         text += ')';
-        if (!call.result.empty()) text += " as " + quoted(call.result, '"');
+        if (!call.result.empty()) text += " as " + between(call.result, '"');
     }
     return text;
 }
