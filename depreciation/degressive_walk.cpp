@@ -1,9 +1,8 @@
-#include "depreciation/degressive_walk.hpp"
-
 #include <algorithm>
 #include <cmath>
 
 #include "abi/limits.hpp"
+#include "depreciation/prorated.hpp"
 #include "depreciation/rounding.hpp"
 
 namespace finance {

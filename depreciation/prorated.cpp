@@ -12,7 +12,6 @@
 #include <cmath>
 
 #include "calendar/date_arguments.hpp"
-#include "depreciation/degressive_walk.hpp"
 #include "depreciation/rounding.hpp"
 
 namespace finance {

@@ -36,9 +36,8 @@ struct FinancialRow {
     std::int32_t maximum_count;  // the same; 0 where there is no upper bound
 };
 
-#define COUNT_ROW(name, minimum, maximum) +1
-inline constexpr std::size_t calculation_count = FINANCE_CALCULATIONS(COUNT_ROW);
-#undef COUNT_ROW
+#define NAME_OF_ROW(name, minimum, maximum) #name,
+inline constexpr std::size_t calculation_count = std::to_array<const char*>({FINANCE_CALCULATIONS(NAME_OF_ROW)}).size();
 
 extern const std::array<FinancialRow, calculation_count> FinancialList;
 

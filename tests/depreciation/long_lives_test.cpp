@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "depreciation/degressive_walk.hpp"
+#include "depreciation/prorated.hpp"
 #include "tests/calendar/dates.hpp"
 #include "tests/depreciation/literal_walks.hpp"
 #include "tests/support/tables.hpp"
