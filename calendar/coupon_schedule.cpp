@@ -248,13 +248,14 @@ double coupons_around(CouponInfo* info, const CalendarDate& settlement, const Ca
     info->requests = requests;
     set_results(info);
     const auto plain = PlainSchedule::of(settlement, maturity, *terms);
+    const double count = (requests & REQUEST_COUNT) != 0 ? count_coupons(settlement, maturity, *terms, plain) : 0.0;
     if (plain) {
         take_coupons(info, *plain);
     } else {
         search_coupons(info);
     }
     answer_requests(info);
-    return (requests & REQUEST_COUNT) != 0 ? count_coupons(settlement, maturity, *terms, plain) : 0.0;
+    return count;
 }
 
 void FindCouponInfo(CouponInfo* info) {
