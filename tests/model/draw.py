@@ -15,6 +15,7 @@ import argparse
 import importlib
 import os
 import random
+import re
 import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -22,18 +23,17 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import arguments
 from ieee import bits
 
-# Smallest and largest number of arguments, the name included; 0: no upper bound.
-COUNTS = {
-    "ACCRINT": (7, 8), "ACCRINTM": (5, 6), "AMORDEGRC": (7, 8), "AMORLINC": (7, 8), "COUPDAYBS": (4, 5), "COUPDAYS": (4, 5),
-    "COUPDAYSNC": (4, 5), "COUPNCD": (4, 5), "COUPNUM": (4, 5), "COUPPCD": (4, 5), "CUMIPMT": (6, 7), "CUMPRINC": (6, 7),
-    "DB": (5, 6), "DDB": (5, 6), "DISC": (5, 6), "DOLLARDE": (3, 3), "DOLLARFR": (3, 3), "DURATION": (6, 7), "EFFECT": (3, 3),
-    "FV": (4, 6), "FVSCHEDULE": (2, 0), "INTRATE": (5, 6), "IPMT": (5, 7), "IRR": (2, 0), "ISPMT": (5, 5), "MDURATION": (6, 7),
-    "MIRR": (2, 0), "NOMINAL": (3, 3), "NPER": (4, 6), "NPV": (2, 0), "ODDFPRICE": (9, 10), "ODDFYIELD": (9, 10),
-    "ODDLPRICE": (8, 9), "ODDLYIELD": (8, 9), "PMT": (4, 6), "PPMT": (5, 7), "PRICE": (7, 8), "PRICEDISC": (5, 6),
-    "PRICEMAT": (6, 7), "PV": (4, 6), "RATE": (4, 6), "RECEIVED": (5, 6), "SLN": (4, 4), "SYD": (5, 5), "TBILLEQ": (4, 4),
-    "TBILLPRICE": (4, 4), "TBILLYIELD": (4, 4), "VDB": (6, 8), "XIRR": (2, 0), "XNPV": (2, 0), "YEARFRAC": (3, 4),
-    "YIELD": (7, 8), "YIELDDISC": (5, 6), "YIELDMAT": (6, 7)}
+ROW = re.compile(r"ROW\((\w+), (\d+), (\d+)\)")
 
+
+def counts():
+    """By name: smallest and largest number of arguments, the name included, 0 for no upper bound, from the module's list."""
+    path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "module", "financial_list.hpp")
+    with open(path, encoding="ascii") as header:
+        return {name: (int(smallest), int(largest)) for name, smallest, largest in ROW.findall(header.read())}
+
+
+COUNTS = counts()
 MODULES = ["calendar_model", "securities", "datedflows", "irr", "annuities", "rates", "depreciation", "bills", "generators"]
 MOST_REDRAWS = 1000
 
@@ -42,13 +42,7 @@ def load():
     """(calculations, generators, what starts a call's budget of steps, the exceptions that throw a draw away)"""
     calculations, generators, refills, too_long = {}, {}, [], {arguments.TooLong}
     for name in MODULES:
-        try:
-            module = importlib.import_module(name)
-        except ModuleNotFoundError as absent:
-            if absent.name not in MODULES:
-                raise
-            print("no module %s yet" % absent.name, file=sys.stderr)
-            continue
+        module = importlib.import_module(name)
         calculations.update(getattr(module, "CALCULATIONS", {}))
         generators.update(getattr(module, "GENERATORS", {}))
         if hasattr(module, "refill_steps"):

@@ -10,26 +10,39 @@ namespace finance::test {
 
 namespace {
 
-// What a shell command prints, line by line; nothing where it cannot be run.
+// What a shell command prints, line by line. One that cannot be run, or does not end well once all is read, is a failure:
+// what it printed until then is not all that it had to say.
 class CommandOutput {
 public:
-    explicit CommandOutput(const std::string& command) : stream_{popen(command.c_str(), "r")} {}
+    explicit CommandOutput(const std::string& command) : command_{command}, stream_{popen(command.c_str(), "r")} {
+        EXPECT_NE(stream_, nullptr) << command_;
+    }
     ~CommandOutput() {
         std::free(line_);
-        if (stream_ != nullptr) pclose(stream_);
+        if (stream_ == nullptr) return;
+        const int status = pclose(stream_);
+        if (read_to_end_) {
+            EXPECT_EQ(status, 0) << "how this ended: " << command_;
+        }
     }
     CommandOutput(const CommandOutput&) = delete;
     CommandOutput& operator=(const CommandOutput&) = delete;
 
     bool next(std::string& line) {
-        if (stream_ == nullptr || getline(&line_, &room_, stream_) <= 0) return false;
+        if (stream_ == nullptr) return false;
+        if (getline(&line_, &room_, stream_) <= 0) {
+            read_to_end_ = true;
+            return false;
+        }
         line = line_;
         if (line.back() == '\n') line.pop_back();
         return true;
     }
 
 private:
+    std::string command_;
     std::FILE* stream_;
+    bool read_to_end_ = false;
     char* line_ = nullptr;
     std::size_t room_ = 0;
 };

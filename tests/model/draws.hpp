@@ -19,7 +19,7 @@ struct Draw {
 
 Draw draw_of(const std::string& line);
 
-// Those that the shell command prints.
+// Those that the shell command prints. A command that ends with another status than 0 is a failure of the test.
 std::vector<Draw> read_draws(const std::string& command);
 
 struct DrawCounts {
@@ -28,7 +28,7 @@ struct DrawCounts {
 };
 
 // Runs every line that the shell command prints through the handler and through the dispatcher, and expects its verdict
-// bit for bit.
+// bit for bit, and of the command that it ends with status 0.
 DrawCounts check_draws(const std::string& command);
 
 }  // namespace finance::test
