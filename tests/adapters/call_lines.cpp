@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstdint>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
@@ -22,6 +23,7 @@ double number_of_bits(const std::string& digits) {
 std::vector<CallLine> read_call_lines() {
     std::ifstream file{ENGINE_CALLS};
     std::vector<CallLine> lines;
+    std::set<std::string> called;
     for (std::string text; std::getline(file, text);) {
         const std::vector<std::string> words = split(text, '\t');
         CallLine line{.number = lines.size(), .calculation = catalogue::find(words.at(0))};
@@ -29,8 +31,10 @@ std::vector<CallLine> read_call_lines() {
         line.answer = words.back();
         line.verdict = words[words.size() - 2];
         line.parameters.assign(words.begin() + 1, words.end() - 2);
+        called.insert(words[0]);
         lines.push_back(std::move(line));
     }
+    if (called.size() != catalogue::calculations().size()) throw std::runtime_error{"a calculation has no call"};
     return lines;
 }
 

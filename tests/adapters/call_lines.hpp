@@ -17,7 +17,7 @@ struct CallLine {
     std::string answer{};                   // BITS, -, or the sentence
 };
 
-// All of the file; throws where a line is no call.
+// All of the file; throws where a line is no call, and where a calculation has none.
 std::vector<CallLine> read_call_lines();
 
 std::vector<std::string> split(const std::string& text, char mark);

@@ -5,7 +5,7 @@ set -uo pipefail
 # shellcheck disable=SC1090
 source "$1"
 
-checked=0
+lines=0
 failed=0
 
 # offers "EXPECTED..." WORD...: the last word is the one being typed.
@@ -16,7 +16,7 @@ offers() {
     COMP_CWORD=$(($# - 1))
     COMPREPLY=()
     _finance
-    checked=$((checked + 1))
+    lines=$((lines + 1))
     [ "${COMPREPLY[*]-}" = "$expected" ] && return
     failed=$((failed + 1))
     printf 'after: %s\n  expected: %s\n  offered:  %s\n' "$*" "$expected" "${COMPREPLY[*]-}"
@@ -75,16 +75,19 @@ offers 'n=' finance plot "'PMT(r, n, 1)'" r = 1..2 ''
 offers '--output' finance plot "'PMT(r, n, 1)'" --o
 offers '' finance map "'PMT(a)'" ''
 
-# every calculation offers its arguments
+# every calculation that has a page is offered, and offers its arguments
+calculations=0
 for name in $(COMP_WORDS=(finance '') COMP_CWORD=1 && _finance && printf '%s\n' "${COMPREPLY[@]}" | grep '^[A-Z]'); do
     COMP_WORDS=(finance "$name" '')
     COMP_CWORD=2
     _finance
-    checked=$((checked + 1))
+    calculations=$((calculations + 1))
     [[ ${COMPREPLY[*]-} == *= ]] && continue
     failed=$((failed + 1))
     echo "$name offers: ${COMPREPLY[*]-}"
 done
 
-echo "$checked lines checked"
-[ "$failed" -eq 0 ] && [ "$checked" -eq $((54 + 41)) ]
+pages=$(find "$(dirname "$1")/../docs/reference" -name '[A-Z]*.md' ! -name README.md | wc -l)
+echo "$lines lines and $calculations of $pages calculations checked"
+[ "$failed" -eq 0 ] && [ "$lines" -eq "$(grep -c '^offers ' "$0")" ] && [ "$calculations" -eq "$pages" ] &&
+    [ "$pages" -gt 0 ]

@@ -81,7 +81,6 @@ std::string page_of(const catalogue::Calculation& calculation) {
 const catalogue::Family bonds{"Bonds", {}};
 
 TEST(Reference, TellsAllThatTheCatalogueKnows) {
-    int checked = 0;
     for (const catalogue::Calculation& calculation : catalogue::calculations()) {
         const std::string text = unescaped(page_of(calculation));
         for (const std::string_view part :
@@ -94,9 +93,7 @@ TEST(Reference, TellsAllThatTheCatalogueKnows) {
                 EXPECT_TRUE(contains(text, part)) << calculation.name << ": " << part;
             }
         }
-        ++checked;
     }
-    EXPECT_EQ(checked, 54);
 }
 
 TEST(Reference, AnArgumentIsARowOfTheTable) {
@@ -143,7 +140,7 @@ TEST(ManPage, EveryLineIsARequestThatItKnowsOrText) {
         EXPECT_NE(std::ranges::find(known, request), known.end()) << request;
         ++requests;
     }
-    EXPECT_GT(requests, 54);
+    EXPECT_GT(requests, std::ssize(catalogue::calculations())) << "one each, and the headings";
 }
 
 TEST(ManPage, WordsOptionsAndCalculations) {
@@ -176,7 +173,7 @@ TEST(PageFiles, OneAPageAndNoneTwice) {
         paths.push_back(file.path.string());
     }
     std::ranges::sort(paths);
-    EXPECT_EQ(paths.size(), 54U + 1 + 1 + 2);
+    EXPECT_EQ(paths.size(), catalogue::calculations().size() + 1 + 1 + 2);
     EXPECT_EQ(std::ranges::adjacent_find(paths), paths.end());
 }
 

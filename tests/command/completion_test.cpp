@@ -71,23 +71,20 @@ TEST(Completion, OffersWhatMayFollow) {
 TEST(Completion, AnEmptyLineMayBeginWithAnyCalculationOrJob) {
     const auto candidates = completions("");
     ASSERT_TRUE(candidates.has_value());
-    EXPECT_EQ(candidates->size(), 54 + command::jobs().size() + 1);
+    EXPECT_EQ(candidates->size(), catalogue::calculations().size() + command::jobs().size() + 1);
     EXPECT_TRUE(std::ranges::is_sorted(*candidates));
     EXPECT_EQ(std::ranges::count(*candidates, "list"), 1);
 }
 
 TEST(Completion, EveryArgumentCanBeCompleted) {
-    int checked = 0;
     for (const catalogue::Calculation& calculation : catalogue::calculations()) {
         for (const catalogue::Parameter& parameter : calculation.parameters) {
             const std::string name{parameter.name};
             const auto candidates = completions(std::string{calculation.name} + ' ' + name);
             ASSERT_TRUE(candidates.has_value());
             EXPECT_EQ(std::ranges::count(*candidates, name + '='), 1) << calculation.name << ' ' << name;
-            ++checked;
         }
     }
-    EXPECT_GT(checked, 54);
 }
 
 TEST(Completion, WhatAllCandidatesBeginWith) {

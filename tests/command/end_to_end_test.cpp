@@ -176,7 +176,6 @@ TEST(Command, ASearchThatFindsNothingAnswersADotAndSaysWhy) {
 }
 
 TEST(Command, ExamplesPrintWhatTheCatalogueSays) {
-    int checked = 0;
     for (const catalogue::Calculation& calculation : catalogue::calculations()) {
         SCOPED_TRACE(calculation.name);
         const CommandRun run =
@@ -184,9 +183,7 @@ TEST(Command, ExamplesPrintWhatTheCatalogueSays) {
         EXPECT_EQ(run.exit_status, 0);
         EXPECT_EQ(run.output, std::string{calculation.example.result} + '\n');
         EXPECT_EQ(run.error, "");
-        ++checked;
     }
-    EXPECT_EQ(checked, 54);
 }
 
 TEST(Command, AMissingAnswerIsADot) {
@@ -353,7 +350,7 @@ TEST(Command, List) {
     std::istringstream lines{run.output};
     int calculations = 0;
     for (std::string line; std::getline(lines, line);) calculations += line.rfind("  ", 0) == 0 ? 1 : 0;
-    EXPECT_EQ(calculations, 54);
+    EXPECT_EQ(calculations, std::ssize(catalogue::calculations()));
 }
 
 TEST(Command, Help) {

@@ -24,7 +24,6 @@ std::string squeezed(const std::string& text) {
 }
 
 TEST(Help, TellsAllThatTheCatalogueKnows) {
-    int checked = 0;
     for (const catalogue::Calculation& calculation : catalogue::calculations()) {
         const std::string text = squeezed(command::help_text(calculation));
         for (const std::string_view part :
@@ -37,9 +36,7 @@ TEST(Help, TellsAllThatTheCatalogueKnows) {
                 EXPECT_TRUE(contains(text, squeezed(std::string{part}))) << calculation.name << ": " << part;
             }
         }
-        ++checked;
     }
-    EXPECT_EQ(checked, 54);
 }
 
 void expect_lines_to_fit(const std::string& text) {

@@ -14,7 +14,7 @@ namespace {
 class Corpus : public testing::TestWithParam<std::string> {};
 
 TEST_P(Corpus, SameBits) {
-    constexpr int calls_each = 3750;  // times 54: 202,500
+    constexpr int calls_each = 3750;
     if (__builtin_cpu_supports("fma") == 0) {
         GTEST_SKIP() << "without fused multiply-add the C library's exp, log and pow round otherwise now and then";
     }

@@ -96,7 +96,7 @@ TEST(Derivatives, DurationIsTheSlopeOfTheDirtyPrice) {
         worst.add(error_in_ulps(record.duration, modified * (Precise{y} / f + 1.0)));
     }
     std::printf("    DURATION against the slope: %.3g ulp worst of %d draws\n", worst.error(), worst.count());
-    EXPECT_GT(on_coupon_dates, draws / 10);
+    EXPECT_EQ(on_coupon_dates, 5048);
     EXPECT_LE(worst.error(), 200.0);
 }
 

@@ -19,8 +19,6 @@ using catalogue::Calculation;
 using catalogue::Need;
 using catalogue::ResultKind;
 
-constexpr std::size_t calculations = 54;
-
 // A date as the number of its day, which DuckDB counts.
 std::string as_double(const Calculation& calculation, const std::string& call) {
     if (calculation.result != ResultKind::date) return call;
@@ -37,16 +35,13 @@ double example_result(const Database& database, const Calculation& calculation) 
 
 TEST(DuckdbFunctions, AnswerEveryExample) {
     const Database database;
-    std::size_t compared = 0;
     for (const Calculation& calculation : catalogue::calculations()) {
         const std::string call = sql_call(calculation, sql_arguments(calculation));
         const auto answer = database.doubles("SELECT " + as_double(calculation, call));
         ASSERT_EQ(answer.size(), 1U) << call;
         ASSERT_TRUE(answer[0]) << call;
         EXPECT_EQ(bits(*answer[0]), bits(example_result(database, calculation))) << call;
-        ++compared;
     }
-    EXPECT_EQ(compared, calculations);
 }
 
 // In a table of three chunks one argument is missing in every third row, and in a row from 64 to 127 of each 1000.
@@ -73,16 +68,13 @@ void expect_missing_rows(const Database& database, const Calculation& calculatio
 
 TEST(DuckdbFunctions, MissingArgumentsMakeMissingResults) {
     const Database database;
-    std::size_t checked = 0;
     for (const Calculation& calculation : catalogue::calculations()) {
         for (std::size_t i = 0; i < sql_arguments(calculation).size(); ++i) {
             const std::string type = sql_type(calculation.parameters[i]);
             expect_missing_rows(database, calculation, i, "CAST(NULL AS " + type + ")");
             if (type == "DOUBLE") expect_missing_rows(database, calculation, i, "CAST('nan' AS DOUBLE)");
-            ++checked;
         }
     }
-    EXPECT_GT(checked, 4 * calculations);
 }
 
 std::string of_nulls(const Calculation& calculation, std::size_t count) {
@@ -114,7 +106,7 @@ TEST(DuckdbFunctions, TakeTheirCountsOfArgumentsAndNoOther) {
 
 TEST(DuckdbFunctions, AreListedAndExplained) {
     const Database database;
-    EXPECT_EQ(database.value("SELECT count(*) FROM fin_functions()"), std::to_string(calculations));
+    EXPECT_EQ(database.value("SELECT count(*) FROM fin_functions()"), std::to_string(catalogue::calculations().size()));
     EXPECT_EQ(database.value("SELECT usage FROM fin_functions() WHERE name = 'fin_price'"),
               "fin_price(settlement, maturity, rate, yield, redemption, frequency [, basis])");
     EXPECT_EQ(database.value("SELECT over_rows FROM fin_functions() WHERE name = 'fin_npv'"),
@@ -124,7 +116,7 @@ TEST(DuckdbFunctions, AreListedAndExplained) {
     // Every function that is listed is there, by DuckDB's own account.
     EXPECT_EQ(database.value("SELECT count(DISTINCT f.name) FROM fin_functions() f "
                              "JOIN duckdb_functions() d ON d.function_name = f.name AND d.function_type = 'scalar'"),
-              std::to_string(calculations));
+              std::to_string(catalogue::calculations().size()));
     for (const char* name : {"PMT", "pmt", "fin_pmt", "FIN_PMT"}) {
         const std::string text = database.value("SELECT fin_help('" + std::string{name} + "')");
         EXPECT_TRUE(text.starts_with("fin_pmt(rate, nper, pv [, fv [, type]])")) << text;

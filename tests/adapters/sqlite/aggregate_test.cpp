@@ -148,7 +148,7 @@ TEST(SqliteWindows, AnswerForTheRowsOfTheFrame) {
             for (const SqlValue& value : outcome.values) answered += std::holds_alternative<double>(value) ? 1 : 0;
         }
     }
-    EXPECT_GT(answered, 3000);
+    EXPECT_EQ(answered, 4335);
 }
 
 TEST(SqliteAggregates, KeepTheOrderOfASubqueryWithinGroups) {

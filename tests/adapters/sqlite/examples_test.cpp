@@ -68,7 +68,6 @@ std::string sql(const Calculation& calculation) {
 
 TEST(SqliteExamples, GiveTheirPrintedResults) {
     const Database database;
-    std::size_t compared = 0;
     for (const Calculation& calculation : catalogue::calculations()) {
         const SqlValue answer = database.value(sql(calculation));
         const std::string_view printed = calculation.example.result;
@@ -80,9 +79,7 @@ TEST(SqliteExamples, GiveTheirPrintedResults) {
                       printed.data() + printed.size());
             EXPECT_EQ(answer, SqlValue{expected}) << sql(calculation);
         }
-        ++compared;
     }
-    EXPECT_EQ(compared, 54U);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 // Scalar functions: how values are read, nulls, numbers of arguments, and what SQLite lets them be used for.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "adapters/common/engine_call.hpp"
 #include "tests/adapters/sqlite/database.hpp"
@@ -75,18 +77,16 @@ std::string call_with(const catalogue::Calculation& calculation, std::size_t cou
 // Also beside arguments that would be refused: no calculation takes a blob.
 TEST(SqliteScalars, AreNullWhereAnArgumentIs) {
     const Database database;
-    int checked = 0;
     for (const auto& calculation : catalogue::calculations()) {
         if (!adapters::is_scalar(calculation)) continue;
         const std::size_t all = calculation.parameters.size();
         for (std::size_t count = adapters::fewest_parameters(calculation); count <= all; ++count) {
-            for (std::size_t null = 0; null < count; ++null, ++checked) {
+            for (std::size_t null = 0; null < count; ++null) {
                 const std::string sql = call_with(calculation, count, null, "x'00'");
                 EXPECT_EQ(database.value(sql), SqlValue{}) << sql;
             }
         }
     }
-    EXPECT_GT(checked, 300);
 }
 
 TEST(SqliteScalars, AreNullWhereTheAnswerIsMissing) {
@@ -109,7 +109,7 @@ TEST(SqliteScalars, HaveNoOtherNumberOfArguments) {
             ++checked;
         }
     }
-    EXPECT_EQ(checked, 2 * 48);
+    EXPECT_EQ(checked, 2 * std::ranges::count_if(catalogue::calculations(), adapters::is_scalar));
 }
 
 TEST(SqliteScalars, LeaveOutArgumentsFromTheEnd) {
@@ -125,12 +125,12 @@ TEST(SqliteScalars, AreDeterministicAndInnocuous) {
     const Database database;
     const std::string all = "SELECT count(*) FROM pragma_function_list WHERE name LIKE 'fin\\_%' ESCAPE '\\'";
     const auto registered = std::get<std::int64_t>(database.value(all));
-    EXPECT_GT(registered, 54);
+    EXPECT_GT(registered, std::ssize(catalogue::calculations())) << "some once for each number of arguments";
     const std::string flags = std::to_string(SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS);
     EXPECT_EQ(database.value(all + " AND flags & " + flags + " = " + flags), SqlValue{registered});
     EXPECT_EQ(database.value("SELECT count(DISTINCT name) FROM pragma_function_list WHERE name LIKE 'fin\\_%' ESCAPE "
                              "'\\'"),
-              SqlValue{std::int64_t{54}});
+              SqlValue{std::ssize(catalogue::calculations())});
 }
 
 TEST(SqliteScalars, StandInGeneratedColumnsIndexesAndViews) {
