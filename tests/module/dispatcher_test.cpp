@@ -69,52 +69,6 @@ protected:
     BareHost host;
 };
 
-// ---- The table
-
-TEST_F(Dispatcher, TableIsSortedAndComplete) {
-    ASSERT_FALSE(FinancialList.empty());
-    for (std::size_t i = 0; i < FinancialList.size(); ++i) {
-        const FinancialRow& row = FinancialList[i];
-        EXPECT_EQ(row.name_length, std::string_view{row.name}.size()) << row.name;
-        EXPECT_NE(row.handler, nullptr) << row.name;
-        if (i > 0) {
-            EXPECT_LT(std::string_view{FinancialList[i - 1].name}, row.name);
-        }
-    }
-}
-
-// Smallest and largest number of arguments, written down a second time; 0: no largest.
-TEST_F(Dispatcher, CountsOfTheTable) {
-    struct Row {
-        const char* name;
-        std::int32_t minimum;
-        std::int32_t maximum;
-    };
-    const std::vector<Row> rows{
-        {"ACCRINT", 7, 8},    {"ACCRINTM", 5, 6},   {"AMORDEGRC", 7, 8}, {"AMORLINC", 7, 8},  {"COUPDAYBS", 4, 5},
-        {"COUPDAYS", 4, 5},   {"COUPDAYSNC", 4, 5}, {"COUPNCD", 4, 5},   {"COUPNUM", 4, 5},   {"COUPPCD", 4, 5},
-        {"CUMIPMT", 6, 7},    {"CUMPRINC", 6, 7},   {"DB", 5, 6},        {"DDB", 5, 6},       {"DISC", 5, 6},
-        {"DOLLARDE", 3, 3},   {"DOLLARFR", 3, 3},   {"DURATION", 6, 7},  {"EFFECT", 3, 3},    {"FV", 4, 6},
-        {"FVSCHEDULE", 2, 0}, {"INTRATE", 5, 6},    {"IPMT", 5, 7},      {"IRR", 2, 0},       {"ISPMT", 5, 5},
-        {"MDURATION", 6, 7},  {"MIRR", 2, 0},       {"NOMINAL", 3, 3},   {"NPER", 4, 6},      {"NPV", 2, 0},
-        {"ODDFPRICE", 9, 10}, {"ODDFYIELD", 9, 10}, {"ODDLPRICE", 8, 9}, {"ODDLYIELD", 8, 9}, {"PMT", 4, 6},
-        {"PPMT", 5, 7},       {"PRICE", 7, 8},      {"PRICEDISC", 5, 6}, {"PRICEMAT", 6, 7},  {"PV", 4, 6},
-        {"RATE", 4, 6},       {"RECEIVED", 5, 6},   {"SLN", 4, 4},       {"SYD", 5, 5},       {"TBILLEQ", 4, 4},
-        {"TBILLPRICE", 4, 4}, {"TBILLYIELD", 4, 4}, {"VDB", 6, 8},       {"XIRR", 2, 0},      {"XNPV", 2, 0},
-        {"YEARFRAC", 3, 4},   {"YIELD", 7, 8},      {"YIELDDISC", 5, 6}, {"YIELDMAT", 6, 7},
-    };
-    std::size_t checked = 0;
-    for (const Row& row : rows) {
-        for (const FinancialRow& entry : FinancialList) {
-            if (std::string_view{row.name} != entry.name) continue;
-            EXPECT_EQ(entry.minimum_count, row.minimum) << row.name;
-            EXPECT_EQ(entry.maximum_count, row.maximum) << row.name;
-            ++checked;
-        }
-    }
-    EXPECT_EQ(checked, FinancialList.size());
-}
-
 // ---- Names
 
 TEST_F(Dispatcher, EveryNameFindsItsRow) {
