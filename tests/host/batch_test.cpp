@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/memory_vector.hpp"
+#include "tests/calendar/dates.hpp"
 #include "tests/host/fake_modules.hpp"
 #include "tests/host/sample_calls.hpp"
 #include "tests/support/call.hpp"
@@ -96,8 +97,12 @@ TEST(Batch, ColumnsOfARecord) {
         double settlement, maturity;
         Argument basis;
     };
-    const std::vector<Row> rows{{17577, 21138, "ACTUAL"}, {17577, 21138, "act/360"}, {17577, 21138, "nonsense"},
-                                {21138, 17577, "30/360"}, {17577, 21138, ""},        {nan, 21138, "30/360"}};
+    const std::vector<Row> rows{{host_date(2008, 2, 15), host_date(2017, 11, 15), "ACTUAL"},
+                                {host_date(2008, 2, 15), host_date(2017, 11, 15), "act/360"},
+                                {host_date(2008, 2, 15), host_date(2017, 11, 15), "nonsense"},
+                                {host_date(2017, 11, 15), host_date(2008, 2, 15), "30/360"},
+                                {host_date(2008, 2, 15), host_date(2017, 11, 15), ""},
+                                {nan, host_date(2017, 11, 15), "30/360"}};
     const EmbeddedHost host{real_module()};
     const std::vector<Column> columns{Column::numbers(&rows[0].settlement, sizeof(Row)),
                                       Column::numbers(&rows[0].maturity, sizeof(Row)), Argument{2},
@@ -136,8 +141,8 @@ const std::vector<Argument> mixed{0.0,
 TEST(Batch, ArgumentsOfMixedKinds) {
     for (const bool junk : {false, true}) {
         const EmbeddedHost host{real_module(), {.junk_in_host_bits = junk}};
-        const std::vector<Column> columns{Argument{17577}, Argument{21138}, Argument{2},
-                                          Column::arguments(mixed.data())};
+        const std::vector<Column> columns{Argument{host_date(2008, 2, 15)}, Argument{host_date(2017, 11, 15)},
+                                          Argument{2}, Column::arguments(mixed.data())};
         for (const char* name : {"COUPDAYS", "COUPNUM"}) {
             const Answers answers = answers_of(host, name, columns, mixed.size());
             expect_rows(host, name, columns, answers);
@@ -145,7 +150,8 @@ TEST(Batch, ArgumentsOfMixedKinds) {
             EXPECT_EQ(answers.statuses[3], ZELKOVAN_STATUS_SUCCESS) << "a number after a missing value";
             EXPECT_EQ(answers.flagged[7], 4) << "no keyword";
         }
-        const std::vector<Column> backwards{Argument{17577}, Argument{21138}, Argument{2},
+        const std::vector<Column> backwards{Argument{host_date(2008, 2, 15)}, Argument{host_date(2017, 11, 15)},
+                                            Argument{2},
                                             Column::arguments(&mixed.back(), -std::ptrdiff_t{sizeof(Argument)})};
         expect_rows(host, "COUPDAYS", backwards, answers_of(host, "COUPDAYS", backwards, mixed.size()));
     }
@@ -170,7 +176,8 @@ TEST(Batch, ThreadsShareMixedRows) {
     std::vector<Argument> bases;
     for (std::size_t i = 0; i < rows; ++i) bases.push_back(mixed[i % mixed.size()]);
     const EmbeddedHost host{real_module()};
-    const std::vector<Column> columns{Argument{17577}, Argument{21138}, Argument{2}, Column::arguments(bases.data())};
+    const std::vector<Column> columns{Argument{host_date(2008, 2, 15)}, Argument{host_date(2017, 11, 15)}, Argument{2},
+                                      Column::arguments(bases.data())};
     const Answers shared = answers_of(host, "COUPDAYS", columns, rows, 3);
     expect_rows(host, "COUPDAYS", columns, shared);
     EXPECT_EQ(shared.refused, rows / mixed.size() * 7);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "tests/calendar/dates.hpp"
 #include "tests/support/tables.hpp"
 
 namespace finance::test {
@@ -16,14 +17,39 @@ constexpr const char* precise = "60 digits, tests/reference/moneymarket.py";
 constexpr const char* by_hand = "by hand";
 
 const std::vector<ValueCase> values{
-    {"TBILLPRICE/62 days, 0.09", "TBILLPRICE", {17622, 17684, 0.09}, 98.45, precise, 4},
-    {"TBILLPRICE/-62 days, 0.09", "TBILLPRICE", {17622, 17560, 0.09}, 101.55, precise, 4},
+    {"TBILLPRICE/62 days, 0.09",
+     "TBILLPRICE",
+     {host_date(2008, 3, 31), host_date(2008, 6, 1), 0.09},
+     98.45,
+     precise,
+     4},
+    {"TBILLPRICE/-62 days, 0.09",
+     "TBILLPRICE",
+     {host_date(2008, 3, 31), host_date(2008, 1, 29), 0.09},
+     101.55,
+     precise,
+     4},
     {"TBILLPRICE/50.5 days, 0.0312", "TBILLPRICE", {100.25, 150.75, 0.0312}, 99.56233333333333, precise, 4},
     {"TBILLPRICE/99999 days, 0.09", "TBILLPRICE", {1, 100000, 0.09}, -2399.975, precise, 4},
-    {"TBILLYIELD/62 days, 98.45", "TBILLYIELD", {17622, 17684, 98.45}, 0.09141696292534264, precise, 4},
-    {"TBILLYIELD/62 days, 101.5", "TBILLYIELD", {17622, 17684, 101.5}, -0.08580962974733831, precise, 4},
+    {"TBILLYIELD/62 days, 98.45",
+     "TBILLYIELD",
+     {host_date(2008, 3, 31), host_date(2008, 6, 1), 98.45},
+     0.09141696292534264,
+     precise,
+     4},
+    {"TBILLYIELD/62 days, 101.5",
+     "TBILLYIELD",
+     {host_date(2008, 3, 31), host_date(2008, 6, 1), 101.5},
+     -0.08580962974733831,
+     precise,
+     4},
     {"TBILLYIELD/50.5 days, 99.1", "TBILLYIELD", {100.25, 150.75, 99.1}, 0.06474108561209341, precise, 4},
-    {"TBILLEQ/62 days, 0.0914", "TBILLEQ", {17622, 17684, 0.0914}, 0.09415149356594302, precise, 4},
+    {"TBILLEQ/62 days, 0.0914",
+     "TBILLEQ",
+     {host_date(2008, 3, 31), host_date(2008, 6, 1), 0.0914},
+     0.09415149356594302,
+     precise,
+     4},
     {"TBILLEQ/182 days, 0.09", "TBILLEQ", {1000, 1182, 0.09}, 0.09559979046621267, precise, 4},
     // beyond half a year an ulp of t counts 1 / (t - 1/2) times: 730 times on the first day
     {"TBILLEQ/183 days, 0.09", "TBILLEQ", {1000, 1183, 0.09}, 0.09561234756894087, precise, 8192},
