@@ -79,8 +79,8 @@ TEST(LongSums, ClosedFormsAgainst200Bits) {
         const double n = std::floor(draw.log_between(i % 4 == 0 ? 1.0 : 1e6, 3e10));
         const double exponent = draw.log_between(1e-12, 760.0) * (i % 2 == 0 ? 1.0 : -1.0);
         const double v = i % 16 == 1 ? draw.between(1e-12, 1.0) : std::min(std::exp(exponent / n), 1e8);
-        check(v, n, draw.whole(0, 1) == 0 ? draw.between(0.0, 1.0) : draw.log_between(1.0, 1e10),
-              draw.log_between(1.0, 2147483647.0));
+        const double e = draw.whole(0, 1) == 0 ? draw.between(0.0, 1.0) : draw.log_between(1.0, 1e10);
+        check(v, n, e, draw.log_between(1.0, 2147483647.0));
     }
     for (const double n : {1.0, 2.0, 3.0, 1e3, 1e7, 1e7 + 1, 1e10}) {
         for (const double v : {1.0, 1.0 + 0x1p-52, 1.0 - 0x1p-53, 1.0 + 0x1p-40, 1.0 - 0x1p-40}) check(v, n, 0.5, 2.0);
@@ -88,7 +88,7 @@ TEST(LongSums, ClosedFormsAgainst200Bits) {
     std::printf("    sums of powers %.2g, weighted %.2g, discounts and slopes %.2g relative, worst of %d draws\n",
                 plain.error(), weighted.error(), discounts.error(), weighted.count());
     EXPECT_EQ(weighted.count(), 9959);
-    EXPECT_EQ(discounts.count(), 37588);
+    EXPECT_EQ(discounts.count(), 37546);
     EXPECT_LE(plain.error(), accuracy);
     EXPECT_LE(weighted.error(), accuracy);
     EXPECT_LE(discounts.error(), accuracy);
