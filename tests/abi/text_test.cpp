@@ -120,42 +120,44 @@ TEST(TextCopy, RangesMayOverlap) {
 
 // ---- Deletion
 
+struct DeletionRow {
+    const char* id;
+    std::string text;
+    std::int64_t length;
+    std::string set;
+    std::int64_t set_length;
+    std::int64_t expected;
+    std::string left;
+};
+
+const std::vector<DeletionRow> deletion_rows{
+    {"blanks out of a text", "A B C", 5, " ", 1, 3, "ABC  "},
+    {"several bytes", "A-B C/D", 7, " -/", 3, 4, "ABCD   "},
+    {"none occurs", "ABC", 3, "xyz", 3, 3, "ABC"},
+    {"all occur", "ABAB", 4, "AB", 2, 0, "    "},
+    {"length 0", "A B", 0, " ", 1, 0, "A B"},
+    {"empty set", "A B", 3, "", 0, 3, "A B"},
+    {"none of a set", "A B", 3, " ", 0, 3, "A B"},
+    {"empty set, NUL-terminated", "A B", 3, "", -1, 3, "A B"},
+    {"set NUL-terminated", "A B-C", 5, " -\0C"s, -1, 3, "ABC  "},
+    {"set of explicit length holds a NUL", "A\0B\0"s, 4, "\0"s, 1, 2, "AB  "},
+    {"part of the set only", "A-B C", 5, " -", 1, 4, "A-BC "},
+    {"bytes behind the length stay", "A B C", 3, " ", 1, 2, "AB  C"},
+    {"bytes above 0x7F",
+     "\xE4"
+     "A\xE4",
+     3, "\xE4", 1, 1, "A  "},
+    {"text NUL-terminated", "A B C\0##"s, -1, " ", 1, 3, "ABC\0C\0##"s},
+    {"text NUL-terminated, any negative length", "A B\0##"s, -77, " ", 1, 2, "AB\0\0##"s},
+    {"text and set NUL-terminated", "A-B C\0##"s, -1, "- \0"s, -1, 3, "ABC\0C\0##"s},
+    {"text NUL-terminated, none occurs", "ABC\0##"s, -1, "x", 1, 3, "ABC\0##"s},
+    {"text NUL-terminated, all occur", "   \0##"s, -1, " ", 1, 0, "\0  \0##"s},
+    {"text NUL-terminated, empty set", "A B\0##"s, -1, "", 0, 3, "A B\0##"s},
+    {"text NUL-terminated and empty", "\0##"s, -1, "#", 1, 0, "\0##"s},
+};
+
 TEST(TextDeletion, Rows) {
-    struct Row {
-        const char* id;
-        std::string text;
-        std::int64_t length;
-        std::string set;
-        std::int64_t set_length;
-        std::int64_t expected;
-        std::string left;
-    };
-    const std::vector<Row> rows{
-        {"blanks out of a text", "A B C", 5, " ", 1, 3, "ABC  "},
-        {"several bytes", "A-B C/D", 7, " -/", 3, 4, "ABCD   "},
-        {"none occurs", "ABC", 3, "xyz", 3, 3, "ABC"},
-        {"all occur", "ABAB", 4, "AB", 2, 0, "    "},
-        {"length 0", "A B", 0, " ", 1, 0, "A B"},
-        {"empty set", "A B", 3, "", 0, 3, "A B"},
-        {"none of a set", "A B", 3, " ", 0, 3, "A B"},
-        {"empty set, NUL-terminated", "A B", 3, "", -1, 3, "A B"},
-        {"set NUL-terminated", "A B-C", 5, " -\0C"s, -1, 3, "ABC  "},
-        {"set of explicit length holds a NUL", "A\0B\0"s, 4, "\0"s, 1, 2, "AB  "},
-        {"part of the set only", "A-B C", 5, " -", 1, 4, "A-BC "},
-        {"bytes behind the length stay", "A B C", 3, " ", 1, 2, "AB  C"},
-        {"bytes above 0x7F",
-         "\xE4"
-         "A\xE4",
-         3, "\xE4", 1, 1, "A  "},
-        {"text NUL-terminated", "A B C\0##"s, -1, " ", 1, 3, "ABC\0C\0##"s},
-        {"text NUL-terminated, any negative length", "A B\0##"s, -77, " ", 1, 2, "AB\0\0##"s},
-        {"text and set NUL-terminated", "A-B C\0##"s, -1, "- \0"s, -1, 3, "ABC\0C\0##"s},
-        {"text NUL-terminated, none occurs", "ABC\0##"s, -1, "x", 1, 3, "ABC\0##"s},
-        {"text NUL-terminated, all occur", "   \0##"s, -1, " ", 1, 0, "\0  \0##"s},
-        {"text NUL-terminated, empty set", "A B\0##"s, -1, "", 0, 3, "A B\0##"s},
-        {"text NUL-terminated and empty", "\0##"s, -1, "#", 1, 0, "\0##"s},
-    };
-    for (const Row& row : rows) {
+    for (const DeletionRow& row : deletion_rows) {
         std::string text = row.text;
         EXPECT_EQ(wzstdel(text.data(), row.length, row.set.c_str(), row.set_length), row.expected) << row.id;
         EXPECT_EQ(text, row.left) << row.id;
