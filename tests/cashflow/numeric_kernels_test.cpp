@@ -18,7 +18,6 @@ namespace {
 
 constexpr double inf = std::numeric_limits<double>::infinity();
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double two_to_53 = 9007199254740992.0;
 
 constexpr int draws_a_range = 20000;
 
