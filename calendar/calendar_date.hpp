@@ -10,10 +10,12 @@
 
 #include <cstdint>
 
+#include "abi/zelkovan.h"
+
 namespace finance {
 
 // 1 January 1960, day 0 of the host, as a Julian day number.
-inline constexpr std::int64_t HOST_EPOCH_JULIAN_DAY = 2436935;
+inline constexpr std::int64_t HOST_EPOCH_JULIAN_DAY = ZELKOVAN_EPOCH_JULIAN_DAY;
 
 struct CalendarDate {
     std::int32_t day;         // of the month, 1..31

@@ -10,6 +10,16 @@ namespace finance {
 
 namespace {
 
+// What coupons_around is asked.
+struct Question {
+    const CalendarDate& settlement;
+    const CalendarDate& maturity;
+    CouponTerms& terms;
+    std::uint32_t requests;
+
+    [[nodiscard]] bool about(std::uint32_t request) const { return (requests & request) != 0; }
+};
+
 // ---- By months
 
 // A schedule on one day of the month: every month has the maturity's day, so that no coupon date is moved, and months
@@ -68,18 +78,17 @@ private:
     bool on_anniversary_;
 };
 
-void take_coupons(CouponInfo* info, const PlainSchedule& plain) {
-    const std::uint32_t requests = info->requests;
-    const bool counts_days_of_period = info->terms->basis == BASIS_ACTUAL && (requests & REQUEST_DAYS_IN_PERIOD) != 0;
+void take_coupons(CouponInfo* info, const PlainSchedule& plain, const Question& asked) {
+    const bool counts_days_of_period = asked.terms.basis == BASIS_ACTUAL && asked.about(REQUEST_DAYS_IN_PERIOD);
     const std::int32_t next = plain.later();
-    if (counts_days_of_period || (requests & (REQUEST_DATES | REQUEST_DAYS_TO_NEXT)) != 0) {
+    if (counts_days_of_period || asked.about(REQUEST_DATES | REQUEST_DAYS_TO_NEXT)) {
         plain.set_coupon(info->nextCoupon, next);
     }
     if (plain.on_coupon()) {
         plain.set_coupon(&info->coincidentSlot, next + 1);
         info->coincidentCoupon = &info->coincidentSlot;
     }
-    const bool period_before = plain.on_coupon() && !plain.on_anniversary() && (requests & REQUEST_DAYS_IN_PERIOD) != 0;
+    const bool period_before = plain.on_coupon() && !plain.on_anniversary() && asked.about(REQUEST_DAYS_IN_PERIOD);
     plain.set_coupon(info->previousCoupon, period_before ? next + 2 : next + 1);
 }
 
@@ -121,20 +130,20 @@ void set_coupon(CalendarDate* date, const CalendarDate& A, std::int64_t k, const
 }
 
 // settlement is A moved by k periods.
-void settle_on_coupon(CouponInfo* info, const CalendarDate& A, std::int64_t k) {
-    const bool previous_period = (info->requests & REQUEST_DAYS_IN_PERIOD) != 0;
-    set_coupon(info->previousCoupon, A, previous_period ? k - 1 : k, *info->terms);
-    set_coupon(&info->coincidentSlot, A, k, *info->terms);
-    set_coupon(info->nextCoupon, A, k + 1, *info->terms);
+void settle_on_coupon(CouponInfo* info, const Question& asked, const CalendarDate& A, std::int64_t k) {
+    set_coupon(info->previousCoupon, A, asked.about(REQUEST_DAYS_IN_PERIOD) ? k - 1 : k, asked.terms);
+    set_coupon(&info->coincidentSlot, A, k, asked.terms);
+    set_coupon(info->nextCoupon, A, k + 1, asked.terms);
     info->coincidentCoupon = &info->coincidentSlot;
 }
 
 // Steps from A over settlement, forward or backward: `beyond` is where that succeeds, `near` the step before. Where it
 // does not, they are the last two steps; without any step, A and no date at all.
-void search(CouponInfo* info, const CalendarDate& A, std::int64_t direction, CalendarDate* near, CalendarDate* beyond) {
-    const CouponTerms& terms = *info->terms;
+void search(CouponInfo* info, const Question& asked, const CalendarDate& A, std::int64_t direction, CalendarDate* near,
+            CalendarDate* beyond) {
+    const CouponTerms& terms = asked.terms;
     const std::int64_t frequency = terms.frequency;
-    const std::int64_t settlement = info->settlement->julianDay;
+    const std::int64_t settlement = asked.settlement.julianDay;
     if (frequency < 1) {
         *beyond = A;
         *near = {};
@@ -144,7 +153,7 @@ void search(CouponInfo* info, const CalendarDate& A, std::int64_t direction, Cal
     std::int64_t k = 1;
     for (; k <= frequency; k = next_step(k, frequency)) {
         const std::int64_t day = advanced_day(A, A.year, direction * k, terms);
-        if (day == settlement) return settle_on_coupon(info, A, direction * k);
+        if (day == settlement) return settle_on_coupon(info, asked, A, direction * k);
         if (direction > 0 ? day > settlement : day < settlement) break;
     }
     k = std::min(k, frequency);
@@ -152,20 +161,20 @@ void search(CouponInfo* info, const CalendarDate& A, std::int64_t direction, Cal
     set_coupon(beyond, A, direction * k, terms);
 }
 
-void search_coupons(CouponInfo* info) {
-    const CalendarDate A = anchor_date(*info->settlement, *info->maturity);
-    switch (zCompareDates(&A, info->settlement)) {
+void search_coupons(CouponInfo* info, Question asked) {
+    const CalendarDate A = anchor_date(asked.settlement, asked.maturity);
+    switch (zCompareDates(&A, &asked.settlement)) {
         case DATE_EQUAL:
             *info->previousCoupon = A;
             info->coincidentSlot = A;
             info->coincidentCoupon = &info->coincidentSlot;
-            zAdvanceDate(info->nextCoupon, &A, 1, info->terms);
+            zAdvanceDate(info->nextCoupon, &A, 1, &asked.terms);
             break;
         case DATE_BEFORE:
-            search(info, A, 1, info->previousCoupon, info->nextCoupon);
+            search(info, asked, A, 1, info->previousCoupon, info->nextCoupon);
             break;
         case DATE_AFTER:  // only where the month's end moved the anchor past settlement
-            search(info, A, -1, info->nextCoupon, info->previousCoupon);
+            search(info, asked, A, -1, info->nextCoupon, info->previousCoupon);
             break;
     }
 }
@@ -205,10 +214,9 @@ double count_by_steps(const CalendarDate& settlement, const CalendarDate& maturi
 // ---- Both
 
 // Dates beyond all years may come out of order from their splitting; the plain count is for settlement before maturity.
-double count_coupons(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms,
-                     const std::optional<PlainSchedule>& plain) {
-    if (plain && before(settlement, maturity)) return plain->later() + 1;
-    return count_by_steps(settlement, maturity, terms);
+double count_in_schedule(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms,
+                         const PlainSchedule& plain) {
+    return before(settlement, maturity) ? plain.later() + 1 : count_by_steps(settlement, maturity, terms);
 }
 
 double days_counted(const CalendarDate& start, const CalendarDate& end, CouponTerms* terms) {
@@ -217,18 +225,16 @@ double days_counted(const CalendarDate& start, const CalendarDate& end, CouponTe
     return days;
 }
 
-void answer_requests(CouponInfo* info) {
-    const std::uint32_t requests = info->requests;
-    CouponTerms* terms = info->terms;
-    if ((requests & REQUEST_DAYS_SINCE_PREVIOUS) != 0) {
-        info->daysSincePrevious = days_counted(*info->previousCoupon, *info->settlement, terms);
+void answer_requests(CouponInfo* info, const Question& asked) {
+    if (asked.about(REQUEST_DAYS_SINCE_PREVIOUS)) {
+        info->daysSincePrevious = days_counted(*info->previousCoupon, asked.settlement, &asked.terms);
     }
-    if ((requests & REQUEST_DAYS_TO_NEXT) != 0) {
-        info->daysToNext = days_counted(*info->settlement, *info->nextCoupon, terms);
+    if (asked.about(REQUEST_DAYS_TO_NEXT)) {
+        info->daysToNext = days_counted(asked.settlement, *info->nextCoupon, &asked.terms);
     }
-    if ((requests & REQUEST_DAYS_IN_PERIOD) != 0) {
+    if (asked.about(REQUEST_DAYS_IN_PERIOD)) {
         const CalendarDate* start = info->coincidentCoupon != nullptr ? info->coincidentCoupon : info->previousCoupon;
-        info->daysInPeriod = period_days(*start, *info->nextCoupon, terms);
+        info->daysInPeriod = period_days(*start, *info->nextCoupon, &asked.terms);
     }
 }
 
@@ -242,32 +248,30 @@ void set_results(CouponInfo* info) {
 
 double coupons_around(CouponInfo* info, const CalendarDate& settlement, const CalendarDate& maturity,
                       CouponTerms* terms, std::uint32_t requests) {
-    info->settlement = &settlement;
-    info->maturity = &maturity;
-    info->terms = terms;
-    info->requests = requests;
+    const Question asked{settlement, maturity, *terms, requests};
     set_results(info);
-    const auto plain = PlainSchedule::of(settlement, maturity, *terms);
-    const double count = (requests & REQUEST_COUNT) != 0 ? count_coupons(settlement, maturity, *terms, plain) : 0.0;
-    if (plain) {
-        take_coupons(info, *plain);
+    double count = 0.0;
+    if (const auto plain = PlainSchedule::of(settlement, maturity, *terms)) {
+        if (asked.about(REQUEST_COUNT)) count = count_in_schedule(settlement, maturity, *terms, *plain);
+        take_coupons(info, *plain, asked);
     } else {
-        search_coupons(info);
+        if (asked.about(REQUEST_COUNT)) count = count_by_steps(settlement, maturity, *terms);
+        search_coupons(info, asked);
     }
-    answer_requests(info);
+    answer_requests(info, asked);
     return count;
 }
 
 void FindCouponInfo(CouponInfo* info) {
     if (info->maturity == nullptr) return set_results(info);
-    const std::uint32_t requests = info->requests;
-    coupons_around(info, *info->settlement, *info->maturity, info->terms, requests | REQUEST_DATES);
-    info->requests = requests;
+    coupons_around(info, *info->settlement, *info->maturity, info->terms, info->requests | REQUEST_DATES);
 }
 
 double CountTheCoupons(const CalendarDate* settlement, const CalendarDate* maturity, const CalendarDate* /*spare*/,
                        const CouponTerms* terms) {
-    return count_coupons(*settlement, *maturity, *terms, PlainSchedule::of(*settlement, *maturity, *terms));
+    const auto plain = PlainSchedule::of(*settlement, *maturity, *terms);
+    return plain ? count_in_schedule(*settlement, *maturity, *terms, *plain)
+                 : count_by_steps(*settlement, *maturity, *terms);
 }
 
 double CountWholeCoupons(const CalendarDate* date, const CalendarDate* maturity, const CalendarDate* /*spare*/,

@@ -41,7 +41,7 @@ struct CouponInfo {
 
 void FindCouponInfo(CouponInfo* info);
 
-// The one door to a schedule: makes info, whatever it was, that of the coupons around settlement. Answers their number as
+// The one door to a schedule: sets what goes out of info, and reads nothing of it. Answers the number of coupons as
 // CountTheCoupons does, where that is requested, else 0.
 double coupons_around(CouponInfo* info, const CalendarDate& settlement, const CalendarDate& maturity,
                       CouponTerms* terms, std::uint32_t requests = REQUEST_DATES);

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "tests/support/example_calls.hpp"
+
 namespace finance::fuzz {
 
 namespace {
@@ -24,6 +26,16 @@ std::string misspelt(std::string_view name, Bytes& in) {
     if ((how & 0x1C) == 0x14) text += '\0';
     if ((how & 0x1C) == 0x18) text.append(text);
     return text;
+}
+
+// As many arguments as a calculation takes, at its row.
+const std::vector<std::vector<host::Argument>>& full_calls() {
+    static const auto calls = [] {
+        std::vector<std::vector<host::Argument>> made;
+        for (const auto& calculation : catalogue::calculations()) made.push_back(test::full_call(calculation));
+        return made;
+    }();
+    return calls;
 }
 
 std::string some_text(Bytes& in) {
@@ -52,10 +64,13 @@ void CallRecord::place_zones(std::uint8_t junk) {
 }
 
 void CallRecord::fill(Bytes& in) {
-    const KnownName& wanted = known_names[in.below(known_names.size())];
+    const std::size_t row = in.below(static_cast<std::uint32_t>(catalogue::calculations().size()));
+    const catalogue::Calculation& wanted = catalogue::calculations()[row];
+    const std::vector<host::Argument>& usual = full_calls()[row];
     const std::uint8_t shape = in.byte();
-    const std::int32_t span = wanted.optional == any_number ? 14 : wanted.optional + 1;
-    const auto fitting = static_cast<std::size_t>(1 + wanted.required + shape % span);
+    const std::size_t least = minimum_count(wanted);
+    const std::size_t most = list_count(wanted) > 0 ? least + 13 : maximum_count(wanted);
+    const std::size_t fitting = least + shape % (most - least + 1);
     size_ = shape < 224 ? fitting : in.below(most_slots + 1);
     place_zones(in.byte());
     context_->mode = in.flag() ? static_cast<std::uint8_t>(72 + 16 * in.below(5)) : in.byte();
@@ -66,7 +81,7 @@ void CallRecord::fill(Bytes& in) {
     const std::uint8_t naming = in.byte();
     name_ = naming < 192 ? std::string{wanted.name} : naming < 232 ? misspelt(wanted.name, in) : some_text(in);
     put_name(in);
-    for (std::size_t i = 1; i < size_; ++i) put_argument(in, i, wanted);
+    for (std::size_t i = 1; i < size_; ++i) put_argument(in, i, usual[(i - 1) % usual.size()]);
 }
 
 // Slot 0 has any type: the name is read as characters whatever it says.
@@ -101,57 +116,62 @@ void CallRecord::put_text(std::size_t i, std::string_view text) {
     slots_[i].value = put_descriptor(i, static_cast<std::uint32_t>(text.size()), place);
 }
 
-// Of a type that is odd the value is at least a double, of any other a descriptor; both may be null.
-void CallRecord::put_argument(Bytes& in, std::size_t i, const KnownName& wanted) {
-    const std::uint8_t kind = in.byte();
-    const double usual = wanted.usual[(i - 1) % wanted.usual.size()];
-    slots_[i].flags = static_cast<std::uint8_t>(kind & 0xF0);
-    slots_[i].type = static_cast<std::uint8_t>(ZELKOVAN_TYPE_NUMERIC | (kind & ZELKOVAN_TYPE_HOST_MARK));
-    slots_[i].value = nullptr;
-    const auto text_type = static_cast<std::uint8_t>(ZELKOVAN_TYPE_CHARACTER | (kind >> 5 & ZELKOVAN_TYPE_HOST_MARK));
-    switch (kind & 0xF) {
+// The usual one or one beside it, missing, or any.
+double CallRecord::some_number(Bytes& in, int way, double usual) const {
+    switch (way) {
         case 0:
         case 1:
-            put_number(i, usual);
-            break;
+            return usual;
         case 2:  // moved by days or units
-            put_number(i, usual + in.take<std::int8_t>());
-            break;
+            return usual + in.take<std::int8_t>();
         case 3:  // made up to four times as large, or turned round
-            put_number(i, usual * in.take<std::int8_t>() / 32.0);
-            break;
-        case 8:  // absent, of any type
-            slots_[i].type = in.byte();
-            break;
+            return usual * in.take<std::int8_t>() / 32.0;
         case 9:
-            put_number(i, some_nan(in));
-            break;
-        case 10:
-            put_number(i, number(in, previous_));
-            slots_[i].type = static_cast<std::uint8_t>(in.byte() | ZELKOVAN_TYPE_NUMERIC);
-            break;
-        case 11:
-            slots_[i].type = text_type;
-            put_text(i, keywords[in.below(keywords.size())]);
-            break;
-        case 12:
-            slots_[i].type = text_type;
-            put_text(i, some_text(in));
-            break;
-        case 13:  // no text, of any length
-            slots_[i].type = text_type;
-            slots_[i].value = put_descriptor(i, in.take<std::uint32_t>(), nullptr);
-            break;
-        case 14:
-            put_text(i, some_text(in));
-            slots_[i].type = in.byte();
-            break;
+            return some_nan(in);
         default:
-            put_number(i, number(in, previous_));
+            return number(in, previous_);
     }
 }
 
-void CallRecord::claim(Bytes& in, const KnownName* known) {
+// Of a type that is odd the value is at least a double, of any other a descriptor; both may be null.
+void CallRecord::put_argument(Bytes& in, std::size_t i, const host::Argument& usual) {
+    const std::uint8_t kind = in.byte();
+    const int way = kind & 0xF;
+    const bool usual_text = way < 2 && usual.kind() == host::Argument::Kind::text;
+    ArgSlot& slot = slots_[i];
+    slot.flags = static_cast<std::uint8_t>(kind & 0xF0);
+    slot.type = usual_text || (way >= 11 && way <= 13)
+                    ? static_cast<std::uint8_t>(ZELKOVAN_TYPE_CHARACTER | (kind >> 5 & ZELKOVAN_TYPE_HOST_MARK))
+                    : static_cast<std::uint8_t>(ZELKOVAN_TYPE_NUMERIC | (kind & ZELKOVAN_TYPE_HOST_MARK));
+    slot.value = nullptr;
+    switch (way) {
+        case 8:  // absent, of any type
+            slot.type = in.byte();
+            break;
+        case 10:
+            put_number(i, number(in, previous_));
+            slot.type = static_cast<std::uint8_t>(in.byte() | ZELKOVAN_TYPE_NUMERIC);
+            break;
+        case 11:
+            put_text(i, keywords[in.below(keywords.size())]);
+            break;
+        case 12:
+            put_text(i, some_text(in));
+            break;
+        case 13:  // no text, of any length
+            slot.value = put_descriptor(i, in.take<std::uint32_t>(), nullptr);
+            break;
+        case 14:
+            put_text(i, some_text(in));
+            slot.type = in.byte();
+            break;
+        default:
+            if (usual_text) return put_text(i, usual.text());
+            put_number(i, some_number(in, way, usual.number()));
+    }
+}
+
+void CallRecord::claim(Bytes& in, const catalogue::Calculation* known) {
     constexpr std::int64_t wrap = std::int64_t{1} << 32;
     const auto slots = static_cast<std::int64_t>(size_);
     std::int64_t count = slots;
@@ -182,7 +202,7 @@ void CallRecord::claim(Bytes& in, const KnownName* known) {
     }
     const auto read = static_cast<std::int32_t>(static_cast<std::uint32_t>(count));
     const bool refused_unseen =
-        known == nullptr || (known->optional != any_number && read > 1 + known->required + known->optional);
+        known == nullptr || (list_count(*known) == 0 && read > static_cast<std::int64_t>(maximum_count(*known)));
     const bool within = read < 1 || (slots > 0 && (read <= slots || refused_unseen));
     context_->count = within ? count : slots;
 }

@@ -8,8 +8,9 @@
 #include <vector>
 
 #include "abi/zelkovan.h"
+#include "catalogue/catalogue.hpp"
 #include "fuzz/input.hpp"
-#include "fuzz/known_names.hpp"
+#include "host/embedded_host.hpp"
 
 namespace finance::fuzz {
 
@@ -32,7 +33,7 @@ public:
 
     // Gives the record a count, where it keeps to the rules: with more than there are slots, the module must know from
     // the name that it need not look at them.
-    void claim(Bytes& in, const KnownName* known);
+    void claim(Bytes& in, const catalogue::Calculation* known);
 
 private:
     struct Zone {
@@ -42,7 +43,8 @@ private:
 
     void place_zones(std::uint8_t junk);
     void put_name(Bytes& in);
-    void put_argument(Bytes& in, std::size_t i, const KnownName& wanted);
+    void put_argument(Bytes& in, std::size_t i, const host::Argument& usual);
+    double some_number(Bytes& in, int way, double usual) const;
     void put_number(std::size_t i, double value);
     CharacterDescriptor* put_descriptor(std::size_t i, std::uint32_t length, char* text);
     void put_text(std::size_t i, std::string_view text);

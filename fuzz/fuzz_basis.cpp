@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "abi/basis.hpp"
+#include "catalogue/text_case.hpp"
 #include "fuzz/input.hpp"
-#include "fuzz/known_names.hpp"
 #include "fuzz/linked_host.hpp"
 
 namespace finance::fuzz {
@@ -25,7 +25,7 @@ std::optional<std::int32_t> model_keyword(std::string_view text) {
     if (text.empty() || text.size() > longest) return {};
     std::string word;
     for (const char c : text) {
-        if (c != ' ') word += upper(c);
+        if (c != ' ') word += catalogue::upper(c);
     }
     for (std::size_t code = 0; code < keywords.size(); ++code) {
         if (word == keywords[code]) return static_cast<std::int32_t>(code);
@@ -57,47 +57,57 @@ void check(const ArgSlot& slot, std::optional<std::int32_t> expected) {
     must(std::memcmp(&before, &slot, sizeof slot) == 0, "a slot is only read");
 }
 
-void run(Bytes in) {
-    static GuardedMemory<1> texts;
-    static GuardedMemory<1> values;
-    const std::uint8_t how = in.byte();
-    linked_host().set_case_blind((how & 1) == 0);
-    linked_host().set_multibyte((how & 2) != 0);
+// A copy that ends where readable memory ends.
+template <typename Value>
+char* guarded(const Value& value) {
+    static GuardedMemory<1> memory;
+    return memory.put({reinterpret_cast<const char*>(&value), sizeof value});
+}
 
-    ArgSlot slot{};
-    const std::uint8_t mark = (how & 4) != 0 ? std::uint8_t{ZELKOVAN_TYPE_HOST_MARK} : std::uint8_t{0};
-    slot.flags = in.byte();
-    std::memset(slot.host_owned, how, sizeof slot.host_owned);
-    if ((how & 8) != 0) {
-        const double value = (how & 16) != 0 ? in.take<std::int8_t>() / 16.0 : number(in, 1.0);
-        slot.type = ZELKOVAN_TYPE_NUMERIC | mark;
-        slot.value = values.put({reinterpret_cast<const char*>(&value), sizeof value});
-        check(slot, model_code(value));
-        slot.value = nullptr;
-        check(slot, actual);
-        return;
-    }
+void check_number(Bytes& in, ArgSlot slot, bool near_codes) {
+    const double value = near_codes ? in.take<std::int8_t>() / 16.0 : number(in, 1.0);
+    slot.type |= ZELKOVAN_TYPE_NUMERIC;
+    slot.value = guarded(value);
+    check(slot, model_code(value));
+    slot.value = nullptr;
+    check(slot, actual);
+}
+
+void check_text(Bytes& in, ArgSlot slot) {
+    static GuardedMemory<1> texts;
     const std::string text = some_text(in);
     CharacterDescriptor descriptor{};
     descriptor.length = static_cast<std::uint32_t>(text.size());
     descriptor.text = texts.put(text);
-    slot.type = ZELKOVAN_TYPE_CHARACTER | mark;
-    slot.value = values.put({reinterpret_cast<const char*>(&descriptor), sizeof descriptor});
+    slot.type |= ZELKOVAN_TYPE_CHARACTER;
+    slot.value = guarded(descriptor);
     check(slot, model_keyword(text));
     must(std::string_view{descriptor.text, text.size()} == text, "a text is only read");
 
-    const std::uint8_t type = in.byte();
-    const int bare_type = type & ~ZELKOVAN_TYPE_HOST_MARK;
-    if (bare_type != ZELKOVAN_TYPE_NUMERIC && bare_type != ZELKOVAN_TYPE_CHARACTER) {
-        slot.type = type;
-        check(slot, {});
-    }
-    slot.type = ZELKOVAN_TYPE_CHARACTER | mark;
+    ArgSlot other = slot;
+    other.type = in.byte();
+    const int bare_type = other.type & ~ZELKOVAN_TYPE_HOST_MARK;
+    if (bare_type != ZELKOVAN_TYPE_NUMERIC && bare_type != ZELKOVAN_TYPE_CHARACTER) check(other, {});
     slot.value = nullptr;
     check(slot, {});
     descriptor.text = nullptr;
-    slot.value = values.put({reinterpret_cast<const char*>(&descriptor), sizeof descriptor});
+    slot.value = guarded(descriptor);
     check(slot, {});
+}
+
+void run(Bytes in) {
+    const std::uint8_t how = in.byte();
+    linked_host().set_case_blind((how & 1) == 0);
+    linked_host().set_multibyte((how & 2) != 0);
+    ArgSlot slot{};
+    slot.type = (how & 4) != 0 ? std::uint8_t{ZELKOVAN_TYPE_HOST_MARK} : std::uint8_t{0};
+    slot.flags = in.byte();
+    std::memset(slot.host_owned, how, sizeof slot.host_owned);
+    if ((how & 8) != 0) {
+        check_number(in, slot, (how & 16) != 0);
+    } else {
+        check_text(in, slot);
+    }
 }
 
 }  // namespace

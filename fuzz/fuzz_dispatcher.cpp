@@ -1,6 +1,6 @@
 // Whole call records through the dispatcher, and through the missing-value counters.
 //
-//  (1) Which calculation is meant, and whether the number of arguments suits it, is what a look at all names says.
+//  (1) Which calculation is meant, and whether the number of arguments suits it, is what the catalogue says.
 //  (2) Status 0 and no flag, or the one status of refusal and at most one flag, on an argument after the name; a result
 //      that is written or the missing value. A call that reaches no calculation leaves the result alone, as do a few
 //      failures of calculations that flag nothing.
@@ -24,17 +24,25 @@ enum class Verdict : std::uint8_t { no_name, unknown, too_few, too_many, calcula
 
 struct Expected {
     Verdict verdict;
-    const KnownName* known;
+    const catalogue::Calculation* known;
     std::int32_t count;
 };
 
-Expected expected_of(const CallRecord& record, const KnownName* known) {
+// The calculation that a text names, or null: trailing blanks do not count, case does not where the host is blind to
+// it, and nothing else is forgiven.
+const catalogue::Calculation* find_name(std::string_view text, bool case_blind) {
+    while (text.ends_with(' ')) text.remove_suffix(1);
+    const catalogue::Calculation* found = catalogue::find(text);
+    return found != nullptr && (case_blind || found->name == text) ? found : nullptr;
+}
+
+Expected expected_of(const CallRecord& record, const catalogue::Calculation* known) {
     const auto count = static_cast<std::int32_t>(static_cast<std::uint32_t>(record.context()->count));
     if (count < 1) return {Verdict::no_name, nullptr, count};
     if (known == nullptr) return {Verdict::unknown, nullptr, count};
-    if (count < 1 + known->required) return {Verdict::too_few, known, count};
-    const bool bounded = known->optional != any_number;
-    if (bounded && count > 1 + known->required + known->optional) return {Verdict::too_many, known, count};
+    const auto given = static_cast<std::size_t>(count);
+    if (given < minimum_count(*known)) return {Verdict::too_few, known, count};
+    if (list_count(*known) == 0 && given > maximum_count(*known)) return {Verdict::too_many, known, count};
     return {Verdict::calculation, known, count};
 }
 
@@ -121,7 +129,7 @@ bool may_leave_result(const Expected& expected, bool memory_may_fail) {
 
 void check(const Expected& expected, const Outcome& outcome, std::uint64_t sentinel, bool memory_may_fail) {
     must(outcome.status == STATUS_SUCCESS || outcome.status == STATUS_INVALID_ARGUMENT, "the host sees two statuses");
-    constexpr std::uint64_t lines_of_usage = 2 + known_names.size() + 2;
+    const std::uint64_t lines_of_usage = 2 + catalogue::calculations().size() + 2;
     const bool reached = expected.verdict == Verdict::calculation;
     const bool named = expected.verdict != Verdict::no_name && expected.verdict != Verdict::unknown;
     must(outcome.lines == (reached ? 0 : named ? 1 : lines_of_usage), "the log tells a wrong name or number");
@@ -193,7 +201,7 @@ void run(Bytes in) {
     linked_host().set_case_blind(case_blind);
     linked_host().set_multibyte((host_mode & 2) != 0);
     record.fill(in);
-    const KnownName* known = find_name(record.name(), case_blind);
+    const catalogue::Calculation* known = find_name(record.name(), case_blind);
     record.claim(in, known);
     const std::string before = record.bytes();
     const Expected expected = expected_of(record, known);

@@ -9,7 +9,8 @@ import re
 import struct
 
 HERE = pathlib.Path(__file__).resolve().parent
-NAMES = re.findall(r'KnownName\{"(\w+)", (\d), (\d|any_number),', (HERE / "known_names.hpp").read_text())
+# Ascending by name: smallest and largest count, the name included; 0 where there is none.
+ROWS = re.findall(r"ROW\((\w+), (\d+), (\d+)\)", (HERE.parent / "module" / "financial_list.hpp").read_text())
 
 
 def day(text):
@@ -51,10 +52,10 @@ def argument(value):
 
 
 def call(name, arguments, host_mode=0):
-    index = [row[0] for row in NAMES].index(name)
-    _, required, optional = NAMES[index]
-    shape = len(arguments) - int(required)
-    assert 0 <= shape < (14 if optional == "any_number" else int(optional) + 1), name
+    index = [row[0] for row in ROWS].index(name)
+    least, most = map(int, ROWS[index][1:])
+    shape = 1 + len(arguments) - least
+    assert 0 <= shape <= (most or least + 13) - least, name
     head = bytes([host_mode, index, shape, 0xA5, 1, 0, 1, 0])  # note mode 72, no note so far
     return head + bytes([0, 0, 0xF0]) + b"".join(map(argument, arguments)) + bytes([0, 0, 0, 0])
 

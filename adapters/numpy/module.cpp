@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/list_rows.hpp"
 #include "adapters/numpy/objects.hpp"
@@ -20,13 +21,11 @@ using catalogue::Calculation;
 
 namespace {
 
-constexpr std::size_t longest_keyword_text = 255;
-
 // ---- Words
 
 // As the module looks a keyword up: without blanks, in any case.
 PyObject* keyword_code(std::string_view text) {
-    if (text.size() > longest_keyword_text) Py_RETURN_NONE;
+    if (text.size() > ZELKOVAN_LONGEST_BASIS_TEXT) Py_RETURN_NONE;
     std::string word = catalogue::lower_case(text);
     std::erase(word, ' ');
     for (std::size_t code = 0; code < catalogue::basis_keywords.size(); ++code) {

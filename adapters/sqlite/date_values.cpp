@@ -1,5 +1,6 @@
 #include "adapters/sqlite/date_values.hpp"
 
+#include "abi/zelkovan.h"
 #include "catalogue/host_date.hpp"
 
 namespace finance::adapters::sqlite {
@@ -7,7 +8,7 @@ namespace finance::adapters::sqlite {
 namespace {
 
 constexpr double first_julian_day = 2'000'000.0;
-constexpr double julian_day_of_host_day_0 = 2'436'934.5;  // 1960-01-01 00:00
+constexpr double julian_day_of_host_day_0 = ZELKOVAN_EPOCH_JULIAN_DAY - 0.5;  // days begin at noon
 constexpr double seconds_a_day = 86'400.0;
 
 constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }

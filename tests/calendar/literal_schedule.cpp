@@ -153,15 +153,9 @@ double count_whole_coupons(const CalendarDate& date, const CalendarDate& maturit
     return static_cast<double>(n);
 }
 
-void list_coupons(CouponList* list) {
-    list->firstPeriod = {};
-    list->lastPeriod = {};
-    CouponInfo info{};
-    info.settlement = list->startDate;
-    info.maturity = list->maturity;
-    info.terms = list->terms;
-    find_coupons(&info);
-    const std::int64_t end = list->endDate->julianDay;
+namespace {
+
+void add_first_period(CouponList* list, const CouponInfo& info) {
     list->currentPeriod = &list->firstPeriod;
     if (info.coincidentCoupon != nullptr) {
         list->boundaryFlags |= START_ON_COUPON;
@@ -174,11 +168,14 @@ void list_coupons(CouponList* list) {
         list->firstPeriod = period(*info.previousCoupon, *info.nextCoupon, list->terms);
     }
     list->periodsStored += 1;
-    if (info.nextCoupon->julianDay == end) list->boundaryFlags |= END_ON_COUPON;
-    if (info.nextCoupon->julianDay >= end) return;
-    CalendarDate last = *info.nextCoupon;
+    if (info.nextCoupon->julianDay == list->endDate->julianDay) list->boundaryFlags |= END_ON_COUPON;
+}
+
+void add_later_periods(CouponList* list, const CalendarDate& first_end) {
+    const std::int64_t end = list->endDate->julianDay;
+    CalendarDate last = first_end;
     for (std::int64_t k = 1;; ++k) {
-        const CalendarDate D = advanced(*info.nextCoupon, k, *list->terms);
+        const CalendarDate D = advanced(first_end, k, *list->terms);
         list->lastPeriod = period(last, D, list->terms);
         list->currentPeriod = &list->lastPeriod;
         list->periodsStored += 1;
@@ -194,6 +191,20 @@ void list_coupons(CouponList* list) {
         }
         last = D;
     }
+}
+
+}  // namespace
+
+void list_coupons(CouponList* list) {
+    list->firstPeriod = {};
+    list->lastPeriod = {};
+    CouponInfo info{};
+    info.settlement = list->startDate;
+    info.maturity = list->maturity;
+    info.terms = list->terms;
+    find_coupons(&info);
+    add_first_period(list, info);
+    if (info.nextCoupon->julianDay < list->endDate->julianDay) add_later_periods(list, *info.nextCoupon);
 }
 
 double sum_of_proportions(double total, const CalendarDate& origin, const CalendarDate& end, WalkEnd until,

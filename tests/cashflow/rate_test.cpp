@@ -17,7 +17,7 @@ namespace {
 constexpr double inf = std::numeric_limits<double>::infinity();
 constexpr double two_to_32 = 4294967296.0;
 constexpr double two_to_53 = 9007199254740992.0;
-constexpr const char* digits_60 = "60 digits, tests/reference/securities.py";
+constexpr const char* digits_60 = "60 digits, tests/reference/annuities.py";
 constexpr const char* by_hand = "by hand";
 
 const std::vector<ValueCase> values{

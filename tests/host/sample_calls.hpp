@@ -1,4 +1,4 @@
-// A call of every calculation, and calls that end in every other way: log lines, notes, refusals.
+// Calls of every calculation, a usual one and one in full, and calls that end in every other way: log lines, notes, refusals.
 #pragma once
 
 #include <chrono>
@@ -14,7 +14,7 @@ struct SampleCall {
     std::vector<host::Argument> arguments;
 };
 
-[[nodiscard]] const std::vector<SampleCall>& answered_calls();  // all have a value; every calculation once at least
+[[nodiscard]] const std::vector<SampleCall>& answered_calls();  // all have a value
 [[nodiscard]] const std::vector<SampleCall>& other_calls();     // no value
 
 // Days from 1 January 1960, by the standard library's calendar.

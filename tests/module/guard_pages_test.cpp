@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 
-#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 #include <string>
@@ -11,8 +10,8 @@
 #include "abi/arguments.hpp"
 #include "abi/basis.hpp"
 #include "module/financial_list.hpp"
-#include "tests/module/full_calls.hpp"
 #include "tests/support/call.hpp"
+#include "tests/support/example_calls.hpp"
 
 namespace finance::test {
 namespace {
@@ -40,35 +39,39 @@ private:
     std::size_t size_;
 };
 
-// A record of just so many slots; the numbers are kept elsewhere.
+// A record of just so many slots; what they point to is kept elsewhere.
 struct GuardedCall {
-    GuardedCall(const std::vector<double>& arguments, std::int64_t count)
-        : numbers{arguments}, bytes{sizeof(HostCallContext) + (arguments.size() + 1) * sizeof(ArgSlot)} {
+    GuardedCall(const std::vector<host::Argument>& given, std::int64_t count)
+        : arguments{given}, texts(given.size()), bytes{sizeof(HostCallContext) + (given.size() + 1) * sizeof(ArgSlot)} {
         std::memset(bytes.data(), 0xA5, sizeof(HostCallContext));
         context()->count = count;
         slots_of(context())[0] = {ZELKOVAN_TYPE_CHARACTER, 0, {}, nullptr};
-        for (std::size_t i = 0; i < numbers.size(); ++i) {
-            slots_of(context())[i + 1] = {ZELKOVAN_TYPE_NUMERIC, 0, {}, &numbers[i]};
-        }
+        for (std::size_t i = 0; i < arguments.size(); ++i) slots_of(context())[i + 1] = slot(i);
     }
     HostCallContext* context() { return reinterpret_cast<HostCallContext*>(bytes.data()); }
 
-    std::vector<double> numbers;
+    ArgSlot slot(std::size_t i) {
+        const host::Argument& argument = arguments[i];
+        if (argument.kind() == host::Argument::Kind::number) {
+            return {ZELKOVAN_TYPE_NUMERIC, 0, {}, const_cast<double*>(&argument.number())};
+        }
+        texts[i].length = static_cast<std::uint32_t>(argument.text().size());
+        texts[i].text = const_cast<char*>(argument.text().data());
+        return {ZELKOVAN_TYPE_CHARACTER, 0, {}, &texts[i]};
+    }
+
+    std::vector<host::Argument> arguments;
+    std::vector<CharacterDescriptor> texts;
     GuardedBytes bytes;
 };
 
-const std::vector<double>& full_arguments_of(const FinancialRow& row) {
-    static const std::vector<double> none;
-    for (const FullCall& call : full_calls()) {
-        if (call.name == row.name) return call.arguments;
-    }
-    ADD_FAILURE() << "no full call of " << row.name;
-    return none;
+std::vector<host::Argument> full_arguments_of(const FinancialRow& row) {
+    const catalogue::Calculation* calculation = catalogue::find(row.name);
+    return calculation != nullptr ? full_call(*calculation) : std::vector<host::Argument>{};
 }
 
-std::ptrdiff_t bounded_rows() {
-    return std::ranges::count_if(FinancialList, [](const FinancialRow& row) { return row.maximum_count != 0; });
-}
+// All but those that take lists.
+constexpr int bounded_rows = static_cast<int>(calculation_count) - 6;
 
 TEST(GuardPages, NoSlotBeyondARowsMaximumIsRead) {
     ensure_host();
@@ -76,7 +79,7 @@ TEST(GuardPages, NoSlotBeyondARowsMaximumIsRead) {
     for (std::size_t i = 0; i < FinancialList.size(); ++i) {
         const FinancialRow& row = FinancialList[i];
         if (row.maximum_count == 0) continue;
-        const std::vector<double>& full = full_arguments_of(row);
+        const std::vector<host::Argument> full = full_arguments_of(row);
         ASSERT_EQ(full.size() + 1, static_cast<std::size_t>(row.maximum_count)) << row.name;
         GuardedCall call{full, row.maximum_count + 5};
         double result = 1234.5;
@@ -86,7 +89,7 @@ TEST(GuardPages, NoSlotBeyondARowsMaximumIsRead) {
         EXPECT_NE(result, 1234.5) << row.name;
         ++checked;
     }
-    EXPECT_EQ(checked, bounded_rows());
+    EXPECT_EQ(checked, bounded_rows);
 }
 
 // With fewer arguments, no slot beyond the count is.
@@ -96,9 +99,10 @@ TEST(GuardPages, NoSlotBeyondTheCountIsRead) {
     for (std::size_t i = 0; i < FinancialList.size(); ++i) {
         const FinancialRow& row = FinancialList[i];
         if (row.maximum_count == 0) continue;
-        std::vector<double> arguments = full_arguments_of(row);
+        std::vector<host::Argument> arguments = full_arguments_of(row);
+        ASSERT_EQ(arguments.size() + 1, static_cast<std::size_t>(row.maximum_count)) << row.name;
         for (std::int64_t count = row.maximum_count; count >= row.minimum_count; --count) {
-            arguments.resize(static_cast<std::size_t>(count - 1));
+            arguments.erase(arguments.begin() + (count - 1), arguments.end());
             GuardedCall call{arguments, count};
             double result = 1234.5;
             EXPECT_EQ(row.handler(call.context(), &result, count, static_cast<std::int32_t>(i)), STATUS_SUCCESS)
@@ -106,7 +110,7 @@ TEST(GuardPages, NoSlotBeyondTheCountIsRead) {
             ++checked;
         }
     }
-    EXPECT_GT(checked, bounded_rows());
+    EXPECT_GT(checked, bounded_rows);
 }
 
 struct GuardedText {

@@ -50,6 +50,25 @@ def balances(r, n, P, F=0, t=0):
     return rows
 
 
+def nper(r, payment, P, F=0, t=0):
+    r, a, P, F = D(r), D(payment), D(P), D(F)
+    a = a * (1 + r) if t == 1 else a
+    return -((P * r + a) / (a - F * r)).ln() / (1 + r).ln()
+
+
+def rate(n, payment, P, F=0, t=0):
+    """Between 1e-9 and 3, by bisection of the present value of all amounts."""
+    def worth(r):
+        v = (1 + r) ** -n
+        return D(P) + D(payment) * (1 - v) / r * (1 + r if t == 1 else 1) + D(F) * v
+    low, high = Decimal("1e-9"), Decimal(3)
+    rising = worth(low) < worth(high)
+    for _ in range(130):
+        middle = (low + high) / 2
+        low, high = (middle, high) if (worth(middle) < 0) == rising else (low, middle)
+    return (low + high) / 2
+
+
 def show(name, value):
     print(f"{name:55s} {float(value)!r}")
 
@@ -83,3 +102,9 @@ if __name__ == "__main__":
     r = D(0.1)
     show("ISPMT 0.1/12 1 36 8000000", -D(8000000) * D(0.1 / 12) * 35 / 36)
     show("ISPMT 0.1 2 3 8000000", -D(8000000) * r / 3)
+    for call in ((48, -200, 8000, 0, 0), (360, -1500, 200000, 0, 1), (10, -100, 500, -900, 0), (24, -50, 800, -500, 1),
+                 (5, 100, -350, -20, 0)):
+        show(" ".join(map(str, ("RATE", *call))), rate(*call))
+    for call in ((0.01, -100, -1000, 10000, 1), (0.01, -100, -1000, 10000, 0), (0.005, -1200, 200000, 0, 0),
+                 (0.0001, -10, 1000, 0, 1), (0.25, 7, -20, 3, 0)):
+        show(" ".join(map(str, ("NPER", *call))), nper(*call))

@@ -1,17 +1,21 @@
 """Coupon securities at 60 digits, for the expected values of tests/securities.
 
-Run it to print the rows of tests/securities/reference_values_test.cpp. Inputs are the exact doubles that the tests
-hand over; schedules are lists of coupon dates, day counts come from the calendar of the standard library, and yields
-are found by bisection.
+Run it to print tests/securities/reference_values.inc, the table of tests/securities/reference_test.cpp; with that file
+as its argument it says where the file is not what is printed. Inputs are the exact doubles that the tests hand over;
+schedules are lists of coupon dates, day counts come from the calendar of the standard library, and yields are found by
+bisection.
 """
+import sys
 from bisect import bisect_right
 from calendar import isleap, monthrange
 from datetime import date
 from decimal import Decimal, getcontext
+from pathlib import Path
+
+from dates import days
 
 getcontext().prec = 60
 BASES = (0, 1, 2, 3, 4)
-EPOCH = date(1960, 1, 1)
 
 
 def D(x):
@@ -31,25 +35,6 @@ def stepped(anchor, months):
 
 
 # ---- Day counts
-
-def us_360(s, e):
-    if s == e:
-        return 0
-    d1, m1, y1 = s.day, s.month, s.year
-    if d1 == 31 and e.day < 30:
-        d1, m1, y1 = (1, m1 + 1, y1) if m1 < 12 else (1, 1, y1 + 1)
-    d2 = 30 if (e.month == 2 and e.day == last_day(e)) else min(e.day, 30)
-    return 360 * (e.year - y1) + 30 * (e.month - m1) - min(d1, 30) + d2
-
-
-def european_360(s, e):
-    return 360 * (e.year - s.year) + 30 * (e.month - s.month) - min(s.day, 30) + min(e.day, 30)
-
-
-def days(s, e, basis):
-    """Plain day count of the basis."""
-    return {0: us_360, 4: european_360}.get(basis, lambda a, b: (b - a).days)(s, e)
-
 
 def month_end_360(s, e):
     """30/360 inside a coupon period, before the cap."""
@@ -166,34 +151,23 @@ def oddfprice(s, m, issue, first, rate, y, R, f, basis):
     return (sum(v ** (e + j) for j in range(1, N + 1)) - A1) * c + c * v ** e * DFC + v ** (e + N) * D(R)
 
 
-def proportions(schedule, s, e):
-    total = Decimal(0)
-    while True:
-        begin, end = schedule.period(s)
-        part = min(e, end)
-        if schedule.basis == 1 and begin == s and part == e and total == 0:
-            raise ZeroDivisionError("one period from a coupon date")
-        total += schedule.count(s, part) / schedule.length(begin, end)
-        if end >= e:
-            return total
-        s = end
+def proportions(schedule, s, e, any_span=True):
+    """Parts of periods from s to e; unless any span will do, one whole period on actual days is none of them."""
+    begin, end = schedule.period(s)
+    if not any_span and schedule.basis == 1 and begin == s and e <= end:
+        raise ZeroDivisionError("one period from a coupon date")
+    total = schedule.count(s, min(e, end)) / schedule.length(begin, end)
+    while end < e:
+        begin, end = schedule.period(end)
+        total += schedule.count(begin, min(e, end)) / schedule.length(begin, end)
+    return total
 
 
 def odd_last(s, m, last, f, basis):
     basis = 1 if basis in (2, 3) else basis
-    A = proportions_from(Schedule(last, f, basis), last, s)
+    A = proportions(Schedule(last, f, basis), last, s)
     schedule = Schedule(m, f, basis)
-    return A, proportions(schedule, last, m), proportions(schedule, s, m)
-
-
-def proportions_from(schedule, s, e):
-    total = Decimal(0)
-    while True:
-        begin, end = schedule.period(s)
-        total += schedule.count(s, min(e, end)) / schedule.length(begin, end)
-        if end >= e:
-            return total
-        s = end
+    return A, proportions(schedule, last, m, False), proportions(schedule, s, m, False)
 
 
 def oddlprice(s, m, last, rate, y, R, f, basis):
@@ -232,36 +206,18 @@ def yieldmat(s, m, issue, rate, P, basis):
     return ((100 + im * D(rate) * 100) / (i_s * D(rate) * 100 + D(P)) - 1) / sm
 
 
-# ---- Rates
-
-def rate_root(n, pmt, pv, fv, t):
-    def worth(r):
-        v = (1 + r) ** -n
-        return D(pv) + D(pmt) * (1 - v) / r * (1 + r if t == 1 else 1) + D(fv) * v
-    low, high = Decimal("1e-9"), Decimal(3)
-    rising = worth(low) < worth(high)
-    for _ in range(130):
-        middle = (low + high) / 2
-        low, high = (middle, high) if (worth(middle) < 0) == rising else (low, middle)
-    return (low + high) / 2
-
-
-def nper(r, pmt, pv, fv, t):
-    r, a, P, F = D(r), D(pmt), D(pv), D(fv)
-    a = a * (1 + r) if t == 1 else a
-    return -((P * r + a) / (a - F * r)).ln() / (1 + r).ln()
-
-
 # ---- Rows
 
+rows = []
+
+
 def literal(x):
-    return f"host_date({x.year}, {x.month}, {x.day})" if isinstance(x, date) else repr(x)
+    return f"{x:%Y'%m'%d}_day" if isinstance(x, date) else repr(x)
 
 
 def row(what, name, arguments, value, ulps):
-    print(f'    {{"{name}/{what}", "{name}",')
-    print(f"     {{{', '.join(literal(a) for a in arguments)}}},")
-    print(f"     {float(value)!r}, digits_60, {ulps}}},")
+    call = ", ".join(literal(a) for a in arguments)
+    rows.append(f'{{"{name}/{what}", "{name}", {{{call}}}, {float(value)!r}, digits_60, {ulps}}},\n')
 
 
 # The ulps allowed: prices lose some to the powers of v, yields to the flatness of the price around the root.
@@ -324,19 +280,16 @@ def accrual_rows():
             row(label, "YIELDMAT", (s, m, issue, 0.061, 99.75, b), yieldmat(s, m, issue, 0.061, 99.75, b), 512)
 
 
-def rate_rows():
-    for n, pmt, pv, fv, t in ((48, -200, 8000, 0, 0), (360, -1500, 200000, 0, 1), (10, -100, 500, -900, 0),
-                              (24, -50, 800, -500, 1), (5, 100, -350, -20, 0)):
-        row("reference", "RATE", (n, pmt, pv, fv, t), rate_root(n, pmt, pv, fv, t), 4096)
-    for r, pmt, pv, fv, t in ((0.01, -100, -1000, 10000, 1), (0.01, -100, -1000, 10000, 0), (0.005, -1200, 200000, 0, 0),
-                              (0.0001, -10, 1000, 0, 1), (0.25, 7, -20, 3, 0)):
-        row("reference", "NPER", (r, pmt, pv, fv, t), nper(r, pmt, pv, fv, t), 4096)
-
-
-if __name__ == "__main__":
-    print("// ---- tests/securities")
+def table():
     regular_rows()
     odd_rows()
     accrual_rows()
-    print("// ---- tests/cashflow")
-    rate_rows()
+    heading = "// Printed by tests/reference/securities.py: id, calculation, arguments, value, source, ulps.\n"
+    return heading + "".join(rows)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) == 1:
+        sys.stdout.write(table())
+    elif Path(sys.argv[1]).read_bytes() != table().encode():
+        sys.exit(f"out of date: {sys.argv[1]}; refresh with: python3 tests/reference/securities.py > {sys.argv[1]}")

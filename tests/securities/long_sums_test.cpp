@@ -42,13 +42,13 @@ TEST(LongSums, FormulasAt200BitsAreTheSums) {
     EXPECT_LE(worst.error(), 1e-20);
 }
 
-// All that reaches them and more: n from 1 to beyond what dates can count, v from far below 1 to where powers overflow.
-TEST(LongSums, ClosedFormsAgainst200Bits) {
-    Draws draw{61};
+// Errors of the closed forms against 200 bits.
+struct ClosedForms {
     Worst plain;
     Worst weighted;
     Worst discounts;
-    const auto check = [&](double v, double n, double e, double f) {
+
+    void check_sums(double v, double n) {
         const bool rising = v > 1.0;
         const PowerSums sums = sums_from_largest(v, n);
         const Precise all = powers_of(v, n);
@@ -58,40 +58,52 @@ TEST(LongSums, ClosedFormsAgainst200Bits) {
         if (n > 1.0)
             weighted.add(relative_error(sums.weighted, rising ? (all * (n - 1.0) - by_index) / last : by_index));
         if (all.rounded() < 1e308) plain.add(relative_error(sum_of_powers(v, n), all));
+    }
+
+    void add_discount(double value, const Precise& exact) {
+        const double size = std::abs(exact.rounded());
+        if (size > 1e308) {
+            EXPECT_GT(std::abs(value), 1e308) << exact.rounded();
+        } else if (size > 1e-290) {
+            discounts.add(relative_error(value, exact));
+        }
+    }
+
+    void check(double v, double n, double e, double f) {
+        check_sums(v, n);
         const DiscountSums got = closed_discount_sums(v, f, e, n);
         const Precise first = power(Precise{v}, Precise{e});
-        const Precise last_t = first * last;
-        const auto add = [&](double value, const Precise& exact) {
-            const double size = std::abs(exact.rounded());
-            if (size > 1e308) {
-                EXPECT_GT(std::abs(value), 1e308) << v << ' ' << n;
-            } else if (size > 1e-290) {
-                discounts.add(relative_error(value, exact));
-            }
-        };
-        add(got.S, first * all);
-        add(got.t, last_t);
+        const Precise last_t = first * power(Precise{v}, Precise{n - 1.0});
+        add_discount(got.S, first * powers_of(v, n));
+        add_discount(got.t, last_t);
         if (std::isinf(got.S)) return;  // powers have overflowed, with all their slopes
-        add(got.D, slopes_of(v, f, e, n));
-        add(got.g, Precise{0.0} - last_t * (Precise{e} + (n - 1.0)) * v / f);
-    };
+        add_discount(got.D, slopes_of(v, f, e, n));
+        add_discount(got.g, Precise{0.0} - last_t * (Precise{e} + (n - 1.0)) * v / f);
+    }
+};
+
+// All that reaches them and more: n from 1 to beyond what dates can count, v from far below 1 to where powers overflow.
+TEST(LongSums, ClosedFormsAgainst200Bits) {
+    Draws draw{61};
+    ClosedForms forms;
     for (int i = 0; i < 10000; ++i) {
         const double n = std::floor(draw.log_between(i % 4 == 0 ? 1.0 : 1e6, 3e10));
         const double exponent = draw.log_between(1e-12, 760.0) * (i % 2 == 0 ? 1.0 : -1.0);
         const double v = i % 16 == 1 ? draw.between(1e-12, 1.0) : std::min(std::exp(exponent / n), 1e8);
         const double e = draw.whole(0, 1) == 0 ? draw.between(0.0, 1.0) : draw.log_between(1.0, 1e10);
-        check(v, n, e, draw.log_between(1.0, 2147483647.0));
+        forms.check(v, n, e, draw.log_between(1.0, 2147483647.0));
     }
     for (const double n : {1.0, 2.0, 3.0, 1e3, 1e7, 1e7 + 1, 1e10}) {
-        for (const double v : {1.0, 1.0 + 0x1p-52, 1.0 - 0x1p-53, 1.0 + 0x1p-40, 1.0 - 0x1p-40}) check(v, n, 0.5, 2.0);
+        for (const double v : {1.0, 1.0 + 0x1p-52, 1.0 - 0x1p-53, 1.0 + 0x1p-40, 1.0 - 0x1p-40})
+            forms.check(v, n, 0.5, 2.0);
     }
     std::printf("    sums of powers %.2g, weighted %.2g, discounts and slopes %.2g relative, worst of %d draws\n",
-                plain.error(), weighted.error(), discounts.error(), weighted.count());
-    EXPECT_EQ(weighted.count(), 9959);
-    EXPECT_EQ(discounts.count(), 37546);
-    EXPECT_LE(plain.error(), accuracy);
-    EXPECT_LE(weighted.error(), accuracy);
-    EXPECT_LE(discounts.error(), accuracy);
+                forms.plain.error(), forms.weighted.error(), forms.discounts.error(), forms.weighted.count());
+    EXPECT_EQ(forms.weighted.count(), 9959);
+    EXPECT_EQ(forms.discounts.count(), 37546);
+    EXPECT_LE(forms.plain.error(), accuracy);
+    EXPECT_LE(forms.weighted.error(), accuracy);
+    EXPECT_LE(forms.discounts.error(), accuracy);
 }
 
 TEST(LongSums, SmallCasesByAddition) {
@@ -107,6 +119,37 @@ TEST(LongSums, SmallCasesByAddition) {
 
 // ---- Bits of the literal loops
 
+void expect_objective(NewtonProblem::Objective compute, Objective (*literal)(const SecurityComputeRecord&, double),
+                      SecurityComputeRecord& r, double x) {
+    NewtonProblem problem{};
+    problem.userData = &r;
+    problem.x = x;
+    ASSERT_EQ(compute(&problem), 0U);
+    const Objective expected = literal(r, x);
+    EXPECT_TRUE(same_value(problem.value, expected.value)) << r.couponCount << ' ' << x;
+    EXPECT_TRUE(same_value(problem.derivative, expected.derivative)) << r.couponCount << ' ' << x;
+}
+
+void expect_literal_bits(std::int64_t coupons, double y) {
+    Security bond;
+    set_long_bond(bond, coupons, y);
+    SecurityComputeRecord& r = bond.record;
+    const double objective_at = y > -1.0 && y < 1e6 ? y : 0.5;
+    ASSERT_EQ(zComputePRICE(&r), 0);
+    EXPECT_TRUE(same_value(r.price, literal_price(r))) << coupons << ' ' << y << ' ' << r.price;
+    ASSERT_EQ(r.couponCount, static_cast<double>(coupons) + 3.0);
+    r.price = 90.0;
+    expect_objective(ComputeF_YIELD, literal_yield, r, objective_at);
+    r.yield = y;
+    ASSERT_EQ(zComputeDURATION(&r), 0);
+    EXPECT_TRUE(same_value(r.duration, literal_duration(r))) << coupons << ' ' << y << ' ' << r.duration;
+    ASSERT_EQ(zComputeODDFPRICE(&r), 0);
+    EXPECT_TRUE(same_value(r.oddFirstPrice, literal_odd_first_price(r))) << coupons << ' ' << y;
+    ASSERT_EQ(r.couponCount, static_cast<double>(coupons));
+    r.oddFirstPrice = 90.0;
+    expect_objective(ComputeF_ODDFYIELD, literal_odd_first_yield, r, objective_at);
+}
+
 // v near 1 on both sides; v tiny; overflow at once and late; sums that settle, and powers that end among the smallest
 // numbers, at 0 or at rest above it.
 TEST(LongSums, EarlyEndsKeepTheBits) {
@@ -120,33 +163,7 @@ TEST(LongSums, EarlyEndsKeepTheBits) {
                 ++rows;
                 continue;  // settled long before
             }
-            Security bond;
-            set_long_bond(bond, coupons, y);
-            SecurityComputeRecord& r = bond.record;
-            const double objective_at = y > -1.0 && y < 1e6 ? y : 0.5;
-            ASSERT_EQ(zComputePRICE(&r), 0);
-            const double price = r.price;
-            EXPECT_TRUE(same_value(price, literal_price(r))) << coupons << ' ' << y << ' ' << price;
-            ASSERT_EQ(r.couponCount, static_cast<double>(coupons) + 3.0);
-            r.price = 90.0;
-            NewtonProblem problem{};
-            problem.userData = &r;
-            problem.x = objective_at;
-            ASSERT_EQ(ComputeF_YIELD(&problem), 0U);
-            const Objective regular = literal_yield(r, objective_at);
-            EXPECT_TRUE(same_value(problem.value, regular.value)) << coupons << ' ' << objective_at;
-            EXPECT_TRUE(same_value(problem.derivative, regular.derivative)) << coupons << ' ' << objective_at;
-            r.yield = y;
-            ASSERT_EQ(zComputeDURATION(&r), 0);
-            EXPECT_TRUE(same_value(r.duration, literal_duration(r))) << coupons << ' ' << y << ' ' << r.duration;
-            ASSERT_EQ(zComputeODDFPRICE(&r), 0);
-            EXPECT_TRUE(same_value(r.oddFirstPrice, literal_odd_first_price(r))) << coupons << ' ' << y;
-            ASSERT_EQ(r.couponCount, static_cast<double>(coupons));
-            r.oddFirstPrice = 90.0;
-            ASSERT_EQ(ComputeF_ODDFYIELD(&problem), 0U);
-            const Objective odd = literal_odd_first_yield(r, objective_at);
-            EXPECT_TRUE(same_value(problem.value, odd.value)) << coupons << ' ' << objective_at;
-            EXPECT_TRUE(same_value(problem.derivative, odd.derivative)) << coupons << ' ' << objective_at;
+            expect_literal_bits(coupons, y);
             ++rows;
         }
     }

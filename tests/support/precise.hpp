@@ -46,6 +46,11 @@ public:
         mpfr_expm1(r.value_, a.value_, MPFR_RNDN);
         return r;
     }
+    friend PreciseOf exponential(const PreciseOf& a) {
+        PreciseOf r;
+        mpfr_exp(r.value_, a.value_, MPFR_RNDN);
+        return r;
+    }
     friend PreciseOf logarithm_of_1_and(const PreciseOf& a) {
         PreciseOf r;
         mpfr_log1p(r.value_, a.value_, MPFR_RNDN);
@@ -96,6 +101,8 @@ public:
         return low + (high - low) * (static_cast<double>(engine_() >> 11) * 0x1p-53);
     }
     double log_between(double low, double high) { return std::exp(between(std::log(low), std::log(high))); }
+    double sign() { return coin() ? 1.0 : -1.0; }
+    bool coin() { return engine_() % 2 == 0; }
     template <std::size_t n>
     int one_of(const int (&values)[n]) {
         return values[engine_() % n];
