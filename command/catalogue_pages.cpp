@@ -10,15 +10,9 @@ namespace {
 namespace pages = finance::catalogue::pages;
 
 void write_pages(const char* folder) {
-    std::vector<pages::Word> words;
-    for (const finance::command::Job& job : finance::command::jobs()) {
-        words.push_back({job.word, job.usage, job.purpose, job.help != nullptr ? job.help() : ""});
-    }
-    std::vector<pages::Option> options;
-    for (const finance::command::Option& option : finance::command::options()) {
-        options.push_back({option.name, option.value, option.purpose});
-    }
-    pages::write_files(folder, pages::page_files({words, options, FINANCE_VERSION}));
+    const auto jobs = finance::command::jobs();
+    const std::vector<pages::Word> words{jobs.begin(), jobs.end()};
+    pages::write_files(folder, pages::page_files({words, finance::command::options(), FINANCE_VERSION}));
 }
 
 }  // namespace

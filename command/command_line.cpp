@@ -4,12 +4,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "command/jobs.hpp"
 #include "command/json_report.hpp"
+#include "command/options.hpp"
 #include "command/prompt/prompt.hpp"
 #include "command/streams.hpp"
 #include "command/usage_error.hpp"
@@ -28,7 +30,7 @@ struct CommandLine {
 
 // --json stands anywhere: no argument is written so, and an error in the line is told as the line asks for.
 bool asks_for_json(int argc, const char* const* argv) {
-    return std::any_of(argv + 1, argv + argc, [](const char* word) { return std::string_view{word} == "--json"; });
+    return std::any_of(argv + 1, argv + argc, [](const char* word) { return std::string_view{word} == json_name; });
 }
 
 // Options end where the first word begins: what follows, -100 say, is a value.
@@ -37,21 +39,24 @@ CommandLine read_command_line(int argc, const char* const* argv) {
     CLI::App app;
     app.prefix_command();
     app.set_help_flag();
-    std::string module;
-    CLI::Option* told = app.add_option("--module", module);
-    app.add_flag("--version", line.version);
-    app.add_flag("--help,-h", line.help);
-    app.add_flag("--json");
+    std::map<std::string_view, std::string> values;
+    for (const Option& option : options()) {
+        std::string names{option.name};
+        if (!option.short_name.empty()) names.append(",").append(option.short_name);
+        option.value.empty() ? app.add_flag(names) : app.add_option(names, values[option.name]);
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         throw UsageError{error.what(), "finance help"};
     }
-    if (told->count() > 0 && module.empty()) throw UsageError{"--module needs a path", "finance help"};
-    line.module = module;
+    line.module = values["--module"];
+    if (app.count("--module") > 0 && line.module.empty()) throw UsageError{"--module needs a path", "finance help"};
+    line.version = app.count("--version") > 0;
+    line.help = app.count("--help") > 0;
     line.words = app.remaining();
     line.json = asks_for_json(argc, argv);
-    std::erase(line.words, "--json");
+    std::erase(line.words, json_name);
     std::erase(line.words, "--");
     return line;
 }
@@ -64,7 +69,7 @@ Outcome version(bool json) {
 Outcome run_words(const CommandLine& line) {
     if (line.version) return version(line.json);
     HostOnDemand host{line.module};
-    const Settings settings{.module = line.module, .json = line.json, .host = host};
+    const Settings settings{.json = line.json, .host = host};
     const std::vector<std::string_view> words{line.words.begin(), line.words.end()};
     if (line.help) return run_job("help", {}, settings);
     if (words.empty()) return wants_prompt() ? run_prompt(settings) : run_script(settings);

@@ -8,6 +8,7 @@
 #include "command/help.hpp"
 #include "command/json_help.hpp"
 #include "command/json_report.hpp"
+#include "command/options.hpp"
 #include "command/pictures/plot.hpp"
 #include "command/pictures/schedule.hpp"
 #include "command/tables/table_jobs.hpp"
@@ -41,13 +42,6 @@ std::string usage_line(std::string_view call, std::string_view purpose) {
     return line.append(purpose).append("\n");
 }
 
-std::string option_line(const Option& option) {
-    constexpr std::size_t width = 18;
-    std::string line = "  " + std::string{option.name} + (option.value.empty() ? "" : " ") + std::string{option.value};
-    line.resize(std::max(width, line.size() + 2), ' ');
-    return line.append(option.purpose).append("\n");
-}
-
 std::string usage_text() {
     std::string text = "Usage\n" + usage_line("NAME ARGUMENT...", "evaluate a calculation");
     for (const Job& job : jobs()) {
@@ -56,8 +50,7 @@ std::string usage_text() {
     }
     text += usage_line("", "a prompt; not on a terminal: lines from standard input");
     text.append("\n").append(how_arguments_are_written);
-    for (const Option& option : options()) text += option_line(option);
-    return text;
+    return text + option_lines(options());
 }
 
 Outcome help_on(const catalogue::Calculation& calculation, const Settings& settings) {
@@ -81,27 +74,20 @@ Outcome list(Words words, const Settings& settings) {
 
 constexpr std::array all_options{
     Option{"--module", "PATH", "use this zelkovan.so instead of the installed one"},
-    Option{"--json", "", "one JSON object a result, on one line; it may also stand later"},
-    Option{"--help", "", "how the command is used; after a calculation's name, all about it"},
+    json_option("one JSON object a result, on one line; it may also stand later"),
+    help_option,
     Option{"--version", "", "the version"},
 };
 
-constexpr std::array all_jobs{
-    Job{"list", "", "all calculations, by family", list},
-    Job{"help", "NAME", "what one answers, its arguments, formula, an example", help},
-    Job{"map", "'CALL(...)' [FILE]", "calls over the rows of a table", map_table, map_help},
-    Job{"fold", "'CALL(...)' --by COLUMN [FILE]", "calls over groups of rows", fold_table, fold_help},
-    Job{"schedule", "loan|depreciation NAME=VALUE...", "payment and depreciation tables", schedule, schedule_help},
-    Job{"plot", "'CALL(...)' NAME=FIRST..LAST", "a calculation drawn over a range", plot, plot_help},
-};
-
-bool asks_for_help(std::string_view word) { return word == "--help" || word == "-h"; }
+constexpr Job list_job{{"list", "", "all calculations, by family"}, list};
+constexpr Job help_job{
+    {"help", "NAME", "what one answers, its arguments, formula, an example", {}, {}, Takes::calculation}, help};
 
 Outcome calculate(std::string_view name, Words arguments, const Settings& settings) {
     if (name.starts_with('-')) throw UsageError{"no option is called " + std::string{name}, "finance help"};
     const catalogue::Calculation& calculation = calculation_named(name);
     for (const std::string_view word : arguments) {
-        if (asks_for_help(word)) return help_on(calculation, settings);
+        if (is_called(help_option, word)) return help_on(calculation, settings);
         if (word.starts_with("--")) {
             throw UsageError{"options come before the name: " + std::string{word}, "finance help"};
         }
@@ -111,13 +97,16 @@ Outcome calculate(std::string_view name, Words arguments, const Settings& settin
 
 }  // namespace
 
-std::span<const Job> jobs() { return all_jobs; }
+std::span<const Job> jobs() {
+    static const std::array all{list_job, help_job, map_job, fold_job, schedule_job, plot_job};
+    return all;
+}
 
 std::span<const Option> options() { return all_options; }
 
 Outcome run_job(std::string_view word, Words words, const Settings& settings) {
-    const auto job = std::ranges::find(all_jobs, word, &Job::word);
-    return job != all_jobs.end() ? job->run(words, settings) : calculate(word, words, settings);
+    const auto job = std::ranges::find(jobs(), word, &Job::word);
+    return job != jobs().end() ? job->run(words, settings) : calculate(word, words, settings);
 }
 
 }  // namespace finance::command

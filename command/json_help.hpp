@@ -5,7 +5,7 @@
 #include <string>
 
 #include "catalogue/catalogue.hpp"
-#include "command/jobs.hpp"
+#include "command/job.hpp"
 
 namespace finance::command {
 

@@ -147,20 +147,9 @@ std::string argument_cases(std::span<const Calculation> calculations) {
 }
 
 std::string word_cases(std::span<const Word> words) {
-    std::string text =
-        "\n# What is typed as it stands after a word that is no calculation.\n_finance_words() {\n    case $1 in\n";
-    for (const Word& word : words) {
-        std::string typed = takes_calculation(word) ? "calculations" : takes_variable(word) ? "variables" : "";
-        for (const std::string& one : typed_words(word)) typed = joined(typed, one);
-        if (!typed.empty()) text += "        " + std::string{word.word} + ") echo " + typed + " ;;\n";
-        for (const std::string_view fixed : fixed_words(word)) {
-            std::string after;
-            for (const std::string& one : typed_words(word, fixed)) after = joined(after, one);
-            if (after.empty()) continue;
-            text += "        '" + joined(std::string{word.word}, fixed) + "') echo " + after + " ;;\n";
-        }
-    }
-    return text + "    esac\n}\n";
+    constexpr ListForm form{"echo ", " ;;", "calculations", "variables"};
+    return "\n# What is typed as it stands after a word that is no calculation.\n_finance_words() {\n    case $1 in\n" +
+           typed_cases(words, form) + "    esac\n}\n";
 }
 
 std::string variables(std::span<const Calculation> calculations, const CommandWords& command) {

@@ -1,77 +1,48 @@
 #include "catalogue/pages/command_words.hpp"
 
-#include <algorithm>
-
 namespace finance::catalogue::pages {
 
 namespace {
 
-constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz";
-constexpr std::string_view letters_and_hyphen = "abcdefghijklmnopqrstuvwxyz-";
-
-bool is_fixed_word(std::string_view token) {
-    return token.size() > 1 && token.find_first_not_of(letters) == std::string_view::npos;
+std::string option_names(const Word& word) {
+    std::string names;
+    for (const Option& option : word.options) names.append(" ").append(option.name);
+    return names;
 }
 
-bool is_option(std::string_view token) {
-    return token.size() > 2 && token.starts_with("--") &&
-           token.find_first_not_of(letters_and_hyphen) == std::string_view::npos;
+std::string argument_names(const FixedWord& word) {
+    std::string names;
+    for (const Parameter& parameter : word.arguments) names.append(" ").append(parameter.name).append("=");
+    return names;
 }
 
-std::vector<std::string_view> tokens_of(std::string_view text) {
-    constexpr std::string_view separators = " []()|,;:.\n\"";
-    std::vector<std::string_view> tokens;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find_first_of(separators), text.size());
-        if (end > 0) tokens.push_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return tokens;
+std::string after_word(const Word& word, const ListForm& form) {
+    std::string list;
+    if (word.takes == Takes::calculation) list.append(" ").append(form.calculations);
+    if (word.takes == Takes::variable) list.append(" ").append(form.variables);
+    for (const FixedWord& fixed : word.fixed_words) list.append(" ").append(fixed.word);
+    return list + option_names(word);
+}
+
+// list: with a blank before each.
+std::string branch(const std::string& pattern, const std::string& list, const ListForm& form) {
+    if (list.empty()) return {};
+    return "        " + pattern + ") " + std::string{form.begin} + list.substr(1) + std::string{form.end} + '\n';
 }
 
 }  // namespace
 
-std::vector<std::string_view> fixed_words(const Word& word) {
-    std::vector<std::string_view> words = tokens_of(word.usage);
-    std::erase_if(words, [](std::string_view token) { return !is_fixed_word(token); });
-    return words;
-}
-
-std::vector<std::string> typed_words(const Word& word, std::string_view fixed_word) {
-    const std::string call = "finance " + std::string{word.word} + ' ' + std::string{fixed_word} + ' ';
-    const std::size_t begin = word.help.find(call);
-    if (begin == std::string::npos) return {};
-    std::vector<std::string> words;
-    const std::string line = word.help.substr(begin, word.help.find('\n', begin) - begin);
-    for (const std::string_view token : tokens_of(line)) {
-        if (token.find('=') != std::string_view::npos) words.emplace_back(token.substr(0, token.find('=') + 1));
+std::string typed_cases(std::span<const Word> words, const ListForm& form) {
+    std::string text;
+    for (const Word& word : words) {
+        const std::string first{word.word};
+        text += branch(first, after_word(word, form), form);
+        for (const FixedWord& fixed : word.fixed_words) {
+            const std::string pattern = '\'' + first + ' ' + std::string{fixed.word} + '\'';
+            text += branch(pattern, argument_names(fixed) + option_names(word), form);
+        }
     }
-    for (const std::string& one : typed_words(word)) {
-        if (is_option(one)) words.push_back(one);
-    }
-    return words;
+    return text;
 }
-
-std::vector<std::string> typed_words(const Word& word) {
-    std::vector<std::string> words;
-    const auto add = [&](std::string_view token) {
-        if (std::ranges::find(words, token) == words.end()) words.emplace_back(token);
-    };
-    const auto add_option = [&](std::string_view token) {
-        const std::string_view name = token.substr(0, token.find('='));
-        if (is_option(name)) add(name);
-    };
-    for (const std::string_view token : fixed_words(word)) add(token);
-    for (const std::string_view token : tokens_of(word.usage)) add_option(token);
-    for (const std::string_view token : tokens_of(word.help)) add_option(token);
-    return words;
-}
-
-bool takes_calculation(const Word& word) {
-    const auto tokens = tokens_of(word.usage);
-    return std::ranges::find(tokens, "NAME") != tokens.end();
-}
-
-bool takes_variable(const Word& word) { return word.usage.find("NAME=FIRST..LAST") != std::string_view::npos; }
 
 }  // namespace finance::catalogue::pages

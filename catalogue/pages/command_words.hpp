@@ -1,47 +1,66 @@
-// What the pages say of the command beside its calculations: handed in by the command, whose table it is.
+// What can be typed beside the names of calculations, as data: the command reads by it and tells its help from it, the
+// man page and the completions are made of it.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "catalogue/catalogue.hpp"
 
 namespace finance::catalogue::pages {
 
-struct Word {
-    std::string_view word;
-    std::string_view usage;  // what follows the word
-    std::string_view purpose;
-    std::string help{};  // all there is to know of it; empty where usage and purpose are
+struct Range {
+    std::size_t first = 0;
+    std::size_t last = 0;  // 0: there is none
 };
 
 struct Option {
-    std::string_view name;   // with its dashes
-    std::string_view value;  // of what follows it; empty where nothing does
-    std::string_view purpose;
+    std::string_view name;          // with its dashes
+    std::string_view value{};       // of what follows it: FILE; empty where nothing does
+    std::string_view help{};        // a line, or more; empty where another option's line tells of it
+    Range range{};                  // of a value that is a whole number
+    std::string_view short_name{};  // with its dash
+    bool anywhere = false;          // of all jobs: taken from the words before a job reads them
+};
+
+// A word that is typed as it stands after another: loan after schedule.
+struct FixedWord {
+    std::string_view word;
+    std::span<const Parameter> arguments;  // that follow it, by name
+};
+
+enum class Takes : std::uint8_t {
+    nothing,
+    calculation,  // the name of one, or a word
+    variable,     // NAME=FIRST..LAST after a call, NAME being one of the call's own
+};
+
+struct Word {
+    std::string_view word;
+    std::string_view usage;    // what follows the word
+    std::string_view purpose;  // one line
+    std::span<const Option> options{};
+    std::span<const FixedWord> fixed_words{};
+    Takes takes = Takes::nothing;
 };
 
 struct CommandWords {
     std::span<const Word> words;
-    std::span<const Option> options;
+    std::span<const Option> options;  // before the first word
     std::string_view version;
 };
 
-// What can be typed as it stands after a word, each once: its fixed words (loan) as its usage shows them, its options
-// (--by) from the usage and the help. Capitals and name=value stand for something else and are left out.
-std::vector<std::string> typed_words(const Word& word);
+// How a shell's script says what can be typed: "echo " LIST " ;;", and what stands in a list for names that it knows.
+struct ListForm {
+    std::string_view begin, end;
+    std::string_view calculations, variables;
+};
 
-// What follows one of its fixed words: the name= of the line of the help that begins "finance WORD FIXED ", then the
-// options. Empty where the help has no such line.
-std::vector<std::string> typed_words(const Word& word, std::string_view fixed_word);
-
-// The fixed words of the usage.
-std::vector<std::string_view> fixed_words(const Word& word);
-
-// Whether the name of a calculation follows.
-bool takes_calculation(const Word& word);
-
-// Whether NAME=FIRST..LAST follows a call, NAME being one of the call's own.
-bool takes_variable(const Word& word);
+// The branches of the script's case on a word, or on a word and a fixed word after it: what can be typed then as it
+// stands.
+std::string typed_cases(std::span<const Word> words, const ListForm& form);
 
 }  // namespace finance::catalogue::pages

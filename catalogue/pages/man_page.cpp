@@ -95,7 +95,7 @@ std::string options(const CommandWords& command) {
     for (const Option& option : command.options) {
         std::string tag = bold(option.name);
         if (!option.value.empty()) tag += ' ' + italic(option.value);
-        text += entry(tag, option.purpose);
+        text += entry(tag, option.help);
     }
     return text;
 }

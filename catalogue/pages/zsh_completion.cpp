@@ -142,20 +142,8 @@ std::string job_items(std::span<const Word> words) {
 }
 
 std::string typed_items(std::span<const Word> words) {
-    std::string text = "\n_finance_typed() {\n    case $1 in\n";
-    for (const Word& word : words) {
-        std::string typed = takes_calculation(word) ? " NAME" : takes_variable(word) ? " VARIABLE" : "";
-        for (const std::string& one : typed_words(word)) typed += ' ' + one;
-        if (!typed.empty()) text += "        " + std::string{word.word} + ") typed=(" + typed.substr(1) + ") ;;\n";
-        for (const std::string_view fixed : fixed_words(word)) {
-            std::string after;
-            for (const std::string& one : typed_words(word, fixed)) after += ' ' + one;
-            if (after.empty()) continue;
-            text += "        '" + std::string{word.word} + ' ' + std::string{fixed} + "') typed=(" + after.substr(1) +
-                    ") ;;\n";
-        }
-    }
-    return text + "    esac\n}\n";
+    constexpr ListForm form{"typed=(", ") ;;", "NAME", "VARIABLE"};
+    return "\n_finance_typed() {\n    case $1 in\n" + typed_cases(words, form) + "    esac\n}\n";
 }
 
 // As _arguments takes them: '--name[purpose]', '--name=[purpose]:VALUE:_files'.
@@ -163,7 +151,7 @@ std::string option_items(std::span<const Option> options) {
     std::string text = "\n_finance_options=(\n";
     for (const Option& option : options) {
         const std::string value = std::string{option.value};
-        text += "    '" + std::string{option.name} + (value.empty() ? "" : "=") + '[' + quoted(option.purpose) + ']' +
+        text += "    '" + std::string{option.name} + (value.empty() ? "" : "=") + '[' + quoted(option.help) + ']' +
                 (value.empty() ? "" : ':' + value + ":_files") + "'\n";
     }
     return text + ")\n";

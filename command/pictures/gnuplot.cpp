@@ -164,21 +164,12 @@ PictureFormat picture_format(std::string_view file) {
     throw UsageError{"a picture's file ends in .svg or .png: '" + std::string{file} + '\'', "FILE.svg or FILE.png"};
 }
 
-bool PictureOption::take(std::span<const std::string_view> words, std::size_t& i) {
-    std::string_view word = words[i];
-    if (!word.starts_with(name_)) return false;
-    word.remove_prefix(name_.size());
-    if (word.empty() && i + 1 < words.size()) {
-        word = words[++i];
-    } else if (word.starts_with('=')) {
-        word.remove_prefix(1);
-    } else if (!word.empty()) {
-        return false;
-    }
-    if (file_) throw UsageError{std::string{name_} + " is given twice", std::string{name_} + " FILE.svg"};
-    (void)picture_format(word);
-    file_ = word;
-    return true;
+std::optional<std::string_view> picture_file(const OptionsGiven& given, std::string_view name) {
+    const std::vector<std::string_view> files = given.values(name);
+    if (files.empty()) return {};
+    (void)picture_format(files.front());
+    if (files.size() > 1) throw UsageError{std::string{name} + " is given twice", std::string{name} + " FILE.svg"};
+    return files.front();
 }
 
 std::string gnuplot_string(std::string_view text) {

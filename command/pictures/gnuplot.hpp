@@ -16,6 +16,8 @@
 #include <string_view>
 #include <vector>
 
+#include "command/options.hpp"
+
 namespace finance::command {
 
 // No gnuplot, no picture, no place to write to: exit status 1.
@@ -33,19 +35,8 @@ enum class PictureFormat : std::uint8_t {
 // By the file's ending; UsageError where it is none that can be drawn.
 PictureFormat picture_format(std::string_view file);
 
-// An option that names the picture's file: "--plot FILE" or "--plot=FILE".
-class PictureOption {
-public:
-    explicit PictureOption(std::string_view name) : name_{name} {}
-
-    // Whether the word at i is the option; i then stands on its last word. UsageError.
-    bool take(std::span<const std::string_view> words, std::size_t& i);
-    [[nodiscard]] const std::optional<std::string_view>& file() const { return file_; }
-
-private:
-    std::string_view name_;
-    std::optional<std::string_view> file_{};
-};
+// The value of an option that names the picture's file. UsageError where it is none, or is given twice.
+std::optional<std::string_view> picture_file(const OptionsGiven& given, std::string_view name);
 
 // ---- Pieces of a script
 

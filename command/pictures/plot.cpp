@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
+#include <array>
 #include <cmath>
 #include <optional>
 #include <vector>
@@ -13,6 +13,7 @@
 #include "calls/answer.hpp"
 #include "catalogue/number_text.hpp"
 #include "command/json_text.hpp"
+#include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"
 #include "command/pictures/plot_call.hpp"
 #include "command/pictures/plot_picture.hpp"
@@ -22,59 +23,18 @@ namespace finance::command {
 
 namespace {
 
-[[noreturn]] void fail(const std::string& message) { throw UsageError{"plot: " + message, "finance help plot"}; }
-
-// ---- The request
-
 constexpr std::size_t usual_points = 200;
-constexpr std::size_t most_points = 10'000;
 
-struct Request {
-    std::string_view call{};
-    std::string_view range{};
-    std::optional<std::string_view> output{};
-    std::size_t points = usual_points;
-    bool help = false;
+constexpr std::array plot_options{
+    Option{"--output", "FILE",
+           "ends in .svg or .png; without it SVG goes to standard output, characters to a terminal"},
+    Option{"--points", "N", "how many points, 200 unless given", {2, 10'000}},
+    json_option("the points instead of a picture on standard output, one object a line"),
 };
 
-std::size_t read_points(std::string_view text) {
-    std::size_t points = 0;
-    const auto [stop, fault] = std::from_chars(text.data(), text.data() + text.size(), points);
-    if (fault != std::errc{} || stop != text.data() + text.size() || points < 2 || points > most_points) {
-        fail("--points is a whole number from 2 to " + std::to_string(most_points) + ", not '" + std::string{text} +
-             '\'');
-    }
-    return points;
-}
-
-// Whether the word at i is "--points N" or "--points=N"; i then stands on its last word.
-bool take_points(Words words, std::size_t& i, Request& request) {
-    constexpr std::string_view name = "--points";
-    if (words[i] == name && i + 1 < words.size()) {
-        request.points = read_points(words[++i]);
-        return true;
-    }
-    if (words[i] != name && !words[i].starts_with("--points=")) return false;
-    request.points = read_points(words[i].substr(std::min(words[i].size(), name.size() + 1)));
-    return true;
-}
-
-Request read_request(Words words) {
-    Request request;
-    PictureOption output{"--output"};
-    std::vector<std::string_view> rest;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (words[i] == "--help" || words[i] == "-h") request.help = true;
-        if (request.help) return request;
-        if (output.take(words, i) || take_points(words, i, request)) continue;
-        if (words[i].starts_with("--")) fail("no option is called " + std::string{words[i]});
-        rest.push_back(words[i]);
-    }
-    if (rest.size() != 2) fail("a call and a range, as in 'PMT(rate, 360, 200000)' rate=0.001..0.01");
-    request.call = rest[0];
-    request.range = rest[1];
-    request.output = output.file();
-    return request;
+PlotCall call_of(Words written) {
+    if (written.size() == 2) return {written[0], read_range(written[1])};
+    throw UsageError{"plot: a call and a range, as in 'PMT(rate, 360, 200000)' rate=0.001..0.01", "finance help plot"};
 }
 
 // ---- The points
@@ -158,19 +118,19 @@ std::string_view result_unit(catalogue::ResultKind kind) {
     return {};
 }
 
-CurvePicture picture_of(const PlotCall& call, const Request& request) {
+CurvePicture picture_of(const PlotCall& call, Words written) {
     const catalogue::Calculation& calculation = call.calculation();
     const std::string name = call.result_name().empty() ? std::string{calculation.name} : call.result_name();
-    return {.title = std::string{request.call} + ", " + std::string{request.range},
+    return {.title = std::string{written[0]}.append(", ").append(written[1]),
             .x = {variable_label(call), call.dated()},
             .y = {with_unit(name, result_unit(calculation.result)), calculation.result == catalogue::ResultKind::date}};
 }
 
-std::string script_of(const PlotCall& call, const Request& request, std::span<const Answer> answers) {
+std::string script_of(const PlotCall& call, Words written, std::span<const Answer> answers) {
     std::vector<CurvePoint> points;
     points.reserve(answers.size());
     for (const Answer& answer : answers) points.push_back(answer.point);
-    return curve_script(picture_of(call, request), points);
+    return curve_script(picture_of(call, written), points);
 }
 
 std::string points_as_json(const PlotCall& call, std::span<const Answer> answers) {
@@ -188,8 +148,6 @@ std::string picture_for_output(std::string_view script) {
     return drawn(script, isatty(STDOUT_FILENO) == 1 ? PictureFormat::characters : PictureFormat::svg);
 }
 
-}  // namespace
-
 std::string plot_help() {
     return "plot: a calculation drawn over a range of one of its arguments\n"
            "\n"
@@ -199,10 +157,8 @@ std::string plot_help() {
            "Where it must be whole, only whole values are taken. Points without an answer are gaps, and told on\n"
            "standard error; where no point has one, nothing is drawn. gnuplot draws.\n"
            "\n"
-           "Options\n"
-           "  --output FILE   ends in .svg or .png; without it SVG goes to standard output, characters to a terminal\n"
-           "  --points N      how many points, 200 unless given\n"
-           "  --json          the points instead of a picture on standard output, one object a line\n"
+           "Options\n" +
+           option_lines(plot_options) +
            "\n"
            "Examples\n"
            "  finance plot 'PRICE(2008-02-15, 2017-11-15, 0.0575, y, 100, 2)' y=0.01..0.12 --output price.svg\n"
@@ -210,24 +166,32 @@ std::string plot_help() {
 }
 
 Outcome plot(Words words, const Settings& settings) {
-    const Request request = read_request(words);
-    if (request.help) return {exit_answered, plot_help(), ""};
-    const PlotCall call{request.call, read_range(request.range)};
-    const std::vector<Answer> answers = answers_of(call, request.points, settings.host.get());
+    const OptionsGiven given = read_options(plot_options, words, {.job = plot_job.word, .help_ends = true});
+    const auto file = picture_file(given, "--output");
+    if (given.help) return {exit_answered, plot_help(), ""};
+    const PlotCall call = call_of(given.places);
+    const std::vector<Answer> answers = answers_of(call, given.number("--points", usual_points), settings.host.get());
     Outcome outcome{.error = gaps_text(call, answers)};
     if (settings.json) outcome.output = points_as_json(call, answers);
     if (gaps_in(answers) == answers.size()) {
         outcome.exit_status = exit_refused;
         return outcome;
     }
-    if (settings.json && !request.output) return outcome;
-    const std::string script = script_of(call, request, answers);
-    if (request.output) {
-        write_picture(*request.output, drawn(script, picture_format(*request.output)));
+    if (settings.json && !file) return outcome;
+    const std::string script = script_of(call, given.places, answers);
+    if (file) {
+        write_picture(*file, drawn(script, picture_format(*file)));
     } else {
         outcome.output = picture_for_output(script);
     }
     return outcome;
 }
+
+}  // namespace
+
+constinit const Job plot_job{
+    {"plot", "'CALL(...)' NAME=FIRST..LAST", "a calculation drawn over a range", plot_options, {}, Takes::variable},
+    plot,
+    plot_help};
 
 }  // namespace finance::command

@@ -1,13 +1,10 @@
 // `finance plot`: a calculation drawn over a range of one of its arguments.
 #pragma once
 
-#include <string>
-
-#include "command/jobs.hpp"
+#include "command/job.hpp"
 
 namespace finance::command {
 
-Outcome plot(Words words, const Settings& settings);
-std::string plot_help();
+extern const Job plot_job;
 
 }  // namespace finance::command

@@ -9,7 +9,9 @@
 #include <optional>
 #include <vector>
 
+#include "catalogue/annuities.hpp"
 #include "catalogue/number_text.hpp"
+#include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/tables/table_writer.hpp"
@@ -25,53 +27,25 @@ constexpr std::int64_t longest_table = 10'000;  // lines; for a program there is
 // ---- The request
 
 struct Kind {
-    std::string_view word;
+    FixedWord word;
     Schedule (*open)(Words words, const host::EmbeddedHost& host);
 };
 
-constexpr std::array kinds{Kind{"loan", loan_schedule}, Kind{"depreciation", depreciation_schedule}};
+constexpr std::array kinds{Kind{{"loan", catalogue::annuity_parameters::payment}, loan_schedule},
+                           Kind{{"depreciation", depreciation_parameters}, depreciation_schedule}};
+constexpr std::array kind_words{kinds[0].word, kinds[1].word};
 
-struct Request {
-    const Kind* kind = nullptr;
-    std::vector<std::string_view> arguments{};
-    bool csv = false;
-    bool help = false;
-    std::optional<std::string_view> picture{};
+constexpr std::array schedule_options{
+    Option{"--csv", "", "comma-separated, all digits, any number of periods; --json the same as objects"},
+    json_option(""),
+    Option{"--plot", "FILE", "a picture instead of a table; FILE ends in .svg or .png (gnuplot draws it)"},
 };
 
-const Kind& kind_named(std::string_view word) {
-    const auto* const kind = std::ranges::find(kinds, word, &Kind::word);
-    if (kind == kinds.end()) throw UsageError{"no schedule is called '" + std::string{word} + '\'', hint};
+const Kind& kind_of(Words words) {
+    if (words.empty()) throw UsageError{"schedule: loan or depreciation?", hint};
+    const auto* const kind = std::ranges::find(kinds, words[0], [](const Kind& one) { return one.word.word; });
+    if (kind == kinds.end()) throw UsageError{"no schedule is called '" + std::string{words[0]} + '\'', hint};
     return *kind;
-}
-
-// Whether the word is one of the options that are a single word.
-bool take_flag(std::string_view word, Request& request) {
-    if (word == "--csv") return request.csv = true;
-    if (word == "--help" || word == "-h") return request.help = true;
-    return false;
-}
-
-Request read_request(Words words, bool json) {
-    Request request;
-    std::vector<std::string_view>& rest = request.arguments;
-    PictureOption plot{"--plot"};
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (take_flag(words[i], request) || plot.take(words, i)) continue;
-        if (words[i].starts_with("--")) {
-            throw UsageError{"schedule: no option is called " + std::string{words[i]}, hint};
-        }
-        rest.push_back(words[i]);
-    }
-    request.picture = plot.file();
-    if (request.help) return request;
-    if ((request.csv ? 1 : 0) + (request.picture ? 1 : 0) + (json ? 1 : 0) > 1) {
-        throw UsageError{"schedule: --csv, --json and --plot exclude each other", hint};
-    }
-    if (rest.empty()) throw UsageError{"schedule: loan or depreciation?", hint};
-    request.kind = &kind_named(rest.front());
-    rest.erase(rest.begin());
-    return request;
 }
 
 // ---- The table
@@ -104,13 +78,25 @@ std::vector<Row> all_rows(std::string_view word, const Schedule& schedule) {
     return rows;
 }
 
-}  // namespace
+// ---- Help
+
+std::string calls_text() {
+    std::string text;
+    for (const FixedWord& word : kind_words) {
+        text.append("  finance schedule ").append(word.word);
+        for (const catalogue::Parameter& parameter : word.arguments) {
+            const bool optional = parameter.need == catalogue::Need::optional;
+            text.append(optional ? " [" : " ").append(parameter.name).append(optional ? "=...]" : "=...");
+        }
+        text += " [OPTION]\n";
+    }
+    return text;
+}
 
 std::string schedule_help() {
     return "schedule: payment tables of loans, depreciation tables\n"
-           "\n"
-           "  finance schedule loan rate=... nper=... pv=... [fv=...] [type=...] [OPTION]\n"
-           "  finance schedule depreciation cost=... salvage=... life=... [factor=...] [month=...] [OPTION]\n"
+           "\n" +
+           calls_text() +
            "\n"
            "A loan's table has payment, interest and principal (PMT, IPMT, PPMT) of each period and the balance after\n"
            "it. Money paid is negative, money received positive; the balance begins at pv and ends at -fv. Where\n"
@@ -121,31 +107,48 @@ std::string schedule_help() {
            "(month: months of the first year, 12 unless given), DDB and VDB (factor: 2 unless given), VDB with its\n"
            "switch to straight line. A first year of not 12 months adds a period for DB.\n"
            "\n"
-           "Options\n"
-           "  --csv         comma-separated, all digits, any number of periods; --json the same as objects\n"
-           "  --plot FILE   a picture instead of a table; FILE ends in .svg or .png (gnuplot draws it)\n"
+           "Options\n" +
+           option_lines(schedule_options) +
            "\n"
            "Examples\n"
            "  finance schedule loan rate=0.005 nper=360 pv=200000 --plot loan.svg\n"
            "  finance schedule depreciation cost=10000 salvage=1000 life=5 month=7\n";
 }
 
+// The file that is drawn into, if one is.
+std::optional<std::string_view> checked_picture(const OptionsGiven& given, bool json) {
+    const auto picture = picture_file(given, "--plot");
+    if (!given.help && int{given.has("--csv")} + int{picture.has_value()} + int{json} > 1) {
+        throw UsageError{"schedule: --csv, --json and --plot exclude each other", hint};
+    }
+    return picture;
+}
+
+Outcome schedule(Words words, const Settings& settings) {
+    const OptionsGiven given = read_options(schedule_options, words, {.job = schedule_job.word});
+    const auto picture = checked_picture(given, settings.json);
+    if (given.help) return {exit_answered, schedule_help(), ""};
+    const Kind& kind = kind_of(given.places);
+    const Schedule schedule = kind.open(Words{given.places}.subspan(1), settings.host.get());
+    if (given.has("--csv") || settings.json) return stream(schedule, settings.json);
+    const std::vector<Row> rows = all_rows(kind.word.word, schedule);
+    if (!picture) return {exit_answered, aligned_text(schedule.columns, rows), ""};
+    write_picture(*picture, drawn(schedule.picture(rows), picture_format(*picture)));
+    return {};
+}
+
+}  // namespace
+
+constinit const Job schedule_job{
+    {"schedule", "loan|depreciation NAME=VALUE...", "payment and depreciation tables", schedule_options, kind_words},
+    schedule,
+    schedule_help};
+
 std::int64_t period_count(std::string_view schedule, double periods) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
     if (periods >= 1.0 && periods <= most) return static_cast<std::int64_t>(periods);
     throw ScheduleRefused{std::string{schedule} + ": " + catalogue::plain_text(periods) +
                           " is no number of periods (1 to " + std::to_string(most) + ')'};
-}
-
-Outcome schedule(Words words, const Settings& settings) {
-    const Request request = read_request(words, settings.json);
-    if (request.help) return {exit_answered, schedule_help(), ""};
-    const Schedule schedule = request.kind->open(request.arguments, settings.host.get());
-    if (request.csv || settings.json) return stream(schedule, settings.json);
-    const std::vector<Row> rows = all_rows(request.kind->word, schedule);
-    if (!request.picture) return {exit_answered, aligned_text(schedule.columns, rows), ""};
-    write_picture(*request.picture, drawn(schedule.picture(rows), picture_format(*request.picture)));
-    return {};
 }
 
 }  // namespace finance::command

@@ -1,6 +1,7 @@
 // `finance schedule`: payment tables of loans, depreciation tables by all methods.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -8,14 +9,13 @@
 #include <string_view>
 
 #include "calls/answer.hpp"
-#include "command/jobs.hpp"
+#include "command/job.hpp"
 #include "command/pictures/table_text.hpp"
 #include "host/embedded_host.hpp"
 
 namespace finance::command {
 
-Outcome schedule(Words words, const Settings& settings);
-std::string schedule_help();
+extern const Job schedule_job;
 
 // A schedule that the module refuses: exit status 1.
 using ScheduleRefused = calls::CallRefused;
@@ -34,5 +34,6 @@ std::int64_t period_count(std::string_view schedule, double periods);
 // UsageError, ScheduleRefused. The host must live as long as the schedule.
 Schedule loan_schedule(Words words, const host::EmbeddedHost& host);
 Schedule depreciation_schedule(Words words, const host::EmbeddedHost& host);
+extern const std::array<catalogue::Parameter, 5> depreciation_parameters;
 
 }  // namespace finance::command

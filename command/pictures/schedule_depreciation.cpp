@@ -21,6 +21,24 @@ namespace finance::command {
 
 namespace {
 
+namespace rules = catalogue::depreciation_parameters;
+
+// VDB's, whose other rule is about an argument that is always given here.
+constexpr catalogue::Parameter factor = [] {
+    catalogue::Parameter parameter = rules::variable_declining[5];
+    parameter.rule = "must not be missing";
+    return parameter;
+}();
+
+}  // namespace
+
+// The arguments of the methods, each once, with the rules that they have there.
+constexpr std::array<catalogue::Parameter, 5> depreciation_parameters{rules::cost, rules::salvage, rules::counted_life,
+                                                                      factor, rules::fixed_declining[4]};
+static_assert(factor.name == "factor" && depreciation_parameters[4].name == "month");
+
+namespace {
+
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
 constexpr std::string_view amounts = "depreciation of the period";
 constexpr std::string_view book_values = "book value at its end";
@@ -34,21 +52,8 @@ constexpr std::array columns{
     Column{"VDB book value", "VDB", book_values},
 };
 
-namespace rules = catalogue::depreciation_parameters;
-
-// VDB's, whose other rule is about an argument that is always given here.
-constexpr catalogue::Parameter factor = [] {
-    catalogue::Parameter parameter = rules::variable_declining[5];
-    parameter.rule = "must not be missing";
-    return parameter;
-}();
-
-// The arguments of the methods, each once, with the rules that they have there.
-constexpr std::array parameters{rules::cost, rules::salvage, rules::counted_life, factor, rules::fixed_declining[4]};
-static_assert(factor.name == "factor" && parameters[4].name == "month");
-
 constexpr catalogue::Calculation depreciation_calculation{
-    .name = "schedule depreciation", .parameters = parameters, .failure = catalogue::never_fails};
+    .name = "schedule depreciation", .parameters = depreciation_parameters, .failure = catalogue::never_fails};
 
 struct Terms {
     host::Argument cost, salvage, life, factor, month;

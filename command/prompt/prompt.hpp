@@ -1,7 +1,7 @@
 // `finance` without words: a prompt on a terminal, else the lines of standard input.
 #pragma once
 
-#include "command/jobs.hpp"
+#include "command/job.hpp"
 
 namespace finance::command {
 

@@ -7,8 +7,10 @@
 
 #include "catalogue/catalogue.hpp"
 #include "catalogue/number_text.hpp"
+#include "command/jobs.hpp"
 #include "command/json_report.hpp"
 #include "command/prompt/prompt_words.hpp"
+#include "command/tables/table_jobs.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/usage_error.hpp"
 #include "command/words.hpp"
@@ -19,7 +21,6 @@ namespace {
 
 constexpr std::string_view program = "finance ";
 constexpr std::string_view program_label = "finance: ";
-constexpr std::string_view json_option = "--json";
 
 constexpr std::string_view what_can_be_typed =
     "NAME ARGUMENT...   evaluate a calculation: PMT rate=0.005 nper=360 pv=200000\n"
@@ -46,8 +47,8 @@ void check_text(std::string_view line) {
 }
 
 void check_table(std::string_view job, Words words, bool json) {
-    if (job != "map" && job != "fold") return;
-    const TableOptions options = read_table_options(words, job, job == "fold", json);
+    if (job != map_job.word && job != fold_job.word) return;
+    const TableOptions options = read_table_options(words, job == map_job.word ? map_job : fold_job, json);
     if (options.help || options.input != standard_stream) return;
     const std::string name{job};
     throw UsageError{name + ": standard input is the script: name the file of the table", "help " + name};
@@ -117,7 +118,7 @@ Outcome PromptSession::run(std::string_view line) {
     try {
         check_text(line);
         std::vector<std::string> words = split_words(line);
-        if (std::erase(words, json_option) > 0) settings.json = true;
+        if (std::erase(words, json_name) > 0) settings.json = true;
         return words.empty() ? Outcome{} : run_words(std::move(words), settings);
     } catch (const UsageError& error) {
         return settings.json ? json_usage(error) : wrong_usage(error);

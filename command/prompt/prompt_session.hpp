@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "command/jobs.hpp"
+#include "command/job.hpp"
 
 namespace finance::command {
 

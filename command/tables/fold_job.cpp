@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "command/options.hpp"
 #include "command/tables/flow_groups.hpp"
 #include "command/tables/progress.hpp"
 #include "command/tables/row_cursor.hpp"
@@ -214,8 +215,6 @@ Outcome fold_rows(const TableOptions& options, const Settings& settings) {
     });
 }
 
-}  // namespace
-
 std::string fold_help() {
     return "fold: calls over lists whose values stand one below the other, one result a group of rows\n"
            "\n"
@@ -225,8 +224,7 @@ std::string fold_help() {
            "the order of their first rows. Without --by all rows are one group. A list takes a column, in the order\n"
            "of the rows; any other argument a value, or a column that has one value in all rows of a group.\n"
            "\n" +
-           std::string{table_options_help()} +
-           "  --by COLUMN,...    the columns that tell groups apart\n"
+           table_options_help() + option_lines(table_options, 0, 1) +
            "\n"
            "Examples\n"
            "  finance fold 'XIRR(amount, date)' --by deal flows.csv\n"
@@ -234,8 +232,13 @@ std::string fold_help() {
 }
 
 Outcome fold_table(Words words, const Settings& settings) {
-    const TableOptions options = read_table_options(words, "fold", true, settings.json);
+    const TableOptions options = read_table_options(words, fold_job, settings.json);
     return options.help ? Outcome{exit_answered, fold_help(), ""} : fold_rows(options, settings);
 }
+
+}  // namespace
+
+constinit const Job fold_job{
+    {"fold", "'CALL(...)' --by COLUMN [FILE]", "calls over groups of rows", table_options}, fold_table, fold_help};
 
 }  // namespace finance::command

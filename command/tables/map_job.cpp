@@ -113,8 +113,6 @@ Outcome map_rows(const TableOptions& options, const Settings& settings) {
     });
 }
 
-}  // namespace
-
 std::string map_help() {
     return "map: calls over the rows of a table, their results as further columns\n"
            "\n"
@@ -123,15 +121,22 @@ std::string map_help() {
            "Rows keep their order and every byte of their columns. A row that is refused has an empty result; the\n"
            "summary on standard error counts rows and lists the first that were refused.\n"
            "\n" +
-           std::string{table_options_help()} +
+           table_options_help() +
            "\n"
            "Example\n"
            "  finance map 'PRICE(settlement, maturity, rate, 6.5%, 100, 2, basis) as price' bonds.csv > priced.csv\n";
 }
 
 Outcome map_table(Words words, const Settings& settings) {
-    const TableOptions options = read_table_options(words, "map", false, settings.json);
+    const TableOptions options = read_table_options(words, map_job, settings.json);
     return options.help ? Outcome{exit_answered, map_help(), ""} : map_rows(options, settings);
 }
+
+}  // namespace
+
+constinit const Job map_job{
+    {"map", "'CALL(...)' [FILE]", "calls over the rows of a table", std::span{table_options}.subspan(1)},
+    map_table,
+    map_help};
 
 }  // namespace finance::command

@@ -2,16 +2,11 @@
 // `finance fold`: calls over lists whose values stand one below the other, one result a group of rows.
 #pragma once
 
-#include <string>
-
-#include "command/jobs.hpp"
+#include "command/job.hpp"
 
 namespace finance::command {
 
-Outcome map_table(Words words, const Settings& settings);
-std::string map_help();
-
-Outcome fold_table(Words words, const Settings& settings);
-std::string fold_help();
+extern const Job map_job;
+extern const Job fold_job;
 
 }  // namespace finance::command

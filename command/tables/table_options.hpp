@@ -1,12 +1,13 @@
 // What follows `map` and `fold`.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "command/jobs.hpp"
+#include "command/options.hpp"
 
 namespace finance::command {
 
@@ -26,11 +27,24 @@ struct TableOptions {
     bool json = false;  // results as objects; said before the first word, or anywhere
 };
 
-// Options stand anywhere among the words, as --name value or --name=value. groups: whether --by is one of them.
-// UsageError.
-TableOptions read_table_options(Words words, std::string_view job, bool groups, bool json);
+// Of both jobs, but for the first one, which is fold's.
+inline constexpr std::array table_options{
+    Option{"--by", "COLUMN,...", "the columns that tell groups apart"},
+    Option{"--output", "FILE", "instead of standard output"},
+    Option{"--delimiter", "CHAR",
+           "what separates fields: comma, tab, semicolon or any one character; otherwise told by\n"
+           "the file's extension, or by the header"},
+    Option{"--no-header", "", "the first line is a row; columns are called $1, $2, ..."},
+    Option{"--status", "", "adds a column NAME_status to each result that says why there is no value"},
+    Option{"--strict", "", "stops at the first refusal"},
+    Option{"--quiet", "", "neither progress nor summary on standard error"},
+    json_option("each result as an object on a line, with value, status, argument at fault and rule"),
+};
 
-// The help on the options that both jobs have.
-std::string_view table_options_help();
+// UsageError.
+TableOptions read_table_options(Words words, const Job& job, bool json);
+
+// The help on what both jobs have.
+std::string table_options_help();
 
 }  // namespace finance::command

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "catalogue/pages/page_files.hpp"
 #include "catalogue/pages/reference.hpp"
 #include "catalogue/pages/zsh_completion.hpp"
+#include "catalogue/rows.hpp"
 #include "tests/catalogue/sample_calculations.hpp"
 
 namespace finance::test {
@@ -18,12 +20,18 @@ namespace {
 
 namespace pages = catalogue::pages;
 
+constexpr std::array fold_options{pages::Option{"--by", "COLUMN"}, pages::Option{"--strict"},
+                                  pages::Option{.name = "--json", .anywhere = true}};
+constexpr std::array plot_option{pages::Option{"--plot", "FILE"}};
+constexpr std::array loan_arguments{catalogue::number("rate", "", ""), catalogue::number("nper", "", "")};
+constexpr std::array kinds{pages::FixedWord{"loan", loan_arguments}, pages::FixedWord{"other", {}}};
+
 const std::vector<pages::Word> words{
     {"list", "", "all calculations"},
-    {"help", "[NAME|WORD]", "what one answers"},
-    {"fold", "'CALL(...)' --by COLUMN [FILE]", "it's by \"group\"",
-     "Options\n  --strict  stops\n  --by COLUMN, --quiet"},
-    {"schedule", "loan|depreciation NAME=VALUE... [--plot FILE]", "tables"},
+    {.word = "help", .usage = "[NAME|WORD]", .purpose = "what one answers", .takes = pages::Takes::calculation},
+    {"fold", "'CALL(...)' --by COLUMN [FILE]", "it's by \"group\"", fold_options},
+    {"schedule", "loan|other NAME=VALUE...", "tables", plot_option, kinds},
+    {"plot", "'CALL(...)' NAME=FIRST..LAST", "a picture", plot_option, {}, pages::Takes::variable},
 };
 const std::vector<pages::Option> options{{"--module", "PATH", "another module"}, {"--json", "", "for machines"}};
 const pages::CommandWords command{words, options, "9.8.7"};
@@ -40,38 +48,25 @@ std::string unescaped(const std::string& text) {
 }
 
 TEST(CommandWords, WhatIsTypedAsItStands) {
-    using List = std::vector<std::string>;
-    EXPECT_EQ(pages::typed_words(words[0]), List{});
-    EXPECT_EQ(pages::typed_words(words[1]), List{});
-    EXPECT_EQ(pages::typed_words(words[2]), (List{"--by", "--strict", "--quiet"}));
-    EXPECT_EQ(pages::typed_words(words[3]), (List{"loan", "depreciation", "--plot"}));
-    EXPECT_EQ(pages::typed_words({"x", "[--no-header] [--output=FILE] -- --A --x1 y a=b", ""}),
-              (List{"--no-header", "--output"}));
+    EXPECT_EQ(pages::typed_cases(words, {"<", ">", "CALCULATIONS", "VARIABLES"}),
+              "        help) <CALCULATIONS>\n"
+              "        fold) <--by --strict --json>\n"
+              "        schedule) <loan other --plot>\n"
+              "        'schedule loan') <rate= nper= --plot>\n"
+              "        'schedule other') <--plot>\n"
+              "        plot) <VARIABLES --plot>\n");
+    EXPECT_EQ(pages::typed_cases({}, {}), "");
 }
 
-TEST(CommandWords, WhatFollowsAFixedWord) {
-    using List = std::vector<std::string>;
-    const pages::Word tables{"schedule", "loan|other NAME=VALUE...", "tables",
-                             "tables\n  finance schedule loan rate=... [fv=...] [OPTION]\n  --csv\n"
-                             "  finance schedule loan rate=1 more=2\n"};
-    EXPECT_EQ(pages::typed_words(tables, "loan"), (List{"rate=", "fv=", "--csv"}));
-    EXPECT_EQ(pages::typed_words(tables, "other"), List{});
-    EXPECT_EQ(pages::fixed_words(tables), (std::vector<std::string_view>{"loan", "other"}));
-    const pages::CommandWords one{{&tables, 1}, {}, "1"};
-    EXPECT_TRUE(contains(pages::bash_completion({}, one), "\n        'schedule loan') echo rate= fv= --csv ;;\n"));
-    EXPECT_TRUE(contains(pages::zsh_completion({}, one), "\n        'schedule loan') typed=(rate= fv= --csv) ;;\n"));
-}
-
-TEST(CommandWords, WhereARangeFollows) {
-    EXPECT_TRUE(pages::takes_variable({"plot", "'CALL(...)' NAME=FIRST..LAST", ""}));
-    EXPECT_FALSE(pages::takes_variable(words[3]));
-}
-
-TEST(CommandWords, WhereACalculationFollows) {
-    EXPECT_FALSE(pages::takes_calculation(words[0]));
-    EXPECT_TRUE(pages::takes_calculation(words[1]));
-    EXPECT_FALSE(pages::takes_calculation(words[3]));
-    EXPECT_FALSE(pages::takes_calculation({"x", "RENAMED", ""}));
+TEST(CommandWords, BothShellsHaveThem) {
+    const std::string bash = pages::bash_completion({}, command);
+    EXPECT_TRUE(contains(bash, "\n        help) echo calculations ;;\n"));
+    EXPECT_TRUE(contains(bash, "\n        'schedule loan') echo rate= nper= --plot ;;\n"));
+    EXPECT_TRUE(contains(bash, "\n        plot) echo variables --plot ;;\n"));
+    const std::string zsh = pages::zsh_completion({}, command);
+    EXPECT_TRUE(contains(zsh, "\n        help) typed=(NAME) ;;\n"));
+    EXPECT_TRUE(contains(zsh, "\n        'schedule loan') typed=(rate= nper= --plot) ;;\n"));
+    EXPECT_TRUE(contains(zsh, "\n        plot) typed=(VARIABLE --plot) ;;\n"));
 }
 
 std::string page_of(const catalogue::Calculation& calculation) {
@@ -157,8 +152,8 @@ TEST(ManPage, WordsOptionsAndCalculations) {
 
 TEST(Completions, HaveTheWordsThatTheCommandHas) {
     const std::string bash = pages::bash_completion(catalogue::calculations(), command);
-    EXPECT_TRUE(contains(bash, "words='list help fold schedule'"));
-    EXPECT_TRUE(contains(bash, "\n        schedule) echo loan depreciation --plot ;;\n"));
+    EXPECT_TRUE(contains(bash, "words='list help fold schedule plot'"));
+    EXPECT_TRUE(contains(bash, "\n        schedule) echo loan other --plot ;;\n"));
     EXPECT_TRUE(contains(bash, "\n        MIRR) echo flows=+ financeRate= reinvestRate= ;;\n"));
     const std::string zsh = pages::zsh_completion(catalogue::calculations(), command);
     EXPECT_TRUE(contains(zsh, "\n        'fold:it'\\''s by \"group\"'\n"));
