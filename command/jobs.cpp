@@ -10,7 +10,7 @@
 #include "command/json_report.hpp"
 #include "command/options.hpp"
 #include "command/pictures/plot.hpp"
-#include "command/pictures/schedule.hpp"
+#include "command/schedules/schedule.hpp"
 #include "command/tables/table_jobs.hpp"
 #include "command/usage_error.hpp"
 

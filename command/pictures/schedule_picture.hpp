@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "command/pictures/table_text.hpp"
+#include "command/schedules/table_text.hpp"
 
 namespace finance::command {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "command/pictures/table_text.hpp"
+#include "command/schedules/table_text.hpp"
 #include "tests/command/run_command.hpp"
 
 namespace finance::test {

@@ -1,4 +1,4 @@
-#include "command/pictures/table_text.hpp"
+#include "command/schedules/table_text.hpp"
 
 #include <algorithm>
 #include <array>

@@ -10,7 +10,7 @@
 
 #include "calls/answer.hpp"
 #include "command/job.hpp"
-#include "command/pictures/table_text.hpp"
+#include "command/schedules/table_text.hpp"
 #include "host/embedded_host.hpp"
 
 namespace finance::command {

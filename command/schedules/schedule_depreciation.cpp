@@ -13,8 +13,8 @@
 #include "catalogue/depreciation.hpp"
 #include "catalogue/number_text.hpp"
 #include "command/argument_list.hpp"
-#include "command/pictures/schedule.hpp"
 #include "command/pictures/schedule_picture.hpp"
+#include "command/schedules/schedule.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

@@ -1,4 +1,4 @@
-#include "command/pictures/schedule.hpp"
+#include "command/schedules/schedule.hpp"
 
 #include <unistd.h>
 
