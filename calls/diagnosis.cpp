@@ -14,8 +14,7 @@
 
 #include "abi/zelkovan.h"
 #include "catalogue/layout.hpp"
-#include "catalogue/number_text.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::calls {

@@ -14,7 +14,7 @@
 #include "catalogue/interest_at_maturity.hpp"
 #include "catalogue/odd_periods.hpp"
 #include "catalogue/rate_conversion.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/treasury_bills.hpp"
 
 namespace finance::catalogue {

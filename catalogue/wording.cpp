@@ -1,6 +1,6 @@
 #include "catalogue/wording.hpp"
 
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::catalogue {
 

@@ -6,7 +6,6 @@
 
 #include "calls/lists.hpp"
 #include "command/argument_text.hpp"
-#include "command/closest_name.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

@@ -6,8 +6,7 @@
 #include <limits>
 #include <system_error>
 
-#include "catalogue/host_date.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::command {
 

@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <exception>
 
-#include "catalogue/pages/page_files.hpp"
+#include "catalogue/pages/pages.hpp"
 #include "command/jobs.hpp"
 
 namespace {

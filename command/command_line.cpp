@@ -12,8 +12,8 @@
 #include "command/jobs.hpp"
 #include "command/json_report.hpp"
 #include "command/options.hpp"
+#include "command/outcome.hpp"
 #include "command/prompt/prompt.hpp"
-#include "command/streams.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

@@ -5,7 +5,6 @@
 
 #include "command/argument_list.hpp"
 #include "command/argument_text.hpp"
-#include "command/closest_name.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

@@ -1,8 +1,36 @@
 #include "command/host_on_demand.hpp"
 
-#include "command/module_path.hpp"
+#include <string>
+#include <system_error>
 
 namespace finance::command {
+
+namespace {
+
+constexpr const char* module_file = "zelkovan.so";
+
+bool is_file(const std::filesystem::path& path) {
+    std::error_code unreadable;
+    return std::filesystem::is_regular_file(path, unreadable);
+}
+
+}  // namespace
+
+std::filesystem::path this_program() { return std::filesystem::read_symlink("/proc/self/exe"); }
+
+std::filesystem::path find_module(const std::filesystem::path& told, const std::filesystem::path& program) {
+    if (!told.empty()) {
+        if (is_file(told)) return told;
+        throw ModuleNotFound{"there is no module at " + told.string()};
+    }
+    const std::filesystem::path folder = program.parent_path();
+    std::filesystem::path installed = folder.parent_path() / "lib" / module_file;
+    std::filesystem::path beside = folder / module_file;
+    if (is_file(installed)) return installed;
+    if (is_file(beside)) return beside;
+    throw ModuleNotFound{"the module is neither at " + installed.string() + " nor at " + beside.string() +
+                         "; say where it is with --module PATH"};
+}
 
 const host::EmbeddedHost& HostOnDemand::get() {
     if (!host_) host_.emplace(find_module(told_module_, this_program()));

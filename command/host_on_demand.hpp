@@ -1,13 +1,25 @@
-// The embedded host, loaded when it is first needed, so that help and lists need no module.
+// Where the module is: as told, or beside the program as an installation puts it. The embedded host is loaded when it
+// is first needed, so that help and lists need no module.
 #pragma once
 
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
 #include "host/embedded_host.hpp"
 
 namespace finance::command {
+
+class ModuleNotFound : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+std::filesystem::path this_program();
+
+// told: may be empty. Otherwise ../lib/zelkovan.so from the program's folder, then zelkovan.so in it.
+std::filesystem::path find_module(const std::filesystem::path& told, const std::filesystem::path& program);
 
 class HostOnDemand {
 public:

@@ -9,9 +9,6 @@
 #include "command/json_help.hpp"
 #include "command/json_report.hpp"
 #include "command/options.hpp"
-#include "command/pictures/plot.hpp"
-#include "command/schedules/schedule.hpp"
-#include "command/tables/table_jobs.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

@@ -8,6 +8,15 @@
 
 namespace finance::command {
 
+// ---- Each where it is done: tables/, schedules/, pictures/
+
+extern const Job map_job;
+extern const Job fold_job;
+extern const Job schedule_job;
+extern const Job plot_job;
+
+// ---- All of them
+
 std::span<const Job> jobs();
 
 // Those that stand before the first word.

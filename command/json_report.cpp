@@ -4,9 +4,8 @@
 #include <cstddef>
 #include <string>
 
-#include "catalogue/host_date.hpp"
 #include "catalogue/layout.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::command {

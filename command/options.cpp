@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 
-#include "command/closest_name.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

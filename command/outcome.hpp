@@ -1,8 +1,10 @@
-// What a run of the command says and how it ends.
+// What a run of the command says and how it ends; writing it to standard output and standard error.
 #pragma once
 
+#include <cstdio>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace finance::command {
 
@@ -16,5 +18,11 @@ struct Outcome {
     std::string error{};
     std::optional<double> value{};  // of a calculation that answered
 };
+
+// At once; whether all of it could be written.
+bool write_text(std::FILE* stream, std::string_view text);
+
+// The sentence for an output that refused the last write.
+std::string unwritable();
 
 }  // namespace finance::command

@@ -1,9 +1,11 @@
-// A command line that says nothing that could be evaluated: exit status 2.
+// A command line that says nothing that could be evaluated: exit status 2. And help for mistyped names.
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace finance::command {
@@ -27,5 +29,11 @@ private:
     std::string hint_;
     UsageSubject subject_;
 };
+
+// The fewest insertions, deletions, replacements and swaps of neighbours that make one of the other, case aside.
+std::size_t edit_distance(std::string_view a, std::string_view b);
+
+// " (did you mean PMT?)" where one of the names is near, the nearest, the first among equals; else empty.
+std::string suggestion(std::string_view mistyped, std::span<const std::string_view> names);
 
 }  // namespace finance::command

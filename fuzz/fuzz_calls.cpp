@@ -9,8 +9,8 @@
 
 #include "command/tables/call_expression.hpp"
 #include "command/tables/call_plan.hpp"
-#include "command/tables/table_error.hpp"
 #include "command/tables/table_format.hpp"
+#include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
 #include "fuzz/input.hpp"
 

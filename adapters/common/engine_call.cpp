@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "abi/zelkovan.h"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::adapters {

@@ -11,7 +11,7 @@
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
 #include "adapters/duckdb/signature.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::adapters::duckdb {
 

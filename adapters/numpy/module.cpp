@@ -11,8 +11,7 @@
 #include "adapters/numpy/objects.hpp"
 #include "adapters/numpy/python_objects.hpp"
 #include "adapters/numpy/row_loop.hpp"
-#include "catalogue/host_date.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::adapters::numpy {

@@ -9,7 +9,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/objects.hpp"
 #include "adapters/numpy/row_loop.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::adapters::numpy {
 

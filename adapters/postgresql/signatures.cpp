@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "adapters/common/engine_call.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::adapters::postgresql {
 

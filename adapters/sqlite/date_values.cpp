@@ -1,7 +1,7 @@
 #include "adapters/sqlite/date_values.hpp"
 
 #include "abi/zelkovan.h"
-#include "catalogue/host_date.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::adapters::sqlite {
 

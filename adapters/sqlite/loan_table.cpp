@@ -10,7 +10,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/argument_values.hpp"
 #include "adapters/sqlite/table_function.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::adapters::sqlite {
 

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "adapters/sqlite/date_values.hpp"
-#include "catalogue/host_date.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::adapters::sqlite {
 

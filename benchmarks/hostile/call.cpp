@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::hostile {
 

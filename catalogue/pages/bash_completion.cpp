@@ -1,7 +1,6 @@
-#include "catalogue/pages/bash_completion.hpp"
-
 #include <string_view>
 
+#include "catalogue/pages/pages.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::catalogue::pages {

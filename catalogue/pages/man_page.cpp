@@ -1,8 +1,7 @@
-#include "catalogue/pages/man_page.hpp"
-
 #include <array>
 #include <string_view>
 
+#include "catalogue/pages/pages.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::catalogue::pages {

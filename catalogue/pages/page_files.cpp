@@ -1,13 +1,8 @@
-#include "catalogue/pages/page_files.hpp"
-
 #include <fstream>
 #include <ios>
 #include <stdexcept>
 
-#include "catalogue/pages/bash_completion.hpp"
-#include "catalogue/pages/man_page.hpp"
-#include "catalogue/pages/reference.hpp"
-#include "catalogue/pages/zsh_completion.hpp"
+#include "catalogue/pages/pages.hpp"
 
 namespace finance::catalogue::pages {
 

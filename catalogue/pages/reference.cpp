@@ -1,8 +1,7 @@
-#include "catalogue/pages/reference.hpp"
-
 #include <string_view>
 
-#include "catalogue/text_case.hpp"
+#include "catalogue/pages/pages.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::catalogue::pages {

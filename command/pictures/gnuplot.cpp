@@ -15,8 +15,7 @@
 #include <memory>
 #include <utility>
 
-#include "catalogue/number_text.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

@@ -1,7 +1,5 @@
 // What has no answer is a gap in the curve, and told on standard error: neighbouring points in one line, with the
 // reason of the first.
-#include "command/pictures/plot.hpp"
-
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,7 +9,8 @@
 #include <vector>
 
 #include "calls/answer.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
+#include "command/jobs.hpp"
 #include "command/json_text.hpp"
 #include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "catalogue/number_text.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 #include "command/argument_text.hpp"
-#include "command/closest_name.hpp"
 #include "command/evaluate.hpp"
 #include "command/tables/call_plan.hpp"
 #include "command/usage_error.hpp"

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "catalogue/host_date.hpp"
+#include "catalogue/text.hpp"
 #include "command/pictures/gnuplot.hpp"
 
 namespace finance::command {

@@ -4,10 +4,10 @@
 #include <span>
 
 #include "catalogue/catalogue.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 #include "command/jobs.hpp"
-#include "command/prompt/prompt_words.hpp"
+#include "command/prompt/prompt.hpp"
 #include "command/words.hpp"
 
 namespace finance::command {

@@ -11,10 +11,10 @@
 #include <string>
 #include <string_view>
 
+#include "command/outcome.hpp"
 #include "command/prompt/prompt_editor.hpp"
 #include "command/prompt/prompt_history.hpp"
 #include "command/prompt/prompt_session.hpp"
-#include "command/streams.hpp"
 
 namespace finance::command {
 

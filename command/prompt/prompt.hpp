@@ -1,9 +1,18 @@
 // `finance` without words: a prompt on a terminal, else the lines of standard input.
 #pragma once
 
+#include <string_view>
+
 #include "command/job.hpp"
 
 namespace finance::command {
+
+// ---- Words that mean something here only
+
+inline constexpr std::string_view help_mark = "?";         // before a name, or a word of its own
+inline constexpr std::string_view last_answer_word = "_";  // stands for the last answer
+inline constexpr std::string_view quit_word = "quit";
+inline constexpr std::string_view exit_word = "exit";  // the same, for those who are used to it
 
 // Whether somebody sits in front of it: input and one of the outputs are a terminal.
 bool wants_prompt();

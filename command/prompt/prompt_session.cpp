@@ -6,11 +6,10 @@
 #include <utility>
 
 #include "catalogue/catalogue.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 #include "command/jobs.hpp"
 #include "command/json_report.hpp"
-#include "command/prompt/prompt_words.hpp"
-#include "command/tables/table_jobs.hpp"
+#include "command/prompt/prompt.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/usage_error.hpp"
 #include "command/words.hpp"

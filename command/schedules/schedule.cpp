@@ -10,7 +10,8 @@
 #include <vector>
 
 #include "catalogue/annuities.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
+#include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"
 #include "command/tables/table_options.hpp"

@@ -15,8 +15,6 @@
 
 namespace finance::command {
 
-extern const Job schedule_job;
-
 // A schedule that the module refuses: exit status 1.
 using ScheduleRefused = calls::CallRefused;
 

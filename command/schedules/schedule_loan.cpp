@@ -6,7 +6,7 @@
 
 #include "calls/loan_schedule.hpp"
 #include "catalogue/catalogue.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 #include "command/argument_list.hpp"
 #include "command/pictures/schedule_picture.hpp"
 #include "command/schedules/schedule.hpp"

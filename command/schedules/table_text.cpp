@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 #include "command/json_text.hpp"
 
 namespace finance::command {

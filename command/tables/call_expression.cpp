@@ -1,6 +1,6 @@
 #include "command/tables/call_expression.hpp"
 
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 #include "command/argument_list.hpp"
 #include "command/argument_text.hpp"

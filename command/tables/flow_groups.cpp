@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 #include "command/argument_text.hpp"
 #include "command/tables/row_evaluator.hpp"
 

@@ -3,11 +3,11 @@
 #include <utility>
 #include <vector>
 
+#include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/tables/flow_groups.hpp"
 #include "command/tables/progress.hpp"
-#include "command/tables/row_cursor.hpp"
-#include "command/tables/table_jobs.hpp"
+#include "command/tables/table_reader.hpp"
 #include "command/tables/table_run.hpp"
 #include "command/usage_error.hpp"
 

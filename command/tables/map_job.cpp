@@ -3,12 +3,12 @@
 #include <thread>
 #include <vector>
 
+#include "command/jobs.hpp"
 #include "command/tables/progress.hpp"
-#include "command/tables/row_cursor.hpp"
 #include "command/tables/row_evaluator.hpp"
 #include "command/tables/row_pipeline.hpp"
-#include "command/tables/table_error.hpp"
-#include "command/tables/table_jobs.hpp"
+#include "command/tables/table_reader.hpp"
+#include "command/tables/table_record.hpp"
 #include "command/tables/table_run.hpp"
 
 namespace finance::command {

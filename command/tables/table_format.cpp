@@ -6,9 +6,8 @@
 #include <charconv>
 #include <span>
 
-#include "catalogue/text_case.hpp"
-#include "command/closest_name.hpp"
-#include "command/tables/table_error.hpp"
+#include "catalogue/text.hpp"
+#include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

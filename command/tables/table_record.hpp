@@ -7,11 +7,18 @@
 #pragma once
 
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace finance::command {
+
+// A table that cannot be read on, or written on: exit status 1.
+class TableError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 struct RecordEnd {
     const char* next = nullptr;  // one past the record's line feed; null where the text ends before

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "command/tables/table_error.hpp"
+#include "command/tables/table_record.hpp"
 
 namespace finance::command {
 

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include "command/tables/table_error.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"

@@ -1,10 +1,10 @@
 // Dates as text and as days since 1960-01-01.
-#include "catalogue/host_date.hpp"
-
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <limits>
+
+#include "catalogue/text.hpp"
 
 namespace finance::test {
 namespace {

@@ -1,6 +1,4 @@
 // Numbers as text.
-#include "catalogue/number_text.hpp"
-
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -8,6 +6,8 @@
 #include <cstdint>
 #include <limits>
 #include <random>
+
+#include "catalogue/text.hpp"
 
 namespace finance::test {
 namespace {

@@ -1,4 +1,6 @@
 // Reference pages, man page and completions: what must be found in them.
+#include "catalogue/pages/pages.hpp"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,12 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/pages/bash_completion.hpp"
 #include "catalogue/pages/command_words.hpp"
-#include "catalogue/pages/man_page.hpp"
-#include "catalogue/pages/page_files.hpp"
-#include "catalogue/pages/reference.hpp"
-#include "catalogue/pages/zsh_completion.hpp"
 #include "catalogue/rows.hpp"
 #include "tests/catalogue/sample_calculations.hpp"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 #include "command/usage_error.hpp"
 #include "tests/catalogue/sample_calculations.hpp"
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 #include "command/tables/call_plan.hpp"
 #include "command/usage_error.hpp"
 

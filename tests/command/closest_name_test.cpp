@@ -1,8 +1,8 @@
-#include "command/closest_name.hpp"
-
 #include <gtest/gtest.h>
 
 #include <vector>
+
+#include "command/usage_error.hpp"
 
 namespace finance::test {
 namespace {

@@ -1,10 +1,10 @@
-#include "command/module_path.hpp"
-
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <fstream>
 #include <string>
+
+#include "command/host_on_demand.hpp"
 
 namespace finance::test {
 namespace {

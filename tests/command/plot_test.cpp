@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/host_date.hpp"
+#include "catalogue/text.hpp"
 #include "command/pictures/gnuplot.hpp"
 #include "command/pictures/plot_call.hpp"
 #include "command/pictures/plot_picture.hpp"

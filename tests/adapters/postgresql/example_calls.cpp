@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "catalogue/catalogue.hpp"
-#include "catalogue/host_date.hpp"
+#include "catalogue/text.hpp"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "adapters/common/engine_call.hpp"
-#include "catalogue/host_date.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::test {
 

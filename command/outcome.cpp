@@ -1,4 +1,4 @@
-#include "command/streams.hpp"
+#include "command/outcome.hpp"
 
 #include <cerrno>
 #include <cstring>

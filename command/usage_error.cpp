@@ -1,10 +1,10 @@
-#include "command/closest_name.hpp"
+#include "command/usage_error.hpp"
 
 #include <algorithm>
 #include <numeric>
 #include <vector>
 
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::command {
 

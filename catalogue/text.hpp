@@ -1,0 +1,49 @@
+// Texts that people write and read: names, numbers, dates.
+#pragma once
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace finance::catalogue {
+
+// ---- Names without regard to case: ASCII, whatever the locale
+
+constexpr char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+inline std::string lower_case(std::string_view text) {
+    std::string result{text};
+    std::ranges::transform(text, result.begin(), lower);
+    return result;
+}
+
+constexpr bool same_name(std::string_view a, std::string_view b) {
+    return std::ranges::equal(a, b, [](char x, char y) { return upper(x) == upper(y); });
+}
+
+// ---- Numbers as people read them
+
+// The shortest text that reads back to the same double; a NaN, whichever, is the missing value and written ".".
+std::string shortest_text(double value);
+
+// The same, but whole numbers below 2^63 in plain digits: 200000, not 2e+05.
+std::string plain_text(double value);
+
+// Appends plain_text.
+void append_plain(std::string& text, double value);
+
+// A date as year-month-day where its year has four digits, else as plain_text.
+std::string value_text(double value, bool dated);
+
+// ---- Host dates: whole days, day 0 being 1960-01-01; written year-month-day, years 0001 to 9999
+
+// Exactly dddd-dd-dd and a day that exists.
+std::optional<double> host_date(std::string_view iso);
+
+// Nothing where the value is no whole day or its year is outside 0001 to 9999.
+std::optional<std::string> iso_date(double host_date);
+
+}  // namespace finance::catalogue
