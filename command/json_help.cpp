@@ -1,5 +1,6 @@
 #include "command/json_help.hpp"
 
+#include <array>
 #include <string_view>
 
 #include "catalogue/wording.hpp"
@@ -14,15 +15,8 @@ using catalogue::Need;
 using catalogue::Parameter;
 
 std::string_view need_word(Need need) {
-    switch (need) {
-        case Need::required:
-            return "required";
-        case Need::may_be_missing:
-            return "may be missing";
-        case Need::optional:
-            break;
-    }
-    return "optional";
+    constexpr std::array<std::string_view, 3> words{"required", "may be missing", "optional"};
+    return catalogue::item_of<Need::optional>(words, need);
 }
 
 void add_parameter(JsonText& json, const Parameter& parameter) {

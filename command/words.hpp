@@ -14,6 +14,9 @@
 
 namespace finance::command {
 
+// What may stand before a text in UTF-8.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
 // UsageError where a quotation mark has no partner.
 std::vector<std::string> split_words(std::string_view line);
 

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "catalogue/text.hpp"
+#include "catalogue/wording.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -33,15 +34,11 @@ bool ends_with(std::string_view file, std::string_view ending) {
 // ---- Looks
 
 std::string_view terminal_of(PictureFormat format) {
-    switch (format) {
-        case PictureFormat::svg:
-            return "set terminal svg size 1000,640 dynamic noenhanced font 'sans-serif,14' background rgb 'white'\n";
-        case PictureFormat::png:
-            return "set terminal pngcairo size 1000,640 noenhanced font 'sans-serif,11' background rgb 'white'\n";
-        case PictureFormat::characters:
-            break;
-    }
-    return "set terminal dumb size 79,24 noenhanced\n";
+    constexpr std::array<std::string_view, 3> terminals{
+        "set terminal svg size 1000,640 dynamic noenhanced font 'sans-serif,14' background rgb 'white'\n",
+        "set terminal pngcairo size 1000,640 noenhanced font 'sans-serif,11' background rgb 'white'\n",
+        "set terminal dumb size 79,24 noenhanced\n"};
+    return catalogue::item_of<PictureFormat::characters>(terminals, format);
 }
 
 constexpr std::string_view grid = "set grid linetype 1 linewidth 1 linecolor rgb '#dddddd'\n";

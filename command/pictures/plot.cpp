@@ -10,6 +10,7 @@
 
 #include "calls/answer.hpp"
 #include "catalogue/text.hpp"
+#include "catalogue/wording.hpp"
 #include "command/jobs.hpp"
 #include "command/json_text.hpp"
 #include "command/options.hpp"
@@ -104,17 +105,8 @@ std::string variable_label(const PlotCall& call) {
 }
 
 std::string_view result_unit(catalogue::ResultKind kind) {
-    switch (kind) {
-        case catalogue::ResultKind::amount:
-            return "money";
-        case catalogue::ResultKind::rate:
-            return "fraction: 0.05 is 5 %";
-        case catalogue::ResultKind::date:
-            return "date";
-        case catalogue::ResultKind::number:
-            break;
-    }
-    return {};
+    constexpr std::array<std::string_view, 4> units{"", "date", "fraction: 0.05 is 5 %", "money"};
+    return catalogue::item_of<catalogue::ResultKind::amount>(units, kind);
 }
 
 CurvePicture picture_of(const PlotCall& call, Words written) {

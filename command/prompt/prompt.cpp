@@ -15,6 +15,7 @@
 #include "command/prompt/prompt_editor.hpp"
 #include "command/prompt/prompt_history.hpp"
 #include "command/prompt/prompt_session.hpp"
+#include "command/words.hpp"
 
 namespace finance::command {
 
@@ -22,7 +23,6 @@ namespace {
 
 constexpr const char* prompt = "finance> ";
 constexpr std::string_view greeting = "? tells what can be typed, quit leaves.\n";
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 Outcome no_output() { return {exit_refused, "", unwritable()}; }
 

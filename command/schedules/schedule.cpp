@@ -11,6 +11,7 @@
 
 #include "catalogue/annuities.hpp"
 #include "catalogue/text.hpp"
+#include "command/argument_list.hpp"
 #include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"
@@ -69,9 +70,9 @@ Outcome stream(const Schedule& schedule, bool json) {
 
 std::vector<Row> all_rows(std::string_view word, const Schedule& schedule) {
     if (schedule.rows > longest_table) {
-        throw ScheduleRefused{"schedule " + std::string{word} + ": " + std::to_string(schedule.rows) +
-                              " periods are too many to read or to draw (more than " + std::to_string(longest_table) +
-                              "); --csv writes any number"};
+        throw calls::CallRefused{"schedule " + std::string{word} + ": " + std::to_string(schedule.rows) +
+                                 " periods are too many to read or to draw (more than " +
+                                 std::to_string(longest_table) + "); --csv writes any number"};
     }
     std::vector<Row> rows;
     rows.reserve(static_cast<std::size_t>(schedule.rows));
@@ -145,11 +146,19 @@ constinit const Job schedule_job{
     schedule,
     schedule_help};
 
+std::vector<host::Argument> schedule_arguments(const catalogue::Calculation& schedule, Words words) {
+    try {
+        return read_arguments(schedule, words);
+    } catch (const UsageError& error) {
+        throw UsageError{error.what(), hint};
+    }
+}
+
 std::int64_t period_count(std::string_view schedule, double periods) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
     if (periods >= 1.0 && periods <= most) return static_cast<std::int64_t>(periods);
-    throw ScheduleRefused{std::string{schedule} + ": " + catalogue::plain_text(periods) +
-                          " is no number of periods (1 to " + std::to_string(most) + ')'};
+    throw calls::CallRefused{std::string{schedule} + ": " + catalogue::plain_text(periods) +
+                             " is no number of periods (1 to " + std::to_string(most) + ')'};
 }
 
 }  // namespace finance::command

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "calls/answer.hpp"
 #include "command/job.hpp"
@@ -15,21 +16,21 @@
 
 namespace finance::command {
 
-// A schedule that the module refuses: exit status 1.
-using ScheduleRefused = calls::CallRefused;
-
 // A table that is made row by row.
 struct Schedule {
     std::span<const Column> columns{};
     std::int64_t rows = 0;
-    std::function<Row()> next_row{};                             // the rows in order, each once; ScheduleRefused
+    std::function<Row()> next_row{};                             // the rows in order, each once; CallRefused
     std::function<std::string(std::span<const Row>)> picture{};  // what gnuplot is told to draw all rows
 };
 
 // As many periods as the largest count that the module keeps.
 std::int64_t period_count(std::string_view schedule, double periods);
 
-// UsageError, ScheduleRefused. The host must live as long as the schedule.
+// What follows the word of a schedule. UsageError.
+std::vector<host::Argument> schedule_arguments(const catalogue::Calculation& schedule, Words words);
+
+// UsageError, CallRefused. The host must live as long as the schedule.
 Schedule loan_schedule(Words words, const host::EmbeddedHost& host);
 Schedule depreciation_schedule(Words words, const host::EmbeddedHost& host);
 extern const std::array<catalogue::Parameter, 5> depreciation_parameters;

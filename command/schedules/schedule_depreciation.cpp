@@ -12,10 +12,8 @@
 #include "catalogue/catalogue.hpp"
 #include "catalogue/depreciation.hpp"
 #include "catalogue/text.hpp"
-#include "command/argument_list.hpp"
 #include "command/pictures/schedule_picture.hpp"
 #include "command/schedules/schedule.hpp"
-#include "command/usage_error.hpp"
 
 namespace finance::command {
 
@@ -90,14 +88,10 @@ constexpr std::array<Method, depreciation_methods.size()> methods{{
 std::vector<host::Argument> read(Words words) {
     constexpr std::array<double, 5> defaults{none, none, none, 2.0, 12.0};
     std::vector<host::Argument> arguments;
-    try {
-        for (const host::Argument& given : read_arguments(depreciation_calculation, words)) {
-            const double left_out = defaults[arguments.size()];
-            const bool is_left_out = given.kind() == host::Argument::Kind::absent && !std::isnan(left_out);
-            arguments.push_back(is_left_out ? host::Argument{left_out} : given);
-        }
-    } catch (const UsageError& error) {
-        throw UsageError{error.what(), "finance help schedule"};
+    for (const host::Argument& given : schedule_arguments(depreciation_calculation, words)) {
+        const double left_out = defaults[arguments.size()];
+        const bool is_left_out = given.kind() == host::Argument::Kind::absent && !std::isnan(left_out);
+        arguments.push_back(is_left_out ? host::Argument{left_out} : given);
     }
     while (arguments.size() < defaults.size()) arguments.emplace_back(defaults[arguments.size()]);
     return arguments;
@@ -143,7 +137,7 @@ private:
         const int fault = calls::argument_at_fault(refusing, call, evaluation.flagged);
         evaluation.flagged = fault < 1 ? -1 : own_position(refusing, static_cast<std::size_t>(fault));
         const std::array all{terms_.cost, terms_.salvage, terms_.life, terms_.factor, terms_.month};
-        throw ScheduleRefused{calls::answer_of(depreciation_calculation, all, evaluation).named_sentence()};
+        throw calls::CallRefused{calls::answer_of(depreciation_calculation, all, evaluation).named_sentence()};
     }
     static int own_position(const catalogue::Calculation& method, std::size_t position) {
         const std::string_view name = method.parameters[position - 1].name;

@@ -7,10 +7,8 @@
 #include "calls/loan_schedule.hpp"
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
-#include "command/argument_list.hpp"
 #include "command/pictures/schedule_picture.hpp"
 #include "command/schedules/schedule.hpp"
-#include "command/usage_error.hpp"
 
 namespace finance::command {
 
@@ -27,11 +25,7 @@ constexpr std::array columns{Column{"period", "period", "", false}, Column{"paym
 std::vector<host::Argument> read(Words words) {
     catalogue::Calculation calculation = *catalogue::find("PMT");
     calculation.name = name;
-    try {
-        return read_arguments(calculation, words);
-    } catch (const UsageError& error) {
-        throw UsageError{error.what(), "finance help schedule"};
-    }
+    return schedule_arguments(calculation, words);
 }
 
 class Loan {

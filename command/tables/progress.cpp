@@ -22,8 +22,7 @@ std::string time_text(double seconds) {
     return std::to_string(std::llround(std::ceil(seconds / minute))) + " min";
 }
 
-}  // namespace
-
+// 1234567 as 1,234,567.
 std::string grouped(std::uint64_t number) {
     const std::string digits = std::to_string(number);
     std::string text;
@@ -33,6 +32,8 @@ std::string grouped(std::uint64_t number) {
     }
     return text;
 }
+
+}  // namespace
 
 std::string progress_text(std::uint64_t rows, std::uint64_t bytes, std::optional<std::uint64_t> size,
                           std::chrono::duration<double> elapsed) {

@@ -8,9 +8,6 @@
 
 namespace finance::command {
 
-// 1234567 as 1,234,567.
-std::string grouped(std::uint64_t number);
-
 // "1,234,567 rows, 850,000 rows a second, 12 s left".
 std::string progress_text(std::uint64_t rows, std::uint64_t bytes, std::optional<std::uint64_t> size,
                           std::chrono::duration<double> elapsed);

@@ -11,13 +11,13 @@
 #include <utility>
 
 #include "command/tables/table_record.hpp"
+#include "command/words.hpp"
 
 namespace finance::command {
 
 namespace {
 
 constexpr std::string_view binary = "a NUL byte: this is a binary file, not a table of text";
-constexpr std::string_view utf8_mark = "\xEF\xBB\xBF";
 
 bool is_utf16(std::string_view text) { return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"); }
 
@@ -65,15 +65,15 @@ void TableReader::read_some(Block& block, std::size_t wanted) {
 }
 
 std::string_view TableReader::peek() {
-    ahead_.buffer.resize(std::max(sizes_.block, utf8_mark.size()));
+    ahead_.buffer.resize(std::max(sizes_.block, byte_order_mark.size()));
     while (!ended_ && ahead_.end < ahead_.buffer.size() && ahead_.text().find('\n') == std::string_view::npos) {
         read_some(ahead_, ahead_.buffer.size());
     }
     if (is_utf16(ahead_.text())) throw TableError{name_ + " is UTF-16: convert it to UTF-8 first"};
     if (ahead_.text().find('\0') < ahead_.text().find('\n')) fail(std::string{binary});
-    if (!byte_order_mark_ && ahead_.text().starts_with(utf8_mark)) {
+    if (!byte_order_mark_ && ahead_.text().starts_with(byte_order_mark)) {
         byte_order_mark_ = true;
-        ahead_.begin = utf8_mark.size();
+        ahead_.begin = byte_order_mark.size();
     }
     return ahead_.text();
 }

@@ -3,12 +3,11 @@
 #include <string>
 
 #include "command/tables/table_record.hpp"
+#include "command/words.hpp"
 
 namespace finance::command {
 
 namespace {
-
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 void append_name(std::string& line, std::string_view name, char delimiter) {
     if (!line.empty()) line += delimiter;

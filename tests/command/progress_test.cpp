@@ -16,10 +16,10 @@ using std::chrono::duration;
 
 TEST(Progress, Text) {
     const duration<double> two{2.0};
-    EXPECT_EQ(command::grouped(0), "0");
-    EXPECT_EQ(command::grouped(999), "999");
-    EXPECT_EQ(command::grouped(1000), "1,000");
-    EXPECT_EQ(command::grouped(1234567), "1,234,567");
+    EXPECT_EQ(command::progress_text(0, 0, {}, duration<double>{0.0}), "0 rows");
+    EXPECT_EQ(command::progress_text(999, 0, {}, duration<double>{0.0}), "999 rows");
+    EXPECT_EQ(command::progress_text(1000, 0, {}, duration<double>{0.0}), "1,000 rows");
+    EXPECT_EQ(command::progress_text(1234567, 0, {}, duration<double>{0.0}), "1,234,567 rows");
     EXPECT_EQ(command::progress_text(5000, 10, {}, two), "5,000 rows, 2,500 rows a second");
     EXPECT_EQ(command::progress_text(5000, 10, 40, two), "5,000 rows, 2,500 rows a second, 6 s left");
     EXPECT_EQ(command::progress_text(5000, 10, 1210, two), "5,000 rows, 2,500 rows a second, 4 min left");
