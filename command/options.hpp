@@ -2,7 +2,7 @@
 //
 //  (1) Options stand anywhere among the words: --name, --name VALUE, --name=VALUE. The other words keep their order.
 //  (2) --help is an option of every job, and in no table but that of the options before the first word.
-//  (3) Where an option is given again, what its value is now is the job's to say: all are kept.
+//  (3) All values of an option are kept, in order: which of them count is the job's to say.
 #pragma once
 
 #include <cstddef>
@@ -34,8 +34,8 @@ constexpr bool is_called(const Option& option, std::string_view word) {
 // How a job tells that it cannot take an option.
 struct OptionStyle {
     std::string_view job;  // what its sentences begin with
-    bool explains =
-        false;  // the closest name, a value that is missing or one too many; otherwise what is lacking is ""
+    // Names the closest option, a value that is missing and one too many. Otherwise a missing value is an empty one.
+    bool explains = false;
     bool help_ends = false;  // what follows --help is not read
 };
 
