@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "abi/basis.hpp"
-#include "catalogue/text_case.hpp"
+#include "catalogue/text.hpp"
 #include "fuzz/input.hpp"
 #include "fuzz/linked_host.hpp"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "catalogue/host_date.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::test {
 
