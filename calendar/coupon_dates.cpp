@@ -4,10 +4,9 @@
 //  (2) A settlement out of order is the fault of the maturity; COUPDAYBS alone names the frequency.
 //  (3) Every frequency of at least 1 is taken; schedules mean something for 1, 2, 4, 6 and 12.
 //  (4) A settlement on a coupon date begins its period: its coupon is the previous one and is not counted.
-#include "calendar/coupon_dates.hpp"
-
 #include "abi/host_services.hpp"
 #include "calendar/date_arguments.hpp"
+#include "calendar/kernels.hpp"
 
 namespace finance {
 

@@ -5,11 +5,10 @@
 //  (3) Both amounts are above 0; nothing bounds them from above.
 //  (4) DISC adds no day for a maturity on a 31st. RECEIVED counts every leap year touched as 366 days.
 //  (5) DISC refuses t = 0, INTRATE only a negative t; PRICEDISC and YIELDDISC refuse none.
-#include "calendar/discount_securities.hpp"
-
 #include <cmath>
 
 #include "calendar/date_arguments.hpp"
+#include "calendar/kernels.hpp"
 
 namespace finance {
 

@@ -2,9 +2,8 @@
 //
 //  (1) The start may not be after the end. Equal dates are 0 years apart; the basis is then not looked at.
 //  (2) Under 30/360 an end date on a 31st counts one day more than the rule.
-#include "calendar/year_fraction.hpp"
-
 #include "calendar/date_arguments.hpp"
+#include "calendar/kernels.hpp"
 
 namespace finance {
 

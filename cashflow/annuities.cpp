@@ -7,10 +7,9 @@
 //  (3) FV, PMT, their parts and ISPMT need a rate above 0. PV takes any rate above -1; at 0 it answers 0/0.
 //  (4) The payment timing must be exactly whole and at most 1; negative whole numbers act as 0.
 //  (5) CUMIPMT sums what falls in its range and compares nothing; CUMPRINC refuses a range that does not fit the loan.
-#include "cashflow/annuities.hpp"
-
 #include "abi/arguments.hpp"
 #include "cashflow/annuity_sums.hpp"
+#include "cashflow/kernels.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {

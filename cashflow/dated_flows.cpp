@@ -8,14 +8,13 @@
 //      322 no usable flows. In four modes of the host's context five notes are written, a sixth says that they end
 //      (323), and no more.
 //  (5) The working arrays are the host's. Without memory the call ends with a status of its own, the result untouched.
-#include "cashflow/dated_flows.hpp"
-
 #include <algorithm>
 #include <cmath>
 
 #include "abi/host_services.hpp"
 #include "calendar/date_arguments.hpp"
 #include "cashflow/host_array.hpp"
+#include "cashflow/kernels.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {

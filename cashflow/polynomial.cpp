@@ -1,8 +1,7 @@
-#include "cashflow/polynomial.hpp"
-
 #include <cmath>
 
 #include "abi/conversions.hpp"
+#include "cashflow/root_search.hpp"
 
 namespace finance {
 

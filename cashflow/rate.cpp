@@ -4,12 +4,11 @@
 //      A(r) = (1 - (1 + r)^-n) / r the worth of n payments of 1.
 //  (2) Without payments it solves P (1 + r)^n = F: both amounts of one sign, unlike (1).
 //  (3) NPER is a closed form and need not be whole. Its payment timing has no upper bound; only 1 has an effect.
-#include "cashflow/rate.hpp"
-
 #include <algorithm>
 #include <cmath>
 
 #include "abi/arguments.hpp"
+#include "cashflow/kernels.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {

@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "cashflow/numeric_kernels.hpp"
-#include "cashflow/polynomial.hpp"
 
 namespace finance {
 

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "cashflow/irr.hpp"
-#include "cashflow/polynomial.hpp"
 #include "cashflow/root_search.hpp"
 #include "fuzz/input.hpp"
 #include "fuzz/linked_host.hpp"

@@ -1,6 +1,4 @@
 // COUPDAYBS, COUPDAYS, COUPDAYSNC, COUPNCD, COUPNUM and COUPPCD: values.
-#include "calendar/coupon_dates.hpp"
-
 #include <gtest/gtest.h>
 
 #include <array>
@@ -8,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "calendar/kernels.hpp"
 #include "tests/calendar/dates.hpp"
 #include "tests/support/tables.hpp"
 

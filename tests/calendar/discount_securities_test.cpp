@@ -1,6 +1,4 @@
 // DISC, INTRATE, PRICEDISC, RECEIVED and YIELDDISC: values and failures.
-#include "calendar/discount_securities.hpp"
-
 #include <gtest/gtest.h>
 
 #include <array>
@@ -8,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "calendar/kernels.hpp"
 #include "tests/calendar/dates.hpp"
 #include "tests/support/tables.hpp"
 

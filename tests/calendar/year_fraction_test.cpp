@@ -1,12 +1,11 @@
 // YEARFRAC: values.
-#include "calendar/year_fraction.hpp"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
 #include <vector>
 
+#include "calendar/kernels.hpp"
 #include "tests/calendar/dates.hpp"
 #include "tests/support/tables.hpp"
 

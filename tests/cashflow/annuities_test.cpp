@@ -1,10 +1,9 @@
 // The eight level-payment calculations: values, refusals, order of checks, long ranges.
-#include "cashflow/annuities.hpp"
-
 #include <gtest/gtest.h>
 
 #include <limits>
 
+#include "cashflow/kernels.hpp"
 #include "tests/cashflow/literal_loans.hpp"
 #include "tests/support/tables.hpp"
 

@@ -1,6 +1,4 @@
 // XNPV and XIRR: values, refusals, the searches' ends, random lists.
-#include "cashflow/dated_flows.hpp"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +6,7 @@
 #include <limits>
 #include <vector>
 
+#include "cashflow/kernels.hpp"
 #include "tests/calendar/dates.hpp"
 #include "tests/cashflow/flow_lists.hpp"
 #include "tests/support/tables.hpp"

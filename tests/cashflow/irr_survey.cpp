@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include "cashflow/dated_flows.hpp"
 #include "cashflow/irr.hpp"
+#include "cashflow/kernels.hpp"
 #include "tests/cashflow/flow_lists.hpp"
 
 namespace finance::test {

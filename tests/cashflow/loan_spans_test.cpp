@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <limits>
 
-#include "cashflow/annuities.hpp"
 #include "cashflow/annuity_sums.hpp"
+#include "cashflow/kernels.hpp"
 #include "tests/calendar/dates.hpp"
 #include "tests/cashflow/literal_loans.hpp"
 #include "tests/support/call.hpp"

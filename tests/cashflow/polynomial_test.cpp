@@ -1,6 +1,4 @@
 // EvalPol: values, scale and flag by hand; errors against MPFR at 200 bits.
-#include "cashflow/polynomial.hpp"
-
 #include <gtest/gtest.h>
 
 #include <array>
@@ -8,6 +6,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "cashflow/root_search.hpp"
 #include "tests/support/precise.hpp"
 
 namespace finance::test {

@@ -1,6 +1,4 @@
 // RATE and NPER: values, refusals, identities, the objective and its slope at 200 bits.
-#include "cashflow/rate.hpp"
-
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
@@ -8,6 +6,7 @@
 #include <cstdio>
 #include <limits>
 
+#include "cashflow/kernels.hpp"
 #include "tests/support/precise.hpp"
 #include "tests/support/tables.hpp"
 

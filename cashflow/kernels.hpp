@@ -1,0 +1,83 @@
+// The kernels of level payments and of dated flows. Each takes a record whose arguments have been checked.
+#pragma once
+
+#include <cstdint>
+
+#include "cashflow/newton.hpp"
+
+namespace finance {
+
+// ---- Level payments: the record that the eight calculations share, and their kernels
+//
+// Amounts follow the sign rule of a purse: money paid is negative, money received positive. A kernel leaves its answer
+// in the field named beside it, and returns 0, or 1 where the growth factor (1 + r)^n overflows.
+
+struct AnnuityRecord {
+    std::int32_t nper;         // number of periods
+    std::int32_t per;          // the period asked for
+    std::int32_t startPeriod;  // first and last period of a range, both counted
+    std::int32_t endPeriod;
+    std::int32_t type;    // 1: payments at the start of each period; any other value: at its end
+    double pmt;           // level payment per period
+    double presentValue;  // P of PMT, IPMT, PPMT, CUMIPMT, CUMPRINC
+    double otherAmount;   // P of FV; F, the future value, of all others
+    double rate;          // per period, as a fraction
+    double interestPart;
+    double principalPart;
+    double cumulative;
+    double fvResult;
+    double pvResult;
+};
+
+int zComputeFV(AnnuityRecord* record);        // fvResult
+int zComputePV(AnnuityRecord* record);        // pvResult
+int zComputePMT(AnnuityRecord* record);       // pmt
+int zComputeIPMT(AnnuityRecord* record);      // interestPart
+int zComputePPMT(AnnuityRecord* record);      // principalPart (and interestPart, pmt)
+int zComputeCUMIPMT(AnnuityRecord* record);   // cumulative
+int zComputeCUMPRINC(AnnuityRecord* record);  // cumulative
+
+// ---- RATE: the periodic rate of an annuity, and NPER's closed form beside it in rate.cpp
+
+struct RateRecord {
+    std::int32_t nper;    // n
+    std::int32_t type;    // 1: payments at the start of each period
+    double pmt;           // a
+    double presentValue;  // P
+    double futureValue;   // F
+    double rate;          // the answer
+    double c;             // F / a
+    double d;             // -P / a
+};
+
+// rate from the other fields. Returns 0, or 1 where there is no rate or none was found.
+int zComputeRATE(RateRecord* record);
+
+// ln of the present value of payments and final amount over that of the loan; userData is the record.
+std::uint32_t ComputeF_RATE(NewtonProblem* problem);
+
+// ---- Flows on arbitrary dates, discounted by days over 365 from the first one given, which need not be the earliest
+
+struct DatedCashFlows {
+    std::int32_t count;       // m
+    double* values;           // m amounts, in argument order
+    std::int64_t* dates;      // m day numbers; only differences are used
+    double guess;             // XIRR: first starting rate
+    std::int32_t guessGiven;  // flag
+    double rate;              // XNPV: the discount rate; XIRR: the answer
+    double result;            // XNPV
+};
+
+enum XirrOutcome : int {
+    XIRR_SOLVED = 0,
+    XIRR_NO_CONVERGENCE = 1,
+    XIRR_NO_USABLE_FLOWS = 2,
+};
+
+int zComputeXNPV(DatedCashFlows* flows);  // result; always 0
+int zComputeXIRR(DatedCashFlows* flows);  // rate; an XirrOutcome
+
+// Present value at the trial rate; never refuses. Leaves the largest discounted flow in residualScale.
+std::uint32_t ComputeF_XIRR(NewtonProblem* problem);
+
+}  // namespace finance
