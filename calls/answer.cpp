@@ -2,12 +2,23 @@
 
 #include <cmath>
 
+#include "calls/causes.hpp"
+#include "calls/remedies.hpp"
+#include "calls/solution.hpp"
+
 namespace finance::calls {
 
 namespace {
 
-Verdict verdict_of(Arguments arguments, const host::Evaluation& evaluation, int position) {
-    if (evaluation.answered()) return std::isnan(evaluation.value) ? Verdict::missing : Verdict::answered;
+Verdict verdict_of_value(const host::EmbeddedHost* host, const catalogue::Calculation& calculation, Arguments arguments,
+                         double value) {
+    if (std::isnan(value)) return Verdict::missing;
+    if (std::isinf(value)) return Verdict::too_large;
+    const bool solved = host == nullptr || solves(*host, calculation, arguments, value);
+    return solved ? Verdict::answered : Verdict::does_not_solve;
+}
+
+Verdict verdict_of_refusal(Arguments arguments, int position) {
     const auto fault = static_cast<std::size_t>(position);
     const bool missing = position > 0 && fault <= arguments.size() && !has_value(arguments[fault - 1]);
     return missing ? Verdict::missing : Verdict::refused;
@@ -21,22 +32,34 @@ std::string joined(std::span<const std::string> lines) {
 
 }  // namespace
 
-Answer::Answer(const catalogue::Calculation& calculation, Arguments arguments, const host::Evaluation& evaluation)
-    : calculation_{&calculation},
+Answer::Answer(const host::EmbeddedHost* host, const catalogue::Calculation& calculation, Arguments arguments,
+               const host::Evaluation& evaluation)
+    : host_{host},
+      calculation_{&calculation},
       arguments_{arguments},
       evaluation_{&evaluation},
       position_{evaluation.answered() ? 0 : argument_at_fault(calculation, arguments, evaluation.flagged)},
-      verdict_{verdict_of(arguments, evaluation, position_)} {}
+      verdict_{evaluation.answered() ? verdict_of_value(host, calculation, arguments, evaluation.value)
+                                     : verdict_of_refusal(arguments, position_)} {}
 
 std::string Answer::label() const {
     if (position_ == 0) return {};
     return argument_label(*calculation_, static_cast<std::size_t>(position_), arguments_.size());
 }
 
+std::string Answer::why_unsolved() const {
+    const std::string cause = cause_of(*calculation_, arguments_, evaluation_->answered());
+    if (verdict_ != Verdict::does_not_solve) return cause.empty() ? std::string{calculation_->failure} : cause;
+    const std::string figure = unsolved_words(*host_, *calculation_, arguments_, value());
+    return cause.empty() ? figure : figure + "; " + cause;
+}
+
 std::string Answer::reason() const {
-    if (evaluation_->answered()) return noted() ? std::string{calculation_->failure} : "";
+    if (verdict_ == Verdict::too_large) return "the answer is infinite, beyond the largest number or divided by 0";
+    if (verdict_ == Verdict::does_not_solve || noted()) return why_unsolved();
+    if (evaluation_->answered()) return {};
     if (!evaluation_->log.empty()) return joined(evaluation_->log);
-    return calls::reason(*calculation_, arguments_, position_);
+    return position_ == 0 ? why_unsolved() : calls::reason(*calculation_, arguments_, position_);
 }
 
 std::string Answer::sentence() const {
@@ -44,7 +67,17 @@ std::string Answer::sentence() const {
     if (!evaluation_->answered() && !evaluation_->log.empty()) return evaluation_->log.front();
     const std::string why = reason();
     if (why.empty()) return "the answer is a missing value";
+    if (verdict_ == Verdict::does_not_solve || verdict_ == Verdict::too_large) {
+        return std::string{word_of(verdict_)} + ": " + why;
+    }
     return (position_ == 0 ? "no answer" : label()) + ": " + why;
+}
+
+std::string Answer::remedy() const {
+    const bool failed = !evaluation_->answered() && position_ == 0 && evaluation_->log.empty();
+    if (host_ == nullptr || !(failed || noted() || verdict_ == Verdict::does_not_solve)) return {};
+    const auto remedy = remedy_for(*host_, *calculation_, arguments_);
+    return remedy ? remedy->text() : "";
 }
 
 std::vector<std::string> lines_of(const Answer& answer) {

@@ -1,9 +1,11 @@
 // What a call came to, and why there is no value.
 //
 //  (1) answered: there is a value. missing: the answer is a missing value, or an argument at fault is missing or left
-//      out. refused: everything else.
+//      out. does not solve: the search ended with a value that does not solve its equation (calls/solution.hpp).
+//      too large: the answer is infinite. refused: everything else.
 //  (2) Whoever made the call has the verdict at once; words are made where somebody wants to read them.
 //  (3) What the module logged goes before what is worked out here.
+//  (4) Without a host nothing is checked, nor is a remedy known: for calls that do not search it makes no difference.
 #pragma once
 
 #include <array>
@@ -20,10 +22,13 @@
 
 namespace finance::calls {
 
-enum class Verdict : std::uint8_t { answered, missing, refused };  // from good to bad
+enum class Verdict : std::uint8_t { answered, missing, does_not_solve, too_large, refused };  // from good to bad
 
-inline constexpr std::array<std::string_view, 3> verdict_words{"answered", "missing", "refused"};
+inline constexpr std::array<std::string_view, 5> verdict_words{"answered", "missing", "does not solve", "too large",
+                                                               "refused"};
 constexpr std::string_view word_of(Verdict verdict) { return verdict_words[static_cast<std::size_t>(verdict)]; }
+// Neither a value that holds nor a missing one.
+constexpr bool is_failure(Verdict verdict) { return verdict >= Verdict::does_not_solve; }
 
 // The sentence of a call that is refused where nothing can go on without it.
 class CallRefused : public std::runtime_error {
@@ -31,10 +36,11 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// A view of the three that it was made of: they must live as long.
+// A view of what it was made of: that must live as long.
 class Answer {
 public:
-    Answer(const catalogue::Calculation& calculation, Arguments arguments, const host::Evaluation& evaluation);
+    Answer(const host::EmbeddedHost* host, const catalogue::Calculation& calculation, Arguments arguments,
+           const host::Evaluation& evaluation);
 
     [[nodiscard]] Verdict verdict() const { return verdict_; }
     [[nodiscard]] double value() const { return evaluation_->value; }
@@ -49,6 +55,9 @@ public:
     [[nodiscard]] std::string reason() const;
     // In one line, the argument named; "" where there is a value.
     [[nodiscard]] std::string sentence() const;
+    // The call that has the answer which this one has not, as it is typed: "IRR flows=-100,60,60"; "" where none is
+    // known.
+    [[nodiscard]] std::string remedy() const;
     // "PMT: argument 2 (nper): 2.5 is not a whole number"
     [[nodiscard]] std::string named_sentence() const { return std::string{calculation_->name} + ": " + sentence(); }
 
@@ -58,7 +67,9 @@ public:
 
 private:
     [[nodiscard]] bool has_notes() const { return !evaluation_->notes.empty(); }
+    [[nodiscard]] std::string why_unsolved() const;
 
+    const host::EmbeddedHost* host_;
     const catalogue::Calculation* calculation_;
     Arguments arguments_;
     const host::Evaluation* evaluation_;
@@ -66,13 +77,18 @@ private:
     Verdict verdict_ = Verdict::answered;
 };
 
+// host: the one that evaluated.
+inline Answer answer_of(const host::EmbeddedHost& host, const catalogue::Calculation& calculation, Arguments arguments,
+                        const host::Evaluation& evaluation) {
+    return {&host, calculation, arguments, evaluation};
+}
 inline Answer answer_of(const catalogue::Calculation& calculation, Arguments arguments,
                         const host::Evaluation& evaluation) {
-    return {calculation, arguments, evaluation};
+    return {nullptr, calculation, arguments, evaluation};
 }
 
 // What is told of a call that was made alone, beside its value: a named line for each that was logged, or for why there
-// is no value.
+// is no value or none that solves.
 std::vector<std::string> lines_of(const Answer& answer);
 
 }  // namespace finance::calls

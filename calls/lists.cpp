@@ -1,5 +1,11 @@
 #include "calls/lists.hpp"
 
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "catalogue/layout.hpp"
+
 namespace finance::calls {
 
 std::vector<host::Argument> unrolled(const catalogue::Calculation& calculation, Arguments scalars,
@@ -16,6 +22,34 @@ std::vector<host::Argument> unrolled(const catalogue::Calculation& calculation, 
         }
     }
     return arguments;
+}
+
+namespace {
+
+bool is_day(const host::Argument& argument) { return argument.number() == std::floor(argument.number()); }
+
+void reorder(std::span<host::Argument> values, std::span<const std::size_t> order) {
+    const std::vector<host::Argument> before{values.begin(), values.end()};
+    std::ranges::transform(order, values.begin(), [&](std::size_t i) { return before[i]; });
+}
+
+}  // namespace
+
+void put_in_order_of_dates(const catalogue::Calculation& calculation, std::vector<host::Argument>& arguments) {
+    const auto& parameters = calculation.parameters;
+    const auto dates = std::ranges::find(parameters, catalogue::Kind::dates, &catalogue::Parameter::kind);
+    if (dates == parameters.end() || !std::ranges::all_of(arguments, has_value)) return;
+    const std::vector<std::size_t> shares = catalogue::shares(calculation, arguments.size());
+    const auto at = static_cast<std::size_t>(dates - parameters.begin());
+    const std::size_t size = shares[at];
+    const auto first = std::accumulate(shares.begin(), shares.begin() + (dates - parameters.begin()), std::size_t{0});
+    const std::span days = std::span{arguments}.subspan(first, size);
+    if (!std::ranges::all_of(days, is_day) || std::ranges::is_sorted(days, {}, &host::Argument::number)) return;
+    std::vector<std::size_t> order(size);
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::stable_sort(order, {}, [&](std::size_t i) { return days[i].number(); });
+    reorder(std::span{arguments}.subspan(first - size, size), order);  // the values stand before their dates
+    reorder(days, order);
 }
 
 std::string pairing_words(const Unpaired& lists, std::string (*name)(std::string_view)) {

@@ -18,6 +18,11 @@ namespace finance::calls {
 std::vector<host::Argument> unrolled(const catalogue::Calculation& calculation, Arguments scalars,
                                      std::span<const std::span<const double>> lists);
 
+// Values of a list of dates, and with them those of the list beside it, into the order of the dates; values of one day
+// keep theirs. Calls without dates stay as they are, and so do those with a date that is no whole number or with a value
+// that is missing: they are refused, and the argument at fault keeps its place.
+void put_in_order_of_dates(const catalogue::Calculation& calculation, std::vector<host::Argument>& arguments);
+
 // Two lists that have not equally many values: the call itself cannot tell where the first one ends.
 struct Unpaired {
     const catalogue::Parameter& first;

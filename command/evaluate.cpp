@@ -5,6 +5,7 @@
 
 #include "command/argument_list.hpp"
 #include "command/argument_text.hpp"
+#include "command/json_report.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -19,11 +20,13 @@ const Calculation& calculation_named(std::string_view name) {
 }
 
 Outcome report(const calls::Answer& answer) {
-    const bool answered = answer.evaluation().answered();
-    Outcome outcome{.exit_status = answered ? exit_answered : exit_refused};
-    if (answered) append_value(outcome.output, answer.calculation(), answer.value());
-    if (answered) outcome.output += '\n';
+    Outcome outcome{.exit_status = exit_status_of(answer)};
+    if (answer.evaluation().answered() && answer.verdict() != calls::Verdict::too_large) {
+        append_value(outcome.output, answer.calculation(), answer.value());
+        outcome.output += '\n';
+    }
     for (const std::string& line : lines_of(answer)) outcome.error += "finance: " + line + '\n';
+    if (const std::string remedy = answer.remedy(); !remedy.empty()) outcome.error += "  finance " + remedy + '\n';
     return outcome;
 }
 
@@ -31,8 +34,9 @@ Outcome evaluate(const Calculation& calculation, std::span<const std::string_vie
                  Report* tell) {
     const std::vector<host::Argument> arguments = read_arguments(calculation, tokens);
     const host::Evaluation evaluation = host.get().evaluate(calculation.name, arguments);
-    Outcome outcome = tell(calls::answer_of(calculation, arguments, evaluation));
-    if (evaluation.answered()) outcome.value = evaluation.value;
+    const calls::Answer answer = calls::answer_of(host.get(), calculation, arguments, evaluation);
+    Outcome outcome = tell(answer);
+    if (outcome.exit_status == exit_answered) outcome.value = evaluation.value;
     return outcome;
 }
 

@@ -13,7 +13,7 @@ namespace finance::command {
 // By name, upper or lower case; UsageError with the closest name where there is none.
 const catalogue::Calculation& calculation_named(std::string_view name);
 
-// What an answer says.
+// What an answer says: its value, also one that does not solve, and in sentences why it is none.
 Outcome report(const calls::Answer& answer);
 
 using Report = decltype(report);

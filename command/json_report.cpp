@@ -81,11 +81,18 @@ std::string line(JsonText& json) { return json.end_object().str() + '\n'; }
 
 }  // namespace
 
+int exit_status_of(const Answer& answer) {
+    const calls::Verdict verdict = answer.verdict();
+    const bool holds = verdict == calls::Verdict::answered || verdict == calls::Verdict::missing;
+    return answer.evaluation().answered() && holds ? exit_answered : exit_refused;
+}
+
 void add_result(JsonText& json, const Answer& answer, std::string_view status) {
     add_head(json, answer.calculation().name, status);
     add_value(json, answer);
     add_fault(json, answer);
     json.member_or_null("message", answer.reason());
+    if (const std::string remedy = answer.remedy(); !remedy.empty()) json.member("hint", "finance " + remedy);
     add_notes(json, answer.evaluation().notes);
 }
 
@@ -102,7 +109,7 @@ Outcome json_report(const Answer& answer) {
     const bool answered = answer.evaluation().answered();
     JsonText json;
     add_result(json.object(), answer, word_of(answered ? answer.verdict() : calls::Verdict::refused));
-    return {answered ? exit_answered : exit_refused, line(json), ""};
+    return {exit_status_of(answer), line(json), ""};
 }
 
 Outcome json_usage(const UsageError& error) {

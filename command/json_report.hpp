@@ -2,17 +2,18 @@
 //
 //     {"calculation":"PMT","status":"answered","value":-200,"argument":null,"rule":null,"message":null,"notes":[]}
 //
-//  status      answered; missing: the answer is a missing value; refused: an argument or the calculation itself;
+//  status      answered; missing: the answer is a missing value; does not solve: the search ended with a value that does
+//              not solve its equation; too large: the answer is infinite; refused: an argument or the calculation itself;
 //              usage: there was nothing to evaluate; failed: there is no module, or it cannot be loaded
-//  value       null unless answered by a finite number
-//  value_text  there where the value is null although the call was answered: inf, -inf, or . for a missing value
+//  value       a finite number where the call was answered or does not solve, else null
+//  value_text  there where the value is null although there is an answer: inf, -inf, or . for a missing value
 //  date        there where a date is answered: "2008-05-15", or null for one whose year has no four digits
 //  argument    the one at fault: {"position":3,"name":"frequency"}, "element" its place in a list
 //  rule        what that argument must be
 //  message     one sentence: why there is no value
 //  line        of a table: the number of the row's line; group: of a table's groups, {"deal":"A"}; result: its name.
 //              There a call that wants a value that is missing has the status missing, as in the summary
-//  hint        there in usage errors: what to type to get further
+//  hint        what to type to get further: in usage errors, and where another call is known to have the answer
 //  notes       messages that the module asked its host for: {"set":744,"number":321}
 #pragma once
 
@@ -38,6 +39,9 @@ struct WrittenArgument {
 // The same members of a call that was not evaluated: an argument of it could not be read, or all of it.
 void add_refusal(JsonText& json, const catalogue::Calculation& calculation, std::string_view message,
                  WrittenArgument argument = {});
+
+// Of a call alone: answered where there is a value that holds, or a missing one.
+int exit_status_of(const calls::Answer& answer);
 
 // What `report` says, as an object.
 Outcome json_report(const calls::Answer& answer);

@@ -92,7 +92,7 @@ std::optional<double> value_of(const calls::Answer& answer) {
 
 std::optional<double> call(const Calculation& calculation, calls::Arguments arguments) {
     const host::Evaluation evaluation = shared_host().evaluate(calculation.name, arguments);
-    return value_of(calls::answer_of(calculation, arguments, evaluation));
+    return value_of(calls::answer_of(shared_host(), calculation, arguments, evaluation));
 }
 
 }  // namespace finance::adapters

@@ -4,10 +4,12 @@
 //  (1) A function is called fin_ and the calculation's name, in lower case; its arguments are the catalogue's, in order.
 //  (2) An adapter never hands over a missing value: what is missing in the engine makes the result missing there, and no
 //      call is made.
-//  (3) An answer that is itself missing (a search without a rate) is missing in the engine too.
+//  (3) An answer that is itself missing (a search without a rate), that does not solve its equation or is infinite is
+//      missing in the engine too.
 //  (4) Everything else without an answer is a refusal: one sentence that names the argument and its rule.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -44,7 +46,13 @@ host::Argument basis_argument(std::string_view text);
 
 // ---- Calls
 
-// The value of an answer, nothing where it is missing. CallRefused, the sentence naming the calculation.
+// Whether an answer stands without a look at its call.
+inline bool speaks_for_itself(const catalogue::Calculation& calculation, double value) {
+    return !calculation.searches && std::isfinite(value);
+}
+
+// The value of an answer, nothing where it is missing or none that holds. CallRefused, the sentence naming the
+// calculation.
 std::optional<double> value_of(const calls::Answer& answer);
 std::optional<double> call(const catalogue::Calculation& calculation, calls::Arguments arguments);
 

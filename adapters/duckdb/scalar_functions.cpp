@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
+#include "calls/solution.hpp"
 
 namespace finance::adapters::duckdb {
 
@@ -22,6 +24,17 @@ struct Marks {
     std::vector<std::int32_t> flagged;
 };
 
+// Answers that do not hold become NaN.
+void drop_unheld(const Calculation& calculation, const ChunkColumns& chunk, Run run, Answers& answers) {
+    std::vector<host::Argument> arguments(chunk.columns().size(), host::Argument::absent());
+    for (std::size_t row = run.first; row < run.last; ++row) {
+        double& value = answers.values()[row];
+        if (std::isnan(value) || speaks_for_itself(calculation, value)) continue;
+        chunk.fill(arguments, row);
+        if (!calls::holds(shared_host(), calculation, arguments, value)) value = std::nan("");
+    }
+}
+
 // The rows of one run that stand together, in one batch. CallRefused for the first that is.
 void answer_run(const Calculation& calculation, const ChunkColumns& chunk, Run run, Answers& answers, Marks& marks) {
     const auto columns = chunk.columns_from(run.first);
@@ -31,7 +44,7 @@ void answer_run(const Calculation& calculation, const ChunkColumns& chunk, Run r
                             .results = &answers.values()[run.first],
                             .statuses = marks.statuses.data(),
                             .flagged = marks.flagged.data()};
-    if (shared_host().evaluate_rows(batch) == 0) return;
+    if (shared_host().evaluate_rows(batch) == 0) return drop_unheld(calculation, chunk, run, answers);
     std::size_t row = 0;
     while (marks.statuses[row] == ZELKOVAN_STATUS_SUCCESS) ++row;
     std::vector<host::Argument> arguments(columns.size(), host::Argument::absent());

@@ -7,6 +7,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/row_loop.hpp"
 #include "calls/lists.hpp"
+#include "calls/solution.hpp"
 
 namespace finance::adapters::numpy {
 
@@ -75,8 +76,11 @@ std::size_t call_lists(const Calculation& calculation, std::span<const RowValues
         if (!calls::unpaired(calculation, row.lists.size(), [&](std::size_t k) { return row.lists[k].size(); })) {
             const auto arguments = calls::unrolled(calculation, row.scalars, row.lists);
             const host::Evaluation evaluation = shared_host().evaluate(calculation.name, arguments);
-            if (evaluation.answered()) results[i] = std::isnan(evaluation.value) ? missing_answer : evaluation.value;
-            refused += evaluation.answered() ? 0U : 1U;
+            const bool held =
+                evaluation.answered() &&
+                (std::isnan(evaluation.value) || calls::holds(shared_host(), calculation, arguments, evaluation.value));
+            if (held) results[i] = std::isnan(evaluation.value) ? missing_answer : evaluation.value;
+            refused += held ? 0U : 1U;
         } else {
             ++refused;
         }

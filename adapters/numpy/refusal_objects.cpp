@@ -75,8 +75,10 @@ PyObject* refusal_of(PyObject* /*module*/, PyObject* arguments) {
         }
         const auto unrolled = calls::unrolled(*calculation, one.scalars, one.lists);
         const host::Evaluation evaluation = shared_host().evaluate(calculation->name, unrolled);
-        const calls::Answer answer = calls::answer_of(*calculation, unrolled, evaluation);
-        const std::string sentence = evaluation.answered() ? "" : answer.named_sentence();
+        const calls::Answer answer = calls::answer_of(shared_host(), *calculation, unrolled, evaluation);
+        const bool missing = evaluation.answered() && answer.verdict() == calls::Verdict::missing;
+        const bool refused = answer.verdict() != calls::Verdict::answered && !missing;
+        const std::string sentence = refused ? answer.named_sentence() : "";
         return described(*calculation, sentence, answer.position(), unrolled.size());
     });
 }

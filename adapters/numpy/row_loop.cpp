@@ -10,6 +10,7 @@
 
 #include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
+#include "calls/solution.hpp"
 
 namespace finance::adapters::numpy {
 
@@ -84,22 +85,32 @@ private:
             const double* value = at(i, first);
             columns_.push_back(steps_[i] == 0 ? host::Column{*value} : host::Column::numbers(value, steps_[i]));
         }
-        outcome().refused += shared_host().evaluate_rows({.name = function_.calculation->name,
-                                                          .columns = columns_,
-                                                          .rows = last - first,
-                                                          .results = results_.data(),
-                                                          .statuses = statuses_.data()});
+        (void)shared_host().evaluate_rows({.name = function_.calculation->name,
+                                           .columns = columns_,
+                                           .rows = last - first,
+                                           .results = results_.data(),
+                                           .statuses = statuses_.data()});
         for (std::size_t row = first; row < last; ++row) {
             const double answer = results_[row - first];
-            const bool refused = statuses_[row - first] != ZELKOVAN_STATUS_SUCCESS;
+            const bool refused = statuses_[row - first] != ZELKOVAN_STATUS_SUCCESS || !holds(row, answer);
+            outcome().refused += refused ? 1U : 0U;
             put(row, refused ? refused_answer : std::isnan(answer) ? missing_answer : answer);
         }
+    }
+
+    // Of an answered row.
+    [[nodiscard]] bool holds(std::size_t row, double answer) {
+        if (std::isnan(answer) || speaks_for_itself(*function_.calculation, answer)) return true;
+        arguments_.clear();
+        for (std::size_t i = 0; i < function_.arguments; ++i) arguments_.emplace_back(*at(i, row));
+        return calls::holds(shared_host(), *function_.calculation, arguments_, answer);
     }
 
     const Function& function_;
     char* const* places_;
     const std::ptrdiff_t* steps_;
     std::vector<host::Column> columns_;
+    std::vector<host::Argument> arguments_;  // of a row whose answer is looked at
     std::array<double, rows_at_once> results_;
     std::array<std::uint32_t, rows_at_once> statuses_;
 };

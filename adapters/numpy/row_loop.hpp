@@ -4,7 +4,7 @@
 //  (1) A row with a NaN among its arguments is a NaN, and no call is made.
 //  (2) An answer that is itself missing is a NaN.
 //  (3) A refused row is a NaN of its own bits, so that whoever looks at the results finds the rows again, whatever order
-//      and pieces the loop was run in.
+//      and pieces the loop was run in. So is a row whose answer does not solve its equation, or is infinite.
 //  (4) A loop leaves no floating-point flags behind: what the arithmetic of a search raised is nobody's warning.
 #pragma once
 

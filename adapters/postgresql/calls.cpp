@@ -57,12 +57,13 @@ Outcome refused(const Calculation& calculation, const std::string& sentence) {
 }
 
 Outcome outcome_of(const Calculation& calculation, const host::Evaluation& evaluation, const Row& row) {
-    if (evaluation.answered() && !std::isnan(evaluation.value)) {
+    if (evaluation.answered() && speaks_for_itself(calculation, evaluation.value)) {
         return {.verdict = Verdict::answered, .value = evaluation.value};
     }
     const std::vector<host::Argument> arguments = arguments_of(calculation, row);
-    const calls::Answer answer = calls::answer_of(calculation, arguments, evaluation);
-    if (answer.verdict() == Verdict::missing) return {.verdict = Verdict::missing};
+    const calls::Answer answer = calls::answer_of(shared_host(), calculation, arguments, evaluation);
+    if (answer.verdict() == Verdict::answered) return {.verdict = Verdict::answered, .value = evaluation.value};
+    if (answer.verdict() != Verdict::refused) return {.verdict = Verdict::missing};
     const bool at_fault = answer.position() > 0 || !evaluation.log.empty();
     if (at_fault) return refused(calculation, answer.named_sentence());
     return {.trouble = Trouble::no_answer, .sentence = kept(answer.named_sentence())};

@@ -50,7 +50,8 @@ void CallRecord::answer(sqlite3_context* context, std::span<sqlite3_value*> valu
     }
     if (at_fault < values.size()) return give_error(context, unreadable(calculation_, at_fault, values[at_fault]));
     const host::Evaluation evaluation = this->evaluation();
-    give_answer(context, calculation_, value_of(calls::answer_of(calculation_, arguments_, evaluation)));
+    const calls::Answer answer = calls::answer_of(shared_host(), calculation_, arguments_, evaluation);
+    give_answer(context, calculation_, value_of(answer));
 }
 
 host::Evaluation CallRecord::evaluation() {

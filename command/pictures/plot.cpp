@@ -49,8 +49,7 @@ std::vector<Answer> answers_of(const PlotCall& call, std::size_t most, const hos
     for (const double x : call.points(most)) {
         const std::vector<host::Argument> arguments = call.arguments(x);
         const host::Evaluation evaluation = host.evaluate(call.calculation().name, arguments);
-        std::string reason = calls::answer_of(call.calculation(), arguments, evaluation).sentence();
-        if (reason.empty() && std::isinf(evaluation.value)) reason = "the answer is infinite";
+        std::string reason = calls::answer_of(host, call.calculation(), arguments, evaluation).sentence();
         answers.push_back({.point = {x, reason.empty() ? evaluation.value : std::nan("")}, .why = std::move(reason)});
     }
     return answers;

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "calls/lists.hpp"
 #include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/tables/flow_groups.hpp"
@@ -104,7 +105,7 @@ public:
         if (!objects && by_.empty()) output.erase(begin, 1);  // no column, no delimiter
         if (!objects) output += writer_.form().line_end;
         summary.count(verdict);
-        if (verdict == Verdict::refused && listed) summary.list(label_of(group) + reasons);
+        if (is_failure(verdict) && listed) summary.list(label_of(group) + reasons);
         return verdict;
     }
 
@@ -127,7 +128,7 @@ private:
         }
         take_arguments(group, call);
         evaluation_ = host_.evaluate(call.calculation->name, arguments_);
-        return {.answer = calls::answer_of(*call.calculation, arguments_, evaluation_)};
+        return {.answer = calls::answer_of(host_, *call.calculation, arguments_, evaluation_)};
     }
 
     // The one that the input is for; none for a fault of a whole row.
@@ -156,6 +157,7 @@ private:
             const std::vector<double>& values = group.values[argument.input];
             arguments_.insert(arguments_.end(), values.begin(), values.end());
         }
+        calls::put_in_order_of_dates(*call.calculation, arguments_);
     }
 
     const host::EmbeddedHost& host_;
@@ -173,7 +175,7 @@ void write_groups(const FlowGroups& groups, GroupEvaluator& evaluator, TableWrit
     std::string output;
     for (const Group& group : groups.groups()) {
         const std::size_t begin = output.size();
-        if (evaluator.evaluate(group, output, summary) == Verdict::refused && strict) {
+        if (is_failure(evaluator.evaluate(group, output, summary)) && strict) {
             output.resize(begin);
             break;
         }
@@ -222,7 +224,8 @@ std::string fold_help() {
            "\n"
            "Rows with the same texts in the columns after --by are one group, wherever they stand; groups stand in\n"
            "the order of their first rows. Without --by all rows are one group. A list takes a column, in the order\n"
-           "of the rows; any other argument a value, or a column that has one value in all rows of a group.\n"
+           "of the rows, and where it has dates (XIRR, XNPV) in their order, the earliest first; any other argument a\n"
+           "value, or a column that has one value in all rows of a group.\n"
            "\n" +
            table_options_help() + option_lines(table_options, 0, 1) +
            "\n"

@@ -60,7 +60,7 @@ public:
             } else {
                 append_columns(call, result, output);
             }
-            if (result.verdict() != Verdict::refused || reasons == nullptr) continue;
+            if (!is_failure(result.verdict()) || reasons == nullptr) continue;
             reasons->append(reasons->empty() ? "" : "; ").append(call.result + ": " + result.sentence());
         }
         return worst;

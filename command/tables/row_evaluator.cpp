@@ -49,7 +49,8 @@ host::Evaluation RowEvaluator::evaluation_alone(std::size_t call) const {
     return host_.evaluate(plan_.calls[call].calculation->name, arguments_[call]);
 }
 
-// Takes the arguments too, but of an answer among others: it speaks for itself. A batch keeps no notes.
+// Takes the arguments too, but of an answer among others: it speaks for itself, unless it was searched. A batch keeps no
+// notes.
 void RowEvaluator::take_evaluation(Place at) {
     const ResultForm& form = writer_.form();
     const Answers& answers = answers_[at.call];
@@ -58,9 +59,10 @@ void RowEvaluator::take_evaluation(Place at) {
                    .flagged = answers.flagged[at.row],
                    .log = {},
                    .notes = {}};
-    if (!form.objects && !std::isnan(evaluation_.value)) return;
+    if (!form.objects && std::isfinite(evaluation_.value) && !plan_.calls[at.call].calculation->searches) return;
     take_arguments(at);
-    if (form.objects || (form.status && evaluation_.answered())) evaluation_ = evaluation_alone(at.call);
+    const bool may_have_notes = form.status && evaluation_.answered() && std::isnan(evaluation_.value);
+    if (form.objects || may_have_notes) evaluation_ = evaluation_alone(at.call);
 }
 
 // ---- Results
@@ -88,7 +90,7 @@ CallResult RowEvaluator::result(Place at) {
     if (!rows_.row(at.row).fits) return {.fault = misfit_};
     if (const std::size_t unread = unread_argument(at); unread != 0) return unread_result(at, unread);
     take_evaluation(at);
-    return {.answer = calls::answer_of(*plan_.calls[at.call].calculation, arguments_[at.call], evaluation_)};
+    return {.answer = calls::answer_of(host_, *plan_.calls[at.call].calculation, arguments_[at.call], evaluation_)};
 }
 
 // ---- Rows
@@ -106,7 +108,7 @@ Verdict RowEvaluator::append_results(std::size_t row, std::string& output, RunSu
         },
         [&](JsonText& json) { json.member("line", static_cast<double>(rows_.row(row).line)); }, output,
         listed && fits ? &reasons : nullptr);
-    if (verdict == Verdict::refused && listed) {
+    if (is_failure(verdict) && listed) {
         summary.list("line " + std::to_string(rows_.row(row).line) + ": " + (fits ? reasons : misfit_));
     }
     return verdict;
@@ -129,7 +131,7 @@ bool RowEvaluator::evaluate(std::string& output, RunSummary& summary) {
     bool goes_on = true;
     for (std::size_t row = 0; row < rows_.size() && goes_on; ++row) {
         const std::size_t begin = output.size();
-        goes_on = append_row(row, output, summary) != Verdict::refused || !writer_.form().strict;
+        goes_on = !is_failure(append_row(row, output, summary)) || !writer_.form().strict;
         if (!goes_on) output.resize(begin);
     }
     rows_.clear();

@@ -1,4 +1,4 @@
-// How many rows, or groups, came to what, and the first that were refused.
+// How many rows, or groups, came to what, and the first that were refused, or whose answer does not hold.
 #pragma once
 
 #include <array>
@@ -30,11 +30,14 @@ public:
 
     [[nodiscard]] std::uint64_t of(Verdict verdict) const { return counts_[static_cast<std::size_t>(verdict)]; }
     [[nodiscard]] std::uint64_t all() const;
-    // things: "rows". A line of counts, then one for each refusal that is listed.
+    [[nodiscard]] std::uint64_t failures() const {
+        return of(Verdict::does_not_solve) + of(Verdict::too_large) + of(Verdict::refused);
+    }
+    // things: "rows". A line of counts, then one for each that is listed.
     [[nodiscard]] std::string text(std::string_view job, std::string_view things) const;
 
 private:
-    std::array<std::uint64_t, 3> counts_{};
+    std::array<std::uint64_t, calls::verdict_words.size()> counts_{};
     std::vector<std::string> first_refused_;
 };
 

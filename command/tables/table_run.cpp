@@ -50,7 +50,7 @@ Outcome finish(const TableRun& run, std::string_view job, std::string_view thing
     } catch (const TableError& error) {
         fault = std::string{"finance: "} + error.what() + '\n';
     }
-    const bool refused = summary.of(Verdict::refused) > 0;
+    const bool refused = summary.failures() > 0;
     Outcome outcome{.exit_status = refused || !fault.empty() ? exit_refused : exit_answered};
     if (!options.quiet) outcome.error = summary.text(job, things);
     if (options.strict && refused) outcome.error += "finance: stopped at the first refusal\n";

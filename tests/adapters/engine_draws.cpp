@@ -9,8 +9,8 @@
 //     NAME  PARAMETER ...  VERDICT  ANSWER
 //
 // a parameter as n:BITS (16 hexadecimal digits of a double) or t:TEXT, a list's values separated by commas (an empty list
-// is "-"), one entry for each parameter given; the verdict is answered (then BITS), missing (then "-"), or refused (then the
-// sentence).
+// is "-"), one entry for each parameter given; the verdict is answered (then BITS), missing (then "-"), or does not solve, too
+// large or refused (then the sentence).
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -100,11 +100,11 @@ void write_call(const test::Draw& draw) {
     const std::string parameters = written(*calculation, values);
     if (parameters.empty()) return;
     const host::Evaluation evaluation = shared_host().evaluate(calculation->name, arguments);
-    const calls::Answer answer = calls::answer_of(*calculation, arguments, evaluation);
+    const calls::Answer answer = calls::answer_of(shared_host(), *calculation, arguments, evaluation);
     std::cout << draw.name << parameters << '\t' << word_of(answer.verdict()) << '\t';
     if (answer.verdict() == calls::Verdict::answered) std::cout << bits_of(answer.value()) << '\n';
     if (answer.verdict() == calls::Verdict::missing) std::cout << "-\n";
-    if (answer.verdict() == calls::Verdict::refused) std::cout << answer.named_sentence() << '\n';
+    if (is_failure(answer.verdict())) std::cout << answer.named_sentence() << '\n';
 }
 
 }  // namespace

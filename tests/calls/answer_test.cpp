@@ -48,7 +48,15 @@ const std::vector<Argument> good{0.0, 1.0, 0.1, 2.0};
 
 const std::vector<Case> cases{
     {"a value", good, answered(0.1), Verdict::answered, 0, "", "", "", {}},
-    {"an infinite value", good, answered(1.0 / 0.0), Verdict::answered, 0, "", "", "", {}},
+    {"an infinite value",
+     good,
+     answered(1.0 / 0.0),
+     Verdict::too_large,
+     0,
+     "",
+     "the answer is infinite, beyond the largest number or divided by 0",
+     "too large: the answer is infinite, beyond the largest number or divided by 0",
+     {"BOND: too large: the answer is infinite, beyond the largest number or divided by 0"}},
     {"a value and a note", good, answered(0.1, {{744, 321}}), Verdict::answered, 0, "", "", "", {}},
     {"a missing value", good, answered(nan), Verdict::missing, 0, "", "", "the answer is a missing value", {}},
     {"a missing value with a note",
@@ -159,9 +167,13 @@ TEST(Answers, InTheWordsOfEachFrontEnd) {
 
 TEST(Answers, VerdictsAreOrderedFromGoodToBad) {
     EXPECT_LT(Verdict::answered, Verdict::missing);
-    EXPECT_LT(Verdict::missing, Verdict::refused);
+    EXPECT_LT(Verdict::missing, Verdict::does_not_solve);
+    EXPECT_LT(Verdict::does_not_solve, Verdict::too_large);
+    EXPECT_LT(Verdict::too_large, Verdict::refused);
     EXPECT_EQ(calls::word_of(Verdict::answered), "answered");
     EXPECT_EQ(calls::word_of(Verdict::missing), "missing");
+    EXPECT_EQ(calls::word_of(Verdict::does_not_solve), "does not solve");
+    EXPECT_EQ(calls::word_of(Verdict::too_large), "too large");
     EXPECT_EQ(calls::word_of(Verdict::refused), "refused");
 }
 

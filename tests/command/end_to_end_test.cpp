@@ -153,7 +153,6 @@ constexpr TextCase texts[] = {
     {"COUPPCD 2025-01-20 2030-11-15 4", "2024-11-15", by_hand},
     {"COUPPCD 2025-02-28 2030-08-31 2", "2025-02-28", "a maturity at a month's end: all coupon dates are"},
     {"COUPNCD 1950-01-20 1955-11-15 1", "1950-11-15", "days before 1960 are negative"},
-    {"INTRATE 2025-01-31 2025-02-01 97 100", "inf", "no days between them under 30/360"},
     {"XNPV -2 5 6 0 300", ".", "a power of a negative number"},
     {"EFFECT -13 12", ".", "a logarithm of a negative number"},
 };
@@ -172,7 +171,8 @@ TEST(Command, ASearchThatFindsNothingAnswersADotAndSaysWhy) {
     const CommandRun run = run_command("XIRR 100 100 0 365");
     EXPECT_EQ(run.exit_status, 0);
     EXPECT_EQ(run.output, ".\n");
-    EXPECT_EQ(run.error, "finance: XIRR: no answer: " + std::string{catalogue::find("XIRR")->failure} + '\n');
+    EXPECT_EQ(run.error,
+              "finance: XIRR: no answer: the values do not change sign: a rate needs money paid and money received\n");
 }
 
 TEST(Command, ExamplesPrintWhatTheCatalogueSays) {
@@ -285,10 +285,16 @@ const FailureCase failures[] = {
     {"PMT 1 1024 1", 1, nullptr},
     {"PPMT 1 1 1024 1 0 1", 1, nullptr},
     {"FV 1 1024 1", 1, nullptr},
-    {"RATE 2 0 100 -121", 1, nullptr},
+    {"RATE 2 0 100 -121", 1,
+     "finance: RATE: no answer: with pmt=0 the rate is that of the growth from pv to fv: both must be positive, or "
+     "both negative\n  finance RATE nper=2 pmt=0 pv=100 fv=121\n"},
+    {"INTRATE 2025-01-31 2025-02-01 97 100", 1,  // no days between them under 30/360
+     "finance: INTRATE: too large: the answer is infinite, beyond the largest number or divided by 0\n"},
     {"NPER 0.01 -5 1000", 1, nullptr},
-    {"IRR 100 110", 1, nullptr},
-    {"IRR 100", 1, nullptr},
+    {"IRR 100 110", 1,
+     "finance: IRR: no answer: the flows do not change sign: a rate needs money paid and money received\n"},
+    {"IRR 100", 1,
+     "finance: IRR: no answer: the flows do not change sign: a rate needs money paid and money received\n"},
     {"MIRR 100 110 0.1 0.1", 1, nullptr},
     {"PRICE 2025-01-20 2030-11-15 0.05 -2 100 2", 1, nullptr},
     {"DURATION 2025-01-20 2030-11-15 0.05 1e17 2", 1, nullptr},

@@ -119,7 +119,9 @@ TEST(JsonReport, DatesBeyondFourDigitYearsHaveNoText) {
     EXPECT_EQ(json_told(dated, answered(nan)).output,
               R"({"calculation":"BOND","status":"missing","value":null,"value_text":".","date":null)" + rest);
     EXPECT_EQ(json_told(bond, answered(-infinity)).output,
-              R"({"calculation":"BOND","status":"answered","value":null,"value_text":"-inf")" + rest);
+              R"({"calculation":"BOND","status":"too large","value":null,"value_text":"-inf","argument":null,)"
+              R"("rule":null,"message":"the answer is infinite, beyond the largest number or divided by 0","notes":[]})"
+              "\n");
 }
 
 TEST(JsonReport, LogLinesAreTheMessage) {
@@ -156,7 +158,7 @@ constexpr RunCase runs[] = {
      R"("message":null,"notes":[]})"},
     {"--json XIRR 100 100 0 365", 0,
      R"({"calculation":"XIRR","status":"missing","value":null,"value_text":".","argument":null,"rule":null,)"
-     R"("message":"the search finds no rate from any of its starts, or all flows are 0 or fall on one day",)"
+     R"("message":"the values do not change sign: a rate needs money paid and money received",)"
      R"("notes":[{"set":744,"number":321}]})"},
     {"--json PMT rate=0.005 nper=2.5 pv=200000", 1,
      R"({"calculation":"PMT","status":"refused","value":null,"argument":{"position":2,"name":"nper"},)"

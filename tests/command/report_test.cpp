@@ -43,7 +43,8 @@ TEST(Report, Answers) {
     expect(told(bond, {}, answered(0.1)), 0, "0.1\n", "");
     expect(told(bond, {}, answered(200000.0)), 0, "200000\n", "");
     expect(told(bond, {}, answered(nan)), 0, ".\n", "");
-    expect(told(bond, {}, answered(std::numeric_limits<double>::infinity())), 0, "inf\n", "");
+    expect(told(bond, {}, answered(std::numeric_limits<double>::infinity())), 1, "",
+           "finance: BOND: too large: the answer is infinite, beyond the largest number or divided by 0\n");
 }
 
 TEST(Report, DatesAreWrittenAsDates) {
