@@ -177,6 +177,7 @@ class PeriodicFlows : public Equation {
 public:
     PeriodicFlows(const EmbeddedHost& host, Arguments flows) : host_{host}, flows_{numbers_of(flows)} {
         constexpr int largest = 900;  // far below the largest double, and the farther above the smallest
+        drop_zeros();
         scale_ = scale_of(flows_, largest);
         for (double& flow : flows_) flow = std::scalbn(flow, scale_);
     }
@@ -194,6 +195,13 @@ public:
     [[nodiscard]] double amount(double counted) const override { return std::scalbn(counted, -scale_); }
 
 private:
+    // Those at either end change no rate, but the day that flows are counted to. One flow stays.
+    void drop_zeros() {
+        const auto counts = [](double flow) { return flow != 0.0; };
+        while (flows_.size() > 1 && !counts(flows_.back())) flows_.pop_back();
+        flows_.erase(flows_.begin(), std::find_if(flows_.begin(), flows_.end() - 1, counts));
+    }
+
     static bool grows(double rate) { return std::abs(1.0 + rate) > 1.0; }
 
     [[nodiscard]] double worth_of(std::vector<double> flows, double rate) const {

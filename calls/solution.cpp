@@ -29,13 +29,14 @@ bool crosses_target(const Equation& equation, double rate) {
     return (below < 0.0 && above > 0.0) || (below > 0.0 && above < 0.0);
 }
 
+// Terms that are all 0 prove nothing.
+bool is_little(double miss, double terms) { return terms > 0.0 && std::isfinite(terms) && miss <= near * terms; }
+
 bool comes_near(const Equation& equation, double rate) {
     const Equation::Trial trial = equation.at(rate);
     const double miss = std::abs(trial.miss());
     if (!std::isfinite(miss)) return false;
-    if (miss <= near * equation.known_terms(trial)) return true;
-    const double terms = equation.all_terms(rate);
-    return std::isfinite(terms) && miss <= near * terms;
+    return is_little(miss, equation.known_terms(trial)) || is_little(miss, equation.all_terms(rate));
 }
 
 }  // namespace

@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
+#include <limits>
 #include <string>
+#include <vector>
 
 namespace finance::test {
 namespace {
@@ -22,6 +25,39 @@ TEST(Lists, UnrollWhereTheyStand) {
     ASSERT_EQ(arguments.size(), 5U);
     for (std::size_t i = 0; i < 5; ++i) {
         EXPECT_EQ(arguments[i].number(), (std::array{0.1, -100.0, 110.0, 20000.0, 20365.0}[i])) << i;
+    }
+}
+
+struct OrderCase {
+    const char* id;
+    const char* calculation;
+    std::vector<double> before;
+    std::vector<double> after;
+};
+
+constexpr double not_there = std::numeric_limits<double>::quiet_NaN();
+
+const OrderCase order_cases[] = {
+    {"newest first", "XIRR", {60, 50, -100, 730, 365, 0}, {-100, 50, 60, 0, 365, 730}},
+    {"a guess stays behind", "XIRR", {60, -100, 365, 0, 0.1}, {-100, 60, 0, 365, 0.1}},
+    {"a rate stays before", "XNPV", {0.1, 60, -100, 365, 0}, {0.1, -100, 60, 0, 365}},
+    {"one day keeps its order", "XNPV", {0.1, 3, 2, 1, 5, 5, 0}, {0.1, 1, 3, 2, 0, 5, 5}},
+    {"in order", "XIRR", {-100, 60, 0, 365}, {-100, 60, 0, 365}},
+    {"no dates", "NPV", {0.1, 3, 2, 1}, {0.1, 3, 2, 1}},
+    {"a value is missing", "XIRR", {not_there, -100, 365, 0}, {not_there, -100, 365, 0}},
+    {"a date is none", "XIRR", {60, -100, 365.5, 0}, {60, -100, 365.5, 0}},
+};
+
+TEST(Lists, DatesAscend) {
+    for (const OrderCase& row : order_cases) {
+        SCOPED_TRACE(row.id);
+        std::vector<Argument> arguments{row.before.begin(), row.before.end()};
+        calls::put_in_order_of_dates(of(row.calculation), arguments);
+        ASSERT_EQ(arguments.size(), row.after.size());
+        for (std::size_t i = 0; i < row.after.size(); ++i) {
+            if (std::isnan(row.after[i])) continue;
+            EXPECT_EQ(arguments[i].number(), row.after[i]) << i;
+        }
     }
 }
 

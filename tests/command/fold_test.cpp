@@ -187,5 +187,35 @@ TEST(Fold, WrongUsage) {
 
 TEST(Fold, Help) { EXPECT_NE(run_command("help fold").output.find("--by COLUMN,..."), std::string::npos); }
 
+TEST(Fold, DatedFlowsAreInOrderOfTheirDates) {
+    const CommandRun run = run_command(
+        "fold 'XIRR(v, d) as rate, XNPV(0.1, v, d) as worth, NPV(0.1, v) as periodic' --quiet <<'END'\n"
+        "v,d\n121,2002-12-31\n-100,2000-12-31\n0,2001-12-31\nEND\n");
+    EXPECT_EQ(run.exit_status, 0);
+    EXPECT_EQ(run.error, "");
+    const CommandRun sorted = run_command(
+        "fold 'XIRR(v, d) as rate, XNPV(0.1, v, d) as worth' --quiet <<'END'\n"
+        "v,d\n-100,2000-12-31\n0,2001-12-31\n121,2002-12-31\nEND\n");
+    EXPECT_EQ(run.output.substr(0, run.output.find(",periodic")), "rate,worth");
+    const std::string rows = run.output.substr(run.output.find('\n') + 1);
+    const std::string of_sorted = sorted.output.substr(sorted.output.find('\n') + 1);
+    EXPECT_EQ(rows.substr(0, rows.rfind(',')) + '\n', of_sorted);
+    EXPECT_NEAR(std::stod(rows.substr(rows.rfind(',') + 1)), 121 / 1.1 - 100 / 1.21, 1e-12) << "rows keep their order";
+}
+
+TEST(Fold, AnAnswerThatDoesNotSolveIsCountedApart) {
+    const std::string table =
+        "--status --by g <<'END'\ng,v,d\na,100,2000-01-01\nb,-100,2000-01-01\nb,110,2001-01-01\nEND\n";
+    const CommandRun run = run_command("fold 'XIRR(v, d) as r' " + table);
+    EXPECT_EQ(run.exit_status, 1);
+    const std::string why =
+        "does not solve: the search ended at the lowest rate that it tries; XNPV at this rate is 100, not 0; the "
+        "values "
+        "do not change sign: a rate needs money paid and money received";
+    EXPECT_EQ(run.output.substr(0, run.output.find("\nb,")), "g,r,r_status\na,,\"" + why + '"') << run.output;
+    EXPECT_EQ(run.error,
+              "finance: fold: 2 groups: 1 answered, 0 missing, 1 does not solve, 0 refused\n  a: r: " + why + '\n');
+}
+
 }  // namespace
 }  // namespace finance::test

@@ -150,9 +150,14 @@ constexpr RunCase runs[] = {
     {"--json COUPNCD 2008-02-15 2017-11-15 2", 0,
      R"({"calculation":"COUPNCD","status":"answered","value":17667,"date":"2008-05-15","argument":null,)"
      R"("rule":null,"message":null,"notes":[]})"},
-    {"INTRATE --json 2025-01-31 2025-02-01 97 100", 0,
-     R"({"calculation":"INTRATE","status":"answered","value":null,"value_text":"inf","argument":null,"rule":null,)"
-     R"("message":null,"notes":[]})"},
+    {"INTRATE --json 2025-01-31 2025-02-01 97 100", 1,
+     R"({"calculation":"INTRATE","status":"too large","value":null,"value_text":"inf","argument":null,"rule":null,)"
+     R"("message":"the answer is infinite, beyond the largest number or divided by 0","notes":[]})"},
+    {"--json XIRR -4,1,-6 1964-12-30,1960-01-01,1961-12-31", 1,
+     R"({"calculation":"XIRR","status":"does not solve","value":-0.9999999,"argument":null,"rule":null,)"
+     R"("message":"the search ended at the lowest rate that it tries; XNPV at this rate is -4, not 0; )"
+     R"(give the earliest flow first",)"
+     R"("hint":"finance XIRR values=1,-6,-4 dates=1960-01-01,1961-12-31,1964-12-30","notes":[]})"},
     {"--json EFFECT -13 12", 0,
      R"({"calculation":"EFFECT","status":"missing","value":null,"value_text":".","argument":null,"rule":null,)"
      R"("message":null,"notes":[]})"},

@@ -478,5 +478,17 @@ TEST_F(Map, Help) {
     EXPECT_NE(run_command("help").output.find("  finance map "), std::string::npos);
 }
 
+TEST(MapAnswers, ThatDoNotHoldAreEmptyAndCountedApart) {
+    const std::string table = "<<'END'\nn,a,p,f\n60,-400,20000,0\n120,-200,0,30000\n60,-100,0,8000\n1,-1,inf,0\nEND\n";
+    const CommandRun run = run_command("map 'RATE(n, a, p, f) as r, PMT(1%, n, p) as m' " + table);
+    EXPECT_EQ(run.exit_status, 1);
+    EXPECT_NE(run.output.find("\n120,-200,0,30000,,"), std::string::npos) << run.output;
+    EXPECT_EQ(run.error.substr(0, run.error.find('\n')),
+              "finance: map: 4 rows: 1 answered, 0 missing, 2 do not solve, 1 too large, 0 refused");
+    const CommandRun strict = run_command("map 'RATE(n, a, p, f) as r' --strict --quiet " + table);
+    EXPECT_EQ(strict.exit_status, 1);
+    EXPECT_EQ(strict.output.find("\n120"), std::string::npos) << "it stops there";
+}
+
 }  // namespace
 }  // namespace finance::test

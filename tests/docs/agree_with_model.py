@@ -24,6 +24,7 @@ import arguments
 import draw
 
 CALL = re.compile(r"finance ([A-Z]+) (.*?)(; echo \$\?)?")
+TOO_LARGE = re.compile(r"finance: [A-Z]+: too large: .*")
 REFUSAL = re.compile(r"finance: ([A-Z]+): (?:argument (\d+) \(.*|no answer: .*)")
 EPOCH = datetime.date(1960, 1, 1)
 DATED = {"COUPNCD", "COUPPCD"}
@@ -62,6 +63,8 @@ def agrees(name, given, shown, calculation):
     if refusal:
         slots = {int(refusal.group(2))} if refusal.group(2) else set()
         return status != arguments.SUCCESS and set(flagged) == slots
+    if TOO_LARGE.fullmatch(shown):
+        return status == arguments.SUCCESS and math.isinf(value)
     return status == arguments.SUCCESS and same_answer(name, value, shown)
 
 

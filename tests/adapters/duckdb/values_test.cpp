@@ -49,6 +49,11 @@ constexpr ValueCase cases[] = {
     {"try/answered", "TRY(fin_sln(10000, 1000, 5))", "1800.0"},
     // ---- An answer that is itself missing: no rate makes two payments to one side worth nothing
     {"missing/no rate", "fin_xirr([1, 2], [0, 365])", "NULL"},
+    // ---- An answer that does not solve, or is infinite
+    {"unsolved/rate", "fin_rate(120, -200, 0, 30000)", "NULL"},
+    {"unsolved/yield", "fin_yield(DATE '2025-01-20', DATE '2030-11-15', 0.05, 1e9, 100, 2)", "NULL"},
+    {"unsolved/one day", "fin_xirr([100], [21550])", "NULL"},
+    {"infinite", "fin_npv(0.1, ['inf'::DOUBLE, 1])", "NULL"},
 };
 
 TEST(DuckdbValues, BecomeArgumentsAndAnswers) {
@@ -97,7 +102,6 @@ constexpr Refused refusals[] = {
      "PRICE: argument 6 (frequency): 2.5 is not a whole number"},
     {"fin_sln(10000, 1000, 0)", "SLN: argument 3 (life): 0 is not above 0"},
     {"fin_irr([1, 2])", "IRR: no answer: the flows do not change sign: a rate needs money paid and money received"},
-    {"fin_npv(0.1, ['inf'::DOUBLE, 1]) IS NULL", "false"},
     {"fin_coupncd('infinity'::DATE, DATE '2030-11-15', 2)", "COUPNCD: argument 1 (settlement): inf is above 2^53"},
 };
 

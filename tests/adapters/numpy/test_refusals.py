@@ -108,5 +108,24 @@ class Setting(unittest.TestCase):
         self.assertEqual(seen, ["raise", "nan"])
 
 
+class AnswersThatDoNotHold(unittest.TestCase):
+    """A search that ended where nothing is solved, and an infinite answer, are refused calls."""
+
+    def test_raise(self):
+        with self.assertRaisesRegex(zelkovan.RefusedError, "RATE: does not solve: the search ended at the lowest rate"):
+            zelkovan.rate(120, -200, 0, 30000)
+        with self.assertRaisesRegex(zelkovan.RefusedError, "XIRR: does not solve: .* XNPV at this rate is 100, not 0"):
+            zelkovan.xirr([100.0], ["2019-01-01"])
+        with self.assertRaisesRegex(zelkovan.RefusedError, "PMT: too large: "):
+            zelkovan.pmt(0.01, 12, np.inf)
+
+    def test_nan(self):
+        with zelkovan.errstate(refused="nan"):
+            rates = zelkovan.rate(np.array([60, 120]), np.array([-400, -200]), np.array([20000, 0]), np.array([0, 30000]))
+            self.assertAlmostEqual(rates[0], 0.00618341316125396)
+            self.assertTrue(np.isnan(rates[1]))
+            self.assertTrue(np.isnan(zelkovan.irr([-2.0, 72, 5, 76, 28, 73, -1e12])))
+
+
 if __name__ == "__main__":
     unittest.main()
