@@ -52,9 +52,14 @@ public:
     }
 
     [[nodiscard]] Trial at(double rate) const override {
-        const Trial later{carried("FV", rate, pmt_, pv_), fv_, "FV at this rate"};
+        const Trial later{carried("FV", rate, pmt_, pv_), fv_, fv_words};
         if (rate > 0.0 && !std::isnan(later.value)) return later;
         return {carried("PV", rate, pmt_, fv_), pv_, "PV at this rate"};
+    }
+
+    // With FV both amounts are carried forward, and neither shrinks.
+    [[nodiscard]] double known_terms(const Trial& trial) const override {
+        return trial.name == fv_words ? std::max(std::abs(pv_), std::abs(fv_)) : std::abs(trial.target);
     }
 
     // Amounts of one sign take nothing from each other.
@@ -67,6 +72,8 @@ public:
     [[nodiscard]] double amount(double counted) const override { return std::scalbn(counted, -scale_); }
 
 private:
+    static constexpr std::string_view fv_words = "FV at this rate";
+
     [[nodiscard]] double carried(std::string_view name, double rate, double pmt, double amount) const {
         return answer(host_, name, std::array<Argument, 5>{rate, nper_, pmt, amount, type_});
     }
