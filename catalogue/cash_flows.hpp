@@ -54,7 +54,8 @@ inline constexpr std::array cash_flows{
         .formula = "the rate r at which the sum of flow_k / (1 + r)^k for k = 0, 1, 2, ... is 0",
         .remarks = "Without a negative and a positive flow there is no rate. Where the flows change sign more than "
                    "once there may be several rates; one of 0 or above is looked for first, and the search may stop "
-                   "where the flows are not worth 0: check the answer. There is no guess. Flows of 0 at either end "
+                   "where the flows are not worth 0: such an answer is told from one that solves. There is no guess. "
+                   "Flows of 0 at either end "
                    "change nothing. A missing flow is refused, but the module marks no argument.",
         .failure = "the flows do not change sign, there are more than 32767 of them, or the search does not settle",
         .searches = true,

@@ -87,12 +87,12 @@ int exit_status_of(const Answer& answer) {
     return answer.evaluation().answered() && holds ? exit_answered : exit_refused;
 }
 
-void add_result(JsonText& json, const Answer& answer, std::string_view status) {
+void add_result(JsonText& json, const Answer& answer, std::string_view status, std::string_view hint) {
     add_head(json, answer.calculation().name, status);
     add_value(json, answer);
     add_fault(json, answer);
     json.member_or_null("message", answer.reason());
-    if (const std::string remedy = answer.remedy(); !remedy.empty()) json.member("hint", "finance " + remedy);
+    if (!hint.empty()) json.member("hint", hint);
     add_notes(json, answer.evaluation().notes);
 }
 
@@ -108,7 +108,9 @@ void add_refusal(JsonText& json, const Calculation& calculation, std::string_vie
 Outcome json_report(const Answer& answer) {
     const bool answered = answer.evaluation().answered();
     JsonText json;
-    add_result(json.object(), answer, word_of(answered ? answer.verdict() : calls::Verdict::refused));
+    const std::string remedy = answer.remedy();
+    add_result(json.object(), answer, word_of(answered ? answer.verdict() : calls::Verdict::refused),
+               remedy.empty() ? "" : "finance " + remedy);
     return {exit_status_of(answer), line(json), ""};
 }
 

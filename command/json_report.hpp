@@ -13,7 +13,8 @@
 //  message     one sentence: why there is no value
 //  line        of a table: the number of the row's line; group: of a table's groups, {"deal":"A"}; result: its name.
 //              There a call that wants a value that is missing has the status missing, as in the summary
-//  hint        what to type to get further: in usage errors, and where another call is known to have the answer
+//  hint        what to type to get further: in usage errors, and of a call alone where another one is known to have the
+//              answer
 //  notes       messages that the module asked its host for: {"set":744,"number":321}
 #pragma once
 
@@ -28,7 +29,7 @@
 namespace finance::command {
 
 // The members above, into an object that the caller has opened.
-void add_result(JsonText& json, const calls::Answer& answer, std::string_view status);
+void add_result(JsonText& json, const calls::Answer& answer, std::string_view status, std::string_view hint = {});
 
 // An argument of a call as it was written.
 struct WrittenArgument {
