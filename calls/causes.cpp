@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::calls {
 

@@ -9,7 +9,7 @@
 #include "calls/lists.hpp"
 #include "calls/solution.hpp"
 #include "catalogue/layout.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::calls {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "calls/equations.hpp"
-#include "catalogue/number_text.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::calls {
 
