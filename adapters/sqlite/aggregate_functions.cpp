@@ -5,7 +5,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/flow_window.hpp"
 #include "adapters/sqlite/functions.hpp"
-#include "adapters/sqlite/results.hpp"
+#include "adapters/sqlite/values.hpp"
 
 namespace finance::adapters::sqlite {
 

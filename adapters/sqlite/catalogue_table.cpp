@@ -1,5 +1,3 @@
-#include "adapters/sqlite/catalogue_table.hpp"
-
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -8,7 +6,8 @@
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/functions.hpp"
-#include "adapters/sqlite/results.hpp"
+#include "adapters/sqlite/tables.hpp"
+#include "adapters/sqlite/values.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::adapters::sqlite {

@@ -5,10 +5,9 @@
 #include <string>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/sqlite/catalogue_table.hpp"
 #include "adapters/sqlite/functions.hpp"
-#include "adapters/sqlite/loan_table.hpp"
 #include "adapters/sqlite/table_function.hpp"
+#include "adapters/sqlite/tables.hpp"
 
 SQLITE_EXTENSION_INIT1
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/sqlite/argument_values.hpp"
+#include "adapters/sqlite/values.hpp"
 #include "calls/lists.hpp"
 
 namespace finance::adapters::sqlite {

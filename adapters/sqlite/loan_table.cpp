@@ -1,5 +1,3 @@
-#include "adapters/sqlite/loan_table.hpp"
-
 #include <algorithm>
 #include <limits>
 #include <optional>
@@ -8,8 +6,9 @@
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/sqlite/argument_values.hpp"
 #include "adapters/sqlite/table_function.hpp"
+#include "adapters/sqlite/tables.hpp"
+#include "adapters/sqlite/values.hpp"
 #include "catalogue/text.hpp"
 
 namespace finance::adapters::sqlite {

@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/sqlite/argument_values.hpp"
 #include "adapters/sqlite/functions.hpp"
-#include "adapters/sqlite/results.hpp"
+#include "adapters/sqlite/values.hpp"
 #include "host/prepared_call.hpp"
 
 namespace finance::adapters::sqlite {

@@ -15,9 +15,9 @@
 #include <new>
 #include <span>
 
-#include "adapters/sqlite/results.hpp"
 #include "adapters/sqlite/sqlite_api.hpp"
 #include "adapters/sqlite/sqlite_memory.hpp"
+#include "adapters/sqlite/values.hpp"
 
 namespace finance::adapters::sqlite {
 
