@@ -5,7 +5,7 @@
 #include <string>
 
 #include "calls/lists.hpp"
-#include "command/argument_text.hpp"
+#include "command/formulas/written_value.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -25,17 +25,22 @@ using Tokens = std::span<const std::string_view>;
     throw UsageError{name + ": " + message, "finance help " + name, {name, position, std::string{argument}}};
 }
 
+// Those that stand in no bracket.
 std::vector<std::string_view> split_at_commas(std::string_view text) {
     std::vector<std::string_view> parts;
-    for (std::size_t comma = text.find(','); comma != std::string_view::npos; comma = text.find(',')) {
-        parts.push_back(text.substr(0, comma));
-        text.remove_prefix(comma + 1);
+    std::size_t begin = 0;
+    int nested = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        nested += text[i] == '(' ? 1 : text[i] == ')' ? -1 : 0;
+        if (text[i] != ',' || nested > 0) continue;
+        parts.push_back(text.substr(begin, i - begin));
+        begin = i + 1;
     }
-    parts.push_back(text);
+    parts.push_back(text.substr(begin));
     return parts;
 }
 
-bool has_comma(std::string_view token) { return token.find(',') != std::string_view::npos; }
+bool has_comma(std::string_view token) { return split_at_commas(token).size() > 1; }
 
 // ---- What each parameter was given
 
@@ -217,18 +222,18 @@ std::vector<PlacedText> place_arguments(const Calculation& calculation, Tokens t
     return assignment.placed();
 }
 
-std::vector<host::Argument> read_arguments(const Calculation& calculation, Tokens tokens) {
+std::vector<host::Argument> read_arguments(const Calculation& calculation, Tokens tokens, const Variables* variables) {
     std::vector<host::Argument> values;
     for (const PlacedText& placed : place_arguments(calculation, tokens)) {
         const Parameter& parameter = calculation.parameters[placed.parameter];
-        const auto value = read_value(parameter.kind, placed.text);
-        if (!value) {
+        try {
+            values.push_back(read_written(parameter.kind, placed.text, variables));
+        } catch (const FormulaError& error) {
+            const std::size_t position = values.size() + 1;
             fail(calculation,
-                 "argument " + std::to_string(values.size() + 1) + " (" + std::string{parameter.name} +
-                     "): " + unreadable(parameter.kind, placed.text),
-                 values.size() + 1, parameter.name);
+                 "argument " + std::to_string(position) + " (" + std::string{parameter.name} + "): " + error.what(),
+                 position, parameter.name);
         }
-        values.push_back(*value);
     }
     return values;
 }

@@ -8,7 +8,7 @@
 //  (3) A list takes the values that the parameters around it leave, one by one or separated by commas. Named, it takes
 //      its values separated by commas or with its name repeated.
 //  (4) Two lists share values evenly, the first half to the first; an odd one at the end is the optional parameter
-//      after them. With commas, each list is one argument.
+//      after them. With commas, each list is one argument. A comma in brackets separates nothing here: max(a,b).
 #pragma once
 
 #include <cstddef>
@@ -21,6 +21,8 @@
 
 namespace finance::command {
 
+class Variables;
+
 // A value's text and the parameter that takes it; empty where nothing is given.
 struct PlacedText {
     std::size_t parameter = 0;
@@ -31,8 +33,9 @@ struct PlacedText {
 std::vector<PlacedText> place_arguments(const catalogue::Calculation& calculation,
                                         std::span<const std::string_view> tokens);
 
-// Views into the tokens. UsageError where they cannot be read.
+// Bases are views into the tokens. variables: may be null. UsageError where they cannot be read.
 std::vector<host::Argument> read_arguments(const catalogue::Calculation& calculation,
-                                           std::span<const std::string_view> tokens);
+                                           std::span<const std::string_view> tokens,
+                                           const Variables* variables = nullptr);
 
 }  // namespace finance::command

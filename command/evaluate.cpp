@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "command/argument_list.hpp"
 #include "command/argument_text.hpp"
 #include "command/json_report.hpp"
 #include "command/usage_error.hpp"
@@ -30,12 +29,11 @@ Outcome report(const calls::Answer& answer) {
     return outcome;
 }
 
-Outcome evaluate(const Calculation& calculation, std::span<const std::string_view> tokens, HostOnDemand& host,
-                 Report* tell) {
-    const std::vector<host::Argument> arguments = read_arguments(calculation, tokens);
-    const host::Evaluation evaluation = host.get().evaluate(calculation.name, arguments);
-    const calls::Answer answer = calls::answer_of(host.get(), calculation, arguments, evaluation);
-    Outcome outcome = tell(answer);
+Outcome evaluate(const Calculation& calculation, std::span<const host::Argument> arguments, const Settings& settings) {
+    const host::EmbeddedHost& host = settings.host.get();
+    const host::Evaluation evaluation = host.evaluate(calculation.name, arguments);
+    const calls::Answer answer = calls::answer_of(host, calculation, arguments, evaluation);
+    Outcome outcome = settings.json ? json_report(answer) : report(answer);
     if (outcome.exit_status == exit_answered) outcome.value = evaluation.value;
     return outcome;
 }

@@ -1,12 +1,11 @@
-// One evaluation: from the words after the program's name to what is printed.
+// One evaluation: from the arguments of a call to what is printed.
 #pragma once
 
 #include <span>
 #include <string_view>
 
 #include "calls/answer.hpp"
-#include "command/host_on_demand.hpp"
-#include "command/outcome.hpp"
+#include "command/job.hpp"
 
 namespace finance::command {
 
@@ -16,10 +15,8 @@ const catalogue::Calculation& calculation_named(std::string_view name);
 // What an answer says: its value, also one that does not solve, and in sentences why it is none.
 Outcome report(const calls::Answer& answer);
 
-using Report = decltype(report);
-
-// tokens: what follows the name. UsageError, ModuleNotFound, host::LoadError.
-Outcome evaluate(const catalogue::Calculation& calculation, std::span<const std::string_view> tokens,
-                 HostOnDemand& host, Report* tell);
+// UsageError, ModuleNotFound, host::LoadError.
+Outcome evaluate(const catalogue::Calculation& calculation, std::span<const host::Argument> arguments,
+                 const Settings& settings);
 
 }  // namespace finance::command

@@ -15,12 +15,15 @@ using catalogue::pages::FixedWord;
 using catalogue::pages::Option;
 using catalogue::pages::Takes;
 
+class Variables;
+
 using Words = std::span<const std::string_view>;
 
 // What was said before the first word, and the host that everything of one run evaluates on.
 struct Settings {
     bool json = false;  // results and errors as JSON objects, one a line
     HostOnDemand& host;
+    const Variables* variables = nullptr;  // of a session
 };
 
 // A job writes what it streams itself; the outcome holds what is left to say and how it ends.

@@ -4,10 +4,10 @@
 #include <array>
 #include <string>
 
+#include "command/argument_list.hpp"
 #include "command/evaluate.hpp"
 #include "command/help.hpp"
 #include "command/json_help.hpp"
-#include "command/json_report.hpp"
 #include "command/options.hpp"
 #include "command/usage_error.hpp"
 
@@ -23,6 +23,8 @@ constexpr std::string_view how_arguments_are_written =
     "  basis     30/360, ACTUAL, ACT/360, ACT/365, EU30/360 or 0 to 4\n"
     "  lists     one value after the other, or separated by commas\n"
     "  .         a missing value; name= leaves an argument out\n"
+    "  formulas  rate=6%/12 nper=30*12: + - * / ^, brackets, min, max, round, abs. ^ goes before a sign and\n"
+    "            from the right: -2^2 is -4, 2^3^2 is 512\n"
     "\n"
     "Exit status\n"
     "  0 answered (. where the answer is a missing value), 1 refused, 2 wrong usage\n"
@@ -89,7 +91,7 @@ Outcome calculate(std::string_view name, Words arguments, const Settings& settin
             throw UsageError{"options come before the name: " + std::string{word}, "finance help"};
         }
     }
-    return evaluate(calculation, arguments, settings.host, settings.json ? json_report : report);
+    return evaluate(calculation, read_arguments(calculation, arguments, settings.variables), settings);
 }
 
 }  // namespace
