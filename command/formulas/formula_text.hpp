@@ -51,6 +51,9 @@ public:
 Formula read_formula(std::string_view text, const FormulaNames& names);
 Formula read_condition(std::string_view text, const FormulaNames& names);
 
+// min, max, round, abs.
+bool is_function(std::string_view name);
+
 // Whether a word that is no value may be meant as arithmetic: it has an operator, a bracket or a quotation mark.
 bool looks_like_formula(std::string_view text);
 

@@ -19,6 +19,10 @@ constexpr std::array<std::string_view, 4> functions{"min", "max", "round", "abs"
 
 }  // namespace
 
+bool is_function(std::string_view name) {
+    return std::ranges::any_of(functions, [&](std::string_view word) { return catalogue::same_name(name, word); });
+}
+
 // ---- Numbers. A date and some days is a date, so is a date less some days; two dates apart are days.
 
 FormulaCompiler::Value FormulaCompiler::sum() {
@@ -140,8 +144,7 @@ FormulaCompiler::Value FormulaCompiler::quoted() {
 }
 
 void FormulaCompiler::check_function(const Token& name) const {
-    const auto is = [&](std::string_view word) { return catalogue::same_name(name.text, word); };
-    if (std::ranges::any_of(functions, is)) return;
+    if (is_function(name.text)) return;
     const std::string shown = shortened(name.text);
     if (catalogue::find(name.text) != nullptr) {
         tokens_.fail(shown + " cannot stand within a call or a formula: name its result, and go on with the name,");

@@ -2,9 +2,11 @@
 //
 //  (1) Calls are separated by commas, and may be named: as name, or as "any name".
 //  (2) Arguments are separated by commas, in order or, after those, by name: rate=coupon.
-//  (3) A word goes up to the next comma, bracket or equals sign, without the blanks around it. It is a column's name or
-//      a value; which of the two is for the table's header to say.
-//  (4) "coupon rate" is a column's name, 'act/360' a value; the mark itself is doubled within.
+//  (3) A word goes up to the next comma, closing bracket or equals sign that stands in no bracket, without the blanks
+//      around it. It is a column's name, a value or arithmetic; which of them is for the table's header to say.
+//  (4) "coupon rate" is a column's name, 'act/360' a value; the mark itself is doubled within. With an operator beside
+//      it, a quoted name is part of a word.
+//  (5) What is no call is a formula alone; it goes up to the next comma, or to `as`.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +30,8 @@ struct NamedOperand {
 struct CallExpression {
     std::string calculation{};
     std::vector<NamedOperand> arguments{};
-    std::string result{};  // empty: not named
+    std::string formula{};  // in place of both
+    std::string result{};   // empty: not named
 };
 
 // UsageError.

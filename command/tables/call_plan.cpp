@@ -22,6 +22,12 @@ using catalogue::Kind;
     throw UsageError{name + ": " + message, "finance help " + name};
 }
 
+std::string with_marks_doubled(std::string_view name) {
+    std::string text;
+    for (const char c : name) text.append(c == '"' ? 2 : 1, c);
+    return text;
+}
+
 bool begins_like_a_number(std::string_view text) { return text.find_first_of("0123456789+-.") == 0; }
 
 bool is_keyword(Kind kind, std::string_view text) {
@@ -30,20 +36,32 @@ bool is_keyword(Kind kind, std::string_view text) {
     return same("inf") || same("infinity") || same("nan");
 }
 
+// A formula alone: what it comes to is told like a calculation's answer.
+constexpr Calculation number_formula{};
+constexpr Calculation date_formula{.result = catalogue::ResultKind::date};
+
 class Planner {
 public:
-    explicit Planner(const Header& header) : header_{header} { plan_.columns = header.names.size(); }
+    Planner(const Header& header, const Variables* variables) : header_{header}, names_{header, results_, variables} {
+        plan_.columns = header.names.size();
+    }
 
     void add(const CallExpression& expression);
     CallPlan take() { return std::move(plan_); }
 
 private:
+    PlannedCall call(const CallExpression& expression);
+    PlannedCall formula_alone(const std::string& text);
     std::vector<PlacedText> layout(const Calculation& calculation, const CallExpression& expression);
     PlannedArgument argument(const Calculation& calculation, std::size_t parameter, const Operand& operand);
+    PlannedArgument calculated(const Calculation& calculation, std::size_t parameter, const Operand& operand);
     [[nodiscard]] std::optional<host::Argument> constant(Kind kind, const Operand& operand) const;
-    std::size_t input(std::size_t column, Kind kind);
+    std::size_t input(const Input& wanted);
+    std::size_t formula(TableFormula text, Kind kind, bool argument);
 
     const Header& header_;
+    std::vector<std::string> results_;  // of the calls so far, as later ones name them
+    TableNames names_;
     CallPlan plan_;
     std::vector<std::string> labels_;  // stand for the operands while they are laid out
 };
@@ -78,13 +96,51 @@ std::optional<host::Argument> Planner::constant(Kind kind, const Operand& operan
     return begins_like_a_number(operand.text) || is_keyword(kind, operand.text) ? value : std::nullopt;
 }
 
-std::size_t Planner::input(std::size_t column, Kind kind) {
-    const Input wanted{.column = column, .kind = kind};
+std::size_t Planner::input(const Input& wanted) {
     const auto found = std::ranges::find(plan_.inputs, wanted);
     const auto index = static_cast<std::size_t>(found - plan_.inputs.begin());
     if (found == plan_.inputs.end()) plan_.inputs.push_back(wanted);
-    plan_.used_columns = std::max(plan_.used_columns, column + 1);
+    plan_.used_columns = std::max(plan_.used_columns, wanted.column + 1);
     return index;
+}
+
+std::size_t Planner::formula(TableFormula text, Kind kind, bool argument) {
+    PlannedFormula planned{.sources = text.numbers, .kind = kind, .of_rows = argument};
+    for (FormulaSource& source : planned.sources) {
+        if (source.result) {
+            plan_.calls[source.index].wanted_later = true;
+            planned.of_rows = false;
+        } else {
+            source.index = input({.column = source.index, .kind = Kind::date_time, .in_formula = true});
+        }
+    }
+    planned.text = std::move(text);
+    plan_.formulas.push_back(std::move(planned));
+    return plan_.formulas.size() - 1;
+}
+
+// What is no value and no column. A name alone that nobody knows is told as a column's.
+PlannedArgument Planner::calculated(const Calculation& calculation, std::size_t parameter, const Operand& operand) {
+    const Kind kind = calculation.parameters[parameter].kind;
+    const bool quoted = operand.kind == Operand::Kind::column;
+    const bool named = names_.find(operand.text, quoted ? NameForm::quoted : NameForm::word).has_value();
+    if (kind == Kind::basis || (!named && (quoted || !looks_like_formula(operand.text)))) {
+        (void)header_.column(operand);
+    }
+    PlannedArgument planned{.parameter = parameter};
+    try {
+        const bool bare = quoted && named;
+        TableFormula text = names_.formula(bare ? '"' + with_marks_doubled(operand.text) + '"' : operand.text);
+        if (text.formula.dated() && !is_dated(kind)) throw FormulaError{'\'' + shortened(operand.text) + "' is a date"};
+        if (const auto value = text.formula.constant()) {
+            planned.constant = *value;
+        } else {
+            planned.formula = formula(std::move(text), kind, true);
+        }
+    } catch (const FormulaError& error) {
+        fail(calculation, std::string{calculation.parameters[parameter].name} + ": " + error.what());
+    }
+    return planned;
 }
 
 PlannedArgument Planner::argument(const Calculation& calculation, std::size_t parameter, const Operand& operand) {
@@ -94,13 +150,15 @@ PlannedArgument Planner::argument(const Calculation& calculation, std::size_t pa
         planned.constant = *value;
     } else if (operand.kind == Operand::Kind::text) {
         fail(calculation, std::string{calculation.parameters[parameter].name} + ": " + unreadable(kind, operand.text));
+    } else if (const auto column = header_.find(operand)) {
+        planned.input = input({.column = *column, .kind = kind});
     } else {
-        planned.input = input(header_.column(operand), kind);
+        return calculated(calculation, parameter, operand);
     }
     return planned;
 }
 
-void Planner::add(const CallExpression& expression) {
+PlannedCall Planner::call(const CallExpression& expression) {
     const Calculation& calculation = calculation_named(expression.calculation);
     PlannedCall call{.calculation = &calculation};
     static const Operand nothing;
@@ -110,7 +168,28 @@ void Planner::add(const CallExpression& expression) {
         const Operand& operand = label == labels_.end() ? nothing : expression.arguments[index].operand;
         call.arguments.push_back(argument(calculation, place.parameter, operand));
     }
-    plan_.calls.push_back(std::move(call));
+    return call;
+}
+
+// A column alone may have any name.
+PlannedCall Planner::formula_alone(const std::string& text) {
+    try {
+        const auto column = header_.find({.kind = Operand::Kind::word, .text = text});
+        const bool whole = column && !text.starts_with('$');
+        TableFormula read = names_.formula(whole ? '"' + with_marks_doubled(header_.names[*column]) + '"' : text);
+        PlannedCall call{.calculation = read.formula.dated() ? &date_formula : &number_formula};
+        call.arguments.push_back({.formula = formula(std::move(read), Kind::date_time, false)});
+        return call;
+    } catch (const FormulaError& error) {
+        throw UsageError{error.what(), "finance help map"};
+    }
+}
+
+// Later ones name a result as it was said, or a call without a name by its calculation, in lower case.
+void Planner::add(const CallExpression& expression) {
+    plan_.calls.push_back(expression.formula.empty() ? call(expression) : formula_alone(expression.formula));
+    const std::string& name = expression.result.empty() ? expression.calculation : expression.result;
+    results_.push_back(expression.result.empty() ? catalogue::lower_case(name) : name);
 }
 
 // The first of name, name2, name3, ... that is not taken.
@@ -131,10 +210,24 @@ void take_name(std::vector<std::string>& taken, const std::string& name) {
 
 }  // namespace
 
-CallPlan plan_calls(const std::vector<CallExpression>& calls, const Header& header) {
-    Planner planner{header};
+std::string unreadable(const Input& input, std::string_view text) {
+    if (!input.in_formula) return unreadable(input.kind, text);
+    return '\'' + std::string{text} + "' is neither a number nor a date";
+}
+
+CallPlan plan_calls(const std::vector<CallExpression>& calls, const Header& header, const Variables* variables) {
+    Planner planner{header, variables};
     for (const CallExpression& call : calls) planner.add(call);
     return planner.take();
+}
+
+TableFormula plan_condition(std::string_view text, const Header& header, const Variables* variables) {
+    const std::vector<std::string> no_results;
+    try {
+        return TableNames{header, no_results, variables}.condition(text);
+    } catch (const FormulaError& error) {
+        throw UsageError{std::string{"--where: "} + error.what(), "finance help map"};
+    }
 }
 
 void name_results(CallPlan& plan, const std::vector<CallExpression>& calls, std::vector<std::string> taken,
@@ -143,9 +236,11 @@ void name_results(CallPlan& plan, const std::vector<CallExpression>& calls, std:
         plan.calls[i].result = calls[i].result;
         if (!calls[i].result.empty()) take_name(taken, calls[i].result);
     }
-    for (PlannedCall& call : plan.calls) {
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        PlannedCall& call = plan.calls[i];
         if (call.result.empty()) {
-            call.result = numbered(catalogue::lower_case(call.calculation->name), taken);
+            call.result =
+                numbered(call.is_formula() ? calls[i].formula : catalogue::lower_case(call.calculation->name), taken);
             taken.push_back(call.result);
         }
         if (with_status) take_name(taken, status_name(call));

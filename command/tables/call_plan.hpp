@@ -2,9 +2,11 @@
 //
 //  (1) A word is a value where it begins like a number and can be read as its argument's kind of value, or is a single
 //      dot; else it is a column, and where there is none, a value after all if it is a keyword (ACTUAL, inf).
-//  (2) What is read of a row is read once, however many arguments want it.
-//  (3) A result is called as was said, else as its calculation, in lower case; where that is the name of a column
-//      already, a number is added.
+//  (2) Else it is an earlier result, a variable of the session, or else arithmetic (table_formula.hpp). A basis is none
+//      of these.
+//  (3) What is read of a row is read once, however many arguments want it; formulas read in a way of their own.
+//  (4) A result is called as was said, else as its calculation, in lower case; where that is the name of a column
+//      already, a number is added. A formula alone is called as it is written.
 #pragma once
 
 #include <cstddef>
@@ -15,6 +17,7 @@
 #include "catalogue/catalogue.hpp"
 #include "command/tables/call_expression.hpp"
 #include "command/tables/table_format.hpp"
+#include "command/tables/table_formula.hpp"
 #include "host/embedded_host.hpp"
 
 namespace finance::command {
@@ -25,30 +28,51 @@ inline constexpr std::size_t no_input = static_cast<std::size_t>(-1);
 struct Input {
     std::size_t column = 0;
     catalogue::Kind kind{};
+    bool in_formula = false;  // a number or a date, whichever it is
     friend bool operator==(const Input&, const Input&) = default;
+};
+
+// Why a field is no value of that kind.
+std::string unreadable(const Input& input, std::string_view text);
+
+struct PlannedFormula {
+    TableFormula text{};
+    std::vector<FormulaSource> sources{};  // as the text's numbers, columns being inputs of the plan
+    catalogue::Kind kind{};                // of what it is for
+    bool of_rows = false;                  // an argument that wants no results: each row has a value
 };
 
 struct PlannedArgument {
     std::size_t parameter = 0;
-    std::size_t input = no_input;  // index of the plan's inputs; none: a constant
+    std::size_t input = no_input;    // index of the plan's inputs,
+    std::size_t formula = no_input;  // or of its formulas; neither: a constant
     host::Argument constant = host::Argument::absent();
 };
 
 struct PlannedCall {
-    const catalogue::Calculation* calculation = nullptr;
+    const catalogue::Calculation* calculation = nullptr;  // of a formula alone: one without a name
     std::string result{};
-    std::vector<PlannedArgument> arguments{};
+    std::vector<PlannedArgument> arguments{};  // of a formula alone: one
+    bool wanted_later = false;                 // by a formula of a later one
+
+    [[nodiscard]] bool is_formula() const { return calculation->name.empty(); }
 };
 
 struct CallPlan {
     std::vector<PlannedCall> calls{};
     std::vector<Input> inputs{};
-    std::size_t columns = 0;       // that the table has
-    std::size_t used_columns = 0;  // up to the last one that is read
+    std::vector<PlannedFormula> formulas{};
+    std::vector<TableFormula> where{};  // the rows that are taken hold to all of them
+    std::size_t columns = 0;            // that the table has
+    std::size_t used_columns = 0;       // up to the last one that is read
 };
 
-// Constants are views into the calls: they must live as long as the plan. UsageError.
-CallPlan plan_calls(const std::vector<CallExpression>& calls, const Header& header);
+// Constants are views into the calls: they must live as long as the plan. variables: may be null. UsageError.
+CallPlan plan_calls(const std::vector<CallExpression>& calls, const Header& header,
+                    const Variables* variables = nullptr);
+
+// UsageError.
+TableFormula plan_condition(std::string_view text, const Header& header, const Variables* variables);
 
 // "p", "p_status"; taken: names that are columns already, to which the results' are added.
 void name_results(CallPlan& plan, const std::vector<CallExpression>& calls, std::vector<std::string> taken,

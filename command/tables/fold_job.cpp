@@ -3,11 +3,12 @@
 #include <utility>
 #include <vector>
 
-#include "calls/lists.hpp"
 #include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/tables/flow_groups.hpp"
+#include "command/tables/group_evaluator.hpp"
 #include "command/tables/progress.hpp"
+#include "command/tables/row_filter.hpp"
 #include "command/tables/table_reader.hpp"
 #include "command/tables/table_run.hpp"
 #include "command/usage_error.hpp"
@@ -21,13 +22,14 @@ namespace {
 // Each list of each call is one column.
 void check_lists(const CallPlan& plan) {
     for (const PlannedCall& call : plan.calls) {
+        if (call.is_formula()) continue;
         const std::string name{call.calculation->name};
         if (catalogue::list_count(*call.calculation) == 0) fail(name + " takes no list; use finance map");
         std::vector<std::size_t> lists;
         for (const PlannedArgument& argument : call.arguments) {
             const catalogue::Parameter& parameter = call.calculation->parameters[argument.parameter];
             if (!is_list(parameter.kind)) continue;
-            const bool column = argument.input != no_input;
+            const bool column = slot_of(plan, argument) != no_input;
             if (!column || std::ranges::find(lists, argument.parameter) != lists.end()) {
                 fail(name + ": " + std::string{parameter.name} + " must be one column");
             }
@@ -51,6 +53,7 @@ public:
     Gathering(TableRun& run, FlowGroups& groups)
         : table_{run.table},
           groups_{groups},
+          filter_{run.plan, run.table.header().names, run.table.delimiter()},
           progress_{run.table.size(), run.options.quiet},
           columns_{run.plan.columns} {}
 
@@ -70,7 +73,10 @@ private:
         for (Record record; cursor.next(record);) {
             if (cursor.empty_line()) continue;
             ++rows_;
-            const auto fault = groups_.add(record, cursor.line());
+            const RowFilter::Verdict verdict = filter_.of(record);
+            if (verdict == RowFilter::Verdict::left_out) continue;
+            const bool known = verdict == RowFilter::Verdict::taken;
+            const auto fault = known ? groups_.add(record, cursor.line()) : std::optional{filter_.fault()};
             if (!fault) continue;
             summary.count(Verdict::refused);
             if (summary.lists_more()) summary.list("line " + std::to_string(cursor.line()) + ": " + *fault);
@@ -79,6 +85,7 @@ private:
 
     OpenTable& table_;
     FlowGroups& groups_;
+    RowFilter filter_;
     Progress progress_;
     std::uint64_t rows_ = 0;
     std::uint64_t bytes_ = 0;
@@ -86,87 +93,6 @@ private:
 };
 
 // ---- Groups into results
-
-class GroupEvaluator {
-public:
-    // by: the names of the columns that group.
-    GroupEvaluator(const host::EmbeddedHost& host, const TableRun& run, std::vector<std::string> by)
-        : host_{host}, plan_{run.plan}, by_{std::move(by)}, writer_{run.form()} {}
-
-    Verdict evaluate(const Group& group, std::string& output, RunSummary& summary) {
-        const bool listed = summary.lists_more();
-        const bool objects = writer_.form().objects;
-        const std::size_t begin = output.size();
-        std::string reasons;
-        if (!objects) output += group.fields;
-        const Verdict verdict = writer_.write(
-            plan_, [&](std::size_t call) { return result(group, plan_.calls[call]); },
-            [&](JsonText& json) { begin_object(json, group); }, output, listed ? &reasons : nullptr);
-        if (!objects && by_.empty()) output.erase(begin, 1);  // no column, no delimiter
-        if (!objects) output += writer_.form().line_end;
-        summary.count(verdict);
-        if (is_failure(verdict) && listed) summary.list(label_of(group) + reasons);
-        return verdict;
-    }
-
-private:
-    static std::string label_of(const Group& group) {
-        std::string label;
-        for (const std::string& text : group.texts) label.append(label.empty() ? "" : ", ").append(text);
-        return label.empty() ? label : label + ": ";
-    }
-
-    void begin_object(JsonText& json, const Group& group) const {
-        json.key("group").object();
-        for (std::size_t i = 0; i < by_.size(); ++i) json.member(by_[i], group.texts[i]);
-        json.end_object();
-    }
-
-    CallResult result(const Group& group, const PlannedCall& call) {
-        if (const GroupFault* fault = fault_of(group, call)) {
-            return {.fault = fault->reason, .at = argument_at(call, fault->input)};
-        }
-        take_arguments(group, call);
-        evaluation_ = host_.evaluate(call.calculation->name, arguments_);
-        return {.answer = calls::answer_of(host_, *call.calculation, arguments_, evaluation_)};
-    }
-
-    // The one that the input is for; none for a fault of a whole row.
-    static WrittenArgument argument_at(const PlannedCall& call, std::size_t input) {
-        if (input == no_input) return {};
-        const auto found = std::ranges::find(call.arguments, input, &PlannedArgument::input);
-        return {found->parameter, static_cast<std::size_t>(found - call.arguments.begin()) + 1};
-    }
-
-    static const GroupFault* fault_of(const Group& group, const PlannedCall& call) {
-        const auto concerns = [&](const GroupFault& fault) {
-            if (fault.input == no_input) return true;
-            return std::ranges::find(call.arguments, fault.input, &PlannedArgument::input) != call.arguments.end();
-        };
-        const auto fault = std::ranges::find_if(group.faults, concerns);
-        return fault != group.faults.end() ? &*fault : nullptr;
-    }
-
-    void take_arguments(const Group& group, const PlannedCall& call) {
-        arguments_.clear();
-        for (const PlannedArgument& argument : call.arguments) {
-            if (argument.input == no_input) {
-                arguments_.push_back(argument.constant);
-                continue;
-            }
-            const std::vector<double>& values = group.values[argument.input];
-            arguments_.insert(arguments_.end(), values.begin(), values.end());
-        }
-        calls::put_in_order_of_dates(*call.calculation, arguments_);
-    }
-
-    const host::EmbeddedHost& host_;
-    const CallPlan& plan_;
-    std::vector<std::string> by_;
-    ResultWriter writer_;
-    std::vector<host::Argument> arguments_;  // of the call whose result is written
-    host::Evaluation evaluation_;
-};
 
 // In blocks, so that few results take few writes.
 void write_groups(const FlowGroups& groups, GroupEvaluator& evaluator, TableWriter& writer, RunSummary& summary,
@@ -203,7 +129,7 @@ std::vector<std::string> names_of(const Header& header, const std::vector<std::s
 }
 
 Outcome fold_rows(const TableOptions& options, const Settings& settings) {
-    TableRun run{options};
+    TableRun run{options, settings.variables};
     const Header& header = run.table.header();
     check_lists(run.plan);
     const std::vector<std::size_t> by = group_columns(options, header);
@@ -211,7 +137,7 @@ Outcome fold_rows(const TableOptions& options, const Settings& settings) {
     const std::string columns = group_header(header, by, run.table.delimiter());
     return finish(run, "fold", "groups", columns, [&](TableWriter& writer, RunSummary& summary) {
         FlowGroups groups{run.plan, by, header.names, run.table.delimiter()};
-        GroupEvaluator evaluator{settings.host.get(), run, names_of(header, by)};
+        GroupEvaluator evaluator{settings.host.get(), run.plan, run.form(), names_of(header, by)};
         Gathering{run, groups}.run(summary);
         write_groups(groups, evaluator, writer, summary, options.strict);
     });
@@ -224,8 +150,9 @@ std::string fold_help() {
            "\n"
            "Rows with the same texts in the columns after --by are one group, wherever they stand; groups stand in\n"
            "the order of their first rows. Without --by all rows are one group. A list takes a column, in the order\n"
-           "of the rows, and where it has dates (XIRR, XNPV) in their order, the earliest first; any other argument a\n"
-           "value, or a column that has one value in all rows of a group.\n"
+           "of the rows, and where it has dates (XIRR, XNPV) in their order, the earliest first, or a formula of\n"
+           "columns, a value a row; any other argument a value, or a column that has one value in all rows of a group.\n"
+           "A formula alone takes the results before it, and such columns.\n"
            "\n" +
            table_options_help() + option_lines(table_options, 0, 1) +
            "\n"

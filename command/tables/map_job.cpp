@@ -6,6 +6,7 @@
 #include "command/jobs.hpp"
 #include "command/tables/progress.hpp"
 #include "command/tables/row_evaluator.hpp"
+#include "command/tables/row_filter.hpp"
 #include "command/tables/row_pipeline.hpp"
 #include "command/tables/table_reader.hpp"
 #include "command/tables/table_record.hpp"
@@ -23,7 +24,10 @@ std::size_t worker_count() { return std::clamp(std::thread::hardware_concurrency
 class BlockWorker {
 public:
     BlockWorker(const host::EmbeddedHost& host, const TableRun& run)
-        : evaluator_{host, run.plan, run.form()}, delimiter_{run.table.delimiter()}, columns_{run.plan.columns} {}
+        : evaluator_{host, run.plan, run.form()},
+          filter_{run.plan, run.table.header().names, run.table.delimiter()},
+          delimiter_{run.table.delimiter()},
+          columns_{run.plan.columns} {}
 
     void process(const Block& block, BlockResult& result) {
         RowCursor cursor{block, delimiter_, columns_};
@@ -37,12 +41,25 @@ private:
     bool take_rows(RowCursor& cursor) {
         RowColumns& rows = evaluator_.rows();
         for (Record record; !rows.full() && cursor.next(record);) {
-            cursor.empty_line() ? rows.add_empty_line(record, cursor.line()) : rows.add(record, cursor.line());
+            cursor.empty_line() ? rows.add_empty_line(record, cursor.line()) : add(record, cursor.line());
         }
         return rows.size() > 0;
     }
 
+    void add(const Record& record, std::uint64_t line) {
+        RowColumns& rows = evaluator_.rows();
+        switch (filter_.of(record)) {
+            case RowFilter::Verdict::taken:
+                return rows.add(record, line);
+            case RowFilter::Verdict::unknown:
+                return rows.add_refused(record, line, filter_.fault());
+            case RowFilter::Verdict::left_out:
+                return;
+        }
+    }
+
     RowEvaluator evaluator_;
+    RowFilter filter_;
     char delimiter_;
     std::size_t columns_;
 };
@@ -105,7 +122,7 @@ private:
 };
 
 Outcome map_rows(const TableOptions& options, const Settings& settings) {
-    TableRun run{options};
+    TableRun run{options, settings.variables};
     name_results(run.plan, run.calls, run.table.header().names, options.status);
     const host::EmbeddedHost& host = settings.host.get();
     return finish(run, "map", "rows", run.table.header_line(), [&](TableWriter& writer, RunSummary& summary) {

@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "command/argument_text.hpp"
@@ -30,17 +31,19 @@ inline std::optional<host::Argument> read_field(std::string_view raw, catalogue:
     return read_value(kind, text);
 }
 
+std::string field_count_words(std::size_t fields, std::size_t columns);
+
 struct TableRow {
     Record record{};
     std::uint64_t line = 0;
     std::size_t fields = 0;  // 0: an empty line that is no row
-    bool fits = false;       // has as many fields as the table has columns
+    bool fits = false;       // has as many fields as the table has columns, and is not refused as a whole
     bool readable = false;   // so have all its inputs
 };
 
 class RowColumns {
 public:
-    static constexpr std::size_t most_rows = 256;  // their text and values stay in a core's own cache
+    static constexpr std::size_t most_rows = Formula::block_rows;  // their text and values stay in a core's own cache
 
     RowColumns(const CallPlan& plan, char delimiter)
         : plan_{plan}, delimiter_{delimiter}, fields_(plan.used_columns), columns_(plan.inputs.size()) {
@@ -65,6 +68,12 @@ public:
         for (std::size_t i = 0; i < columns_.size(); ++i) readable &= fits ? put(i) : put_missing(i);
         rows_.back().readable = readable;
     }
+    // A row of which nobody knows whether it is wanted.
+    void add_refused(const Record& record, std::uint64_t line, const std::string& fault) {
+        add_empty_line(record, line);
+        rows_.back().fields = plan_.columns;
+        faults_.emplace_back(rows_.size() - 1, fault);
+    }
     void add_empty_line(const Record& record, std::uint64_t line) {
         rows_.push_back({.record = record, .line = line});
         for (std::size_t i = 0; i < columns_.size(); ++i) put_missing(i);
@@ -72,8 +81,17 @@ public:
     void clear() {
         rows_.clear();
         texts_.clear();
+        faults_.clear();
     }
 
+    // Why a row that does not fit is refused.
+    [[nodiscard]] std::string misfit(std::size_t row) const {
+        const auto fault = std::ranges::find(faults_, row, &std::pair<std::size_t, std::string>::first);
+        return fault != faults_.end() ? fault->second : field_count_words(rows_[row].fields, plan_.columns);
+    }
+
+    // Numbers, most_rows of them; not of a basis.
+    [[nodiscard]] const double* numbers(std::size_t input) const { return columns_[input].numbers.data(); }
     [[nodiscard]] host::Column column(std::size_t input) const {
         return mixed(input) ? host::Column::arguments(columns_[input].arguments.data())
                             : host::Column::numbers(columns_[input].numbers.data());
@@ -102,7 +120,7 @@ private:
 
     // The last row's value, from the fields. false where it cannot be read.
     bool put(std::size_t input) {
-        const auto [column, kind] = plan_.inputs[input];
+        const auto [column, kind, in_formula] = plan_.inputs[input];
         const auto value = read_field(fields_[column], kind, scratch_);
         if (!value) return put_missing(input);
         const std::size_t row = rows_.size() - 1;
@@ -134,8 +152,9 @@ private:
     char delimiter_;
     std::vector<std::string_view> fields_;  // of one row
     std::vector<TableRow> rows_;
-    std::vector<Values> columns_;    // by input
-    std::string scratch_;            // of one field
+    std::vector<Values> columns_;                              // by input
+    std::string scratch_;                                      // of one field
+    std::vector<std::pair<std::size_t, std::string>> faults_;  // by row
     std::deque<std::string> texts_;  // that arguments are views of, where the table's bytes are not
 };
 

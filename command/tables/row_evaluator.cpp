@@ -13,7 +13,13 @@ std::string field_count_words(std::size_t fields, std::size_t columns) {
 }
 
 RowEvaluator::RowEvaluator(const host::EmbeddedHost& host, const CallPlan& plan, const ResultForm& form)
-    : host_{host}, plan_{plan}, rows_{plan, form.delimiter}, writer_{form}, answers_(plan.calls.size()) {
+    : host_{host},
+      plan_{plan},
+      rows_{plan, form.delimiter},
+      writer_{form},
+      answers_(plan.calls.size()),
+      carried_(plan.formulas.empty() ? 0 : plan.calls.size()),
+      formulas_(plan.formulas.size(), std::vector<double>(RowColumns::most_rows)) {
     for (const PlannedCall& call : plan.calls) {
         auto& arguments = arguments_.emplace_back();
         for (const PlannedArgument& argument : call.arguments) arguments.push_back(argument.constant);
@@ -22,13 +28,30 @@ RowEvaluator::RowEvaluator(const host::EmbeddedHost& host, const CallPlan& plan,
 
 // ---- Calls
 
+void RowEvaluator::calculate(std::size_t formula) {
+    sources_.clear();
+    for (const FormulaSource& source : plan_.formulas[formula].sources) {
+        sources_.push_back(source.result ? carried_[source.index].values.data() : rows_.numbers(source.index));
+    }
+    plan_.formulas[formula].text.formula.values(sources_, stack_, formulas_[formula].data());
+}
+
 void RowEvaluator::call_rows(std::size_t call) {
     columns_.clear();
     for (std::size_t k = 0; k < arguments_[call].size(); ++k) {
-        const std::size_t input = plan_.calls[call].arguments[k].input;
-        columns_.push_back(input == no_input ? host::Column{arguments_[call][k]} : rows_.column(input));
+        const auto& [parameter, input, formula, constant] = plan_.calls[call].arguments[k];
+        if (formula != no_input) {
+            calculate(formula);
+            columns_.push_back(host::Column::numbers(formulas_[formula].data()));
+        } else {
+            columns_.push_back(input == no_input ? host::Column{arguments_[call][k]} : rows_.column(input));
+        }
     }
     Answers& answers = answers_[call];
+    if (plan_.calls[call].is_formula()) {
+        answers.values = formulas_[plan_.calls[call].arguments.front().formula];
+        return;
+    }
     (void)host_.evaluate_rows({.name = plan_.calls[call].calculation->name,
                                .columns = columns_,
                                .rows = rows_.size(),
@@ -40,8 +63,9 @@ void RowEvaluator::call_rows(std::size_t call) {
 void RowEvaluator::take_arguments(Place at) {
     const PlannedCall& call = plan_.calls[at.call];
     for (std::size_t k = 0; k < call.arguments.size(); ++k) {
-        const std::size_t input = call.arguments[k].input;
+        const auto& [parameter, input, formula, constant] = call.arguments[k];
         if (input != no_input) arguments_[at.call][k] = rows_.value(input, at.row);
+        if (formula != no_input) arguments_[at.call][k] = formulas_[formula][at.row];
     }
 }
 
@@ -59,6 +83,7 @@ void RowEvaluator::take_evaluation(Place at) {
                    .flagged = answers.flagged[at.row],
                    .log = {},
                    .notes = {}};
+    if (plan_.calls[at.call].is_formula()) return;
     if (!form.objects && std::isfinite(evaluation_.value) && !plan_.calls[at.call].calculation->searches) return;
     take_arguments(at);
     const bool may_have_notes = form.status && evaluation_.answered() && std::isnan(evaluation_.value);
@@ -67,30 +92,68 @@ void RowEvaluator::take_evaluation(Place at) {
 
 // ---- Results
 
+// The input that cannot be read of an argument; none where it can.
+std::size_t RowEvaluator::unread_input(const PlannedArgument& argument, std::size_t row) const {
+    const auto unread = [&](std::size_t input) { return !rows_.readable(input, row); };
+    if (argument.input != no_input) return unread(argument.input) ? argument.input : no_input;
+    if (argument.formula == no_input) return no_input;
+    for (const FormulaSource& source : plan_.formulas[argument.formula].sources) {
+        if (!source.result && unread(source.index)) return source.index;
+    }
+    return no_input;
+}
+
 // The position of the first that cannot be read; 0: all can.
 std::size_t RowEvaluator::unread_argument(Place at) const {
     if (rows_.row(at.row).readable) return 0;
     const auto& arguments = plan_.calls[at.call].arguments;
-    const auto unread = std::ranges::find_if(arguments, [&](const PlannedArgument& argument) {
-        return argument.input != no_input && !rows_.readable(argument.input, at.row);
-    });
+    const auto unread = std::ranges::find_if(
+        arguments, [&](const PlannedArgument& argument) { return unread_input(argument, at.row) != no_input; });
     return unread == arguments.end() ? 0 : static_cast<std::size_t>(unread - arguments.begin()) + 1;
 }
 
 CallResult RowEvaluator::unread_result(Place at, std::size_t position) {
     const PlannedCall& call = plan_.calls[at.call];
     const PlannedArgument& argument = call.arguments[position - 1];
-    const auto [column, kind] = plan_.inputs[argument.input];
-    return {.fault = unreadable(kind, rows_.text(column, at.row)),
+    const Input& input = plan_.inputs[unread_input(argument, at.row)];
+    const std::string fault = unreadable(input, rows_.text(input.column, at.row));
+    if (call.is_formula()) return {.fault = fault};
+    return {.fault = fault,
             .at = {argument.parameter, position},
             .label = calls::argument_label(*call.calculation, position, call.arguments.size()) + ": "};
 }
 
+// An earlier call that is wanted and was refused; null where none was.
+const PlannedCall* RowEvaluator::refused_source(Place at) const {
+    for (const PlannedArgument& argument : plan_.calls[at.call].arguments) {
+        if (argument.formula == no_input) continue;
+        for (const FormulaSource& source : plan_.formulas[argument.formula].sources) {
+            if (source.result && carried_[source.index].refused[at.row] != 0) return &plan_.calls[source.index];
+        }
+    }
+    return nullptr;
+}
+
 CallResult RowEvaluator::result(Place at) {
-    if (!rows_.row(at.row).fits) return {.fault = misfit_};
+    if (!rows_.row(at.row).fits) return {.fault = rows_.misfit(at.row)};
     if (const std::size_t unread = unread_argument(at); unread != 0) return unread_result(at, unread);
+    if (!plan_.formulas.empty()) {
+        if (const PlannedCall* refused = refused_source(at)) return {.fault = refused->result + " has no answer"};
+    }
     take_evaluation(at);
     return {.answer = calls::answer_of(host_, *plan_.calls[at.call].calculation, arguments_[at.call], evaluation_)};
+}
+
+void RowEvaluator::carry(std::size_t call) {
+    Carried& carried = carried_[call];
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+        if (rows_.row(row).fields == 0) continue;
+        const CallResult of_row = result({call, row});
+        const Verdict verdict = of_row.verdict();
+        const bool answered = verdict == Verdict::answered;
+        carried.values[row] = answered ? of_row.answer->value() : host::Argument::missing().number();
+        carried.refused[row] = is_failure(verdict) ? 1 : 0;
+    }
 }
 
 // ---- Rows
@@ -99,7 +162,6 @@ CallResult RowEvaluator::result(Place at) {
 Verdict RowEvaluator::append_results(std::size_t row, std::string& output, RunSummary& summary) {
     const bool fits = rows_.row(row).fits;
     const bool listed = summary.lists_more();
-    misfit_ = fits ? "" : field_count_words(rows_.row(row).fields, plan_.columns);
     std::string reasons;
     const Verdict verdict = writer_.write(
         plan_,
@@ -109,7 +171,7 @@ Verdict RowEvaluator::append_results(std::size_t row, std::string& output, RunSu
         [&](JsonText& json) { json.member("line", static_cast<double>(rows_.row(row).line)); }, output,
         listed && fits ? &reasons : nullptr);
     if (is_failure(verdict) && listed) {
-        summary.list("line " + std::to_string(rows_.row(row).line) + ": " + (fits ? reasons : misfit_));
+        summary.list("line " + std::to_string(rows_.row(row).line) + ": " + (fits ? reasons : rows_.misfit(row)));
     }
     return verdict;
 }
@@ -127,7 +189,11 @@ Verdict RowEvaluator::append_row(std::size_t row, std::string& output, RunSummar
 }
 
 bool RowEvaluator::evaluate(std::string& output, RunSummary& summary) {
-    for (std::size_t i = 0; i < plan_.calls.size() && !writer_.form().objects; ++i) call_rows(i);
+    const bool in_rows = !writer_.form().objects || !plan_.formulas.empty();
+    for (std::size_t i = 0; i < plan_.calls.size() && in_rows; ++i) {
+        call_rows(i);
+        if (plan_.calls[i].wanted_later) carry(i);
+    }
     bool goes_on = true;
     for (std::size_t row = 0; row < rows_.size() && goes_on; ++row) {
         const std::size_t begin = output.size();

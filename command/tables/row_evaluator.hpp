@@ -4,7 +4,9 @@
 //  (2) A row that does not fit the table is refused, all calls of it. A field that cannot be read refuses the calls
 //      that want it. What such calls answer is not looked at.
 //  (3) A call that is not answered leaves its result empty. Where its reason is wanted, it is made again, alone.
-//  (4) An object wants everything that the call said: there each is made alone.
+//  (4) Formulas are calculated for all rows at once, of columns and of what earlier calls came to. Where an earlier call
+//      has no answer, the value is missing; where it was refused, so is what wants it.
+//  (5) An object wants everything that the call said: there each is made alone.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +21,6 @@
 #include "host/embedded_host.hpp"
 
 namespace finance::command {
-
-std::string field_count_words(std::size_t fields, std::size_t columns);
 
 class RowEvaluator {
 public:
@@ -44,10 +44,20 @@ private:
         std::size_t row;
     };
 
+    // Of a call whose result later ones want.
+    struct Carried {
+        std::vector<double> values = std::vector<double>(RowColumns::most_rows);  // missing where there is no answer
+        std::vector<char> refused = std::vector<char>(RowColumns::most_rows);
+    };
+
     void call_rows(std::size_t call);
+    void calculate(std::size_t formula);
+    void carry(std::size_t call);
+    [[nodiscard]] const PlannedCall* refused_source(Place at) const;
     void take_arguments(Place at);
     [[nodiscard]] host::Evaluation evaluation_alone(std::size_t call) const;
     void take_evaluation(Place at);
+    [[nodiscard]] std::size_t unread_input(const PlannedArgument& argument, std::size_t row) const;
     [[nodiscard]] std::size_t unread_argument(Place at) const;
     CallResult unread_result(Place at, std::size_t position);
     CallResult result(Place at);
@@ -61,8 +71,11 @@ private:
     const CallPlan& plan_;
     RowColumns rows_;
     ResultWriter writer_;
-    std::string misfit_;                                  // why the row that is written does not fit; else empty
-    std::vector<Answers> answers_;                        // by call
+    std::vector<Answers> answers_;               // by call
+    std::vector<Carried> carried_;               // by call
+    std::vector<std::vector<double>> formulas_;  // by formula, what the rows come to
+    std::vector<const double*> sources_;         // of one formula
+    FormulaStack stack_;
     std::vector<host::Column> columns_;                   // of one call
     std::vector<std::vector<host::Argument>> arguments_;  // by call, of the row that wants them; constants in place
     host::Evaluation evaluation_;                         // of the result that is written

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "catalogue/text.hpp"
+#include "command/formulas/formula_text.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
 
@@ -93,19 +94,23 @@ std::optional<std::size_t> Header::exact(std::string_view name) const {
     return static_cast<std::size_t>(found - names.begin());
 }
 
-std::size_t Header::column(const Operand& operand) const {
+std::optional<std::size_t> Header::find(const Operand& operand) const {
     if (const auto found = exact(operand.text)) return *found;
     if (const auto place = numbered(operand.text); place && operand.kind == Operand::Kind::word) {
         if (*place < names.size()) return *place;
         fail(source + " has no column " + operand.text + ": it has " + std::to_string(names.size()));
     }
     const auto same = [&](const std::string& name) { return catalogue::same_name(name, operand.text); };
-    if (std::ranges::count_if(names, same) == 1) {
-        return static_cast<std::size_t>(std::ranges::find_if(names, same) - names.begin());
-    }
+    if (std::ranges::count_if(names, same) != 1) return {};
+    return static_cast<std::size_t>(std::ranges::find_if(names, same) - names.begin());
+}
+
+std::size_t Header::column(const Operand& operand) const {
+    if (const auto found = find(operand)) return *found;
     const std::vector<std::string_view> known{names.begin(), names.end()};
-    fail(source + " has no column '" + operand.text + '\'' +
-         (named ? suggestion(operand.text, known) : "; without a header columns are called $1, $2 and so on"));
+    fail(source + " has no column '" + shortened(operand.text) + '\'' +
+         (named ? suggestion(shortened(operand.text), known)
+                : "; without a header columns are called $1, $2 and so on"));
 }
 
 }  // namespace finance::command

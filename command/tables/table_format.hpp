@@ -32,6 +32,8 @@ struct Header {
 
     // UsageError with the closest name where there is none.
     [[nodiscard]] std::size_t column(const Operand& operand) const;
+    // Nothing where there is none, but a place that the table does not have is a UsageError.
+    [[nodiscard]] std::optional<std::size_t> find(const Operand& operand) const;
     // As it stands only; nothing where there is none.
     [[nodiscard]] std::optional<std::size_t> exact(std::string_view name) const;
 };

@@ -9,6 +9,7 @@ namespace finance::command {
 TableOptions read_table_options(Words words, const Job& job, bool json) {
     const OptionsGiven given = read_options(job.options, words, {.job = job.word, .explains = true});
     TableOptions options{.by = given.values("--by"),
+                         .where = given.values("--where"),
                          .header = !given.has("--no-header"),
                          .status = given.has("--status"),
                          .strict = given.has("--strict"),
@@ -36,7 +37,17 @@ std::string table_options_help() {
            "  0.065, 5.75%       numbers; 2008-02-15 a date; 30/360, ACTUAL, ... a basis; . a missing value\n"
            "  'act/360'          a value that could be taken for a column\n"
            "  pv=loan            arguments by name come after those in order\n"
+           "  rate/12, -pv       arithmetic: + - * / ^, brackets, min, max, round, abs; of columns, numbers, dates "
+           "and\n"
+           "                     earlier results. What is a value or a column as it stands stays that\n"
            "  ... as price       names the result; otherwise it is called as its calculation, in lower case\n"
+           "  p*nper as paid     a formula alone is a result, too; p is the one named so before\n"
+           "\n"
+           "Conditions\n"
+           "  < <= > >= = != between numbers or dates, or a column and a text in quotation marks; and, or, not,\n"
+           "  brackets, arithmetic. kind = \"bond\" compares with the text unless there is a column bond; 'bond' is\n"
+           "  always a text. rate = . holds where there is no value; any other comparison without a value does not.\n"
+           "  A row of which nobody can say, since a field is no number, is refused.\n"
            "\n"
            "Tables\n"
            "  CSV or TSV in UTF-8, with quoted fields. An empty field is a missing value, and so is a dot. Dates are\n"

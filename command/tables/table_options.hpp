@@ -19,6 +19,7 @@ struct TableOptions {
     std::string output{standard_stream};
     std::optional<char> delimiter{};
     std::vector<std::string_view> by{};
+    std::vector<std::string_view> where{};  // the rows that are taken hold to all of them
     bool header = true;
     bool status = false;
     bool strict = false;
@@ -30,6 +31,8 @@ struct TableOptions {
 // Of both jobs, but for the first one, which is fold's.
 inline constexpr std::array table_options{
     Option{"--by", "COLUMN,...", "the columns that tell groups apart"},
+    Option{"--where", "CONDITION",
+           "only rows of which it holds, as in 'kind = \"bond\" and rate > 2%'; the others are left out"},
     Option{"--output", "FILE", "instead of standard output"},
     Option{"--delimiter", "CHAR",
            "what separates fields: comma, tab, semicolon or any one character; otherwise told by\n"

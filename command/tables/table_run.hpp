@@ -16,8 +16,16 @@ namespace finance::command {
 
 struct TableRun {
     // UsageError, TableError.
-    explicit TableRun(const TableOptions& given)
-        : options{given}, calls{read_calls(given.calls)}, table{given}, plan{plan_calls(calls, table.header())} {}
+    // variables: of the session, or null.
+    TableRun(const TableOptions& given, const Variables* variables)
+        : options{given},
+          calls{read_calls(given.calls)},
+          table{given},
+          plan{plan_calls(calls, table.header(), variables)} {
+        for (const std::string_view condition : given.where) {
+            plan.where.push_back(plan_condition(condition, table.header(), variables));
+        }
+    }
 
     [[nodiscard]] ResultForm form() const;
 

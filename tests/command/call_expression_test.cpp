@@ -32,6 +32,7 @@ std::string shown(const std::vector<CallExpression>& calls) {
     std::string text;
     for (const CallExpression& call : calls) {
         text.append(text.empty() ? "" : " ; ").append(call.calculation);
+        if (!call.formula.empty()) text.append("[").append(call.formula).append("]");
         for (const auto& argument : call.arguments) {
             text += '|' + argument.name + (argument.name.empty() ? "" : "=") + shown(argument.operand);
         }
@@ -57,6 +58,17 @@ constexpr ReadCase reads[] = {
     {"PMT(a) as p", "PMT|a as p"},
     {"PMT(a) AS \"my, result\", PV(b)", "PMT|a as my, result ; PV|b"},
     {"PMT(a),PV(b) as monthly value,FV(c)", "PMT|a ; PV|b as monthly value ; FV|c"},
+    // arithmetic
+    {"PMT(rate/12, nper * (12+b), -pv)", "PMT|rate/12|nper * (12+b)|-pv"},
+    {"PMT(max(a, b), pv=min(c,d))", "PMT|max(a, b)|pv=min(c,d)"},
+    {"PMT(\"a, b\"*2, 2*\"c)\", \"d\" )", "PMT|\"a, b\"*2|2*\"c)\"|\"d\""},
+    {"PMT(2*\"a \"\", b\")", "PMT|2*\"a \"\", b\""},
+    {"PMT(o'neil, 5\" pipe)", "PMT|o'neil|5\" pipe"},
+    {"p*nper as paid, max(a,b) , (a+b)/2 AS \"m, n\"", "[p*nper] as paid ; [max(a,b)] ; [(a+b)/2] as m, n"},
+    {"\"x as y\"*2 as z", "[\"x as y\"*2] as z"},
+    {"as*basis as b", "[as*basis] as b"},
+    {"Round(a, 2)", "[Round(a, 2)]"},
+    {"PMT(a) as p, p", "PMT|a as p ; [p]"},
 };
 
 TEST(CallExpression, Reads) {
@@ -70,15 +82,17 @@ TEST(CallExpression, Reads) {
 }
 
 constexpr ReadCase wrongs[] = {
-    {"", "the name of a calculation is expected at the end of the calls"},
+    {"", "a calculation or a formula is expected at the end of the calls"},
     {"PMT", "'(' is expected after PMT at the end of the calls"},
     {"PMT rate", "'(' is expected after PMT rate at the end of the calls"},
     {"PMT(a", "',' or ')' is expected at the end of the calls"},
     {"PMT(a))", "'as name' or a comma is expected at ')' of the calls"},
     {"PMT(a) p", "'as name' or a comma is expected at 'p' of the calls"},
     {"PMT(a) as", "'as name' or a comma is expected at 'as' of the calls"},
-    {"PMT(a),", "the name of a calculation is expected at the end of the calls"},
-    {"PMT(PV(a))", "a call cannot stand within a call: '(' at '(a))' of the calls"},
+    {"PMT(a),", "a calculation or a formula is expected at the end of the calls"},
+    {"PMT(a)*12",
+     "a calculation cannot stand within a formula (name its result, and go on with the name) at '*12' of the calls"},
+    {"PMT((a)", "',' or ')' is expected at the end of the calls"},
     {"PMT(\"a)", "a quotation mark is not closed at '\"a)' of the calls"},
     {"PMT('a)", "a quotation mark is not closed at ''a)' of the calls"},
     {"PMT(\"a\" b)", "',' or ')' is expected at 'b)' of the calls"},
