@@ -35,6 +35,7 @@ Outcome evaluate(const Calculation& calculation, std::span<const host::Argument>
     const calls::Answer answer = calls::answer_of(host, calculation, arguments, evaluation);
     Outcome outcome = settings.json ? json_report(answer) : report(answer);
     if (outcome.exit_status == exit_answered) outcome.value = evaluation.value;
+    outcome.dated = calculation.result == catalogue::ResultKind::date;
     return outcome;
 }
 

@@ -5,7 +5,9 @@
 #include <string>
 
 #include "command/argument_list.hpp"
+#include "command/direct_call.hpp"
 #include "command/evaluate.hpp"
+#include "command/formulas/variables.hpp"
 #include "command/help.hpp"
 #include "command/json_help.hpp"
 #include "command/options.hpp"
@@ -42,7 +44,8 @@ std::string usage_line(std::string_view call, std::string_view purpose) {
 }
 
 std::string usage_text() {
-    std::string text = "Usage\n" + usage_line("NAME ARGUMENT...", "evaluate a calculation");
+    std::string text = "Usage\n" + usage_line("NAME ARGUMENT...", "evaluate a calculation") +
+                       usage_line("'NAME(ARGUMENT, ...)'", "the same, as spreadsheets write it");
     for (const Job& job : jobs()) {
         const std::string separator = job.usage.empty() ? "" : " ";
         text += usage_line(std::string{job.word} + separator + std::string{job.usage}, job.purpose);
@@ -82,8 +85,26 @@ constexpr Job list_job{{"list", "", "all calculations, by family"}, list};
 constexpr Job help_job{
     {"help", "NAME", "what one answers, its arguments, formula, an example", {}, {}, Takes::calculation}, help};
 
+std::string joined(std::string_view first, Words others) {
+    std::string text{first};
+    for (const std::string_view word : others) text.append(" ").append(word);
+    return text;
+}
+
+// Arithmetic: it begins with a number, a bracket or a function, or with a variable.
+bool looks_calculated(std::string_view word, const Settings& settings) {
+    if (word.empty() || catalogue::find(word) != nullptr) return false;
+    const std::string_view first = word.substr(0, word.find_first_of("+-*/^(),"));
+    const bool variable = settings.variables != nullptr && settings.variables->find(first) != nullptr;
+    return variable || is_function(first) ||
+           std::string_view{"0123456789.("}.find(word.front()) != std::string_view::npos;
+}
+
+// A call or a formula in one piece may have been split at its blanks.
 Outcome calculate(std::string_view name, Words arguments, const Settings& settings) {
+    if (looks_like_call(name)) return evaluate_call(joined(name, arguments), settings);
     if (name.starts_with('-')) throw UsageError{"no option is called " + std::string{name}, "finance help"};
+    if (looks_calculated(name, settings)) return evaluate_formula(joined(name, arguments), settings);
     const catalogue::Calculation& calculation = calculation_named(name);
     for (const std::string_view word : arguments) {
         if (is_called(help_option, word)) return help_on(calculation, settings);

@@ -17,6 +17,7 @@ struct Outcome {
     std::string output{};
     std::string error{};
     std::optional<double> value{};  // of a calculation that answered
+    bool dated = false;             // whether that is a date
 };
 
 // At once; whether all of it could be written.

@@ -43,6 +43,44 @@ std::vector<std::string> split_words(std::string_view line) {
     return words;
 }
 
+std::string_view without_comment(std::string_view line) {
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    char mark = '\0';  // of the quotation that i is in
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const char c = line[i];
+        if (c == '#' && mark == '\0' && (i == 0 || is_blank(line[i - 1]))) return line.substr(0, i);
+        if (mark == '\0' && is_quotation_mark(c)) {
+            mark = c;
+        } else if (c == mark) {
+            mark = '\0';
+        }
+    }
+    return line;
+}
+
+// Brackets in a quotation that is closed are letters like others.
+bool goes_on(std::string& line) {
+    if (line.ends_with('\\')) {
+        line.back() = ' ';
+        return true;
+    }
+    int open = 0;
+    int before_quotation = 0;
+    char mark = '\0';
+    for (const char c : line) {
+        if (c == '(') ++open;
+        if (c == ')' && open > 0) --open;
+        if (mark == '\0' && is_quotation_mark(c)) {
+            mark = c;
+            before_quotation = open;
+        } else if (c == mark) {
+            mark = '\0';
+            open = before_quotation;
+        }
+    }
+    return open > 0;
+}
+
 TypedLine split_at_cursor(std::string_view line) {
     const std::size_t begin = line.find_last_of(blanks) + 1;  // npos + 1 is 0
     try {

@@ -5,6 +5,7 @@
 //      dropped, wherever in a word they stand. '' is a word of its own, without letters.
 //  (3) A # where a word would begin starts a comment that ends with the line.
 //  (4) A carriage return at the end of the line belongs to the line's end.
+//  (5) A line goes on in the next where it ends with a backslash, or within a bracket that a later line closes.
 #pragma once
 
 #include <cstddef>
@@ -19,6 +20,12 @@ inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 // UsageError where a quotation mark has no partner.
 std::vector<std::string> split_words(std::string_view line);
+
+// Without the comment and the line's end.
+std::string_view without_comment(std::string_view line);
+
+// Whether the next line belongs to the line, which has no comment; a backslash at its end becomes a blank.
+bool goes_on(std::string& line);
 
 // A line up to the cursor: the words that are complete, and the one that is being typed (empty after a blank).
 struct TypedLine {

@@ -48,6 +48,7 @@ Texts helped_names(std::string_view mark) {
 Texts first_words() {
     Texts words = calculation_names();
     for (const Job& job : jobs()) words.emplace_back(job.word);
+    words.emplace_back(variables_word);
     words.emplace_back(quit_word);
     return words;
 }

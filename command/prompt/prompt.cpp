@@ -8,8 +8,10 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "command/outcome.hpp"
 #include "command/prompt/prompt_editor.hpp"
@@ -22,6 +24,7 @@ namespace finance::command {
 namespace {
 
 constexpr const char* prompt = "finance> ";
+constexpr const char* prompt_within = "      .. ";  // where a line goes on
 constexpr std::string_view greeting = "? tells what can be typed, quit leaves.\n";
 
 Outcome no_output() { return {exit_refused, "", unwritable()}; }
@@ -29,6 +32,29 @@ Outcome no_output() { return {exit_refused, "", unwritable()}; }
 std::string_view without_mark(std::string_view line, std::uint64_t number) {
     const bool marked = number == 1 && line.starts_with(byte_order_mark);
     return marked ? line.substr(byte_order_mark.size()) : line;
+}
+
+// With the lines in which it goes on; nothing where the input has ended.
+std::optional<PromptEditor::Line> whole_line(PromptEditor& editor) {
+    auto line = editor.read(prompt);
+    if (!line || line->abandoned) return line;
+    std::string text{without_comment(line->text)};
+    if (!goes_on(text)) return line;
+    do {
+        const auto next = editor.read(prompt_within);
+        if (!next || next->abandoned) return next;
+        text.append(" ").append(without_comment(next->text));
+    } while (goes_on(text));
+    return PromptEditor::Line{.text = std::move(text)};
+}
+
+// The same of a script; number: of the last line.
+std::string whole_script_line(const std::string& first, std::uint64_t& number) {
+    std::string text{without_comment(without_mark(first, number))};
+    for (std::string next; goes_on(text) && std::getline(std::cin, next); ++number) {
+        text.append(" ").append(without_comment(next));
+    }
+    return text;
 }
 
 }  // namespace
@@ -40,11 +66,11 @@ bool wants_prompt() {
 
 Outcome run_prompt(const Settings& settings) {
     const PromptHistory history{history_path()};
-    PromptEditor editor{prompt, history.read()};
+    PromptEditor editor{history.read()};
     PromptSession session{settings, LinesFrom::terminal};
     write_text(stderr, greeting);
     while (!session.ended()) {
-        const auto line = editor.read();
+        const auto line = whole_line(editor);
         if (!line || line->abandoned) write_text(stderr, "\n");
         if (!line) break;
         if (editor.remember(line->text)) history.add(line->text);
@@ -60,10 +86,11 @@ Outcome run_script(const Settings& settings) {
     int status = exit_answered;
     std::uint64_t number = 0;
     for (std::string line; !session.ended() && std::getline(std::cin, line);) {
-        const Outcome outcome = session.run(without_mark(line, ++number));
+        const std::uint64_t first = ++number;
+        const Outcome outcome = session.run(whole_script_line(line, number));
         status = std::max(status, outcome.exit_status);
         if (!write_text(stdout, outcome.output)) return no_output();
-        write_text(stderr, relabelled(outcome.error, "", "finance: line " + std::to_string(number) + ": "));
+        write_text(stderr, relabelled(outcome.error, "", "finance: line " + std::to_string(first) + ": "));
     }
     if (std::ferror(stdin) == 0) return {status, "", ""};
     return {exit_refused, "", std::string{"finance: the input cannot be read: "} + std::strerror(errno) + '\n'};

@@ -16,7 +16,6 @@
 #include <memory>
 #include <new>
 #include <string_view>
-#include <utility>
 
 #include "command/prompt/completion.hpp"
 #include "command/prompt/prompt_history.hpp"
@@ -133,8 +132,7 @@ char** complete(const char* word, int start, int /*end*/) {
 
 }  // namespace
 
-PromptEditor::PromptEditor(std::string prompt, const std::vector<std::string>& earlier_lines)
-    : prompt_{std::move(prompt)} {
+PromptEditor::PromptEditor(const std::vector<std::string>& earlier_lines) {
     static std::array<char, 3> word_ends{" \t"};
     std::setlocale(LC_CTYPE, "");
     // The editing library drops what is no character of the locale; the plain one has none beyond ASCII.
@@ -152,11 +150,11 @@ PromptEditor::PromptEditor(std::string prompt, const std::vector<std::string>& e
     for (const std::string& line : earlier_lines) remember(line);
 }
 
-std::optional<PromptEditor::Line> PromptEditor::read() {
+std::optional<PromptEditor::Line> PromptEditor::read(const char* prompt) {
     Reading current;
     reading = &current;
     rl_prep_terminal(1);  // before the prompt is shown: what is typed at once is echoed by the editor alone
-    const OwnedText text{readline(prompt_.c_str())};
+    const OwnedText text{readline(prompt)};
     reading = nullptr;
     if (text == nullptr && !current.abandoned) return {};
     return Line{current.abandoned, text != nullptr && !current.abandoned ? text.get() : ""};

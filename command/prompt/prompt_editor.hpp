@@ -14,19 +14,18 @@ namespace finance::command {
 // There is one terminal and so one editor: of this class one object may live at a time.
 class PromptEditor {
 public:
-    PromptEditor(std::string prompt, const std::vector<std::string>& earlier_lines);
+    explicit PromptEditor(const std::vector<std::string>& earlier_lines);
 
     struct Line {
         bool abandoned = false;
         std::string text{};
     };
     // Nothing where the input has ended.
-    std::optional<Line> read();
+    std::optional<Line> read(const char* prompt);
     // Whether it was remembered: neither an empty line is nor one equal to the last.
     bool remember(const std::string& line);
 
 private:
-    std::string prompt_;
     std::string last_{};
 };
 

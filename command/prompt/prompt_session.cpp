@@ -7,6 +7,8 @@
 
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
+#include "command/argument_text.hpp"
+#include "command/direct_call.hpp"
 #include "command/jobs.hpp"
 #include "command/json_report.hpp"
 #include "command/prompt/prompt.hpp"
@@ -23,12 +25,15 @@ constexpr std::string_view program_label = "finance: ";
 
 constexpr std::string_view what_can_be_typed =
     "NAME ARGUMENT...   evaluate a calculation: PMT rate=0.005 nper=360 pv=200000\n"
+    "PMT(6%/12, 360, 200000)   the same, with arithmetic\n"
     "_                  the last answer; as a value: PV 0.005 360 _, or pmt=_\n"
+    "r = 6%/12          a variable, to be used by name: PMT r 360 200000; `variables` lists them\n"
     "?NAME              what a calculation answers, its arguments, formula, an example\n"
     "list               all calculations, by family\n"
     "help               how arguments are written, and what else there is\n"
     "quit               leave; so does Ctrl-D. Ctrl-C abandons the line\n"
-    "Tab completes names and arguments, arrows bring back earlier lines, # starts a comment.\n";
+    "Tab completes names and arguments, arrows bring back earlier lines, # starts a comment. A line ending in \\ or\n"
+    "in an open bracket goes on in the next.\n";
 
 std::string_view without(std::string_view beginning, std::string_view text) {
     return text.starts_with(beginning) ? text.substr(beginning.size()) : text;
@@ -59,6 +64,47 @@ void expand_help_mark(std::vector<std::string>& words) {
     const std::string name{without(help_mark, first)};
     first = "help";
     if (!name.empty()) words.insert(words.begin() + 1, name);
+}
+
+// Marks that people copy along with a line.
+std::string_view without_pasted(std::string_view line) {
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    const std::string_view rest = without("$ ", line);
+    return rest.starts_with(program) || rest == program.substr(0, program.size() - 1)
+               ? rest.substr(std::min(program.size(), rest.size()))
+               : line;
+}
+
+std::string_view trimmed_line(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(" \t") + 1);  // npos + 1 is 0
+}
+
+// NAME = ..., where no more than blanks stand between the name and the sign.
+std::optional<PromptSession::Assignment> assignment_in(std::string_view line) {
+    const auto is_letter = [](char c) {
+        return (catalogue::upper(c) >= 'A' && catalogue::upper(c) <= 'Z') || c == '_';
+    };
+    const auto fits = [&](char c) { return is_letter(c) || (c >= '0' && c <= '9'); };
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos || line.substr(equals + 1).starts_with('=')) return {};
+    const std::string_view name = trimmed_line(line.substr(0, equals));
+    if (name.empty() || !is_letter(name.front()) || !std::ranges::all_of(name, fits)) return {};
+    return PromptSession::Assignment{name, trimmed_line(line.substr(equals + 1))};
+}
+
+// At the end of a call in brackets, or before it.
+std::string_view without_json(std::string_view line, bool& json) {
+    const std::string_view text = trimmed_line(line);
+    const bool before = text.starts_with(json_name) && text.substr(json_name.size()).starts_with(' ');
+    const bool after = text.ends_with(json_name) && text.size() > json_name.size();
+    json = json || before || after;
+    if (before) return trimmed_line(text.substr(json_name.size()));
+    return after ? trimmed_line(text.substr(0, text.size() - json_name.size())) : text;
+}
+
+std::string shown(const Variable& variable) {
+    return variable.name + " = " + catalogue::value_text(variable.value, variable.dated) + '\n';
 }
 
 }  // namespace
@@ -99,6 +145,7 @@ Outcome PromptSession::run_words(std::vector<std::string> words, const Settings&
         if (ended_) return {};
         if (word == help_mark) return {exit_answered, std::string{what_can_be_typed}, ""};
         if (word == last_answer_word) return {exit_answered, last_answer().output, ""};
+        if (word == variables_word) return {exit_answered, variable_lines(), ""};
     }
     expand_help_mark(words);
     if (catalogue::find(words.front()) != nullptr) {
@@ -106,19 +153,73 @@ Outcome PromptSession::run_words(std::vector<std::string> words, const Settings&
     }
     const std::vector<std::string_view> views{words.begin(), words.end()};
     if (from_ == LinesFrom::script) check_table(views.front(), Words{views}.subspan(1), settings.json);
-    Outcome outcome = run_job(views.front(), Words{views}.subspan(1), settings);
-    if (outcome.value) answer_ = Answer{catalogue::shortest_text(*outcome.value), outcome.output};
+    return finished(run_job(views.front(), Words{views}.subspan(1), settings));
+}
+
+Outcome PromptSession::finished(Outcome outcome) {
+    if (outcome.value) {
+        answer_ = Answer{catalogue::shortest_text(*outcome.value), outcome.output};
+        variables_.set({std::string{last_answer_word}, *outcome.value, outcome.dated});
+    }
     outcome.error = relabelled(outcome.error, program_label, "");
     return outcome;
+}
+
+std::string PromptSession::variable_lines() const {
+    std::string lines;
+    for (const Variable& variable : variables_.all()) {
+        if (variable.name != last_answer_word) lines += shown(variable);
+    }
+    return lines;
+}
+
+// The answer of a calculation, or a formula. A script's output is its answers: there it is not shown.
+Outcome PromptSession::assign(const Assignment& assignment, const Settings& settings) {
+    const std::string name{assignment.name};
+    const std::string_view text = assignment.text;
+    const bool taken = name == last_answer_word || read_value(catalogue::Kind::number, name).has_value();
+    if (taken) throw UsageError{name + " cannot be a variable: it is a value already", "?"};
+    if (text.empty()) throw UsageError{name + " = needs a value, as in " + name + " = 6%/12", "?"};
+    Outcome outcome = value_of(text, settings);
+    if (!outcome.value) return outcome;
+    const Variable variable{name, *outcome.value, outcome.dated};
+    variables_.set(variable);
+    outcome.output = from_ == LinesFrom::terminal ? shown(variable) : "";
+    return outcome;
+}
+
+Outcome PromptSession::value_of(std::string_view text, const Settings& settings) {
+    if (looks_like_call(text) || catalogue::find(text.substr(0, text.find(' '))) != nullptr) {
+        Settings same = settings;
+        return run_line(text, same);
+    }
+    const auto value = read_value(catalogue::Kind::number, text);
+    if (value) return {.value = value->number()};
+    Outcome outcome = evaluate_formula(text, settings);
+    outcome.error = relabelled(outcome.error, program_label, "");
+    return outcome;
+}
+
+Outcome PromptSession::run_line(std::string_view line, Settings& settings) {
+    line = without_pasted(line);
+    bool json = settings.json;
+    const std::string_view call = without_json(without_comment(line), json);
+    const auto assignment = assignment_in(call);
+    if (assignment || looks_like_call(call)) {
+        settings.json = json;
+        return assignment ? assign(*assignment, settings) : finished(evaluate_call(call, settings));
+    }
+    std::vector<std::string> words = split_words(line);
+    if (std::erase(words, json_name) > 0) settings.json = true;
+    return words.empty() ? Outcome{} : run_words(std::move(words), settings);
 }
 
 Outcome PromptSession::run(std::string_view line) {
     Settings settings = settings_;
     try {
         check_text(line);
-        std::vector<std::string> words = split_words(line);
-        if (std::erase(words, json_name) > 0) settings.json = true;
-        return words.empty() ? Outcome{} : run_words(std::move(words), settings);
+        settings.variables = &variables_;
+        return run_line(line, settings);
     } catch (const UsageError& error) {
         return settings.json ? json_usage(error) : wrong_usage(error);
     } catch (const std::exception& error) {

@@ -4,8 +4,11 @@
 //  (2) ?NAME is help NAME; ? alone tells what can be typed; quit or exit ends the session.
 //  (3) As the value of an argument (_, name=_, or one of several separated by commas) _ is the last value that a
 //      calculation answered, to the last digit; a date is its number of days. Alone on a line it prints that answer.
-//  (4) Errors are one line each. No line ends the session but quit and exit.
-//  (5) In a script standard input holds the script itself: map and fold take their table from a file.
+//  (4) NAME = VALUE makes a variable of a value, a formula or a calculation's answer; `variables` lists them. They are
+//      known by name in arguments, formulas and tables, the last answer as _ too.
+//  (5) PMT(6%/12, 360, 200000) is a call as well. A pasted "finance " or "$ finance " before a line is dropped.
+//  (6) Errors are one line each. No line ends the session but quit and exit.
+//  (7) In a script standard input holds the script itself: map and fold take their table from a file.
 #pragma once
 
 #include <optional>
@@ -13,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command/formulas/variables.hpp"
 #include "command/job.hpp"
 
 namespace finance::command {
@@ -30,18 +34,30 @@ public:
     Outcome run(std::string_view line);
     [[nodiscard]] bool ended() const { return ended_; }
 
+    // NAME = TEXT, in a line.
+    struct Assignment {
+        std::string_view name;
+        std::string_view text;
+    };
+
 private:
     struct Answer {
         std::string value;   // reads back to the same double
         std::string output;  // as it was printed
     };
+    Outcome run_line(std::string_view line, Settings& settings);  // which gets what the line says of them
     Outcome run_words(std::vector<std::string> words, const Settings& settings);
+    Outcome finished(Outcome outcome);
+    Outcome assign(const Assignment& assignment, const Settings& settings);
+    Outcome value_of(std::string_view text, const Settings& settings);
+    [[nodiscard]] std::string variable_lines() const;
     [[nodiscard]] const Answer& last_answer() const;
     void put_last_answer(std::string& word) const;
 
     const Settings& settings_;
     LinesFrom from_;
     std::optional<Answer> answer_{};
+    Variables variables_{};
     bool ended_ = false;
 };
 

@@ -52,7 +52,6 @@ public:
 private:
     PlannedCall call(const CallExpression& expression);
     PlannedCall formula_alone(const std::string& text);
-    std::vector<PlacedText> layout(const Calculation& calculation, const CallExpression& expression);
     PlannedArgument argument(const Calculation& calculation, std::size_t parameter, const Operand& operand);
     PlannedArgument calculated(const Calculation& calculation, std::size_t parameter, const Operand& operand);
     [[nodiscard]] std::optional<host::Argument> constant(Kind kind, const Operand& operand) const;
@@ -63,27 +62,7 @@ private:
     std::vector<std::string> results_;  // of the calls so far, as later ones name them
     TableNames names_;
     CallPlan plan_;
-    std::vector<std::string> labels_;  // stand for the operands while they are laid out
 };
-
-// Operands are laid out like the words of a command line, each under a label without comma and equals sign.
-std::vector<PlacedText> Planner::layout(const Calculation& calculation, const CallExpression& expression) {
-    labels_.clear();
-    std::vector<std::string> tokens;
-    for (const NamedOperand& argument : expression.arguments) {
-        labels_.push_back("argument " + std::to_string(labels_.size() + 1));
-        const bool nothing = argument.operand.kind == Operand::Kind::nothing;
-        const std::string name = argument.name.empty() ? "" : argument.name + '=';
-        tokens.push_back(name + (nothing ? "" : labels_.back()));
-    }
-    const std::vector<std::string_view> views{tokens.begin(), tokens.end()};
-    std::vector<PlacedText> placed = place_arguments(calculation, views);
-    for (PlacedText& place : placed) {  // from the tokens, which end here, to the labels
-        const auto label = std::ranges::find(labels_, place.text);
-        place.text = label != labels_.end() ? std::string_view{*label} : std::string_view{};
-    }
-    return placed;
-}
 
 std::optional<host::Argument> Planner::constant(Kind kind, const Operand& operand) const {
     if (operand.kind == Operand::Kind::nothing) return host::Argument::absent();
@@ -161,12 +140,8 @@ PlannedArgument Planner::argument(const Calculation& calculation, std::size_t pa
 PlannedCall Planner::call(const CallExpression& expression) {
     const Calculation& calculation = calculation_named(expression.calculation);
     PlannedCall call{.calculation = &calculation};
-    static const Operand nothing;
-    for (const PlacedText& place : layout(calculation, expression)) {
-        const auto label = std::ranges::find(labels_, place.text);
-        const auto index = static_cast<std::size_t>(label - labels_.begin());
-        const Operand& operand = label == labels_.end() ? nothing : expression.arguments[index].operand;
-        call.arguments.push_back(argument(calculation, place.parameter, operand));
+    for (const PlacedOperand& placed : place_operands(calculation, expression)) {
+        call.arguments.push_back(argument(calculation, placed.parameter, *placed.operand));
     }
     return call;
 }
@@ -213,6 +188,28 @@ void take_name(std::vector<std::string>& taken, const std::string& name) {
 std::string unreadable(const Input& input, std::string_view text) {
     if (!input.in_formula) return unreadable(input.kind, text);
     return '\'' + std::string{text} + "' is neither a number nor a date";
+}
+
+// Operands are laid out like the words of a command line, each under a label without comma and equals sign.
+std::vector<PlacedOperand> place_operands(const Calculation& calculation, const CallExpression& expression) {
+    static const Operand nothing;
+    std::vector<std::string> labels;
+    std::vector<std::string> tokens;
+    for (const NamedOperand& argument : expression.arguments) {
+        labels.push_back("argument " + std::to_string(labels.size() + 1));
+        const bool empty = argument.operand.kind == Operand::Kind::nothing;
+        const std::string name = argument.name.empty() ? "" : argument.name + '=';
+        tokens.push_back(name + (empty ? "" : labels.back()));
+    }
+    const std::vector<std::string_view> views{tokens.begin(), tokens.end()};
+    std::vector<PlacedOperand> placed;
+    for (const PlacedText& place : place_arguments(calculation, views)) {
+        const auto label = std::ranges::find(labels, place.text);
+        const auto index = static_cast<std::size_t>(label - labels.begin());
+        const Operand& operand = label == labels.end() ? nothing : expression.arguments[index].operand;
+        placed.push_back({.parameter = place.parameter, .operand = &operand});
+    }
+    return placed;
 }
 
 CallPlan plan_calls(const std::vector<CallExpression>& calls, const Header& header, const Variables* variables) {

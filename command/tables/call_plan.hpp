@@ -67,6 +67,15 @@ struct CallPlan {
     std::size_t used_columns = 0;       // up to the last one that is read
 };
 
+// An operand and the parameter that takes it.
+struct PlacedOperand {
+    std::size_t parameter = 0;
+    const Operand* operand = nullptr;  // of the expression, or one that is nothing
+};
+
+// By position in the call. UsageError where they do not fit the parameters.
+std::vector<PlacedOperand> place_operands(const catalogue::Calculation& calculation, const CallExpression& expression);
+
 // Constants are views into the calls: they must live as long as the plan. variables: may be null. UsageError.
 CallPlan plan_calls(const std::vector<CallExpression>& calls, const Header& header,
                     const Variables* variables = nullptr);

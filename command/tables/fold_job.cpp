@@ -151,7 +151,8 @@ std::string fold_help() {
            "Rows with the same texts in the columns after --by are one group, wherever they stand; groups stand in\n"
            "the order of their first rows. Without --by all rows are one group. A list takes a column, in the order\n"
            "of the rows, and where it has dates (XIRR, XNPV) in their order, the earliest first, or a formula of\n"
-           "columns, a value a row; any other argument a value, or a column that has one value in all rows of a group.\n"
+           "columns, a value a row; any other argument a value, or a column that has one value in all rows of a "
+           "group.\n"
            "A formula alone takes the results before it, and such columns.\n"
            "\n" +
            table_options_help() + option_lines(table_options, 0, 1) +

@@ -71,7 +71,7 @@ TEST(Completion, OffersWhatMayFollow) {
 TEST(Completion, AnEmptyLineMayBeginWithAnyCalculationOrJob) {
     const auto candidates = completions("");
     ASSERT_TRUE(candidates.has_value());
-    EXPECT_EQ(candidates->size(), catalogue::calculations().size() + command::jobs().size() + 1);
+    EXPECT_EQ(candidates->size(), catalogue::calculations().size() + command::jobs().size() + 2);
     EXPECT_TRUE(std::ranges::is_sorted(*candidates));
     EXPECT_EQ(std::ranges::count(*candidates, "list"), 1);
 }

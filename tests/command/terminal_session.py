@@ -18,6 +18,7 @@ import time
 
 PATIENCE = 20.0  # seconds for a text to appear; a sanitized build on a busy machine is slow
 PROMPT = "finance> "
+WITHIN = ".. "  # where a line goes on
 PAYMENT = "-1199.1010503055047"
 TAB, UP, ENTER, CTRL_C, CTRL_D, CTRL_Z = "\t", "\x1b[A", "\r", "\x03", "\x04", "\x1a"
 CONTROL_SEQUENCE = re.compile(r"\x1b\[[0-9;?]*[A-Za-z]|\x07|\x1b[=>]")
@@ -90,6 +91,23 @@ def errors(terminal):
     terminal.ask("_", "2025-11-15")  # errors have left it alone
 
 
+def variables_and_lines_that_go_on(terminal):
+    terminal.ask("r = 6%/12", "r = 0.005")
+    terminal.ask("$ finance PMT r 30*12 200000", PAYMENT)
+    terminal.type("p = PMT(r, 360," + ENTER)
+    terminal.expect(WITHIN)
+    terminal.ask("200000)", f"p = {PAYMENT}")
+    terminal.type(UP)
+    terminal.expect("p = PMT(r, 360, 200000)")
+    terminal.type(CTRL_C)
+    terminal.expect(PROMPT)
+    terminal.type("PMT r \\" + ENTER)
+    terminal.expect(WITHIN)
+    terminal.type("360" + CTRL_C)
+    terminal.expect(PROMPT)
+    terminal.ask("p", PAYMENT)
+
+
 def completion(terminal):
     terminal.type("pm" + TAB)
     terminal.expect("PMT ")
@@ -125,8 +143,8 @@ def completion_after_other_letters(terminal):
 
 def bytes_that_are_no_text(terminal):
     """None is lost: the bracket behind half a letter is there; each byte stands for the letter of its number."""
-    terminal.type(b"P\xc3(\xff" + ENTER.encode())
-    terminal.expect("no calculation is called 'PÃ(ÿ'")
+    terminal.type(b"P\xc3)\xff" + ENTER.encode())
+    terminal.expect("no calculation is called 'PÃ)ÿ'")
     terminal.expect(PROMPT)
 
 
@@ -169,7 +187,7 @@ def new_window_size(terminal):
 def first_session(program, state):
     terminal = Terminal(program, state)
     terminal.expect(PROMPT)
-    for part in (answers, errors, completion, completion_of_values, completion_after_other_letters,
+    for part in (answers, errors, variables_and_lines_that_go_on, completion, completion_of_values, completion_after_other_letters,
                  bytes_that_are_no_text, help_pages, abandoned_line, earlier_lines, new_window_size):
         part(terminal)
     terminal.type("é" + ENTER)
