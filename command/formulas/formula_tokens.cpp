@@ -12,7 +12,6 @@ namespace finance::command {
 namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
-constexpr std::string_view digits = "0123456789";
 
 constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool is_name_start(char c) {

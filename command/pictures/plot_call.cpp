@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
@@ -48,6 +49,7 @@ std::vector<CallExpression> one_call(std::string_view text) {
         fail(error.what());
     }
     if (calls.size() != 1) fail("one call is drawn at a time");
+    if (!calls.front().formula.empty()) fail("a calculation is drawn, not a formula alone");
     return calls;
 }
 
@@ -75,15 +77,17 @@ PlotCall::PlotCall(std::string_view call, const Range& range)
     take_ends(range);
 }
 
-// Every word is a value or the variable, and the variable is there.
+// Every word is a value or the variable, and the variable is there. Formulas are for the plan to check.
 void PlotCall::check_words() const {
     bool found = false;
     std::vector<std::string_view> others;
     for (const NamedOperand& argument : calls_.front().arguments) {
         const Operand& operand = argument.operand;
         const bool word = operand.kind == Operand::Kind::word || operand.kind == Operand::Kind::column;
-        if (word && operand.text == variable_) found = true;
-        if (word && operand.text != variable_ && !is_value(operand.text)) others.emplace_back(operand.text);
+        const bool formula = word && !is_value(operand.text) && looks_like_formula(operand.text);
+        if (formula || (word && operand.text == variable_)) found = true;
+        if (formula || !word || operand.text == variable_ || is_value(operand.text)) continue;
+        others.emplace_back(operand.text);
     }
     const std::string name{calculation_->name};
     if (!found) fail(name + " has no variable '" + variable_ + '\'' + suggestion(variable_, others));
@@ -93,9 +97,14 @@ void PlotCall::check_words() const {
 // The variable is the one column of a table.
 void PlotCall::take_arguments() {
     const Header header{.source = "the range", .names = {variable_}};
-    const CallPlan plan = plan_calls(calls_, header);
+    CallPlan plan = plan_calls(calls_, header);
     for (const PlannedArgument& argument : plan.calls.front().arguments) {
-        if (argument.input != no_input) places_.push_back(constants_.size());
+        if (argument.input != no_input || argument.formula != no_input) {
+            places_.push_back(constants_.size());
+            formulas_.push_back(argument.formula == no_input
+                                    ? TableNames{header, {}, nullptr}.formula(variable_).formula
+                                    : std::move(plan.formulas[argument.formula].text.formula));
+        }
         constants_.push_back(argument.constant);
         parameters_.push_back(argument.parameter);
     }
@@ -140,7 +149,10 @@ std::vector<double> PlotCall::points(std::size_t most) const {
 
 std::vector<host::Argument> PlotCall::arguments(double value) const {
     std::vector<host::Argument> arguments = constants_;
-    for (const std::size_t place : places_) arguments[place] = value;
+    FormulaStack stack;
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        arguments[places_[i]] = formulas_[i].value({&value, 1}, {}, stack);
+    }
     return arguments;
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "catalogue/catalogue.hpp"
+#include "command/formulas/formula.hpp"
 #include "command/tables/call_expression.hpp"
 #include "host/embedded_host.hpp"
 
@@ -54,6 +55,7 @@ private:
     const catalogue::Calculation* calculation_ = nullptr;
     std::vector<host::Argument> constants_;  // whatever in the variable's places
     std::vector<std::size_t> places_;        // of the variable among the arguments
+    std::vector<Formula> formulas_;          // by place; where the variable stands alone, of it alone
     std::vector<std::size_t> parameters_;    // by argument
     double first_ = 0.0;
     double last_ = 0.0;

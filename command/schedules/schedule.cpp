@@ -30,7 +30,7 @@ constexpr std::int64_t longest_table = 10'000;  // lines; for a program there is
 
 struct Kind {
     FixedWord word;
-    Schedule (*open)(Words words, const host::EmbeddedHost& host);
+    Schedule (*open)(Words words, const Settings& settings);
 };
 
 constexpr std::array kinds{Kind{{"loan", catalogue::annuity_parameters::payment}, loan_schedule},
@@ -131,7 +131,7 @@ Outcome schedule(Words words, const Settings& settings) {
     const auto picture = checked_picture(given, settings.json);
     if (given.help) return {exit_answered, schedule_help(), ""};
     const Kind& kind = kind_of(given.places);
-    const Schedule schedule = kind.open(Words{given.places}.subspan(1), settings.host.get());
+    const Schedule schedule = kind.open(Words{given.places}.subspan(1), settings);
     if (given.has("--csv") || settings.json) return stream(schedule, settings.json);
     const std::vector<Row> rows = all_rows(kind.word.word, schedule);
     if (!picture) return {exit_answered, aligned_text(schedule.columns, rows), ""};
@@ -146,9 +146,10 @@ constinit const Job schedule_job{
     schedule,
     schedule_help};
 
-std::vector<host::Argument> schedule_arguments(const catalogue::Calculation& schedule, Words words) {
+std::vector<host::Argument> schedule_arguments(const catalogue::Calculation& schedule, Words words,
+                                               const Settings& settings) {
     try {
-        return read_arguments(schedule, words);
+        return read_arguments(schedule, words, settings.variables);
     } catch (const UsageError& error) {
         throw UsageError{error.what(), hint};
     }

@@ -28,11 +28,12 @@ struct Schedule {
 std::int64_t period_count(std::string_view schedule, double periods);
 
 // What follows the word of a schedule. UsageError.
-std::vector<host::Argument> schedule_arguments(const catalogue::Calculation& schedule, Words words);
+std::vector<host::Argument> schedule_arguments(const catalogue::Calculation& schedule, Words words,
+                                               const Settings& settings);
 
 // UsageError, CallRefused. The host must live as long as the schedule.
-Schedule loan_schedule(Words words, const host::EmbeddedHost& host);
-Schedule depreciation_schedule(Words words, const host::EmbeddedHost& host);
+Schedule loan_schedule(Words words, const Settings& settings);
+Schedule depreciation_schedule(Words words, const Settings& settings);
 extern const std::array<catalogue::Parameter, 5> depreciation_parameters;
 
 }  // namespace finance::command

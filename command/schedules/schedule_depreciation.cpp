@@ -85,10 +85,10 @@ constexpr std::array<Method, depreciation_methods.size()> methods{{
 }};
 
 // factor and month where they are left out.
-std::vector<host::Argument> read(Words words) {
+std::vector<host::Argument> read(Words words, const Settings& settings) {
     constexpr std::array<double, 5> defaults{none, none, none, 2.0, 12.0};
     std::vector<host::Argument> arguments;
-    for (const host::Argument& given : schedule_arguments(depreciation_calculation, words)) {
+    for (const host::Argument& given : schedule_arguments(depreciation_calculation, words, settings)) {
         const double left_out = defaults[arguments.size()];
         const bool is_left_out = given.kind() == host::Argument::Kind::absent && !std::isnan(left_out);
         arguments.push_back(is_left_out ? host::Argument{left_out} : given);
@@ -153,8 +153,8 @@ private:
 
 }  // namespace
 
-Schedule depreciation_schedule(Words words, const host::EmbeddedHost& host) {
-    Depreciation asset{read(words), host};
+Schedule depreciation_schedule(Words words, const Settings& settings) {
+    Depreciation asset{read(words, settings), settings.host.get()};
     const DepreciationPicture picture{.title = asset.title(), .cost = asset.cost()};
     return {.columns = columns,
             .rows = asset.rows(),

@@ -22,16 +22,17 @@ constexpr std::array columns{Column{"period", "period", "", false}, Column{"paym
                              Column{"interest", "interest", "", true, true},
                              Column{"principal", "principal", "", true, true}, Column{"balance", "balance"}};
 
-std::vector<host::Argument> read(Words words) {
+std::vector<host::Argument> read(Words words, const Settings& settings) {
     catalogue::Calculation calculation = *catalogue::find("PMT");
     calculation.name = name;
-    return schedule_arguments(calculation, words);
+    return schedule_arguments(calculation, words, settings);
 }
 
 class Loan {
 public:
-    Loan(Words words, const host::EmbeddedHost& host)
-        : schedule_{host, name, read(words)}, periods_{period_count(name, schedule_.given(nper))} {}
+    Loan(Words words, const Settings& settings)
+        : schedule_{settings.host.get(), name, read(words, settings)},
+          periods_{period_count(name, schedule_.given(nper))} {}
 
     [[nodiscard]] bool at_start() const { return schedule_.given(type) == 1.0; }
     [[nodiscard]] std::int64_t rows() const { return periods_ + (at_start() && schedule_.given(fv) != 0.0 ? 1 : 0); }
@@ -57,8 +58,8 @@ private:
 
 }  // namespace
 
-Schedule loan_schedule(Words words, const host::EmbeddedHost& host) {
-    Loan loan{words, host};
+Schedule loan_schedule(Words words, const Settings& settings) {
+    Loan loan{words, settings};
     const LoanPicture picture{.title = loan.title(), .opening_balance = loan.opening_balance()};
     const std::int64_t rows = loan.rows();
     return {.columns = columns,

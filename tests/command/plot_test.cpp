@@ -63,6 +63,11 @@ TEST(PlotCall, TheVariableIsANamedArgumentOrAValueOfAList) {
     ASSERT_EQ(arguments.size(), 3U);
     EXPECT_EQ(arguments[0].number(), 0.1);
     EXPECT_EQ(arguments[2].number(), 7.0);
+    const PlotCall formulas{"PMT(x/4, 6*2, max(x, 2)^2, x)", command::read_range("x=1..2")};
+    EXPECT_EQ(formulas.arguments(3.0)[0].number(), 0.75);
+    EXPECT_EQ(formulas.arguments(3.0)[1].number(), 12.0);
+    EXPECT_EQ(formulas.arguments(3.0)[2].number(), 9.0);
+    EXPECT_EQ(formulas.arguments(3.0)[3].number(), 3.0);
     const PlotCall twice{"IRR(-100, x, x)", command::read_range("x=1..2")};
     EXPECT_EQ(twice.arguments(60.0)[1].number(), 60.0);
     EXPECT_EQ(twice.arguments(60.0)[2].number(), 60.0);

@@ -113,6 +113,8 @@ TEST(Session, TablesKnowItsVariables) {
     const std::string file = std::string{TEST_DATA}.append("/../../examples/loans.csv");
     const std::string job =
         std::string{"map 'c*2 as x' --where 'loan = \"car\" and nper < 15*c' --quiet "}.append(file);
+    EXPECT_EQ(run_script("r = 200%/2\nschedule loan rate=r nper=r pv=1 --csv").output,
+              "period,payment,interest,principal,balance\n1,-2,-1,-1,0\n");
     EXPECT_EQ(run_script(std::string{"c = 5\n"}.append(job)).output, "loan,rate,nper,pv,x\ncar,0.45%,60,18500,10\n");
 }
 
