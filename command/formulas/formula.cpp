@@ -119,12 +119,7 @@ void apply(Operation operation, double* a, const double* b) {
     }
 }
 
-// The module tells bit patterns of NaNs apart: every missing value is the one that it knows.
-double as_known(double x, double known) { return x != x ? known : x; }
-
-}  // namespace
-
-double Formula::compared(const TextComparison& comparison, std::span<const std::string_view> texts) const {
+double compared(const TextComparison& comparison, std::span<const std::string_view> texts) {
     const auto text = [&](const TextOperand& operand) {
         return operand.read ? texts[operand.index] : std::string_view{operand.written};
     };
@@ -133,6 +128,11 @@ double Formula::compared(const TextComparison& comparison, std::span<const std::
     apply_relation<1>(comparison.relation, &order, &same);
     return order;
 }
+
+// The module tells bit patterns of NaNs apart: every missing value is the one that it knows.
+double as_known(double x, double known) { return x != x ? known : x; }
+
+}  // namespace
 
 // read(i): where the rows of the i-th number begin.
 template <std::size_t rows, typename Read>

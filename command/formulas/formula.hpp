@@ -90,7 +90,6 @@ private:
 
     template <std::size_t rows, typename Read>
     const double* run(Read read, std::span<const std::string_view> texts, FormulaStack& stack) const;
-    [[nodiscard]] double compared(const TextComparison& comparison, std::span<const std::string_view> texts) const;
 
     std::vector<Step> steps_;
     std::vector<TextComparison> comparisons_;

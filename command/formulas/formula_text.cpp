@@ -112,7 +112,7 @@ FormulaCompiler::Value FormulaCompiler::negation() {
 }
 
 FormulaCompiler::Value FormulaCompiler::comparison() {
-    const Value left = sum();
+    Value left = sum();
     const Sign* relation = sign_at(tokens_, relations);
     if (relation == nullptr) return left;
     tokens_.advance();

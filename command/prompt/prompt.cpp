@@ -41,7 +41,7 @@ std::optional<PromptEditor::Line> whole_line(PromptEditor& editor) {
     std::string text{without_comment(line->text)};
     if (!goes_on(text)) return line;
     do {
-        const auto next = editor.read(prompt_within);
+        auto next = editor.read(prompt_within);
         if (!next || next->abandoned) return next;
         text.append(" ").append(without_comment(next->text));
     } while (goes_on(text));

@@ -30,15 +30,28 @@ EPOCH = datetime.date(1960, 1, 1)
 DATED = {"COUPNCD", "COUPPCD"}
 
 
+# The first of these is no division.
+FORMULA = re.compile(r"(?!\d+/360$)[\d.%()+*/ -]+")
+VALUE = re.compile(r"\d{4}-\d\d-\d\d|[\d.]+%?")
+
+
+def number_of(text):
+    """A date's days; of a number the double nearest to it, percentages divided exactly."""
+    if re.fullmatch(r"\d{4}-\d\d-\d\d", text):
+        return float((datetime.date.fromisoformat(text) - EPOCH).days)
+    return float(Fraction(text.rstrip("%")) / (100 if text.endswith("%") else 1))
+
+
 def argument_of(text):
     if text == ".":
         return arguments.Number(math.nan)
-    if re.fullmatch(r"\d{4}-\d\d-\d\d", text):
-        return arguments.Number((datetime.date.fromisoformat(text) - EPOCH).days)
     try:
-        return arguments.Number(float(Fraction(text.rstrip("%")) / (100 if text.endswith("%") else 1)))
+        return arguments.Number(number_of(text))
     except ValueError:
-        return arguments.Text(text.encode())
+        if not FORMULA.fullmatch(text):
+            return arguments.Text(text.encode())
+    # Of nothing but numbers, signs and brackets, in doubles as everywhere.
+    return arguments.Number(eval(VALUE.sub(lambda value: repr(number_of(value[0])), text)))
 
 
 def arguments_of(words):
