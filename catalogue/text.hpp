@@ -40,6 +40,9 @@ std::string value_text(double value, bool dated);
 
 // ---- Host dates: whole days, day 0 being 1960-01-01; written year-month-day, years 0001 to 9999
 
+inline constexpr double first_host_day = -715509;  // 0001-01-01
+inline constexpr double last_host_day = 2936549;   // 9999-12-31
+
 // Exactly dddd-dd-dd and a day that exists.
 std::optional<double> host_date(std::string_view iso);
 

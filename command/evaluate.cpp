@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "calls/meant.hpp"
 #include "command/argument_list.hpp"
 #include "command/argument_text.hpp"
 #include "command/json_report.hpp"
@@ -33,7 +34,7 @@ Outcome report(const calls::Answer& answer) {
 Outcome evaluate(const Calculation& calculation, std::span<const std::string_view> tokens, HostOnDemand& host,
                  Report* tell) {
     const std::vector<host::Argument> arguments = read_arguments(calculation, tokens);
-    const host::Evaluation evaluation = host.get().evaluate(calculation.name, arguments);
+    const host::Evaluation evaluation = calls::evaluate(host.get(), calculation, arguments);
     const calls::Answer answer = calls::answer_of(host.get(), calculation, arguments, evaluation);
     Outcome outcome = tell(answer);
     if (outcome.exit_status == exit_answered) outcome.value = evaluation.value;

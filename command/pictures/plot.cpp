@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "calls/answer.hpp"
+#include "calls/meant.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 #include "command/jobs.hpp"
@@ -48,7 +49,7 @@ std::vector<Answer> answers_of(const PlotCall& call, std::size_t most, const hos
     std::vector<Answer> answers;
     for (const double x : call.points(most)) {
         const std::vector<host::Argument> arguments = call.arguments(x);
-        const host::Evaluation evaluation = host.evaluate(call.calculation().name, arguments);
+        const host::Evaluation evaluation = calls::evaluate(host, call.calculation(), arguments);
         std::string reason = calls::answer_of(host, call.calculation(), arguments, evaluation).sentence();
         answers.push_back({.point = {x, reason.empty() ? evaluation.value : std::nan("")}, .why = std::move(reason)});
     }

@@ -15,7 +15,7 @@ SELECT fin_price(settlement => '2025-01-20', maturity => '2030-11-15', rate => 0
 
 -- A basis is its keyword, in any case and with blanks, its code as text, or its code.
 SELECT given, fin_coupdaybs('2025-01-20', '2030-11-15', 2, given) AS days
-FROM unnest(ARRAY['30/360', 'actual', ' Act/360 ', 'EU30/360', '0', '1', '1.5', '4']) given;
+FROM unnest(ARRAY['30/360', 'actual', ' Act/360 ', 'EU30/360', '0', '1', '4']) given;
 SELECT fin_coupdaybs('2025-01-20', '2030-11-15', 2, 1) AS actual, fin_coupdaybs('2025-01-20', '2030-11-15', 2, 0.0) AS "30/360";
 SELECT fin_coupdaybs('2025-01-20', '2030-11-15', 2) = fin_coupdaybs('2025-01-20', '2030-11-15', 2, '30/360') AS default_basis;
 
