@@ -21,6 +21,7 @@
 #include "command/prompt/completion.hpp"
 #include "command/prompt/prompt_history.hpp"
 #include "command/prompt/prompt_signals.hpp"
+#include "command/prompt/terminal_modes.hpp"
 
 namespace finance::command {
 
@@ -34,6 +35,7 @@ using OwnedText = std::unique_ptr<char, Free>;
 // What the line being read has come to; the editing library calls back without a place for it.
 struct Reading {
     HeldSignals signals{};
+    TerminalModes modes{::fileno(rl_instream)};  // put back while signals are still held
     bool abandoned = false;
 };
 Reading* reading = nullptr;
@@ -48,11 +50,11 @@ void act_upon(int signal) {
         rl_resize_terminal();
         return;
     }
-    rl_deprep_terminal();
+    reading->modes.leave();
     reading->signals.let_through(signal);
     // Continued in the background, the terminal is another's until the shell gives it back.
     while (::tcgetpgrp(::fileno(rl_instream)) != ::getpgrp()) reading->signals.let_through(SIGTTIN);
-    rl_prep_terminal(1);
+    reading->modes.enter();
     rl_forced_update_display();
 }
 
@@ -155,7 +157,6 @@ PromptEditor::PromptEditor(std::string prompt, const std::vector<std::string>& e
 std::optional<PromptEditor::Line> PromptEditor::read() {
     Reading current;
     reading = &current;
-    rl_prep_terminal(1);  // before the prompt is shown: what is typed at once is echoed by the editor alone
     const OwnedText text{readline(prompt_.c_str())};
     reading = nullptr;
     if (text == nullptr && !current.abandoned) return {};
