@@ -124,8 +124,9 @@ std::string first_characters(std::string_view text, int count) {
 
 // word: from the character at start to the cursor.
 char** complete(const char* word, int start, int /*end*/) {
-    const OwnedText line{rl_copy_text(0, INT_MAX)};  // lacks the last byte: at the most a blank before an empty word
-    const auto matches = completions(first_characters(line.get(), start) + word);
+    // Lacks the last byte: at the most a blank before an empty word. Of nothing there is no copy, not even an empty one.
+    const OwnedText line{start > 0 ? rl_copy_text(0, INT_MAX) : nullptr};
+    const auto matches = completions((line ? first_characters(line.get(), start) : "") + word);
     rl_attempted_completion_over = matches ? 1 : 0;
     if (!matches) return nullptr;
     const bool wants_value = matches->size() == 1 && matches->front().ends_with('=');
@@ -149,6 +150,9 @@ PromptEditor::PromptEditor(std::string prompt, const std::vector<std::string>& e
     rl_completer_word_break_characters = word_ends.data();
     rl_attempted_completion_function = complete;
     rl_getc_function = read_character;
+    rl_initialize();
+    // The library's own commands are not ours, and reading them it falls over an open quotation mark.
+    for (const char* command : {"bind -r ^[x", "bind -a -r :"}) rl_parse_and_bind(command);
     using_history();
     stifle_history(static_cast<int>(kept_lines));
     for (const std::string& line : earlier_lines) remember(line);

@@ -10,7 +10,7 @@ import signal
 import sys
 import tempfile
 
-from terminal_session import CTRL_C, CTRL_D, CTRL_Z, ENTER, PROMPT, Terminal
+from terminal_session import CTRL_C, CTRL_D, CTRL_Z, ENTER, PAYMENT, PROMPT, TAB, Terminal
 
 SHELLS = {"bash": ["--norc", "--noprofile", "-i"], "zsh": ["-f", "-i"]}
 SHELL_PROMPT = "shell: "
@@ -93,11 +93,40 @@ def terminal_left_as_found(program, state):
     assert checked == len(shells) * len(WAYS_OUT)
 
 
+def keys_that_crashed(program, state):
+    """Tab where there is nothing to copy; the editing library's own commands, with an open quotation mark."""
+    terminal = Terminal(program, state)
+    terminal.expect(PROMPT)
+    terminal.type(TAB + TAB)
+    terminal.expect("YIELDMAT")
+    terminal.expect(PROMPT)
+    terminal.type("\x1bx'" + ENTER)
+    terminal.expect("no second ' follows")
+    terminal.expect(PROMPT)
+    terminal.ask("PMT 0.005 360 200000", PAYMENT)
+    terminal.type("quit" + ENTER)
+    assert terminal.leave() == 0
+
+
+def history_that_is_no_file(program, state):
+    folder = state / "odd" / "finance"
+    folder.mkdir(parents=True)
+    os.mkfifo(folder / "history")
+    for _ in range(2):
+        terminal = Terminal(program, state / "odd")
+        terminal.expect(PROMPT)
+        terminal.ask("PMT 0.005 360 200000", PAYMENT)
+        terminal.type("quit" + ENTER)
+        assert terminal.leave() == 0
+        (folder / "history").unlink()
+        (folder / "history").symlink_to("/dev/tty")
+
+
 def main():
     program = sys.argv[1]
     with tempfile.TemporaryDirectory() as folder:
         state = pathlib.Path(folder)
-        for session in (terminal_left_as_found,):
+        for session in (terminal_left_as_found, keys_that_crashed, history_that_is_no_file):
             session(program, state)
             print(f"{session.__name__}: as expected")
 
