@@ -132,7 +132,8 @@ std::string files() {
 
 std::string exit_status() {
     return section("EXIT STATUS") + entry(bold("0"), "Answered; the answer may be a missing value, printed as a dot.") +
-           entry(bold("1"), "Refused; also: no module, no place to write to.") + entry(bold("2"), "Wrong usage.");
+           entry(bold("1"), "Refused; also: no module, no place to write to.") + entry(bold("2"), "Wrong usage.") +
+           entry(bold("141"), "As a shell tells it: nobody reads the output any more (SIGPIPE).");
 }
 
 std::string examples() {

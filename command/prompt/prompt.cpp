@@ -24,8 +24,6 @@ namespace {
 constexpr const char* prompt = "finance> ";
 constexpr std::string_view greeting = "? tells what can be typed, quit leaves.\n";
 
-Outcome no_output() { return {exit_refused, "", unwritable()}; }
-
 std::string_view without_mark(std::string_view line, std::uint64_t number) {
     const bool marked = number == 1 && line.starts_with(byte_order_mark);
     return marked ? line.substr(byte_order_mark.size()) : line;
@@ -49,7 +47,7 @@ Outcome run_prompt(const Settings& settings) {
         if (!line) break;
         if (editor.remember(line->text)) history.add(line->text);
         const Outcome outcome = session.run(line->text);
-        if (!write_text(stdout, outcome.output)) return no_output();
+        if (!write_text(stdout, outcome.output)) return unwritten();
         write_text(stderr, outcome.error);
     }
     return {};
@@ -62,7 +60,7 @@ Outcome run_script(const Settings& settings) {
     for (std::string line; !session.ended() && std::getline(std::cin, line);) {
         const Outcome outcome = session.run(without_mark(line, ++number));
         status = std::max(status, outcome.exit_status);
-        if (!write_text(stdout, outcome.output)) return no_output();
+        if (!write_text(stdout, outcome.output)) return unwritten();
         write_text(stderr, relabelled(outcome.error, "", "finance: line " + std::to_string(number) + ": "));
     }
     if (std::ferror(stdin) == 0) return {status, "", ""};

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "command/outcome.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
@@ -42,7 +43,10 @@ TableWriter::~TableWriter() {
     if (owned_ && descriptor_ >= 0) ::close(descriptor_);
 }
 
-void TableWriter::fail(int error) const { throw TableError{name_ + " cannot be written: " + std::strerror(error)}; }
+void TableWriter::fail(int error) const {
+    if (error == EPIPE) throw ClosedPipe{};
+    throw TableError{name_ + " cannot be written: " + std::strerror(error)};
+}
 
 void TableWriter::write(std::string_view records) {
     for (std::size_t written = 0; written < records.size();) {
