@@ -67,7 +67,8 @@ using Buffer = std::array<char, 32>;
 template <class... Format>
 void append(std::string& text, double value, Format... format) {
     Buffer buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format...).ptr;
+    const double shown = value + 0.0;  // -0 + 0 is 0
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), shown, format...).ptr;
     text.append(buffer.data(), end);
 }
 

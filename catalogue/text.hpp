@@ -26,7 +26,8 @@ constexpr bool same_name(std::string_view a, std::string_view b) {
 
 // ---- Numbers as people read them
 
-// The shortest text that reads back to the same double; a NaN, whichever, is the missing value and written ".".
+// The shortest text that reads back to the same double, but 0 for -0; a NaN, whichever, is the missing value and written
+// ".".
 std::string shortest_text(double value);
 
 // The same, but whole numbers below 2^63 in plain digits: 200000, not 2e+05.

@@ -44,7 +44,7 @@ struct NumberCase {
 
 constexpr NumberCase numbers[] = {
     {0.0, "0"},
-    {-0.0, "-0"},
+    {-0.0, "0"},
     {0.1, "0.1"},
     {-200.0, "-200"},
     {1e22, "1e+22"},
