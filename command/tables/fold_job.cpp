@@ -234,9 +234,16 @@ std::string fold_help() {
            "  finance fold 'NPV(rate, amount) as value, IRR(amount)' --by fund,deal flows.csv\n";
 }
 
+// What calls and tables have to say points to map, whose they are first.
 Outcome fold_table(Words words, const Settings& settings) {
     const TableOptions options = read_table_options(words, fold_job, settings.json);
-    return options.help ? Outcome{exit_answered, fold_help(), ""} : fold_rows(options, settings);
+    if (options.help) return {exit_answered, fold_help(), ""};
+    try {
+        return fold_rows(options, settings);
+    } catch (const UsageError& error) {
+        if (error.hint() != "finance help map") throw;
+        throw UsageError{error.what(), "finance help fold", error.subject()};
+    }
 }
 
 }  // namespace
