@@ -120,7 +120,8 @@ std::string prompt() {
     return section("PROMPT AND SCRIPTS") + roff(purpose) + '\n' +
            entry(bold("_"), "The last answer, as a value of an argument or alone.") +
            entry(bold("?") + italic("NAME"), "What a calculation answers, its arguments, formula, an example.") +
-           entry(bold("quit") + ", " + bold("exit"), "Leave; so does Ctrl-D. Ctrl-C abandons the line.") +
+           entry(bold("quit") + ", " + bold("exit"),
+                 "Leave; so does Ctrl-D. Ctrl-C abandons the line, or stops the job that runs.") +
            entry(bold("Tab"), "Completes names, arguments, and the keywords after basis=.");
 }
 

@@ -17,6 +17,7 @@
 
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
+#include "command/interruption.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -210,6 +211,7 @@ std::string drawn(std::string_view script, PictureFormat format) {
     input.writing.reset();
     std::string picture = read_all(output.reading.number());
     if (ended_well(process) && given && !picture.empty()) return picture;
+    stop_if_interrupted();  // gnuplot was, too
     lseek(fileno(errors.get()), 0, SEEK_SET);
     throw PictureError{"gnuplot could not draw the picture: " + first_words(read_all(fileno(errors.get())))};
 }

@@ -12,6 +12,7 @@
 #include "calls/meant.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
+#include "command/interruption.hpp"
 #include "command/jobs.hpp"
 #include "command/json_text.hpp"
 #include "command/options.hpp"
@@ -48,6 +49,7 @@ struct Answer {
 std::vector<Answer> answers_of(const PlotCall& call, std::size_t most, const host::EmbeddedHost& host) {
     std::vector<Answer> answers;
     for (const double x : call.points(most)) {
+        stop_if_interrupted();
         const std::vector<host::Argument> arguments = call.arguments(x);
         const host::Evaluation evaluation = calls::evaluate(host, call.calculation(), arguments);
         std::string reason = calls::answer_of(host, call.calculation(), arguments, evaluation).sentence();

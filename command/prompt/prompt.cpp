@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "command/interruption.hpp"
 #include "command/outcome.hpp"
 #include "command/prompt/prompt_editor.hpp"
 #include "command/prompt/prompt_history.hpp"
@@ -40,12 +41,14 @@ Outcome run_prompt(const Settings& settings) {
     const PromptHistory history{history_path()};
     PromptEditor editor{prompt, history.read()};
     PromptSession session{settings, LinesFrom::terminal};
+    const InterruptsNoted noted;
     write_text(stderr, greeting);
     while (!session.ended()) {
         const auto line = editor.read();
         if (!line || line->abandoned) write_text(stderr, "\n");
         if (!line) break;
         if (editor.remember(line->text)) history.add(line->text);
+        InterruptsNoted::forget();
         const Outcome outcome = session.run(line->text);
         if (!write_text(stdout, outcome.output)) return unwritten();
         write_text(stderr, outcome.error);

@@ -27,7 +27,7 @@ constexpr std::string_view what_can_be_typed =
     "?NAME              what a calculation answers, its arguments, formula, an example\n"
     "list               all calculations, by family\n"
     "help               how arguments are written, and what else there is\n"
-    "quit               leave; so does Ctrl-D. Ctrl-C abandons the line\n"
+    "quit               leave; so does Ctrl-D. Ctrl-C abandons the line, or stops a job\n"
     "Tab completes names and arguments, arrows bring back earlier lines, # starts a comment.\n";
 
 std::string_view without(std::string_view beginning, std::string_view text) {

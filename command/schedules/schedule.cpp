@@ -12,6 +12,7 @@
 #include "catalogue/annuities.hpp"
 #include "catalogue/text.hpp"
 #include "command/argument_list.hpp"
+#include "command/interruption.hpp"
 #include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"
@@ -58,6 +59,7 @@ Outcome stream(const Schedule& schedule, bool json) {
     TableWriter writer{std::string{standard_stream}, STDIN_FILENO, ','};
     std::string text = json ? "" : csv_header(schedule.columns);
     for (std::int64_t i = 0; i < schedule.rows; ++i) {
+        stop_if_interrupted();
         const Row row = schedule.next_row();
         json ? append_json(text, schedule.columns, row) : append_csv(text, row);
         if (text.size() < block) continue;
@@ -76,7 +78,10 @@ std::vector<Row> all_rows(std::string_view word, const Schedule& schedule) {
     }
     std::vector<Row> rows;
     rows.reserve(static_cast<std::size_t>(schedule.rows));
-    for (std::int64_t i = 0; i < schedule.rows; ++i) rows.push_back(schedule.next_row());
+    for (std::int64_t i = 0; i < schedule.rows; ++i) {
+        stop_if_interrupted();
+        rows.push_back(schedule.next_row());
+    }
     return rows;
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "calls/lists.hpp"
+#include "command/interruption.hpp"
 #include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/tables/flow_groups.hpp"
@@ -58,6 +59,7 @@ public:
     void run(RunSummary& summary) {
         Block block;
         while (table_.next(block)) {
+            stop_if_interrupted();
             add(block, summary);
             bytes_ += block.text().size();
             progress_.update(rows_, bytes_);
@@ -174,6 +176,7 @@ void write_groups(const FlowGroups& groups, GroupEvaluator& evaluator, TableWrit
     constexpr std::size_t block = std::size_t{64} * 1024;
     std::string output;
     for (const Group& group : groups.groups()) {
+        stop_if_interrupted();
         const std::size_t begin = output.size();
         if (is_failure(evaluator.evaluate(group, output, summary)) && strict) {
             output.resize(begin);

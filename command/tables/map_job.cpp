@@ -3,6 +3,7 @@
 #include <thread>
 #include <vector>
 
+#include "command/interruption.hpp"
 #include "command/jobs.hpp"
 #include "command/tables/progress.hpp"
 #include "command/tables/row_evaluator.hpp"
@@ -27,7 +28,7 @@ public:
 
     void process(const Block& block, BlockResult& result) {
         RowCursor cursor{block, delimiter_, columns_};
-        while (!result.stop && take_rows(cursor)) {
+        while (!result.stop && !interrupted() && take_rows(cursor)) {
             result.stop = !evaluator_.evaluate(result.output, result.summary);
         }
     }
@@ -86,6 +87,7 @@ private:
 
     void write_oldest(TableWriter& writer) {
         const BlockResult& result = pipeline_.oldest();
+        stop_if_interrupted();
         writer.write(result.output);
         summary_.add(result.summary);
         bytes_ += pipeline_.oldest_size();

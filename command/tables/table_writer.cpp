@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "command/interruption.hpp"
 #include "command/outcome.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/tables/table_record.hpp"
@@ -53,10 +54,12 @@ void TableWriter::write(std::string_view records) {
         const ssize_t n = ::write(descriptor_, records.data() + written, records.size() - written);
         if (n >= 0) {
             written += static_cast<std::size_t>(n);
+        } else if (errno == EINTR) {
+            stop_if_interrupted();
         } else if (errno == EAGAIN) {
             pollfd room{.fd = descriptor_, .events = POLLOUT, .revents = 0};
             poll(&room, 1, -1);
-        } else if (errno != EINTR) {
+        } else {
             const int error = errno;
             cut_back(records, written);
             fail(error);

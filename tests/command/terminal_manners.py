@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What the prompt leaves behind: real shells in a pseudo-terminal.
+"""What the prompt leaves behind, and what stops it: real shells in a pseudo-terminal.
 
     terminal_manners.py PROGRAM
 """
@@ -9,6 +9,8 @@ import shutil
 import signal
 import sys
 import tempfile
+import threading
+import time
 
 from terminal_session import CTRL_C, CTRL_D, CTRL_Z, ENTER, PAYMENT, PROMPT, TAB, Terminal
 
@@ -93,6 +95,59 @@ def terminal_left_as_found(program, state):
     assert checked == len(shells) * len(WAYS_OUT)
 
 
+def stopped_within(terminal, line, begun):
+    """The job is stopped once it has begun, the session goes on and ends as if nothing had been."""
+    terminal.type(line + ENTER)
+    begun()
+    terminal.type(CTRL_C)
+    terminal.expect("stopped\r\n" + PROMPT)
+    terminal.ask("PMT 0.005 360 200000", PAYMENT)
+
+
+class EndlessTable:
+    """Rows in a named pipe, as long as somebody reads them."""
+
+    def __init__(self, path):
+        os.mkfifo(path)
+        self.path = path
+        self.begun = threading.Event()
+        threading.Thread(target=self.feed, daemon=True).start()
+
+    def feed(self):
+        with open(self.path, "wb", buffering=0) as pipe:
+            try:
+                pipe.write(b"rate,nper,pv\n")
+                for _ in iter(int, 1):
+                    pipe.write(b"0.005,360,200000\n" * 1000)
+                    self.begun.set()
+            except BrokenPipeError:
+                pass
+
+    def wait(self):
+        assert self.begun.wait(20)
+
+
+def typed_row(terminal):
+    """A row of a table that is typed has been answered; the job waits for the next one."""
+    terminal.expect("\r\n")
+    terminal.type("rate,nper,pv" + ENTER + "0.005,360,200000" + ENTER)
+    terminal.expect(f"200000,{PAYMENT}\r\n")
+    time.sleep(0.2)
+
+
+def jobs_that_are_stopped(program, state):
+    terminal = Terminal(program, state)
+    terminal.expect(PROMPT)
+    for number, job in enumerate(("map 'PMT(rate,nper,pv)' --output /dev/null", "fold 'NPV(0.1, pv)'")):
+        table = EndlessTable(state / f"table{number}")
+        stopped_within(terminal, f"{job} {table.path}", table.wait)
+    stopped_within(terminal, "map 'PMT(rate,nper,pv)'", lambda: typed_row(terminal))
+    schedule = "schedule loan rate=0.000001 nper=100000000 pv=1000 --csv"
+    stopped_within(terminal, schedule, lambda: terminal.expect("\r\n9,"))
+    terminal.type(CTRL_D)
+    assert terminal.leave() == 0
+
+
 def keys_that_crashed(program, state):
     """Tab where there is nothing to copy; the editing library's own commands, with an open quotation mark."""
     terminal = Terminal(program, state)
@@ -126,7 +181,7 @@ def main():
     program = sys.argv[1]
     with tempfile.TemporaryDirectory() as folder:
         state = pathlib.Path(folder)
-        for session in (terminal_left_as_found, keys_that_crashed, history_that_is_no_file):
+        for session in (terminal_left_as_found, jobs_that_are_stopped, keys_that_crashed, history_that_is_no_file):
             session(program, state)
             print(f"{session.__name__}: as expected")
 
