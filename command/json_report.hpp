@@ -15,6 +15,8 @@
 //              There a call that wants a value that is missing has the status missing, as in the summary
 //  hint        what to type to get further: in usage errors, and of a call alone where another one is known to have the
 //              answer
+//  line        of a script: the number of the line, in front
+//  hint        there in usage errors: what to type to get further
 //  notes       messages that the module asked its host for: {"set":744,"number":321}
 #pragma once
 

@@ -61,7 +61,8 @@ Outcome run_script(const Settings& settings) {
     int status = exit_answered;
     std::uint64_t number = 0;
     for (std::string line; !session.ended() && std::getline(std::cin, line);) {
-        const Outcome outcome = session.run(without_mark(line, ++number));
+        ++number;
+        const Outcome outcome = session.run(without_mark(line, number), number);
         status = std::max(status, outcome.exit_status);
         if (!write_text(stdout, outcome.output)) return unwritten();
         write_text(stderr, relabelled(outcome.error, "", "finance: line " + std::to_string(number) + ": "));

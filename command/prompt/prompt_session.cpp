@@ -61,6 +61,19 @@ void expand_help_mark(std::vector<std::string>& words) {
     if (!name.empty()) words.insert(words.begin() + 1, name);
 }
 
+// Objects, one a line, each with the member first.
+std::string with_line(std::string_view objects, std::uint64_t number) {
+    const std::string member = "{\"line\":" + std::to_string(number) + ',';
+    std::string text;
+    while (!objects.empty()) {
+        const std::size_t end = std::min(objects.find('\n'), objects.size() - 1) + 1;
+        const std::string_view line = objects.substr(0, end);
+        line.starts_with('{') ? text.append(member).append(line.substr(1)) : text.append(line);
+        objects.remove_prefix(end);
+    }
+    return text;
+}
+
 }  // namespace
 
 std::string relabelled(std::string_view lines, std::string_view label, std::string_view other) {
@@ -112,8 +125,7 @@ Outcome PromptSession::run_words(std::vector<std::string> words, const Settings&
     return outcome;
 }
 
-Outcome PromptSession::run(std::string_view line) {
-    Settings settings = settings_;
+Outcome PromptSession::run_line(std::string_view line, Settings& settings) {
     try {
         check_text(line);
         std::vector<std::string> words = split_words(line);
@@ -124,6 +136,13 @@ Outcome PromptSession::run(std::string_view line) {
     } catch (const std::exception& error) {
         return settings.json ? json_failure(error.what()) : Outcome{exit_refused, "", std::string{error.what()} + '\n'};
     }
+}
+
+Outcome PromptSession::run(std::string_view line, std::uint64_t number) {
+    Settings settings = settings_;
+    Outcome outcome = run_line(line, settings);
+    if (settings.json && number > 0) outcome.output = with_line(outcome.output, number);
+    return outcome;
 }
 
 }  // namespace finance::command

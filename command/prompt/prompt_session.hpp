@@ -8,6 +8,7 @@
 //  (5) In a script standard input holds the script itself: map and fold take their table from a file.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,8 +27,9 @@ class PromptSession {
 public:
     PromptSession(const Settings& settings, LinesFrom from) : settings_{settings}, from_{from} {}
 
-    // What the line says; the error's lines have no "finance: " before them.
-    Outcome run(std::string_view line);
+    // What the line says; the error's lines have no "finance: " before them. number: of a script's line, told by each
+    // object; 0 where there is none.
+    Outcome run(std::string_view line, std::uint64_t number = 0);
     [[nodiscard]] bool ended() const { return ended_; }
 
 private:
@@ -35,6 +37,7 @@ private:
         std::string value;   // reads back to the same double
         std::string output;  // as it was printed
     };
+    Outcome run_line(std::string_view line, Settings& settings);
     Outcome run_words(std::vector<std::string> words, const Settings& settings);
     [[nodiscard]] const Answer& last_answer() const;
     void put_last_answer(std::string& word) const;
