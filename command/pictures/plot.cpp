@@ -28,8 +28,11 @@ namespace {
 constexpr std::size_t usual_points = 200;
 
 constexpr std::array plot_options{
-    Option{"--output", "FILE",
-           "ends in .svg or .png; without it SVG goes to standard output, characters to a terminal"},
+    Option{"--output",
+           "FILE",
+           "ends in .svg or .png; without it SVG goes to standard output, characters to a terminal",
+           {},
+           "-o"},
     Option{"--points", "N", "how many points, 200 unless given", {2, 10'000}},
     json_option("the points instead of a picture on standard output, one object a line"),
 };

@@ -230,7 +230,7 @@ std::string fold_help() {
            "of the rows, and where it has dates (XIRR, XNPV) in their order, the earliest first; any other argument a\n"
            "value, or a column that has one value in all rows of a group.\n"
            "\n" +
-           table_options_help() + option_lines(table_options, 0, 1) +
+           table_options_help(true) +
            "\n"
            "Examples\n"
            "  finance fold 'XIRR(amount, date)' --by deal flows.csv\n"

@@ -123,7 +123,7 @@ std::string map_help() {
            "Rows keep their order and every byte of their columns. A row that is refused has an empty result; the\n"
            "summary on standard error counts rows and lists the first that were refused.\n"
            "\n" +
-           table_options_help() +
+           table_options_help(false) +
            "\n"
            "Example\n"
            "  finance map 'PRICE(settlement, maturity, rate, 6.5%, 100, 2, basis) as price' bonds.csv > priced.csv\n";
