@@ -19,6 +19,7 @@
 #include "command/pictures/gnuplot.hpp"
 #include "command/pictures/plot_call.hpp"
 #include "command/pictures/plot_picture.hpp"
+#include "command/text_layout.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -164,7 +165,7 @@ std::string plot_help() {
 Outcome plot(Words words, const Settings& settings) {
     const OptionsGiven given = read_options(plot_options, words, {.job = plot_job.word, .help_ends = true});
     const auto file = picture_file(given, "--output");
-    if (given.help) return {exit_answered, plot_help(), ""};
+    if (given.help) return shown_help(plot_help());
     const PlotCall call = call_of(given.places);
     const std::vector<Answer> answers = answers_of(call, given.number("--points", usual_points), settings.host.get());
     Outcome outcome{.error = gaps_text(call, answers)};

@@ -18,6 +18,7 @@
 #include "command/pictures/gnuplot.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/tables/table_writer.hpp"
+#include "command/text_layout.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -134,7 +135,7 @@ std::optional<std::string_view> checked_picture(const OptionsGiven& given, bool 
 Outcome schedule(Words words, const Settings& settings) {
     const OptionsGiven given = read_options(schedule_options, words, {.job = schedule_job.word});
     const auto picture = checked_picture(given, settings.json);
-    if (given.help) return {exit_answered, schedule_help(), ""};
+    if (given.help) return shown_help(schedule_help());
     const Kind& kind = kind_of(given.places);
     const Schedule schedule = kind.open(Words{given.places}.subspan(1), settings.host.get());
     if (given.has("--csv") || settings.json) return stream(schedule, settings.json);

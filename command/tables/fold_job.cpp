@@ -11,6 +11,7 @@
 #include "command/tables/progress.hpp"
 #include "command/tables/table_reader.hpp"
 #include "command/tables/table_run.hpp"
+#include "command/text_layout.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -240,7 +241,7 @@ std::string fold_help() {
 // What calls and tables have to say points to map, whose they are first.
 Outcome fold_table(Words words, const Settings& settings) {
     const TableOptions options = read_table_options(words, fold_job, settings.json);
-    if (options.help) return {exit_answered, fold_help(), ""};
+    if (options.help) return shown_help(fold_help());
     try {
         return fold_rows(options, settings);
     } catch (const UsageError& error) {

@@ -11,6 +11,7 @@
 #include "command/tables/table_reader.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/tables/table_run.hpp"
+#include "command/text_layout.hpp"
 
 namespace finance::command {
 
@@ -131,7 +132,7 @@ std::string map_help() {
 
 Outcome map_table(Words words, const Settings& settings) {
     const TableOptions options = read_table_options(words, map_job, settings.json);
-    return options.help ? Outcome{exit_answered, map_help(), ""} : map_rows(options, settings);
+    return options.help ? shown_help(map_help()) : map_rows(options, settings);
 }
 
 }  // namespace

@@ -177,11 +177,25 @@ def history_that_is_no_file(program, state):
         (folder / "history").symlink_to("/dev/tty")
 
 
+def help_fits(program, state):
+    shell = Shell("bash", state)
+    shell.run("stty cols 64")
+    for told, width in (("", 64), ("COLUMNS=52 ", 52)):
+        for words in ("help fold", "help PRICE", "help", "list"):
+            shell.type(f"{told}{program} {words}; echo e''nd" + ENTER)
+            shell.expect("\n")
+            lines = shell.expect("end\r\n").replace("\r", "").split("\n")
+            shell.expect(SHELL_PROMPT)
+            assert len(lines) > 10 and max(map(len, lines)) in range(width - 12, width + 1), (width, lines)
+    shell.bye()
+
+
 def main():
     program = sys.argv[1]
     with tempfile.TemporaryDirectory() as folder:
         state = pathlib.Path(folder)
-        for session in (terminal_left_as_found, jobs_that_are_stopped, keys_that_crashed, history_that_is_no_file):
+        for session in (terminal_left_as_found, jobs_that_are_stopped, keys_that_crashed, history_that_is_no_file,
+                        help_fits):
             session(program, state)
             print(f"{session.__name__}: as expected")
 
