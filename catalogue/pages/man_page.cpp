@@ -89,12 +89,22 @@ std::string description(const CommandWords& command) {
     return text;
 }
 
-std::string options(const CommandWords& command) {
-    std::string text = section("OPTIONS");
-    for (const Option& option : command.options) {
-        std::string tag = bold(option.name);
+std::string option_entries(std::span<const Option> options) {
+    std::string text;
+    for (const Option& option : options) {
+        std::string tag = option.short_name.empty() ? "" : bold(option.short_name) + ", ";
+        tag += bold(option.name);
         if (!option.value.empty()) tag += ' ' + italic(option.value);
         text += entry(tag, option.help);
+    }
+    return text;
+}
+
+std::string options(const CommandWords& command) {
+    std::string text = section("OPTIONS") + "They stand before the first word.\n" + option_entries(command.options);
+    for (const Word& word : command.words) {
+        if (word.options.empty()) continue;
+        text += ".SS \"After " + roff(word.word) + "\"\n" + option_entries(word.options);
     }
     return text;
 }

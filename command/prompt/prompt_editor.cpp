@@ -18,6 +18,7 @@
 #include <string_view>
 #include <utility>
 
+#include "command/outcome.hpp"
 #include "command/prompt/completion.hpp"
 #include "command/prompt/prompt_history.hpp"
 #include "command/prompt/prompt_signals.hpp"
@@ -122,6 +123,22 @@ std::string first_characters(std::string_view text, int count) {
     return first;
 }
 
+// The editing library would sort them. So many in a line as fit, the first ones first.
+void show(const std::vector<std::string>& matches) {
+    constexpr std::size_t gap = 2;
+    int rows = 0, columns = 0;
+    rl_get_screen_size(&rows, &columns);
+    std::size_t widest = 0;
+    for (const std::string& match : matches) widest = std::max(widest, match.size() + gap);
+    const std::size_t in_line = std::max<std::size_t>(static_cast<std::size_t>(std::max(columns, 1)) / widest, 1);
+    std::string text;
+    for (std::size_t i = 0; i < matches.size(); ++i) {
+        text.append(i % in_line == 0 ? "\n" : std::string(widest - matches[i - 1].size(), ' ')).append(matches[i]);
+    }
+    write_text(rl_outstream, text + '\n');
+    rl_forced_update_display();
+}
+
 // word: from the character at start to the cursor.
 char** complete(const char* word, int start, int /*end*/) {
     // Lacks the last byte: at the most a blank before an empty word. Of nothing there is no copy, not even an empty one.
@@ -129,6 +146,11 @@ char** complete(const char* word, int start, int /*end*/) {
     const auto matches = completions((line ? first_characters(line.get(), start) : "") + word);
     rl_attempted_completion_over = matches ? 1 : 0;
     if (!matches) return nullptr;
+    constexpr int again = '?';  // the second Tab
+    if (rl_completion_type == again && matches->size() > 1 && common_beginning(*matches) == word) {
+        show(*matches);
+        return nullptr;
+    }
     const bool wants_value = matches->size() == 1 && matches->front().ends_with('=');
     rl_completion_append_character = wants_value ? 0 : static_cast<unsigned char>(' ');
     return handed_over(*matches);

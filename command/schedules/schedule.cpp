@@ -40,8 +40,8 @@ constexpr std::array kinds{Kind{{"loan", catalogue::annuity_parameters::payment}
 constexpr std::array kind_words{kinds[0].word, kinds[1].word};
 
 constexpr std::array schedule_options{
-    Option{"--csv", "", "comma-separated, all digits, any number of periods; --json the same as objects"},
-    json_option(""),
+    Option{"--csv", "", "comma-separated, all digits, any number of periods"},
+    json_option("the same, each period as an object on a line"),
     Option{"--plot", "FILE", "a picture instead of a table; FILE ends in .svg or .png (gnuplot draws it)"},
 };
 

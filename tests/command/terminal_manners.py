@@ -190,12 +190,26 @@ def help_fits(program, state):
     shell.bye()
 
 
+def arguments_in_the_order_of_a_call(program, state):
+    terminal = Terminal(program, state)
+    terminal.expect(PROMPT)
+    terminal.type("PMT " + TAB + TAB)
+    shown = terminal.expect("type=")
+    names = [name for name in shown.split() if name.endswith("=")]
+    assert names == ["rate=", "nper=", "pv=", "fv="], shown
+    terminal.expect(PROMPT)
+    terminal.type(CTRL_C)
+    terminal.expect(PROMPT)
+    terminal.type(CTRL_D)
+    assert terminal.leave() == 0
+
+
 def main():
     program = sys.argv[1]
     with tempfile.TemporaryDirectory() as folder:
         state = pathlib.Path(folder)
         for session in (terminal_left_as_found, jobs_that_are_stopped, keys_that_crashed, history_that_is_no_file,
-                        help_fits):
+                        help_fits, arguments_in_the_order_of_a_call):
             session(program, state)
             print(f"{session.__name__}: as expected")
 
