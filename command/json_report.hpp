@@ -13,10 +13,9 @@
 //  message     one sentence: why there is no value
 //  line        of a table: the number of the row's line; group: of a table's groups, {"deal":"A"}; result: its name.
 //              There a call that wants a value that is missing has the status missing, as in the summary
+//  line        of a script: the number of the line, in front
 //  hint        what to type to get further: in usage errors, and of a call alone where another one is known to have the
 //              answer
-//  line        of a script: the number of the line, in front
-//  hint        there in usage errors: what to type to get further
 //  notes       messages that the module asked its host for: {"set":744,"number":321}
 #pragma once
 
