@@ -104,9 +104,17 @@ std::string with_unit(const std::string& name, std::string_view unit) {
     return unit.empty() ? name : name + " (" + std::string{unit} + ')';
 }
 
+// "fraction a year: 0.05 is 5 %" as "percent a year".
+std::string in_percent(std::string_view unit) {
+    constexpr std::string_view fraction = "fraction";
+    if (!unit.starts_with(fraction)) return "percent";
+    return "percent" + std::string{unit.substr(fraction.size(), unit.find(':') - fraction.size())};
+}
+
 std::string variable_label(const PlotCall& call) {
     std::string name{call.parameter().name};
     if (name != call.variable()) name = std::string{call.variable()} + ": " + name;
+    if (call.percent()) return with_unit(name, in_percent(call.parameter().unit));
     return with_unit(name, call.dated() ? "date" : call.parameter().unit);
 }
 
@@ -119,15 +127,15 @@ CurvePicture picture_of(const PlotCall& call, Words written) {
     const catalogue::Calculation& calculation = call.calculation();
     const std::string name = call.result_name().empty() ? std::string{calculation.name} : call.result_name();
     return {.title = std::string{written[0]}.append(", ").append(written[1]),
-            .x = {variable_label(call), call.dated()},
+            .x = {variable_label(call), call.dated(), call.percent(), call.counted()},
             .y = {with_unit(name, result_unit(calculation.result)), calculation.result == catalogue::ResultKind::date}};
 }
 
-std::string script_of(const PlotCall& call, Words written, std::span<const Answer> answers) {
+std::string script_of(const CurvePicture& picture, std::span<const Answer> answers) {
     std::vector<CurvePoint> points;
     points.reserve(answers.size());
     for (const Answer& answer : answers) points.push_back(answer.point);
-    return curve_script(picture_of(call, written), points);
+    return curve_script(picture, points);
 }
 
 std::string points_as_json(const PlotCall& call, std::span<const Answer> answers) {
@@ -141,8 +149,8 @@ std::string points_as_json(const PlotCall& call, std::span<const Answer> answers
 }
 
 // Where no file is named: for a terminal in characters, else as SVG.
-std::string picture_for_output(std::string_view script) {
-    return drawn(script, isatty(STDOUT_FILENO) == 1 ? PictureFormat::characters : PictureFormat::svg);
+std::string picture_for_output(std::string_view script, std::span<const std::string> titles) {
+    return drawn(script, isatty(STDOUT_FILENO) == 1 ? PictureFormat::characters : PictureFormat::svg, titles);
 }
 
 std::string plot_help() {
@@ -151,7 +159,8 @@ std::string plot_help() {
            "  finance plot 'CALL(ARGUMENT, ...)' NAME=FIRST..LAST [--output FILE] [--points N]\n"
            "\n"
            "NAME stands in the call for the argument that changes; the ends are values of that argument, dates too.\n"
-           "Where it must be whole, only whole values are taken. Points without an answer are gaps, and told on\n"
+           "Where it must be whole, only whole values are taken, and drawn as steps. Ends in percent make an axis in "
+           "percent. Points without an answer are gaps, and told on\n"
            "standard error; where no point has one, nothing is drawn. gnuplot draws.\n"
            "\n"
            "Options\n" +
@@ -175,11 +184,13 @@ Outcome plot(Words words, const Settings& settings) {
         return outcome;
     }
     if (settings.json && !file) return outcome;
-    const std::string script = script_of(call, given.places, answers);
+    const CurvePicture picture = picture_of(call, given.places);
+    const std::string script = script_of(picture, answers);
+    const std::vector<std::string> titles{picture.title, picture.y.label, picture.y.label};
     if (file) {
-        write_picture(*file, drawn(script, picture_format(*file)));
+        write_picture(*file, drawn(script, picture_format(*file), titles));
     } else {
-        outcome.output = picture_for_output(script);
+        outcome.output = picture_for_output(script, titles);
     }
     return outcome;
 }

@@ -141,7 +141,7 @@ Outcome schedule(Words words, const Settings& settings) {
     if (given.has("--csv") || settings.json) return stream(schedule, settings.json);
     const std::vector<Row> rows = all_rows(kind.word.word, schedule);
     if (!picture) return {exit_answered, aligned_text(schedule.columns, rows), ""};
-    write_picture(*picture, drawn(schedule.picture(rows), picture_format(*picture)));
+    write_picture(*picture, drawn(schedule.picture(rows), picture_format(*picture), schedule.titles));
     return {};
 }
 
