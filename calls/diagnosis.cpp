@@ -254,11 +254,11 @@ std::string reason(const Calculation& calculation, Arguments arguments, int flag
 }
 
 std::string argument_label(const Calculation& calculation, std::size_t position, std::size_t values) {
-    std::string label = "argument " + std::to_string(position);
-    const Parameter* parameter = parameter_at(calculation, position, values);
-    if (parameter == nullptr) return label;
-    label.append(" (").append(parameter->name);
-    const std::size_t element = place_of(calculation, position, values).element;
+    const catalogue::Place place = place_of(calculation, position, values);
+    if (place.parameter >= calculation.parameters.size()) return "argument " + std::to_string(position);
+    std::string label = "argument " + std::to_string(place.parameter + 1);
+    label.append(" (").append(calculation.parameters[place.parameter].name);
+    const std::size_t element = place.element;
     if (element > 0) label.append(", value ").append(std::to_string(element));
     return label + ')';
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 
+#include "calls/diagnosis.hpp"
 #include "calls/lists.hpp"
 #include "command/argument_text.hpp"
 #include "command/usage_error.hpp"
@@ -219,14 +220,16 @@ std::vector<PlacedText> place_arguments(const Calculation& calculation, Tokens t
 
 std::vector<host::Argument> read_arguments(const Calculation& calculation, Tokens tokens) {
     std::vector<host::Argument> values;
-    for (const PlacedText& placed : place_arguments(calculation, tokens)) {
+    const std::vector<PlacedText> texts = place_arguments(calculation, tokens);
+    for (const PlacedText& placed : texts) {
         const Parameter& parameter = calculation.parameters[placed.parameter];
         const auto value = read_value(parameter.kind, placed.text);
         if (!value) {
+            const std::size_t position = values.size() + 1;
             fail(calculation,
-                 "argument " + std::to_string(values.size() + 1) + " (" + std::string{parameter.name} +
-                     "): " + unreadable(parameter.kind, placed.text),
-                 values.size() + 1, parameter.name);
+                 calls::argument_label(calculation, position, texts.size()) + ": " +
+                     unreadable(parameter.kind, placed.text),
+                 position, parameter.name);
         }
         values.push_back(*value);
     }
