@@ -212,7 +212,7 @@ const std::vector<ReasonCase> cases{
      {1.0, 2.0, std::string_view{"act / 360"}},
      3,
      "'act / 360' is refused: it must not be ACT/360"},
-    {"known but refused, code", moments, {1.0, 2.0, 2.9}, 3, "2.9 is refused: it must not be ACT/360"},
+    {"known but refused, code", moments, {1.0, 2.0, 2.0}, 3, "2 is refused: it must not be ACT/360"},
 
     // lists
     {"missing in a list", one_list_before, {-100.0, nan, 60.0, 0.1, 0.1}, 2, "a value is missing"},
