@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "abi/zelkovan.h"
+#include "calls/meant.hpp"
 #include "catalogue/layout.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
@@ -166,11 +167,7 @@ std::string no_value(const Argument& argument) {
 
 bool is_basis_keyword(std::string_view text) {
     if (text.empty() || text.size() > ZELKOVAN_LONGEST_BASIS_TEXT) return false;
-    std::string name;
-    for (const char c : text) {
-        if (c != ' ') name += catalogue::upper(c);
-    }
-    return std::ranges::find(basis_keywords, name) != basis_keywords.end();
+    return std::ranges::find(basis_keywords, catalogue::basis_name(text)) != basis_keywords.end();
 }
 
 // ---- The rule that is broken
@@ -180,7 +177,9 @@ Fault basis_fault(const Parameter& parameter, const Argument& argument) {
     const bool known =
         x != nullptr ? *x > -1.0 && *x < static_cast<double>(basis_keywords.size()) : is_basis_keyword(argument.text());
     if (known) return {};
-    return shown(parameter, argument) + " is not a day-count basis: " + std::string{catalogue::basis_words};
+    const std::string text = shown(parameter, argument) + " is not a day-count basis: ";
+    const std::string_view meant = x == nullptr ? catalogue::basis_meant_by(argument.text()) : std::string_view{};
+    return text + (meant.empty() ? std::string{catalogue::basis_words} : "write " + std::string{meant});
 }
 
 Fault number_fault(const Call& call, const Parameter& parameter, double x) {
@@ -247,16 +246,19 @@ std::string reason(const Calculation& calculation, Arguments arguments, int flag
     const Parameter* parameter = placed ? parameter_at(calculation, position, arguments.size()) : nullptr;
     if (parameter == nullptr) return std::string{calculation.failure};
     const Argument& argument = arguments[position - 1];
+    if (const double* x = number_in(argument); x != nullptr && !is_meant(parameter->kind, *x)) {
+        return unmeant_words(parameter->kind, *x);
+    }
     const Fault fault = fault_of({calculation, arguments}, *parameter, argument);
     return fault ? *fault : worded_reason(*parameter, argument);
 }
 
 std::string argument_label(const Calculation& calculation, std::size_t position, std::size_t values) {
-    std::string label = "argument " + std::to_string(position);
-    const Parameter* parameter = parameter_at(calculation, position, values);
-    if (parameter == nullptr) return label;
-    label.append(" (").append(parameter->name);
-    const std::size_t element = place_of(calculation, position, values).element;
+    const catalogue::Place place = place_of(calculation, position, values);
+    if (place.parameter >= calculation.parameters.size()) return "argument " + std::to_string(position);
+    std::string label = "argument " + std::to_string(place.parameter + 1);
+    label.append(" (").append(calculation.parameters[place.parameter].name);
+    const std::size_t element = place.element;
     if (element > 0) label.append(", value ").append(std::to_string(element));
     return label + ')';
 }

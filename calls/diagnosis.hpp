@@ -29,7 +29,8 @@ std::optional<std::string> broken_rule(const catalogue::Calculation& calculation
 // calculation's failure sentence is the reason.
 std::string reason(const catalogue::Calculation& calculation, Arguments arguments, int flagged);
 
-// "argument 2 (nper)", in a list "argument 3 (flows, value 2)".
+// As help counts, a list as one: "argument 2 (nper)", in a list "argument 2 (flows, value 2)". position: each value
+// counts.
 std::string argument_label(const catalogue::Calculation& calculation, std::size_t position, std::size_t values);
 
 }  // namespace finance::calls

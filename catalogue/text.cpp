@@ -16,8 +16,8 @@ using namespace std::chrono;
 constexpr sys_days epoch{year{1960} / January / 1};
 constexpr int first_year = 1;
 constexpr int last_year = 9999;
-constexpr double first_day = (sys_days{year{first_year} / January / 1} - epoch).count();
-constexpr double last_day = (sys_days{year{last_year} / December / 31} - epoch).count();
+static_assert((sys_days{year{first_year} / January / 1} - epoch).count() == first_host_day);
+static_assert((sys_days{year{last_year} / December / 31} - epoch).count() == last_host_day);
 
 // Digits only, all of them; -1 otherwise.
 int digits(std::string_view text) {
@@ -48,7 +48,7 @@ std::optional<double> host_date(std::string_view iso) {
 }
 
 std::optional<std::string> iso_date(double host_date) {
-    if (!(host_date >= first_day && host_date <= last_day) || host_date != std::trunc(host_date)) return {};
+    if (!(host_date >= first_host_day && host_date <= last_host_day) || host_date != std::trunc(host_date)) return {};
     const year_month_day date{epoch + days{static_cast<int>(host_date)}};
     std::string text;
     append(text, static_cast<unsigned>(static_cast<int>(date.year())), 4);
@@ -67,7 +67,8 @@ using Buffer = std::array<char, 32>;
 template <class... Format>
 void append(std::string& text, double value, Format... format) {
     Buffer buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format...).ptr;
+    const double shown = value + 0.0;  // -0 + 0 is 0
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), shown, format...).ptr;
     text.append(buffer.data(), end);
 }
 

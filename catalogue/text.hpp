@@ -26,7 +26,8 @@ constexpr bool same_name(std::string_view a, std::string_view b) {
 
 // ---- Numbers as people read them
 
-// The shortest text that reads back to the same double; a NaN, whichever, is the missing value and written ".".
+// The shortest text that reads back to the same double, but 0 for -0; a NaN, whichever, is the missing value and written
+// ".".
 std::string shortest_text(double value);
 
 // The same, but whole numbers below 2^63 in plain digits: 200000, not 2e+05.
@@ -39,6 +40,9 @@ void append_plain(std::string& text, double value);
 std::string value_text(double value, bool dated);
 
 // ---- Host dates: whole days, day 0 being 1960-01-01; written year-month-day, years 0001 to 9999
+
+inline constexpr double first_host_day = -715509;  // 0001-01-01
+inline constexpr double last_host_day = 2936549;   // 9999-12-31
 
 // Exactly dddd-dd-dd and a day that exists.
 std::optional<double> host_date(std::string_view iso);

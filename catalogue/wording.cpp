@@ -1,5 +1,8 @@
 #include "catalogue/wording.hpp"
 
+#include <algorithm>
+#include <utility>
+
 #include "catalogue/text.hpp"
 
 namespace finance::catalogue {
@@ -54,6 +57,40 @@ std::string in_brackets(const Parameter& parameter) {
 }
 
 }  // namespace
+
+std::string basis_name(std::string_view text) {
+    std::string name;
+    for (const char c : text) {
+        if (c != ' ') name += upper(c);
+    }
+    return name;
+}
+
+std::string_view basis_meant_by(std::string_view name) {
+    using Names = std::pair<std::string_view, std::string_view>;
+    static constexpr std::array<Names, 19> other_names{{{"30U/360", "30/360"},
+                                                        {"30A/360", "30/360"},
+                                                        {"30/360US", "30/360"},
+                                                        {"BONDBASIS", "30/360"},
+                                                        {"ACT", "ACTUAL"},
+                                                        {"ACT/ACT", "ACTUAL"},
+                                                        {"ACTUAL/ACTUAL", "ACTUAL"},
+                                                        {"A/A", "ACTUAL"},
+                                                        {"ACTUAL/360", "ACT/360"},
+                                                        {"A/360", "ACT/360"},
+                                                        {"ACTUAL/365", "ACT/365"},
+                                                        {"ACTUAL/365F", "ACT/365"},
+                                                        {"ACT/365F", "ACT/365"},
+                                                        {"ACT/365FIXED", "ACT/365"},
+                                                        {"A/365", "ACT/365"},
+                                                        {"A/365F", "ACT/365"},
+                                                        {"30E/360", "EU30/360"},
+                                                        {"30/360E", "EU30/360"},
+                                                        {"30/360EU", "EU30/360"}}};
+    const std::string plain = basis_name(name);
+    const auto known = std::ranges::find(other_names, plain, &Names::first);
+    return known == other_names.end() ? std::string_view{} : known->second;
+}
 
 std::string_view kind_words(Kind kind) {
     constexpr std::array<std::string_view, 8> words{

@@ -11,6 +11,10 @@ namespace finance::catalogue {
 
 // In the order of their codes, 0 to 4.
 inline constexpr std::array<std::string_view, 5> basis_keywords{"30/360", "ACTUAL", "ACT/360", "ACT/365", "EU30/360"};
+// A text as keywords are compared: in upper case, without blanks.
+std::string basis_name(std::string_view text);
+// The keyword of a basis by another of its names (30E/360); "" where that is not known.
+std::string_view basis_meant_by(std::string_view name);
 inline constexpr std::string_view basis_words = "30/360, ACTUAL, ACT/360, ACT/365, EU30/360 or 0 to 4";
 
 // What belongs to an enumerator, from a list in the enumerators' order.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 
+#include "calls/diagnosis.hpp"
 #include "calls/lists.hpp"
 #include "command/formulas/written_value.hpp"
 #include "command/usage_error.hpp"
@@ -224,14 +225,14 @@ std::vector<PlacedText> place_arguments(const Calculation& calculation, Tokens t
 
 std::vector<host::Argument> read_arguments(const Calculation& calculation, Tokens tokens, const Variables* variables) {
     std::vector<host::Argument> values;
-    for (const PlacedText& placed : place_arguments(calculation, tokens)) {
+    const std::vector<PlacedText> texts = place_arguments(calculation, tokens);
+    for (const PlacedText& placed : texts) {
         const Parameter& parameter = calculation.parameters[placed.parameter];
         try {
             values.push_back(read_written(parameter.kind, placed.text, variables));
         } catch (const FormulaError& error) {
             const std::size_t position = values.size() + 1;
-            fail(calculation,
-                 "argument " + std::to_string(position) + " (" + std::string{parameter.name} + "): " + error.what(),
+            fail(calculation, calls::argument_label(calculation, position, texts.size()) + ": " + error.what(),
                  position, parameter.name);
         }
     }

@@ -6,6 +6,7 @@
 #include <limits>
 #include <system_error>
 
+#include "calls/meant.hpp"
 #include "catalogue/text.hpp"
 
 namespace finance::command {
@@ -72,7 +73,9 @@ std::optional<host::Argument> read_value(Kind kind, std::string_view text) {
 
 std::string unreadable(Kind kind, std::string_view text) {
     const std::string shown = '\'' + std::string{text} + '\'';
-    if (read_number(text).fault == std::errc::result_out_of_range) {
+    const Reading reading = read_number(text);
+    if (reading.good() && !calls::is_meant(kind, reading.value)) return calls::unmeant_words(kind, reading.value);
+    if (reading.fault == std::errc::result_out_of_range) {
         return shown + " is beyond what a double can hold";
     }
     if (catalogue::is_dated(kind)) {

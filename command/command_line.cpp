@@ -81,6 +81,8 @@ Outcome run_words(const CommandLine& line) {
 Outcome run(int argc, const char* const* argv) {
     try {
         return run_words(read_command_line(argc, argv));
+    } catch (const ClosedPipe&) {
+        return {exit_closed_pipe, "", ""};
     } catch (const UsageError& error) {
         if (asks_for_json(argc, argv)) return json_usage(error);
         return {exit_usage, "", std::string{"finance: "} + error.what() + "\ntry: " + error.hint() + '\n'};
@@ -91,14 +93,13 @@ Outcome run(int argc, const char* const* argv) {
 }
 
 int deliver(const Outcome& outcome) {
-    int status = outcome.exit_status;
-    std::string error = outcome.error;
-    if (!write_text(stdout, outcome.output)) {
-        error += unwritable();
-        status = exit_refused;
+    if (write_text(stdout, outcome.output)) {
+        write_text(stderr, outcome.error);
+        return outcome.exit_status;
     }
-    write_text(stderr, error);
-    return status;
+    const Outcome failed = unwritten();
+    if (failed.exit_status != exit_closed_pipe) write_text(stderr, outcome.error + failed.error);
+    return failed.exit_status;
 }
 
 }  // namespace finance::command

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "calls/meant.hpp"
 #include "command/argument_text.hpp"
 #include "command/json_report.hpp"
 #include "command/usage_error.hpp"
@@ -31,7 +32,7 @@ Outcome report(const calls::Answer& answer) {
 
 Outcome evaluate(const Calculation& calculation, std::span<const host::Argument> arguments, const Settings& settings) {
     const host::EmbeddedHost& host = settings.host.get();
-    const host::Evaluation evaluation = host.evaluate(calculation.name, arguments);
+    const host::Evaluation evaluation = calls::evaluate(host, calculation, arguments);
     const calls::Answer answer = calls::answer_of(host, calculation, arguments, evaluation);
     Outcome outcome = settings.json ? json_report(answer) : report(answer);
     if (outcome.exit_status == exit_answered) outcome.value = evaluation.value;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "catalogue/wording.hpp"
+#include "command/text_layout.hpp"
 
 namespace finance::command {
 
@@ -12,7 +13,6 @@ namespace {
 using catalogue::Calculation;
 using catalogue::Parameter;
 
-constexpr std::size_t line_width = 100;
 constexpr std::size_t margin = 2;
 
 std::string padded(std::string_view text, std::size_t width) {
@@ -23,8 +23,8 @@ std::string padded(std::string_view text, std::size_t width) {
 
 // ---- The call
 
-std::string call_text(const Calculation& calculation) {
-    return "  finance " + catalogue::call_words(calculation) + '\n';
+std::string call_text(const Calculation& calculation, std::size_t width) {
+    return wrapped_call("finance " + catalogue::call_words(calculation), width);
 }
 
 // ---- Arguments, one line each and what else is to be known of it indented below
@@ -43,8 +43,8 @@ Columns columns_of(const Calculation& calculation) {
     return widest;
 }
 
-std::string argument_text(const Parameter& parameter, std::size_t number, const Columns& columns) {
-    constexpr std::size_t gap = 2;
+std::string argument_text(const Parameter& parameter, std::size_t number, const Columns& columns, std::size_t width) {
+    constexpr std::size_t gap = 2, least_room = 24;
     std::string text = padded("", margin) + padded(std::to_string(number), 1 + gap) +
                        padded(parameter.name, columns.name + gap) +
                        padded(catalogue::kind_words(parameter.kind), columns.kind + gap) +
@@ -55,52 +55,33 @@ std::string argument_text(const Parameter& parameter, std::size_t number, const 
     if (const std::string spelling = catalogue::spelling_words(parameter.kind); !spelling.empty())
         about += '\n' + spelling;
     if (const std::string rule = catalogue::rule_words(parameter); !rule.empty()) about.append("\n").append(rule);
-    return text + wrapped(about, indent).substr(indent);
+    if (indent + least_room > width)
+        return text.substr(0, text.find_last_not_of(' ') + 1) + '\n' + wrapped(about, margin + 1 + gap, width);
+    return text + wrapped(about, indent, width).substr(indent);
 }
 
-std::string arguments_text(const Calculation& calculation) {
+std::string arguments_text(const Calculation& calculation, std::size_t width) {
     const Columns columns = columns_of(calculation);
     std::string text = "\nArguments\n";
     std::size_t number = 0;
-    for (const Parameter& parameter : calculation.parameters) text += argument_text(parameter, ++number, columns);
+    for (const Parameter& parameter : calculation.parameters)
+        text += argument_text(parameter, ++number, columns, width);
     return text;
 }
 
-std::string section(std::string_view title, std::string_view text) {
+std::string section(std::string_view title, std::string_view text, std::size_t width) {
     if (text.empty()) return {};
-    return '\n' + std::string{title} + '\n' + wrapped(text, margin);
-}
-
-// continuation: what ends a line that goes on in the next.
-std::string wrapped_line(std::string_view line, std::size_t indent, std::string_view continuation = "") {
-    const std::size_t width = line_width - indent - continuation.size();
-    std::string text;
-    while (line.size() > width) {
-        const std::size_t blank = line.rfind(' ', width);
-        if (blank == std::string_view::npos) break;
-        text.append(indent, ' ').append(line.substr(0, blank)).append(continuation) += '\n';
-        line.remove_prefix(blank + 1);
-    }
-    return text + std::string(indent, ' ') + std::string{line} + '\n';
+    return '\n' + std::string{title} + '\n' + wrapped(text, margin, width);
 }
 
 // A long call is broken as a shell joins it again.
-std::string example_text(const Calculation& calculation) {
+std::string example_text(const Calculation& calculation, std::size_t width) {
     const std::string call =
         "finance " + std::string{calculation.name} + ' ' + std::string{calculation.example.arguments};
-    return "\nExample\n" + wrapped_line(call, margin, " \\") + "  " + std::string{calculation.example.result} + '\n';
+    return "\nExample\n" + wrapped_call(call, width) + "  " + std::string{calculation.example.result} + '\n';
 }
 
 }  // namespace
-
-std::string wrapped(std::string_view text, std::size_t indent) {
-    std::string result;
-    for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
-        result += wrapped_line(text.substr(0, end), indent);
-        text.remove_prefix(end + 1);
-    }
-    return result + wrapped_line(text, indent);
-}
 
 std::string list_text(std::span<const catalogue::Family> families) {
     std::size_t widest = 0;
@@ -119,11 +100,11 @@ std::string list_text(std::span<const catalogue::Family> families) {
     return text;
 }
 
-std::string help_text(const Calculation& calculation) {
-    return std::string{calculation.name} + ": " + std::string{calculation.answers} + "\n\n" + call_text(calculation) +
-           arguments_text(calculation) + section("Formula", calculation.formula) +
-           section("Worth knowing", calculation.remarks) + section("When there is no answer", calculation.failure) +
-           example_text(calculation);
+std::string help_text(const Calculation& calculation, std::size_t width) {
+    return wrapped(std::string{calculation.name} + ": " + std::string{calculation.answers}, 0, width) + '\n' +
+           call_text(calculation, width) + arguments_text(calculation, width) +
+           section("Formula", calculation.formula, width) + section("Worth knowing", calculation.remarks, width) +
+           section("When there is no answer", calculation.failure, width) + example_text(calculation, width);
 }
 
 }  // namespace finance::command

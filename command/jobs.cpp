@@ -56,22 +56,23 @@ std::string usage_text() {
 }
 
 Outcome help_on(const catalogue::Calculation& calculation, const Settings& settings) {
-    return answer(settings.json ? json_help(calculation) : help_text(calculation));
+    return answer(settings.json ? json_help(calculation)
+                                : help_text(calculation, std::min(usual_width, output_width())));
 }
 
 Outcome help(Words words, const Settings& settings) {
     if (words.size() > 1) throw UsageError{"help takes one name", "finance list"};
     const auto job = words.empty() ? jobs().end() : std::ranges::find(jobs(), words.front(), &Job::word);
     if (job != jobs().end() && job->help != nullptr) {
-        return answer(settings.json ? json_help(*job) : job->help());
+        return settings.json ? answer(json_help(*job)) : shown_help(job->help());
     }
     if (!words.empty()) return help_on(calculation_named(words.front()), settings);
-    return answer(settings.json ? json_jobs(jobs()) : usage_text());
+    return settings.json ? answer(json_jobs(jobs())) : shown_help(usage_text());
 }
 
 Outcome list(Words words, const Settings& settings) {
     if (!words.empty()) throw UsageError{"list takes no argument", "finance help " + std::string{words.front()}};
-    return answer(settings.json ? json_list(catalogue::families()) : list_text(catalogue::families()));
+    return settings.json ? answer(json_list(catalogue::families())) : shown_help(list_text(catalogue::families()));
 }
 
 constexpr std::array all_options{

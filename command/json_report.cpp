@@ -59,7 +59,7 @@ void add_no_argument(JsonText& json) { json.key("argument").null().key("rule").n
 void add_argument(JsonText& json, const Calculation& calculation, WrittenArgument argument, std::size_t element = 0) {
     if (argument.position == 0 || argument.parameter >= calculation.parameters.size()) return add_no_argument(json);
     const catalogue::Parameter& parameter = calculation.parameters[argument.parameter];
-    json.key("argument").object().member("position", static_cast<double>(argument.position));
+    json.key("argument").object().member("position", static_cast<double>(argument.parameter + 1));
     json.member("name", parameter.name);
     if (element > 0) json.member("element", static_cast<double>(element));
     json.end_object().member("rule", full_rule(parameter));

@@ -8,11 +8,12 @@
 //  value       a finite number where the call was answered or does not solve, else null
 //  value_text  there where the value is null although there is an answer: inf, -inf, or . for a missing value
 //  date        there where a date is answered: "2008-05-15", or null for one whose year has no four digits
-//  argument    the one at fault: {"position":3,"name":"frequency"}, "element" its place in a list
+//  argument    the one at fault: {"position":3,"name":"frequency"}, as help counts; "element" its place in a list
 //  rule        what that argument must be
 //  message     one sentence: why there is no value
 //  line        of a table: the number of the row's line; group: of a table's groups, {"deal":"A"}; result: its name.
 //              There a call that wants a value that is missing has the status missing, as in the summary
+//  line        of a script: the number of the line, in front
 //  hint        what to type to get further: in usage errors, and of a call alone where another one is known to have the
 //              answer
 //  notes       messages that the module asked its host for: {"set":744,"number":321}

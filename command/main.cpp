@@ -2,7 +2,12 @@
 
 #include "command/command_line.hpp"
 
+// A closed pipe is noticed where something is written: gnuplot's ends in a sentence, the output's as it does elsewhere.
 int main(int argc, char** argv) {
-    std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is reported like a full disk
-    return finance::command::deliver(finance::command::run(argc, argv));
+    std::signal(SIGPIPE, SIG_IGN);
+    const int status = finance::command::deliver(finance::command::run(argc, argv));
+    if (status != finance::command::exit_closed_pipe) return status;
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+    return status;
 }

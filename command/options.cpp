@@ -89,8 +89,11 @@ private:
     std::size_t at_ = 0;
 };
 
-std::string as_typed(const Option& option) {
-    return "  " + std::string{option.name} + (option.value.empty() ? "" : " ") + std::string{option.value};
+// short_names: room for them, where others of the table have one.
+std::string as_typed(const Option& option, bool short_names) {
+    std::string text = "  ";
+    if (short_names) text += option.short_name.empty() ? "    " : std::string{option.short_name} + ", ";
+    return text.append(option.name).append(option.value.empty() ? "" : " ").append(option.value);
 }
 
 }  // namespace
@@ -117,14 +120,17 @@ OptionsGiven read_options(std::span<const Option> options, Words words, const Op
     return OptionReader{options, words, style}.read();
 }
 
-std::string option_lines(std::span<const Option> table, std::size_t first, std::size_t count) {
+std::string option_lines(std::span<const Option> table) {
     constexpr std::size_t gap = 3;
+    const bool short_names = std::ranges::any_of(table, [](const Option& one) { return !one.short_name.empty(); });
     std::size_t column = 0;
-    for (const Option& option : table) column = std::max(column, as_typed(option).size() + gap);
+    for (const Option& option : table) column = std::max(column, as_typed(option, short_names).size() + gap);
     std::string lines;
-    for (const Option& option : table.subspan(first, count)) {
+    for (const Option& option : table) {
         if (option.help.empty()) continue;
-        lines += as_typed(option).append(column - as_typed(option).size(), ' ');
+        std::string typed = as_typed(option, short_names);
+        typed.resize(column, ' ');
+        lines += typed;
         for (const char c : option.help) lines.append(1, c).append(c == '\n' ? column : 0, ' ');
         lines += '\n';
     }

@@ -60,7 +60,7 @@ private:
 // UsageError.
 OptionsGiven read_options(std::span<const Option> options, Words words, const OptionStyle& style);
 
-// Lines of help on `count` options of the table from the first one on, laid out for the whole table.
-std::string option_lines(std::span<const Option> table, std::size_t first = 0, std::size_t count = std::dynamic_extent);
+// Lines of help, one below the other.
+std::string option_lines(std::span<const Option> table);
 
 }  // namespace finance::command

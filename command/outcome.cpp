@@ -10,8 +10,9 @@ bool write_text(std::FILE* stream, std::string_view text) {
     return std::fflush(stream) == 0 && written;
 }
 
-std::string unwritable() {
-    return std::string{"finance: the output cannot be written: "} + std::strerror(errno) + '\n';
+Outcome unwritten() {
+    if (errno == EPIPE) return {exit_closed_pipe, "", ""};
+    return {exit_refused, "", std::string{"finance: the output cannot be written: "} + std::strerror(errno) + '\n'};
 }
 
 }  // namespace finance::command

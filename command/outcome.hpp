@@ -11,6 +11,7 @@ namespace finance::command {
 inline constexpr int exit_answered = 0;
 inline constexpr int exit_refused = 1;  // also: no module, no place to write to
 inline constexpr int exit_usage = 2;
+inline constexpr int exit_closed_pipe = 141;  // 128 + SIGPIPE, as a shell tells of it; nothing is said
 
 struct Outcome {
     int exit_status = exit_answered;
@@ -23,7 +24,10 @@ struct Outcome {
 // At once; whether all of it could be written.
 bool write_text(std::FILE* stream, std::string_view text);
 
-// The sentence for an output that refused the last write.
-std::string unwritable();
+// What a run has come to whose output refused the last write.
+Outcome unwritten();
+
+// Nobody reads the output any more. It ends the run past everything that tells of failures.
+class ClosedPipe {};
 
 }  // namespace finance::command

@@ -105,9 +105,41 @@ _finance_variables() {
     done
 }
 
+# The columns of the table that the line names, by its header; behind a comma the next one.
+_finance_columns() {
+    local file header='' name delimiter=, before=''
+    [[ $cur == *,* ]] && before=${cur%,*},
+    for file in "${COMP_WORDS[@]:before_word}"; do
+        [[ -f $file && -r $file ]] && IFS= read -r header <"$file" && break
+    done
+    header=${header#$'\xEF\xBB\xBF'} header=${header%$'\r'}
+    [[ $header == *,* ]] || delimiter=$'\t'
+    [[ $header == *[,$'\t']* ]] || delimiter=';'
+    while [[ -n $header ]]; do
+        name=${header%%"$delimiter"*} header=${header#"$name"} header=${header#"$delimiter"}
+        [[ $name == \"*\" ]] && name=${name:1:-1}
+        [[ $name == "${cur#"$before"}"* ]] && COMPREPLY+=("$prefix$before$(printf %q "$name")")
+    done
+}
+
+# Whether the word before is an option with a value, which is offered then.
+_finance_value() {
+    local told=$argument
+    [[ -n $told ]] || told=${COMP_WORDS[COMP_CWORD - 1]}
+    if [[ " $file_options " == *" $told "* ]]; then
+        files=yes
+    elif [[ " $column_options " == *" $told "* ]]; then
+        _finance_columns
+    else
+        [[ " $other_options " == *" $told "* ]]
+    fi
+}
+
 _finance_after_word() {
     local typed='' given
-    if [[ " $words " == *" $word "* ]]; then
+    if [[ " $words " == *" $word "* ]] && _finance_value; then
+        return
+    elif [[ " $words " == *" $word "* ]]; then
         ((before_word < COMP_CWORD)) && typed=$(_finance_words "$word ${COMP_WORDS[before_word]}")
         [[ -n $typed ]] || typed=$(_finance_words "$word")
         [[ -z $typed || $cur == -* ]] || files=yes
@@ -137,6 +169,9 @@ _finance() {
     local -r options='--module --json --help --version'
     local -r valued_options='--module'
     local -r bases='30/360 ACTUAL ACT/360 ACT/365 EU30/360'
+    local -r file_options='--output -o --plot'
+    local -r column_options='--by'
+    local -r other_options='--where --delimiter -d --points'
     local cur=${COMP_WORDS[COMP_CWORD]} argument='' prefix='' word='' candidates='' files='' candidate
     local -i i before_word=0
     COMPREPLY=()
@@ -175,7 +210,7 @@ _finance() {
         [[ ${candidate,,} == "${cur,,}"* ]] || continue
         [[ $candidate == -* && $cur != -* ]] && continue
         COMPREPLY+=("$prefix$candidate")
-        [[ $candidate == *= ]] && compopt -o nospace 2>/dev/null
+        [[ $candidate == *= ]] && compopt -o nospace -o nosort 2>/dev/null
     done
     [[ -n $files && ${#COMPREPLY[@]} -eq 0 ]] && compopt -o default 2>/dev/null
     return 0

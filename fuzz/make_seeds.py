@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Writes the seeds of the fuzzers into fuzz/seeds/: small inputs from which the search starts.
+"""Writes the seeds of the fuzzers into fuzz/seeds/, small inputs from which the search starts, and the dictionary of
+names. With --check it writes nothing: exit status 1 where a file is not what it would write.
 
 The layouts are those that the fuzz_*.cpp read. A seed is never wrong: whatever its bytes, they mean something.
 """
@@ -7,6 +8,7 @@ import datetime
 import pathlib
 import re
 import struct
+import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 # Ascending by name: smallest and largest count, the name included; 0 where there is none.
@@ -17,15 +19,15 @@ def day(text):
     return (datetime.date.fromisoformat(text) - datetime.date(1960, 1, 1)).days
 
 
+FILES = {}  # bytes by path
+
+
 class Seeds:
     def __init__(self, target):
         self.folder = HERE / "seeds" / target
-        self.folder.mkdir(parents=True, exist_ok=True)
-        for old in self.folder.iterdir():
-            old.unlink()
 
     def write(self, name, *parts):
-        (self.folder / name).write_bytes(b"".join(parts))
+        FILES[self.folder / name] = b"".join(parts)
 
 
 def number(value):
@@ -211,5 +213,50 @@ def calls():
     seeds.write("with-status", bytes([8]), header, b"PMT(rate,nper,pv) as p, PV(rate,1,1) as p_status")
 
 
-for make in dispatcher, text, basis, roots, table, calls:
-    make()
+# ---- dictionary of the dispatcher: names, and patterns of doubles that decide something
+
+DOUBLES = {
+    "one": 1.0,
+    "infinity": float("inf"),
+    "two_to_53": 2.0**53,
+    "minus_two_to_63": -(2.0**63),
+    "largest": sys.float_info.max,
+    "smallest": 5e-324,
+    "ten_percent": 0.1,
+    "hundred": 100.0,
+}
+
+
+def entry(name, raw):
+    return f'{name}="' + "".join(f"\\x{byte:02X}" for byte in raw) + '"'
+
+
+def dictionary():
+    lines = ["# Made by fuzz/make_seeds.py: names, and patterns of doubles that decide something."]
+    lines += [f'"{name}"' for name in [row[0] for row in ROWS] + KEYWORDS]
+    lines += [entry(name, struct.pack("<d", value)) for name, value in DOUBLES.items()]
+    lines.append(entry("missing", argument(MISSING)[1:]))
+    FILES[HERE / "dictionaries" / "dispatcher.dict"] = ("\n".join(lines) + "\n").encode()
+
+
+def main():
+    for make in dispatcher, text, basis, roots, table, calls, dictionary:
+        make()
+    kept = {path for path in (HERE / "seeds").rglob("*") if path.is_file()}
+    stale = [path for path, made in FILES.items() if not path.exists() or path.read_bytes() != made]
+    stale += kept - FILES.keys()
+    if "--check" in sys.argv[1:]:
+        for path in sorted(stale):
+            print(f"out of date: {path.relative_to(HERE.parent)}; refresh with: fuzz/make_seeds.py")
+        return 1 if stale else 0
+    for path in stale:
+        if path in FILES:
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(FILES[path])
+        else:
+            path.unlink()
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

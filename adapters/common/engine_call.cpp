@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "abi/zelkovan.h"
+#include "calls/meant.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 
@@ -91,7 +92,7 @@ std::optional<double> value_of(const calls::Answer& answer) {
 }
 
 std::optional<double> call(const Calculation& calculation, calls::Arguments arguments) {
-    const host::Evaluation evaluation = shared_host().evaluate(calculation.name, arguments);
+    const host::Evaluation evaluation = calls::evaluate(shared_host(), calculation, arguments);
     return value_of(calls::answer_of(shared_host(), calculation, arguments, evaluation));
 }
 

@@ -9,6 +9,7 @@
 #include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
+#include "calls/meant.hpp"
 #include "calls/solution.hpp"
 
 namespace finance::adapters::duckdb {
@@ -35,9 +36,21 @@ void drop_unheld(const Calculation& calculation, const ChunkColumns& chunk, Run 
     }
 }
 
+// For the first row that holds a value which is not meant.
+[[noreturn]] void refuse_unmeant(const Calculation& calculation, const ChunkColumns& chunk, Run run) {
+    std::vector<host::Argument> arguments(chunk.columns().size(), host::Argument::absent());
+    int unmeant = 0;
+    for (std::size_t row = run.first; unmeant == 0; ++row) {
+        chunk.fill(arguments, row);
+        unmeant = calls::unmeant_argument(calculation, arguments);
+    }
+    throw calls::CallRefused{calls::answer_of(calculation, arguments, calls::refused_at(unmeant)).named_sentence()};
+}
+
 // The rows of one run that stand together, in one batch. CallRefused for the first that is.
 void answer_run(const Calculation& calculation, const ChunkColumns& chunk, Run run, Answers& answers, Marks& marks) {
     const auto columns = chunk.columns_from(run.first);
+    if (!calls::all_meant(calculation, columns, run.last - run.first)) refuse_unmeant(calculation, chunk, run);
     const host::Batch batch{.name = calculation.name,
                             .columns = columns,
                             .rows = run.last - run.first,

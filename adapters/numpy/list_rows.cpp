@@ -7,6 +7,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/row_loop.hpp"
 #include "calls/lists.hpp"
+#include "calls/meant.hpp"
 #include "calls/solution.hpp"
 
 namespace finance::adapters::numpy {
@@ -75,7 +76,7 @@ std::size_t call_lists(const Calculation& calculation, std::span<const RowValues
         results[i] = refused_answer;
         if (!calls::unpaired(calculation, row.lists.size(), [&](std::size_t k) { return row.lists[k].size(); })) {
             const auto arguments = calls::unrolled(calculation, row.scalars, row.lists);
-            const host::Evaluation evaluation = shared_host().evaluate(calculation.name, arguments);
+            const host::Evaluation evaluation = calls::evaluate(shared_host(), calculation, arguments);
             const bool held =
                 evaluation.answered() &&
                 (std::isnan(evaluation.value) || calls::holds(shared_host(), calculation, arguments, evaluation.value));

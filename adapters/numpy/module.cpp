@@ -1,4 +1,5 @@
 // _zelkovan: what the package zelkovan calls. No C++ exception leaves a function of it.
+#include <algorithm>
 #include <bit>
 #include <exception>
 #include <memory>
@@ -25,13 +26,9 @@ namespace {
 // As the module looks a keyword up: without blanks, in any case.
 PyObject* keyword_code(std::string_view text) {
     if (text.size() > ZELKOVAN_LONGEST_BASIS_TEXT) Py_RETURN_NONE;
-    std::string word = catalogue::lower_case(text);
-    std::erase(word, ' ');
-    for (std::size_t code = 0; code < catalogue::basis_keywords.size(); ++code) {
-        if (word == catalogue::lower_case(catalogue::basis_keywords[code]))
-            return PyFloat_FromDouble(static_cast<double>(code));
-    }
-    Py_RETURN_NONE;
+    const auto found = std::ranges::find(catalogue::basis_keywords, catalogue::basis_name(text));
+    if (found == catalogue::basis_keywords.end()) Py_RETURN_NONE;
+    return PyFloat_FromDouble(static_cast<double>(found - catalogue::basis_keywords.begin()));
 }
 
 PyObject* basis_code(PyObject*, PyObject* word) {

@@ -8,6 +8,7 @@
 #include "adapters/numpy/objects.hpp"
 #include "calls/answer.hpp"
 #include "calls/lists.hpp"
+#include "calls/meant.hpp"
 #include "catalogue/layout.hpp"
 
 namespace finance::adapters::numpy {
@@ -74,7 +75,7 @@ PyObject* refusal_of(PyObject* /*module*/, PyObject* arguments) {
             return described(*calculation, calls::named_pairing_words(*calculation, *lists), 0, 0);
         }
         const auto unrolled = calls::unrolled(*calculation, one.scalars, one.lists);
-        const host::Evaluation evaluation = shared_host().evaluate(calculation->name, unrolled);
+        const host::Evaluation evaluation = calls::evaluate(shared_host(), *calculation, unrolled);
         const calls::Answer answer = calls::answer_of(shared_host(), *calculation, unrolled, evaluation);
         const bool missing = evaluation.answered() && answer.verdict() == calls::Verdict::missing;
         const bool refused = answer.verdict() != calls::Verdict::answered && !missing;

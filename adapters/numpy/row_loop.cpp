@@ -10,6 +10,7 @@
 
 #include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
+#include "calls/meant.hpp"
 #include "calls/solution.hpp"
 
 namespace finance::adapters::numpy {
@@ -90,19 +91,30 @@ private:
                                            .rows = last - first,
                                            .results = results_.data(),
                                            .statuses = statuses_.data()});
+        const bool meant = calls::all_meant(*function_.calculation, columns_, last - first);
         for (std::size_t row = first; row < last; ++row) {
             const double answer = results_[row - first];
-            const bool refused = statuses_[row - first] != ZELKOVAN_STATUS_SUCCESS || !holds(row, answer);
+            const bool made = statuses_[row - first] == ZELKOVAN_STATUS_SUCCESS && (meant || is_meant(row));
+            const bool refused = !made || !holds(row, answer);
             outcome().refused += refused ? 1U : 0U;
             put(row, refused ? refused_answer : std::isnan(answer) ? missing_answer : answer);
         }
     }
 
+    void take_arguments(std::size_t row) {
+        arguments_.clear();
+        for (std::size_t i = 0; i < function_.arguments; ++i) arguments_.emplace_back(*at(i, row));
+    }
+
+    [[nodiscard]] bool is_meant(std::size_t row) {
+        take_arguments(row);
+        return calls::unmeant_argument(*function_.calculation, arguments_) == 0;
+    }
+
     // Of an answered row.
     [[nodiscard]] bool holds(std::size_t row, double answer) {
         if (std::isnan(answer) || speaks_for_itself(*function_.calculation, answer)) return true;
-        arguments_.clear();
-        for (std::size_t i = 0; i < function_.arguments; ++i) arguments_.emplace_back(*at(i, row));
+        take_arguments(row);
         return calls::holds(shared_host(), *function_.calculation, arguments_, answer);
     }
 

@@ -13,6 +13,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/postgresql/signatures.hpp"
 #include "calls/lists.hpp"
+#include "calls/meant.hpp"
 #include "host/prepared_call.hpp"
 
 namespace finance::adapters::postgresql {
@@ -72,7 +73,7 @@ Outcome outcome_of(const Calculation& calculation, const host::Evaluation& evalu
 Outcome call_with_lists(const Calculation& calculation, const Row& row) {
     const auto lists = calls::unpaired(calculation, row.count, [&](std::size_t i) { return row.lists[i].size; });
     if (lists) return refused(calculation, std::string{calculation.name} + ": " + pairing_words(*lists, snake_case));
-    return outcome_of(calculation, shared_host().evaluate(calculation.name, arguments_of(calculation, row)), row);
+    return outcome_of(calculation, calls::evaluate(shared_host(), calculation, arguments_of(calculation, row)), row);
 }
 
 }  // namespace
@@ -81,12 +82,23 @@ Outcome call(const Calculation& calculation, const Row& row) noexcept {
     return guarded([&] { return call_with_lists(calculation, row); });
 }
 
+// The position of the first number that is not meant; 0: all are.
+int unmeant_number(const Calculation& calculation, const Row& row) {
+    for (std::size_t i = 0; i < row.count; ++i) {
+        if (!row.is_text(i) && !calls::is_meant(calculation.parameters[i].kind, row.numbers[i])) {
+            return static_cast<int>(i) + 1;
+        }
+    }
+    return 0;
+}
+
 // A server's process is one thread, and a call asks for no other. Rows of a query lie at one address.
 struct PreparedCall {
     const Calculation& calculation;
     host::PreparedCall call{calculation.name};
 
     host::Evaluation make(const Row& row) {
+        if (const int unmeant = unmeant_number(calculation, row)) return calls::refused_at(unmeant);
         call.lay_out(row.count, row.texts_given, row.numbers);
         for (std::uint32_t texts = row.texts_given; texts != 0; texts &= texts - 1) {
             const auto i = static_cast<std::size_t>(std::countr_zero(texts));

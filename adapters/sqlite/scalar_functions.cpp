@@ -8,6 +8,7 @@
 #include "adapters/common/engine_call.hpp"
 #include "adapters/sqlite/functions.hpp"
 #include "adapters/sqlite/values.hpp"
+#include "calls/meant.hpp"
 #include "host/prepared_call.hpp"
 
 namespace finance::adapters::sqlite {
@@ -48,7 +49,8 @@ void CallRecord::answer(sqlite3_context* context, std::span<sqlite3_value*> valu
         if (!readable && at_fault == values.size()) at_fault = i;
     }
     if (at_fault < values.size()) return give_error(context, unreadable(calculation_, at_fault, values[at_fault]));
-    const host::Evaluation evaluation = this->evaluation();
+    const int unmeant = calls::unmeant_argument(calculation_, arguments_);
+    const host::Evaluation evaluation = unmeant == 0 ? this->evaluation() : calls::refused_at(unmeant);
     const calls::Answer answer = calls::answer_of(shared_host(), calculation_, arguments_, evaluation);
     give_answer(context, calculation_, value_of(answer));
 }

@@ -30,7 +30,24 @@ std::string branch(const std::string& pattern, const std::string& list, const Li
     return "        " + pattern + ") " + std::string{form.begin} + list.substr(1) + std::string{form.end} + '\n';
 }
 
+void add_once(std::string& names, std::string_view name) {
+    if (name.empty() || (' ' + names + ' ').find(' ' + std::string{name} + ' ') != std::string::npos) return;
+    names.append(names.empty() ? "" : " ").append(name);
+}
+
 }  // namespace
+
+std::string names_of_options(std::span<const Word> words, ValueIs value) {
+    std::string names;
+    for (const Word& word : words) {
+        for (const Option& option : word.options) {
+            if (value_of(option) != value) continue;
+            add_once(names, option.name);
+            add_once(names, option.short_name);
+        }
+    }
+    return names;
+}
 
 std::string typed_cases(std::span<const Word> words, const ListForm& form) {
     std::string text;

@@ -47,6 +47,15 @@ struct Word {
     Takes takes = Takes::nothing;
 };
 
+enum class ValueIs : std::uint8_t { none, file, columns, other };
+
+// What follows an option, as its help calls it.
+constexpr ValueIs value_of(const Option& option) {
+    if (option.value.empty()) return ValueIs::none;
+    if (option.value == "FILE") return ValueIs::file;
+    return option.value.starts_with("COLUMN") ? ValueIs::columns : ValueIs::other;
+}
+
 struct CommandWords {
     std::span<const Word> words;
     std::span<const Option> options;  // before the first word
@@ -58,6 +67,9 @@ struct ListForm {
     std::string_view begin, end;
     std::string_view calculations, variables;
 };
+
+// The names, short ones too, of the words' options that such a value follows, each once, with a blank between.
+std::string names_of_options(std::span<const Word> words, ValueIs value);
 
 // The branches of the script's case on a word, or on a word and a fixed word after it: what can be typed then as it
 // stands.

@@ -89,12 +89,22 @@ std::string description(const CommandWords& command) {
     return text;
 }
 
-std::string options(const CommandWords& command) {
-    std::string text = section("OPTIONS");
-    for (const Option& option : command.options) {
-        std::string tag = bold(option.name);
+std::string option_entries(std::span<const Option> options) {
+    std::string text;
+    for (const Option& option : options) {
+        std::string tag = option.short_name.empty() ? "" : bold(option.short_name) + ", ";
+        tag += bold(option.name);
         if (!option.value.empty()) tag += ' ' + italic(option.value);
         text += entry(tag, option.help);
+    }
+    return text;
+}
+
+std::string options(const CommandWords& command) {
+    std::string text = section("OPTIONS") + "They stand before the first word.\n" + option_entries(command.options);
+    for (const Word& word : command.words) {
+        if (word.options.empty()) continue;
+        text += ".SS \"After " + roff(word.word) + "\"\n" + option_entries(word.options);
     }
     return text;
 }
@@ -120,7 +130,8 @@ std::string prompt() {
     return section("PROMPT AND SCRIPTS") + roff(purpose) + '\n' +
            entry(bold("_"), "The last answer, as a value of an argument or alone.") +
            entry(bold("?") + italic("NAME"), "What a calculation answers, its arguments, formula, an example.") +
-           entry(bold("quit") + ", " + bold("exit"), "Leave; so does Ctrl-D. Ctrl-C abandons the line.") +
+           entry(bold("quit") + ", " + bold("exit"),
+                 "Leave; so does Ctrl-D. Ctrl-C abandons the line, or stops the job that runs.") +
            entry(bold("Tab"), "Completes names, arguments, and the keywords after basis=.");
 }
 
@@ -132,7 +143,8 @@ std::string files() {
 
 std::string exit_status() {
     return section("EXIT STATUS") + entry(bold("0"), "Answered; the answer may be a missing value, printed as a dot.") +
-           entry(bold("1"), "Refused; also: no module, no place to write to.") + entry(bold("2"), "Wrong usage.");
+           entry(bold("1"), "Refused; also: no module, no place to write to.") + entry(bold("2"), "Wrong usage.") +
+           entry(bold("141"), "As a shell tells it: nobody reads the output any more (SIGPIPE).");
 }
 
 std::string examples() {

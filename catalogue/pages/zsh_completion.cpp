@@ -27,7 +27,24 @@ _finance_arguments() {
         given=${words[(I)(#i)${item%%:*}=*]}
         ((given > 0 && given < CURRENT)) || open+=($item)
     done
-    _describe -t arguments argument open -S = -q
+    _describe -V -t arguments argument open -S = -q
+}
+
+# The columns of the table that the line names, by its header; behind a comma the next one.
+_finance_columns() {
+    local -a columns
+    local file header delimiter=,
+    for file in $words; do
+        file=${(Q)file}
+        [[ -f $file && -r $file ]] && IFS= read -r header <$file && break
+    done
+    header=${${header#$'\xEF\xBB\xBF'}%$'\r'}
+    [[ $header == *,* ]] || delimiter=$'\t'
+    [[ $header == *[,$'\t']* ]] || delimiter=';'
+    columns=(${(ps:$delimiter:)header})
+    columns=(${${columns#\"}%\"})
+    compset -P '*,'
+    compadd -V columns -a columns
 }
 
 # What follows a job: fixed words, names, options once a - is typed, files.
@@ -43,9 +60,13 @@ _finance_after_job() {
         return ret
     fi
     (( $#typed )) || return 1
-    if compset -P '--[a-z-]#='; then
-        _files
+    item=${PREFIX%%=*}
+    if [[ $PREFIX == --*=* ]] && compset -P '--[a-z-]#='; then
+        _finance_value $item
         return
+    fi
+    if (( CURRENT > 2 )) && _finance_value $words[CURRENT-1]; then
+        return 0
     fi
     if (( ${typed[(I)VARIABLE]} )); then
         typed=(${typed:#VARIABLE})
@@ -63,7 +84,7 @@ _finance_after_job() {
     done
     typed=(${typed:#*=})
     [[ $PREFIX == -* ]] || typed=(${typed:#-*})
-    compadd -S '' -a open && ret=0
+    compadd -V arguments -S '' -a open && ret=0
     compadd -a typed && ret=0
     (( ret )) && _files && ret=0
     return ret
@@ -156,6 +177,20 @@ std::string option_items(std::span<const Option> options) {
     return text + ")\n";
 }
 
+std::string value_branch(std::span<const Word> words, ValueIs value, std::string_view action) {
+    std::string names = names_of_options(words, value);
+    if (names.empty()) return {};
+    for (char& c : names) c = c == ' ' ? '|' : c;
+    return "        " + names + ") " + std::string{action} + " ;;\n";
+}
+
+std::string value_items(std::span<const Word> words) {
+    return "\n# The value of the option $1; whether it has one.\n_finance_value() {\n    case $1 in\n" +
+           value_branch(words, ValueIs::file, "_files") + value_branch(words, ValueIs::columns, "_finance_columns") +
+           value_branch(words, ValueIs::other, "_message value") +
+           "        *) return 1 ;;\n    esac\n    return 0\n}\n";
+}
+
 std::string basis_items() {
     std::string text = "\n_finance_bases() {\n    bases=(";
     for (const std::string_view keyword : basis_keywords) text.append(text.ends_with('(') ? "" : " ").append(keyword);
@@ -166,8 +201,8 @@ std::string basis_items() {
 
 std::string zsh_completion(std::span<const Calculation> calculations, const CommandWords& command) {
     return std::string{head} + option_items(command.options) + basis_items() + job_items(command.words) +
-           typed_items(command.words) + calculation_items(calculations) + argument_items(calculations) +
-           std::string{rest};
+           typed_items(command.words) + value_items(command.words) + calculation_items(calculations) +
+           argument_items(calculations) + std::string{rest};
 }
 
 }  // namespace finance::catalogue::pages

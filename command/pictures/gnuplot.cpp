@@ -17,6 +17,7 @@
 
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
+#include "command/interruption.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -152,7 +153,38 @@ std::string first_words(std::string text) {
     return text.substr(begin, enough);
 }
 
+// gnuplot calls every SVG by its own name, and curves by their data's.
+std::string titled(std::string picture, std::span<const std::string> titles) {
+    constexpr std::string_view begin = "<title>", end = "</title>";
+    std::size_t at = 0;
+    for (const std::string& title : titles) {
+        at = picture.find(begin, at);
+        if (at == std::string::npos) break;
+        at += begin.size();
+        const std::string text = xml_text(title);
+        picture.replace(at, picture.find(end, at) - at, text);
+        at += text.size();
+    }
+    return picture;
+}
+
 }  // namespace
+
+std::string xml_text(std::string_view text) {
+    std::string result;
+    for (const char c : text) {
+        if (c == '<') {
+            result += "&lt;";
+        } else if (c == '>') {
+            result += "&gt;";
+        } else if (c == '&') {
+            result += "&amp;";
+        } else {
+            result += c >= ' ' && c <= '~' ? c : '?';
+        }
+    }
+    return result;
+}
 
 PictureFormat picture_format(std::string_view file) {
     if (ends_with(file, ".svg")) return PictureFormat::svg;
@@ -196,7 +228,7 @@ std::string data_block(std::string_view name, std::span<const std::vector<double
 
 // gnuplot draws nothing before it has read the last line, so that it never waits for us to read while we write; what it
 // complains of goes to a file.
-std::string drawn(std::string_view script, PictureFormat format) {
+std::string drawn(std::string_view script, PictureFormat format, std::span<const std::string> titles) {
     const File errors{std::tmpfile(), std::fclose};
     if (errors == nullptr) fail("no temporary file for gnuplot");
     Pipe input = open_pipe();
@@ -209,7 +241,10 @@ std::string drawn(std::string_view script, PictureFormat format) {
     const bool given = write_all(input.writing.number(), head) && write_all(input.writing.number(), script);
     input.writing.reset();
     std::string picture = read_all(output.reading.number());
-    if (ended_well(process) && given && !picture.empty()) return picture;
+    if (ended_well(process) && given && !picture.empty()) {
+        return format == PictureFormat::svg ? titled(std::move(picture), titles) : picture;
+    }
+    stop_if_interrupted();  // gnuplot was, too
     lseek(fileno(errors.get()), 0, SEEK_SET);
     throw PictureError{"gnuplot could not draw the picture: " + first_words(read_all(fileno(errors.get())))};
 }

@@ -44,6 +44,8 @@ std::optional<std::string_view> picture_file(const OptionsGiven& given, std::str
 // written by its octal code, since gnuplot does not see a doubled mark everywhere. Control characters and what is not
 // ASCII become '?'.
 std::string gnuplot_string(std::string_view text);
+// The same between tags.
+std::string xml_text(std::string_view text);
 // "NaN" for what is not finite: a gap in a line.
 std::string gnuplot_number(double value);
 // Numbers in columns, under the name $name.
@@ -51,8 +53,8 @@ std::string data_block(std::string_view name, std::span<const std::vector<double
 
 // ---- Drawing
 
-// The picture that the script draws; PictureError.
-std::string drawn(std::string_view script, PictureFormat format);
+// The picture that the script draws; PictureError. titles: what an SVG says of itself and then of each curve.
+std::string drawn(std::string_view script, PictureFormat format, std::span<const std::string> titles);
 
 // PictureError.
 void write_picture(const std::filesystem::path& file, std::string_view picture);

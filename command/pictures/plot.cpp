@@ -9,14 +9,17 @@
 #include <vector>
 
 #include "calls/answer.hpp"
+#include "calls/meant.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
+#include "command/interruption.hpp"
 #include "command/jobs.hpp"
 #include "command/json_text.hpp"
 #include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"
 #include "command/pictures/plot_call.hpp"
 #include "command/pictures/plot_picture.hpp"
+#include "command/text_layout.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -26,8 +29,11 @@ namespace {
 constexpr std::size_t usual_points = 200;
 
 constexpr std::array plot_options{
-    Option{"--output", "FILE",
-           "ends in .svg or .png; without it SVG goes to standard output, characters to a terminal"},
+    Option{"--output",
+           "FILE",
+           "ends in .svg or .png; without it SVG goes to standard output, characters to a terminal",
+           {},
+           "-o"},
     Option{"--points", "N", "how many points, 200 unless given", {2, 10'000}},
     json_option("the points instead of a picture on standard output, one object a line"),
 };
@@ -47,8 +53,9 @@ struct Answer {
 std::vector<Answer> answers_of(const PlotCall& call, std::size_t most, const host::EmbeddedHost& host) {
     std::vector<Answer> answers;
     for (const double x : call.points(most)) {
+        stop_if_interrupted();
         const std::vector<host::Argument> arguments = call.arguments(x);
-        const host::Evaluation evaluation = host.evaluate(call.calculation().name, arguments);
+        const host::Evaluation evaluation = calls::evaluate(host, call.calculation(), arguments);
         std::string reason = calls::answer_of(host, call.calculation(), arguments, evaluation).sentence();
         answers.push_back({.point = {x, reason.empty() ? evaluation.value : std::nan("")}, .why = std::move(reason)});
     }
@@ -97,9 +104,17 @@ std::string with_unit(const std::string& name, std::string_view unit) {
     return unit.empty() ? name : name + " (" + std::string{unit} + ')';
 }
 
+// "fraction a year: 0.05 is 5 %" as "percent a year".
+std::string in_percent(std::string_view unit) {
+    constexpr std::string_view fraction = "fraction";
+    if (!unit.starts_with(fraction)) return "percent";
+    return "percent" + std::string{unit.substr(fraction.size(), unit.find(':') - fraction.size())};
+}
+
 std::string variable_label(const PlotCall& call) {
     std::string name{call.parameter().name};
     if (name != call.variable()) name = std::string{call.variable()} + ": " + name;
+    if (call.percent()) return with_unit(name, in_percent(call.parameter().unit));
     return with_unit(name, call.dated() ? "date" : call.parameter().unit);
 }
 
@@ -112,15 +127,15 @@ CurvePicture picture_of(const PlotCall& call, Words written) {
     const catalogue::Calculation& calculation = call.calculation();
     const std::string name = call.result_name().empty() ? std::string{calculation.name} : call.result_name();
     return {.title = std::string{written[0]}.append(", ").append(written[1]),
-            .x = {variable_label(call), call.dated()},
+            .x = {variable_label(call), call.dated(), call.percent(), call.counted()},
             .y = {with_unit(name, result_unit(calculation.result)), calculation.result == catalogue::ResultKind::date}};
 }
 
-std::string script_of(const PlotCall& call, Words written, std::span<const Answer> answers) {
+std::string script_of(const CurvePicture& picture, std::span<const Answer> answers) {
     std::vector<CurvePoint> points;
     points.reserve(answers.size());
     for (const Answer& answer : answers) points.push_back(answer.point);
-    return curve_script(picture_of(call, written), points);
+    return curve_script(picture, points);
 }
 
 std::string points_as_json(const PlotCall& call, std::span<const Answer> answers) {
@@ -134,8 +149,8 @@ std::string points_as_json(const PlotCall& call, std::span<const Answer> answers
 }
 
 // Where no file is named: for a terminal in characters, else as SVG.
-std::string picture_for_output(std::string_view script) {
-    return drawn(script, isatty(STDOUT_FILENO) == 1 ? PictureFormat::characters : PictureFormat::svg);
+std::string picture_for_output(std::string_view script, std::span<const std::string> titles) {
+    return drawn(script, isatty(STDOUT_FILENO) == 1 ? PictureFormat::characters : PictureFormat::svg, titles);
 }
 
 std::string plot_help() {
@@ -144,7 +159,8 @@ std::string plot_help() {
            "  finance plot 'CALL(ARGUMENT, ...)' NAME=FIRST..LAST [--output FILE] [--points N]\n"
            "\n"
            "NAME stands in the call for the argument that changes; the ends are values of that argument, dates too.\n"
-           "Where it must be whole, only whole values are taken. Points without an answer are gaps, and told on\n"
+           "Where it must be whole, only whole values are taken, and drawn as steps. Ends in percent make an axis in "
+           "percent. Points without an answer are gaps, and told on\n"
            "standard error; where no point has one, nothing is drawn. gnuplot draws.\n"
            "\n"
            "Options\n" +
@@ -158,7 +174,7 @@ std::string plot_help() {
 Outcome plot(Words words, const Settings& settings) {
     const OptionsGiven given = read_options(plot_options, words, {.job = plot_job.word, .help_ends = true});
     const auto file = picture_file(given, "--output");
-    if (given.help) return {exit_answered, plot_help(), ""};
+    if (given.help) return shown_help(plot_help());
     const PlotCall call = call_of(given.places);
     const std::vector<Answer> answers = answers_of(call, given.number("--points", usual_points), settings.host.get());
     Outcome outcome{.error = gaps_text(call, answers)};
@@ -168,11 +184,13 @@ Outcome plot(Words words, const Settings& settings) {
         return outcome;
     }
     if (settings.json && !file) return outcome;
-    const std::string script = script_of(call, given.places, answers);
+    const CurvePicture picture = picture_of(call, given.places);
+    const std::string script = script_of(picture, answers);
+    const std::vector<std::string> titles{picture.title, picture.y.label, picture.y.label};
     if (file) {
-        write_picture(*file, drawn(script, picture_format(*file)));
+        write_picture(*file, drawn(script, picture_format(*file), titles));
     } else {
-        outcome.output = picture_for_output(script);
+        outcome.output = picture_for_output(script, titles);
     }
     return outcome;
 }

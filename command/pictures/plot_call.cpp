@@ -115,6 +115,7 @@ void PlotCall::take_ends(const Range& range) {
     const Kind kind = parameter().kind;
     first_ = end_of_range(kind, range.name, range.first);
     last_ = end_of_range(kind, range.name, range.last);
+    percent_ = range.first.ends_with('%') || range.last.ends_with('%');
     if (first_ >= last_) {
         fail(variable_ + ": a range goes upwards, not from " + catalogue::value_text(first_, dated()) + " to " +
              catalogue::value_text(last_, dated()));

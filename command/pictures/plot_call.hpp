@@ -36,6 +36,10 @@ public:
     [[nodiscard]] const catalogue::Parameter& parameter() const;
     [[nodiscard]] std::string_view variable() const { return variable_; }
     [[nodiscard]] bool dated() const { return catalogue::is_dated(parameter().kind); }
+    // Whether it takes whole numbers only, which are no days.
+    [[nodiscard]] bool counted() const { return whole() && !dated(); }
+    // Whether the range was written in percent.
+    [[nodiscard]] bool percent() const { return percent_; }
     // What the result was called; empty where it was not.
     [[nodiscard]] const std::string& result_name() const { return calls_.front().result; }
 
@@ -57,6 +61,7 @@ private:
     std::vector<std::size_t> places_;        // of the variable among the arguments
     std::vector<Formula> formulas_;          // by place; where the variable stands alone, of it alone
     std::vector<std::size_t> parameters_;    // by argument
+    bool percent_ = false;
     double first_ = 0.0;
     double last_ = 0.0;
 };

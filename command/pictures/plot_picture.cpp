@@ -84,17 +84,25 @@ std::string axis_commands(char name, const PlotAxis& axis, const Extent& extent)
     constexpr std::size_t most_dates = 8, width = 110, height = 70;  // characters
     const std::string label = title_lines(axis.label, name == 'x' ? width : height, 1).front();
     std::string text = std::string{"set "} + name + "label " + gnuplot_string(label) + '\n';
+    if (axis.percent) return text + "set format " + name + " \"%.12g%%\"\n";
     if (!axis.dated) return text;
     const std::vector<Tick> ticks = date_ticks(extent.least, extent.most, most_dates);
     return ticks.empty() ? text : text + ticks_command(name, ticks);
 }
 
+// As the axis shows it.
+double placed(const PlotAxis& axis, double x) {
+    constexpr double hundred = 100.0;
+    return axis.percent ? x * hundred : x;
+}
+
 // Points without neighbours, which no line shows.
-std::vector<std::vector<double>> lone_points(std::span<const CurvePoint> points) {
+std::vector<std::vector<double>> lone_points(const PlotAxis& axis, std::span<const CurvePoint> points) {
     const auto there = [&](std::size_t i) { return i < points.size() && std::isfinite(points[i].y); };
     std::vector<std::vector<double>> lone;
     for (std::size_t i = 0; i < points.size(); ++i) {
-        if (there(i) && !there(i + 1) && (i == 0 || !there(i - 1))) lone.push_back({points[i].x, points[i].y});
+        if (there(i) && !there(i + 1) && (i == 0 || !there(i - 1)))
+            lone.push_back({placed(axis, points[i].x), points[i].y});
     }
     return lone;
 }
@@ -136,21 +144,70 @@ std::vector<std::string> title_lines(std::string_view title, std::size_t width, 
     return lines;
 }
 
+namespace {
+
+// The halves of the way to the neighbours, which are equally far but for rounding; 1/2 where there is none.
+struct Reach {
+    double before = 0.5, after = 0.5;
+};
+
+Reach reach_of(std::span<const CurvePoint> points, std::size_t i) {
+    if (points.size() < 2) return {};
+    const double before = i > 0 ? points[i].x - points[i - 1].x : points[1].x - points[0].x;
+    const double after = i + 1 < points.size() ? points[i + 1].x - points[i].x : before;
+    return {before / 2.0, after / 2.0};
+}
+
+// A level for each point; lines between them rise where they meet.
+std::vector<std::vector<double>> steps_of(std::span<const CurvePoint> points) {
+    std::vector<std::vector<double>> rows;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const Reach reach = reach_of(points, i);
+        rows.push_back({points[i].x - reach.before, points[i].y});
+        rows.push_back({points[i].x + reach.after, points[i].y});
+    }
+    return rows;
+}
+
+// None where they are not wanted.
+std::vector<std::vector<double>> rows_of(const PlotAxis& axis, std::span<const CurvePoint> points, bool wanted) {
+    std::vector<std::vector<double>> rows;
+    for (const CurvePoint& point : points) {
+        if (wanted) rows.push_back({placed(axis, point.x), point.y});
+    }
+    return rows;
+}
+
+std::string range_command(const PlotAxis& axis, std::span<const CurvePoint> points) {
+    constexpr double most_named = 24.0;
+    Extent across{placed(axis, points.front().x), placed(axis, points.back().x)};
+    std::string text;
+    if (axis.counted) {
+        if (across.most - across.least <= most_named) text = "set xtics 1\n";
+        across = {across.least - reach_of(points, 0).before, across.most + reach_of(points, points.size() - 1).after};
+    }
+    if (!(across.least < across.most)) return text;
+    return text + "set xrange [" + gnuplot_number(across.least) + ':' + gnuplot_number(across.most) + "]\n";
+}
+
+}  // namespace
+
 std::string curve_script(const CurvePicture& picture, std::span<const CurvePoint> points) {
     constexpr std::size_t most_marked = 40;  // beyond it points run into each other
-    const Extent across{points.front().x, points.back().x};
-    std::vector<std::vector<double>> rows;
-    for (const CurvePoint& point : points) rows.push_back({point.x, point.y});
-    const std::vector<std::vector<double>> lone = lone_points(points);
-    std::string text = data_block("curve", rows) + data_block("lone", lone) + title_command(picture.title) +
-                       axis_commands('x', picture.x, across) + axis_commands('y', picture.y, extent_of(points));
-    if (across.least < across.most) {
-        text += "set xrange [" + gnuplot_number(across.least) + ':' + gnuplot_number(across.most) + "]\n";
-    }
+    constexpr std::string_view marks = "points pointtype 7 pointsize 0.6 linecolor rgb '#0072b2'";
+    const bool marked = points.size() <= most_marked;
+    const PlotAxis& axis = picture.x;
+    // Steps show every point; of a curve those that have no neighbour need a mark.
+    const std::vector<std::vector<double>> apart =
+        axis.counted ? rows_of(axis, points, marked) : lone_points(axis, points);
+    std::string text = data_block("curve", axis.counted ? steps_of(points) : rows_of(axis, points, true)) +
+                       data_block("lone", apart) + title_command(picture.title) +
+                       axis_commands('x', axis, {points.front().x, points.back().x}) +
+                       axis_commands('y', picture.y, extent_of(points)) + range_command(axis, points);
     text += "set rmargin 6\nset offsets 0, 0, graph 0.05, graph 0.05\nunset key\nplot $curve using 1:2 with ";
-    text += points.size() <= most_marked ? "linespoints pointtype 7 pointsize 0.6" : "lines";
+    text += marked && !axis.counted ? "linespoints pointtype 7 pointsize 0.6" : "lines";
     text += " linecolor rgb '#0072b2' linewidth 2";
-    if (!lone.empty()) text += ", $lone using 1:2 with points pointtype 7 pointsize 0.6 linecolor rgb '#0072b2'";
+    if (!apart.empty()) text.append(", $lone using 1:2 with ").append(marks);
     return text + '\n';
 }
 

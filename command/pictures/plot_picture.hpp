@@ -10,7 +10,9 @@ namespace finance::command {
 
 struct PlotAxis {
     std::string label{};
-    bool dated = false;  // values are days since 1960-01-01
+    bool dated = false;    // values are days since 1960-01-01
+    bool percent = false;  // 0.05 stands at 5 %
+    bool counted = false;  // whole numbers: each has its value from half a step before it to half a step after it
 };
 
 struct CurvePoint {

@@ -1,13 +1,20 @@
 #include "command/prompt/completion.hpp"
 
 #include <algorithm>
+#include <exception>
+#include <filesystem>
 #include <span>
+#include <system_error>
+#include <utility>
 
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 #include "command/jobs.hpp"
+#include "command/options.hpp"
 #include "command/prompt/prompt.hpp"
+#include "command/tables/open_table.hpp"
+#include "command/tables/table_options.hpp"
 #include "command/words.hpp"
 
 namespace finance::command {
@@ -22,9 +29,14 @@ bool begins_with(std::string_view text, std::string_view beginning) {
     return text.size() >= beginning.size() && catalogue::same_name(text.substr(0, beginning.size()), beginning);
 }
 
-// Those of the candidates that begin as typed, ascending.
-Texts matching(Texts candidates, std::string_view typed) {
+// Those of the candidates that begin as typed, in their order.
+Texts in_order(Texts candidates, std::string_view typed) {
     std::erase_if(candidates, [&](const std::string& candidate) { return !begins_with(candidate, typed); });
+    return candidates;
+}
+
+Texts ascending(Texts candidates, std::string_view typed) {
+    candidates = in_order(std::move(candidates), typed);
     std::ranges::sort(candidates);
     return candidates;
 }
@@ -92,9 +104,74 @@ Texts argument_values(const Calculation& calculation, std::string_view name) {
 Texts arguments(const Calculation& calculation, const TypedLine& line) {
     const std::size_t equals = line.last.find('=');
     if (equals != std::string_view::npos) {
-        return matching(argument_values(calculation, line.last.substr(0, equals)), line.last);
+        return in_order(argument_values(calculation, line.last.substr(0, equals)), line.last);
     }
-    return matching(argument_names(calculation, std::span{line.words}.subspan(1)), line.last);
+    return in_order(argument_names(calculation, std::span{line.words}.subspan(1)), line.last);
+}
+
+// ---- What follows a job
+
+// The columns of the first word that is a table, but for those that only quotation marks could name.
+Texts columns_in(std::span<const std::string> words) {
+    for (const std::string& word : words) {
+        std::error_code fault;
+        if (!std::filesystem::is_regular_file(word, fault)) continue;
+        try {
+            Texts names = OpenTable{TableOptions{.input = word}}.header().names;
+            std::erase_if(names,
+                          [](const std::string& name) { return name.find_first_of(" \t'\",") != std::string::npos; });
+            return names;
+        } catch (const std::exception&) {
+            continue;  // no table
+        }
+    }
+    return {};
+}
+
+// Behind a comma the next one.
+Texts columns(const TypedLine& line) {
+    const std::string before{line.last.substr(0, line.last.rfind(',') + 1)};  // npos + 1 is 0
+    Texts names = columns_in(std::span{line.words}.subspan(1));
+    for (std::string& name : names) name.insert(0, before);
+    return in_order(std::move(names), line.last);
+}
+
+Texts option_names(const Job& job) {
+    Texts names;
+    for (const Option& option : job.options) names.emplace_back(option.name);
+    return names;
+}
+
+// loan or depreciation, and then the arguments without a value.
+Texts fixed_words(const Job& job, const TypedLine& line) {
+    Texts words;
+    const auto given = [&](std::string_view word) {
+        return std::ranges::any_of(line.words, [&](const std::string& one) { return one.starts_with(word); });
+    };
+    for (const FixedWord& fixed : job.fixed_words) {
+        if (line.words.size() == 1) words.emplace_back(fixed.word);
+        if (line.words.size() == 1 || line.words[1] != fixed.word) continue;
+        for (const catalogue::Parameter& parameter : fixed.arguments) {
+            const std::string name = std::string{parameter.name} + '=';
+            if (!given(name)) words.push_back(name);
+        }
+    }
+    return in_order(std::move(words), line.last);
+}
+
+// Nothing where a file may be named.
+std::optional<Texts> after_job(const Job& job, const TypedLine& line) {
+    if (job.options.empty()) return Texts{};
+    for (const Option& option : job.options) {
+        if (!is_called(option, line.words.back())) continue;
+        const auto value = catalogue::pages::value_of(option);
+        if (value == catalogue::pages::ValueIs::file) return {};
+        if (value == catalogue::pages::ValueIs::columns) return columns(line);
+        if (value == catalogue::pages::ValueIs::other) return Texts{};
+    }
+    if (line.last.starts_with('-')) return in_order(option_names(job), line.last);
+    if (!job.fixed_words.empty()) return fixed_words(job, line);
+    return {};
 }
 
 }  // namespace
@@ -103,14 +180,14 @@ std::optional<Texts> completions(std::string_view line) {
     const TypedLine typed = split_at_cursor(line);
     if (typed.words.empty()) {
         const bool asks = typed.last.starts_with(help_mark);
-        return matching(asks ? helped_names(help_mark) : first_words(), typed.last);
+        return ascending(asks ? helped_names(help_mark) : first_words(), typed.last);
     }
     const std::string& first = typed.words.front();
     const bool only = typed.words.size() == 1;
-    if (first == help_mark || first == "help") return only ? matching(helped_names({}), typed.last) : Texts{};
+    if (first == help_mark || first == "help") return only ? ascending(helped_names({}), typed.last) : Texts{};
     if (const Calculation* calculation = catalogue::find(first)) return arguments(*calculation, typed);
-    if (first == "list" || std::ranges::find(jobs(), first, &Job::word) == jobs().end()) return Texts{};
-    return {};
+    const auto job = std::ranges::find(jobs(), first, &Job::word);
+    return job == jobs().end() ? Texts{} : after_job(*job, typed);
 }
 
 std::string common_beginning(const Texts& texts) {

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <utility>
 
+#include "command/interruption.hpp"
 #include "command/outcome.hpp"
 #include "command/prompt/prompt_editor.hpp"
 #include "command/prompt/prompt_history.hpp"
@@ -26,8 +27,6 @@ namespace {
 constexpr const char* prompt = "finance> ";
 constexpr const char* prompt_within = "      .. ";  // where a line goes on
 constexpr std::string_view greeting = "? tells what can be typed, quit leaves.\n";
-
-Outcome no_output() { return {exit_refused, "", unwritable()}; }
 
 std::string_view without_mark(std::string_view line, std::uint64_t number) {
     const bool marked = number == 1 && line.starts_with(byte_order_mark);
@@ -68,14 +67,16 @@ Outcome run_prompt(const Settings& settings) {
     const PromptHistory history{history_path()};
     PromptEditor editor{history.read()};
     PromptSession session{settings, LinesFrom::terminal};
+    const InterruptsNoted noted;
     write_text(stderr, greeting);
     while (!session.ended()) {
         const auto line = whole_line(editor);
         if (!line || line->abandoned) write_text(stderr, "\n");
         if (!line) break;
         if (editor.remember(line->text)) history.add(line->text);
+        InterruptsNoted::forget();
         const Outcome outcome = session.run(line->text);
-        if (!write_text(stdout, outcome.output)) return no_output();
+        if (!write_text(stdout, outcome.output)) return unwritten();
         write_text(stderr, outcome.error);
     }
     return {};
@@ -87,9 +88,9 @@ Outcome run_script(const Settings& settings) {
     std::uint64_t number = 0;
     for (std::string line; !session.ended() && std::getline(std::cin, line);) {
         const std::uint64_t first = ++number;
-        const Outcome outcome = session.run(whole_script_line(line, number));
+        const Outcome outcome = session.run(whole_script_line(line, number), first);
         status = std::max(status, outcome.exit_status);
-        if (!write_text(stdout, outcome.output)) return no_output();
+        if (!write_text(stdout, outcome.output)) return unwritten();
         write_text(stderr, relabelled(outcome.error, "", "finance: line " + std::to_string(first) + ": "));
     }
     if (std::ferror(stdin) == 0) return {status, "", ""};

@@ -17,9 +17,11 @@
 #include <new>
 #include <string_view>
 
+#include "command/outcome.hpp"
 #include "command/prompt/completion.hpp"
 #include "command/prompt/prompt_history.hpp"
 #include "command/prompt/prompt_signals.hpp"
+#include "command/prompt/terminal_modes.hpp"
 
 namespace finance::command {
 
@@ -33,6 +35,7 @@ using OwnedText = std::unique_ptr<char, Free>;
 // What the line being read has come to; the editing library calls back without a place for it.
 struct Reading {
     HeldSignals signals{};
+    TerminalModes modes{::fileno(rl_instream)};  // put back while signals are still held
     bool abandoned = false;
 };
 Reading* reading = nullptr;
@@ -47,11 +50,11 @@ void act_upon(int signal) {
         rl_resize_terminal();
         return;
     }
-    rl_deprep_terminal();
+    reading->modes.leave();
     reading->signals.let_through(signal);
     // Continued in the background, the terminal is another's until the shell gives it back.
     while (::tcgetpgrp(::fileno(rl_instream)) != ::getpgrp()) reading->signals.let_through(SIGTTIN);
-    rl_prep_terminal(1);
+    reading->modes.enter();
     rl_forced_update_display();
 }
 
@@ -119,12 +122,34 @@ std::string first_characters(std::string_view text, int count) {
     return first;
 }
 
+// The editing library would sort them. So many in a line as fit, the first ones first.
+void show(const std::vector<std::string>& matches) {
+    constexpr std::size_t gap = 2;
+    int rows = 0, columns = 0;
+    rl_get_screen_size(&rows, &columns);
+    std::size_t widest = 0;
+    for (const std::string& match : matches) widest = std::max(widest, match.size() + gap);
+    const std::size_t in_line = std::max<std::size_t>(static_cast<std::size_t>(std::max(columns, 1)) / widest, 1);
+    std::string text;
+    for (std::size_t i = 0; i < matches.size(); ++i) {
+        text.append(i % in_line == 0 ? "\n" : std::string(widest - matches[i - 1].size(), ' ')).append(matches[i]);
+    }
+    write_text(rl_outstream, text + '\n');
+    rl_forced_update_display();
+}
+
 // word: from the character at start to the cursor.
 char** complete(const char* word, int start, int /*end*/) {
-    const OwnedText line{rl_copy_text(0, INT_MAX)};  // lacks the last byte: at the most a blank before an empty word
-    const auto matches = completions(first_characters(line.get(), start) + word);
+    // Lacks the last byte: at the most a blank before an empty word. Of nothing there is no copy, not even an empty one.
+    const OwnedText line{start > 0 ? rl_copy_text(0, INT_MAX) : nullptr};
+    const auto matches = completions((line ? first_characters(line.get(), start) : "") + word);
     rl_attempted_completion_over = matches ? 1 : 0;
     if (!matches) return nullptr;
+    constexpr int again = '?';  // the second Tab
+    if (rl_completion_type == again && matches->size() > 1 && common_beginning(*matches) == word) {
+        show(*matches);
+        return nullptr;
+    }
     const bool wants_value = matches->size() == 1 && matches->front().ends_with('=');
     rl_completion_append_character = wants_value ? 0 : static_cast<unsigned char>(' ');
     return handed_over(*matches);
@@ -145,6 +170,9 @@ PromptEditor::PromptEditor(const std::vector<std::string>& earlier_lines) {
     rl_completer_word_break_characters = word_ends.data();
     rl_attempted_completion_function = complete;
     rl_getc_function = read_character;
+    rl_initialize();
+    // The library's own commands are not ours, and reading them it falls over an open quotation mark.
+    for (const char* command : {"bind -r ^[x", "bind -a -r :"}) rl_parse_and_bind(command);
     using_history();
     stifle_history(static_cast<int>(kept_lines));
     for (const std::string& line : earlier_lines) remember(line);
@@ -153,7 +181,6 @@ PromptEditor::PromptEditor(const std::vector<std::string>& earlier_lines) {
 std::optional<PromptEditor::Line> PromptEditor::read(const char* prompt) {
     Reading current;
     reading = &current;
-    rl_prep_terminal(1);  // before the prompt is shown: what is typed at once is echoed by the editor alone
     const OwnedText text{readline(prompt)};
     reading = nullptr;
     if (text == nullptr && !current.abandoned) return {};

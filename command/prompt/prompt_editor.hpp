@@ -2,7 +2,9 @@
 //
 //  (1) Ctrl-C abandons the line; Ctrl-D on an empty line, or a terminal that is gone, ends the input.
 //  (2) Ctrl-Z, a new size of the window, and requests to terminate are acted upon while a line is being typed, the
-//      terminal being put in order first. At any other time signals do what they always do.
+//      terminal being put in order first. At any other time signals do what they always do; but see
+//      command/interruption.hpp.
+//  (3) The terminal is as it was found whenever no line is being typed (command/prompt/terminal_modes.hpp).
 #pragma once
 
 #include <optional>

@@ -4,9 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <iterator>
+#include <sstream>
 #include <system_error>
 
 namespace finance::command {
@@ -30,12 +31,36 @@ bool make_folder(const std::filesystem::path& folder) {
     return ::mkdir(folder.c_str(), folder_mode) == 0;
 }
 
+// Opens nothing but a usual file, and without waiting: a pipe or a device has no history. -1 where there is none.
+int open_file(const std::filesystem::path& path, int flags) {
+    struct stat about {};
+    const int file = ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, file_mode);
+    if (file < 0 || (::fstat(file, &about) == 0 && S_ISREG(about.st_mode))) return file;
+    ::close(file);
+    return -1;
+}
+
 // Whether all of the text went to the file.
 bool write_text(const std::filesystem::path& path, int flags, std::string_view text) {
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, file_mode);
+    const int file = open_file(path, O_WRONLY | O_CREAT | flags);
     if (file < 0) return false;
     const ssize_t written = ::write(file, text.data(), text.size());
     return ::close(file) == 0 && written == static_cast<ssize_t>(text.size());
+}
+
+// "" where it cannot be read.
+std::string read_text(const std::filesystem::path& path) {
+    constexpr std::size_t block = 65'536;
+    const int file = open_file(path, O_RDONLY);
+    std::string text;
+    for (ssize_t n = file < 0 ? 0 : 1; n > 0;) {
+        const std::size_t size = text.size();
+        text.resize(size + block);
+        n = ::read(file, text.data() + size, block);
+        text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(n, 0)));
+    }
+    if (file >= 0) ::close(file);
+    return text;
 }
 
 }  // namespace
@@ -49,7 +74,7 @@ std::filesystem::path history_path() {
 
 std::vector<std::string> PromptHistory::read() const {
     std::vector<std::string> lines;
-    std::ifstream file{file_};
+    std::istringstream file{read_text(file_)};
     for (std::string line; std::getline(file, line);) lines.push_back(line);
     if (lines.size() <= kept_lines) return lines;
     const bool overfull = lines.size() > 2 * kept_lines;

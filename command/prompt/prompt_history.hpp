@@ -4,7 +4,7 @@
 //      the latest last. Only its owner may read it.
 //  (2) Each line is added as it is typed, in one piece: sessions side by side keep each other's lines.
 //  (3) A file of more than twice as many lines as are kept is cut to those that are.
-//  (4) A file that cannot be read or written is of no consequence.
+//  (4) A file that cannot be read or written is of no consequence; a pipe or a device is none.
 #pragma once
 
 #include <cstddef>

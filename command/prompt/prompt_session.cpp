@@ -31,7 +31,7 @@ constexpr std::string_view what_can_be_typed =
     "?NAME              what a calculation answers, its arguments, formula, an example\n"
     "list               all calculations, by family\n"
     "help               how arguments are written, and what else there is\n"
-    "quit               leave; so does Ctrl-D. Ctrl-C abandons the line\n"
+    "quit               leave; so does Ctrl-D. Ctrl-C abandons the line, or stops a job\n"
     "Tab completes names and arguments, arrows bring back earlier lines, # starts a comment. A line ending in \\ or\n"
     "in an open bracket goes on in the next.\n";
 
@@ -105,6 +105,19 @@ std::string_view without_json(std::string_view line, bool& json) {
 
 std::string shown(const Variable& variable) {
     return variable.name + " = " + catalogue::value_text(variable.value, variable.dated) + '\n';
+}
+
+// Objects, one a line, each with the member first.
+std::string with_line(std::string_view objects, std::uint64_t number) {
+    const std::string member = "{\"line\":" + std::to_string(number) + ',';
+    std::string text;
+    while (!objects.empty()) {
+        const std::size_t end = std::min(objects.find('\n'), objects.size() - 1) + 1;
+        const std::string_view line = objects.substr(0, end);
+        line.starts_with('{') ? text.append(member).append(line.substr(1)) : text.append(line);
+        objects.remove_prefix(end);
+    }
+    return text;
 }
 
 }  // namespace
@@ -191,7 +204,7 @@ Outcome PromptSession::assign(const Assignment& assignment, const Settings& sett
 Outcome PromptSession::value_of(std::string_view text, const Settings& settings) {
     if (looks_like_call(text) || catalogue::find(text.substr(0, text.find(' '))) != nullptr) {
         Settings same = settings;
-        return run_line(text, same);
+        return run_text(text, same);
     }
     const auto value = read_value(catalogue::Kind::number, text);
     if (value) return {.value = value->number()};
@@ -200,7 +213,7 @@ Outcome PromptSession::value_of(std::string_view text, const Settings& settings)
     return outcome;
 }
 
-Outcome PromptSession::run_line(std::string_view line, Settings& settings) {
+Outcome PromptSession::run_text(std::string_view line, Settings& settings) {
     line = without_pasted(line);
     bool json = settings.json;
     const std::string_view call = without_json(without_comment(line), json);
@@ -214,17 +227,23 @@ Outcome PromptSession::run_line(std::string_view line, Settings& settings) {
     return words.empty() ? Outcome{} : run_words(std::move(words), settings);
 }
 
-Outcome PromptSession::run(std::string_view line) {
-    Settings settings = settings_;
+Outcome PromptSession::run_line(std::string_view line, Settings& settings) {
     try {
         check_text(line);
         settings.variables = &variables_;
-        return run_line(line, settings);
+        return run_text(line, settings);
     } catch (const UsageError& error) {
         return settings.json ? json_usage(error) : wrong_usage(error);
     } catch (const std::exception& error) {
         return settings.json ? json_failure(error.what()) : Outcome{exit_refused, "", std::string{error.what()} + '\n'};
     }
+}
+
+Outcome PromptSession::run(std::string_view line, std::uint64_t number) {
+    Settings settings = settings_;
+    Outcome outcome = run_line(line, settings);
+    if (settings.json && number > 0) outcome.output = with_line(outcome.output, number);
+    return outcome;
 }
 
 }  // namespace finance::command

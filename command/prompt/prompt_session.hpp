@@ -11,6 +11,7 @@
 //  (7) In a script standard input holds the script itself: map and fold take their table from a file.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,8 +31,9 @@ class PromptSession {
 public:
     PromptSession(const Settings& settings, LinesFrom from) : settings_{settings}, from_{from} {}
 
-    // What the line says; the error's lines have no "finance: " before them.
-    Outcome run(std::string_view line);
+    // What the line says; the error's lines have no "finance: " before them. number: of a script's line, told by each
+    // object; 0 where there is none.
+    Outcome run(std::string_view line, std::uint64_t number = 0);
     [[nodiscard]] bool ended() const { return ended_; }
 
     // NAME = TEXT, in a line.
@@ -46,6 +48,7 @@ private:
         std::string output;  // as it was printed
     };
     Outcome run_line(std::string_view line, Settings& settings);  // which gets what the line says of them
+    Outcome run_text(std::string_view line, Settings& settings);  // UsageError
     Outcome run_words(std::vector<std::string> words, const Settings& settings);
     Outcome finished(Outcome outcome);
     Outcome assign(const Assignment& assignment, const Settings& settings);

@@ -12,11 +12,13 @@
 #include "catalogue/annuities.hpp"
 #include "catalogue/text.hpp"
 #include "command/argument_list.hpp"
+#include "command/interruption.hpp"
 #include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/tables/table_writer.hpp"
+#include "command/text_layout.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -38,8 +40,8 @@ constexpr std::array kinds{Kind{{"loan", catalogue::annuity_parameters::payment}
 constexpr std::array kind_words{kinds[0].word, kinds[1].word};
 
 constexpr std::array schedule_options{
-    Option{"--csv", "", "comma-separated, all digits, any number of periods; --json the same as objects"},
-    json_option(""),
+    Option{"--csv", "", "comma-separated, all digits, any number of periods"},
+    json_option("the same, each period as an object on a line"),
     Option{"--plot", "FILE", "a picture instead of a table; FILE ends in .svg or .png (gnuplot draws it)"},
 };
 
@@ -58,6 +60,7 @@ Outcome stream(const Schedule& schedule, bool json) {
     TableWriter writer{std::string{standard_stream}, STDIN_FILENO, ','};
     std::string text = json ? "" : csv_header(schedule.columns);
     for (std::int64_t i = 0; i < schedule.rows; ++i) {
+        stop_if_interrupted();
         const Row row = schedule.next_row();
         json ? append_json(text, schedule.columns, row) : append_csv(text, row);
         if (text.size() < block) continue;
@@ -76,7 +79,10 @@ std::vector<Row> all_rows(std::string_view word, const Schedule& schedule) {
     }
     std::vector<Row> rows;
     rows.reserve(static_cast<std::size_t>(schedule.rows));
-    for (std::int64_t i = 0; i < schedule.rows; ++i) rows.push_back(schedule.next_row());
+    for (std::int64_t i = 0; i < schedule.rows; ++i) {
+        stop_if_interrupted();
+        rows.push_back(schedule.next_row());
+    }
     return rows;
 }
 
@@ -129,13 +135,13 @@ std::optional<std::string_view> checked_picture(const OptionsGiven& given, bool 
 Outcome schedule(Words words, const Settings& settings) {
     const OptionsGiven given = read_options(schedule_options, words, {.job = schedule_job.word});
     const auto picture = checked_picture(given, settings.json);
-    if (given.help) return {exit_answered, schedule_help(), ""};
+    if (given.help) return shown_help(schedule_help());
     const Kind& kind = kind_of(given.places);
     const Schedule schedule = kind.open(Words{given.places}.subspan(1), settings);
     if (given.has("--csv") || settings.json) return stream(schedule, settings.json);
     const std::vector<Row> rows = all_rows(kind.word.word, schedule);
     if (!picture) return {exit_answered, aligned_text(schedule.columns, rows), ""};
-    write_picture(*picture, drawn(schedule.picture(rows), picture_format(*picture)));
+    write_picture(*picture, drawn(schedule.picture(rows), picture_format(*picture), schedule.titles));
     return {};
 }
 

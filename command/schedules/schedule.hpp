@@ -18,6 +18,7 @@ namespace finance::command {
 
 // A table that is made row by row.
 struct Schedule {
+    std::vector<std::string> titles{};  // of the picture, and of each of its curves
     std::span<const Column> columns{};
     std::int64_t rows = 0;
     std::function<Row()> next_row{};                             // the rows in order, each once; CallRefused

@@ -156,7 +156,10 @@ private:
 Schedule depreciation_schedule(Words words, const Settings& settings) {
     Depreciation asset{read(words, settings), settings.host.get()};
     const DepreciationPicture picture{.title = asset.title(), .cost = asset.cost()};
-    return {.columns = columns,
+    std::vector<std::string> titles{picture.title};
+    for (const Column& column : std::span{columns}.subspan(1)) titles.emplace_back(column.name);
+    return {.titles = std::move(titles),
+            .columns = columns,
             .rows = asset.rows(),
             .next_row = [asset]() mutable { return asset.next(); },
             .picture = [picture](std::span<const Row> all) { return depreciation_script(picture, all); }};

@@ -62,7 +62,8 @@ Schedule loan_schedule(Words words, const Settings& settings) {
     Loan loan{words, settings};
     const LoanPicture picture{.title = loan.title(), .opening_balance = loan.opening_balance()};
     const std::int64_t rows = loan.rows();
-    return {.columns = columns,
+    return {.titles = {picture.title, "principal", "interest", "balance after the payment"},
+            .columns = columns,
             .rows = rows,
             .next_row = [loan = std::move(loan)]() mutable { return loan.next(); },
             .picture = [picture](std::span<const Row> all) { return loan_script(picture, all); }};

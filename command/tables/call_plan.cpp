@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "calls/meant.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 #include "command/argument_list.hpp"
@@ -126,6 +127,11 @@ PlannedArgument Planner::argument(const Calculation& calculation, std::size_t pa
     PlannedArgument planned{.parameter = parameter};
     const Kind kind = calculation.parameters[parameter].kind;
     if (const auto value = constant(kind, operand)) {
+        const bool number = value->kind() == host::Argument::Kind::number;
+        if (number && !calls::is_meant(kind, value->number())) {
+            const std::string words = calls::unmeant_words(kind, value->number());
+            fail(calculation, std::string{calculation.parameters[parameter].name} + ": " + words);
+        }
         planned.constant = *value;
     } else if (operand.kind == Operand::Kind::text) {
         fail(calculation, std::string{calculation.parameters[parameter].name} + ": " + unreadable(kind, operand.text));

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "command/interruption.hpp"
 #include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/tables/flow_groups.hpp"
@@ -11,6 +12,7 @@
 #include "command/tables/row_filter.hpp"
 #include "command/tables/table_reader.hpp"
 #include "command/tables/table_run.hpp"
+#include "command/text_layout.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -61,6 +63,7 @@ public:
     void run(RunSummary& summary) {
         Block block;
         while (table_.next(block)) {
+            stop_if_interrupted();
             add(block, summary);
             bytes_ += block.text().size();
             progress_.update(rows_, bytes_);
@@ -100,6 +103,7 @@ void write_groups(const FlowGroups& groups, GroupEvaluator& evaluator, TableWrit
     constexpr std::size_t block = std::size_t{64} * 1024;
     std::string output;
     for (const Group& group : groups.groups()) {
+        stop_if_interrupted();
         const std::size_t begin = output.size();
         if (is_failure(evaluator.evaluate(group, output, summary)) && strict) {
             output.resize(begin);
@@ -155,16 +159,23 @@ std::string fold_help() {
            "group.\n"
            "A formula alone takes the results before it, and such columns.\n"
            "\n" +
-           table_options_help() + option_lines(table_options, 0, 1) +
+           table_options_help(true) +
            "\n"
            "Examples\n"
            "  finance fold 'XIRR(amount, date)' --by deal flows.csv\n"
            "  finance fold 'NPV(rate, amount) as value, IRR(amount)' --by fund,deal flows.csv\n";
 }
 
+// What calls and tables have to say points to map, whose they are first.
 Outcome fold_table(Words words, const Settings& settings) {
     const TableOptions options = read_table_options(words, fold_job, settings.json);
-    return options.help ? Outcome{exit_answered, fold_help(), ""} : fold_rows(options, settings);
+    if (options.help) return shown_help(fold_help());
+    try {
+        return fold_rows(options, settings);
+    } catch (const UsageError& error) {
+        if (error.hint() != "finance help map") throw;
+        throw UsageError{error.what(), "finance help fold", error.subject()};
+    }
 }
 
 }  // namespace

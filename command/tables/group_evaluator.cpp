@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "calls/lists.hpp"
+#include "calls/meant.hpp"
 
 namespace finance::command {
 
@@ -67,7 +68,7 @@ CallResult GroupEvaluator::evaluated(const Group& group, const PlannedCall& call
         evaluation_ = host::Evaluation{};
         evaluation_.value = arguments_.front().number();
     } else {
-        evaluation_ = host_.evaluate(call.calculation->name, arguments_);
+        evaluation_ = calls::evaluate(host_, *call.calculation, arguments_);
     }
     return {.answer = calls::answer_of(host_, *call.calculation, arguments_, evaluation_)};
 }

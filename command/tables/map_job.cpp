@@ -3,6 +3,7 @@
 #include <thread>
 #include <vector>
 
+#include "command/interruption.hpp"
 #include "command/jobs.hpp"
 #include "command/tables/progress.hpp"
 #include "command/tables/row_evaluator.hpp"
@@ -11,6 +12,7 @@
 #include "command/tables/table_reader.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/tables/table_run.hpp"
+#include "command/text_layout.hpp"
 
 namespace finance::command {
 
@@ -31,7 +33,7 @@ public:
 
     void process(const Block& block, BlockResult& result) {
         RowCursor cursor{block, delimiter_, columns_};
-        while (!result.stop && take_rows(cursor)) {
+        while (!result.stop && !interrupted() && take_rows(cursor)) {
             result.stop = !evaluator_.evaluate(result.output, result.summary);
         }
     }
@@ -103,6 +105,7 @@ private:
 
     void write_oldest(TableWriter& writer) {
         const BlockResult& result = pipeline_.oldest();
+        stop_if_interrupted();
         writer.write(result.output);
         summary_.add(result.summary);
         bytes_ += pipeline_.oldest_size();
@@ -138,7 +141,7 @@ std::string map_help() {
            "Rows keep their order and every byte of their columns. A row that is refused has an empty result; the\n"
            "summary on standard error counts rows and lists the first that were refused.\n"
            "\n" +
-           table_options_help() +
+           table_options_help(false) +
            "\n"
            "Example\n"
            "  finance map 'PRICE(settlement, maturity, rate, 6.5%, 100, 2, basis) as price' bonds.csv > priced.csv\n";
@@ -146,7 +149,7 @@ std::string map_help() {
 
 Outcome map_table(Words words, const Settings& settings) {
     const TableOptions options = read_table_options(words, map_job, settings.json);
-    return options.help ? Outcome{exit_answered, map_help(), ""} : map_rows(options, settings);
+    return options.help ? shown_help(map_help()) : map_rows(options, settings);
 }
 
 }  // namespace

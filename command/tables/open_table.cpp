@@ -8,6 +8,8 @@
 #include <cstring>
 #include <utility>
 
+#include "command/interruption.hpp"
+
 namespace finance::command {
 
 namespace {
@@ -23,6 +25,7 @@ int beyond_standard_streams(int descriptor) {
 int opened(const std::string& path) {
     if (path == standard_stream) return STDIN_FILENO;
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) stop_if_interrupted();  // nobody wrote to a named pipe
     if (descriptor < 0) throw TableError{path + " cannot be opened: " + std::strerror(errno)};
     return beyond_standard_streams(descriptor);
 }

@@ -17,6 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include "calls/meant.hpp"
+#include "catalogue/wording.hpp"
 #include "command/argument_text.hpp"
 #include "command/tables/call_plan.hpp"
 #include "command/tables/table_record.hpp"
@@ -24,11 +26,17 @@
 
 namespace finance::command {
 
-// A field as a value; an empty one is a missing value. Nothing where it cannot be read.
+// What a basis is that a call leaves out.
+inline constexpr host::Argument default_basis{catalogue::basis_keywords.front()};
+
+// A field as a value; an empty one is a missing value, or the basis of a call that leaves it out. Nothing where it
+// cannot be read, or is not meant.
 inline std::optional<host::Argument> read_field(std::string_view raw, catalogue::Kind kind, std::string& scratch) {
     const std::string_view text = trimmed(field_text(raw, scratch));
-    if (text.empty()) return host::Argument::missing();
-    return read_value(kind, text);
+    if (text.empty()) return kind == catalogue::Kind::basis ? default_basis : host::Argument::missing();
+    const auto value = read_value(kind, text);
+    const bool number = value && value->kind() == host::Argument::Kind::number;
+    return number && !calls::is_meant(kind, value->number()) ? std::nullopt : value;
 }
 
 std::string field_count_words(std::size_t fields, std::size_t columns);

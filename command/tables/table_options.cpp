@@ -29,7 +29,7 @@ TableOptions read_table_options(Words words, const Job& job, bool json) {
     return options;
 }
 
-std::string table_options_help() {
+std::string table_options_help(bool by) {
     return "Calls\n"
            "  rate               the column of that name; $1 is the first column\n"
            "  \"coupon rate\"      the same, for names with commas, brackets or equals signs, or that look like "
@@ -55,7 +55,7 @@ std::string table_options_help() {
            "  is read from standard input.\n"
            "\n"
            "Options\n" +
-           option_lines(table_options, 1) +
+           option_lines(std::span{table_options}.subspan(by ? 0 : 1)) +
            "\n"
            "Exit status\n"
            "  0 all answered, or without a value for lack of a value that is needed; 1 some refused, or the table\n"

@@ -33,14 +33,17 @@ inline constexpr std::array table_options{
     Option{"--by", "COLUMN,...", "the columns that tell groups apart"},
     Option{"--where", "CONDITION",
            "only rows of which it holds, as in 'kind = \"bond\" and rate > 2%'; the others are left out"},
-    Option{"--output", "FILE", "instead of standard output"},
-    Option{"--delimiter", "CHAR",
+    Option{"--output", "FILE", "instead of standard output", {}, "-o"},
+    Option{"--delimiter",
+           "CHAR",
            "what separates fields: comma, tab, semicolon or any one character; otherwise told by\n"
-           "the file's extension, or by the header"},
+           "the file's extension, or by the header",
+           {},
+           "-d"},
     Option{"--no-header", "", "the first line is a row; columns are called $1, $2, ..."},
     Option{"--status", "", "adds a column NAME_status to each result that says why there is no value"},
     Option{"--strict", "", "stops at the first refusal"},
-    Option{"--quiet", "", "neither progress nor summary on standard error"},
+    Option{"--quiet", "", "neither progress nor summary on standard error", {}, "-q"},
     json_option("each result as an object on a line, with value, status, argument at fault and rule"),
 };
 
@@ -48,6 +51,7 @@ inline constexpr std::array table_options{
 TableOptions read_table_options(Words words, const Job& job, bool json);
 
 // The help on what both jobs have.
-std::string table_options_help();
+// by: --by among them.
+std::string table_options_help(bool by);
 
 }  // namespace finance::command

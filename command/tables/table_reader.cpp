@@ -10,6 +10,7 @@
 #include <cstring>
 #include <utility>
 
+#include "command/interruption.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/words.hpp"
 
@@ -57,6 +58,7 @@ void TableReader::read_some(Block& block, std::size_t wanted) {
         if (n > 0) block.end += static_cast<std::size_t>(n);
         if (n == 0) ended_ = true;
         if (n >= 0) return;
+        if (errno == EINTR) stop_if_interrupted();
         if (errno == EAGAIN) wait_for_input(descriptor_);
         if (errno != EAGAIN && errno != EINTR) break;
     }

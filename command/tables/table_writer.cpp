@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "command/interruption.hpp"
+#include "command/outcome.hpp"
 #include "command/tables/table_options.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
@@ -42,17 +44,22 @@ TableWriter::~TableWriter() {
     if (owned_ && descriptor_ >= 0) ::close(descriptor_);
 }
 
-void TableWriter::fail(int error) const { throw TableError{name_ + " cannot be written: " + std::strerror(error)}; }
+void TableWriter::fail(int error) const {
+    if (error == EPIPE) throw ClosedPipe{};
+    throw TableError{name_ + " cannot be written: " + std::strerror(error)};
+}
 
 void TableWriter::write(std::string_view records) {
     for (std::size_t written = 0; written < records.size();) {
         const ssize_t n = ::write(descriptor_, records.data() + written, records.size() - written);
         if (n >= 0) {
             written += static_cast<std::size_t>(n);
+        } else if (errno == EINTR) {
+            stop_if_interrupted();
         } else if (errno == EAGAIN) {
             pollfd room{.fd = descriptor_, .events = POLLOUT, .revents = 0};
             poll(&room, 1, -1);
-        } else if (errno != EINTR) {
+        } else {
             const int error = errno;
             cut_back(records, written);
             fail(error);

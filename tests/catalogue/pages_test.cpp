@@ -17,8 +17,8 @@ namespace {
 
 namespace pages = catalogue::pages;
 
-constexpr std::array fold_options{pages::Option{"--by", "COLUMN"}, pages::Option{"--strict"},
-                                  pages::Option{.name = "--json", .anywhere = true}};
+constexpr std::array fold_options{pages::Option{.name = "--by", .value = "COLUMN", .short_name = "-b"},
+                                  pages::Option{"--strict"}, pages::Option{.name = "--json", .anywhere = true}};
 constexpr std::array plot_option{pages::Option{"--plot", "FILE"}};
 constexpr std::array loan_arguments{catalogue::number("rate", "", ""), catalogue::number("nper", "", "")};
 constexpr std::array kinds{pages::FixedWord{"loan", loan_arguments}, pages::FixedWord{"other", {}}};
@@ -53,6 +53,9 @@ TEST(CommandWords, WhatIsTypedAsItStands) {
               "        'schedule other') <--plot>\n"
               "        plot) <VARIABLES --plot>\n");
     EXPECT_EQ(pages::typed_cases({}, {}), "");
+    EXPECT_EQ(pages::names_of_options(words, pages::ValueIs::columns), "--by -b");
+    EXPECT_EQ(pages::names_of_options(words, pages::ValueIs::file), "--plot") << "of two words, once";
+    EXPECT_EQ(pages::names_of_options(words, pages::ValueIs::other), "");
 }
 
 TEST(CommandWords, BothShellsHaveThem) {
@@ -141,6 +144,8 @@ TEST(ManPage, WordsOptionsAndCalculations) {
     EXPECT_TRUE(
         contains(text, "\n\\fBfold\\fR \\(aqCALL(...)\\(aq \\-\\-by COLUMN [FILE]\nit\\(aqs by \\(dqgroup\\(dq\n"));
     EXPECT_TRUE(contains(text, "\n.TP\n\\fB\\-\\-module\\fR \\fIPATH\\fR\nanother module\n"));
+    EXPECT_TRUE(contains(text, "\n.SS \"After fold\"\n.TP\n\\fB\\-b\\fR, \\fB\\-\\-by\\fR \\fICOLUMN\\fR\n"));
+    EXPECT_TRUE(contains(text, "\n.SS \"After plot\"\n.TP\n\\fB\\-\\-plot\\fR \\fIFILE\\fR\n"));
     EXPECT_TRUE(contains(text, "\n.TP\n\\fB\\&.\\fR\nA missing value.\n")) << "a dot alone is no request";
     for (const catalogue::Calculation& calculation : catalogue::calculations()) {
         EXPECT_TRUE(contains(text, "\n\\fB" + std::string{calculation.name} + "\\fR ")) << calculation.name;

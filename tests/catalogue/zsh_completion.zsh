@@ -40,9 +40,15 @@ completes "finance plot 'PMT(rr, 1, pv=zz)' r" "finance plot 'PMT(rr, 1, pv=zz)'
 completes "finance plot 'PMT(rr, 1, pv=zz)' z" "finance plot 'PMT(rr, 1, pv=zz)' zz="
 completes "finance map 'PMT(a,b,c)' --output=finance.ba" '--output=finance.bash '
 completes "finance map 'PMT(a,b,c)' finance.ba" ' finance.bash '
+completes "finance map 'PMT(a,b,c)' -o finance.ba" ' -o finance.bash '
+completes "finance schedule loan --plot finance.ba" ' --plot finance.bash '
+table=$(mktemp) && print -r 'fund,deal,amount' >$table
+completes "finance fold 'IRR(amount)' $table --by de" ' --by deal '
+completes "finance fold 'IRR(amount)' $table --by=fund,am" ' --by=fund,amount '
+rm -f $table
 completes 'finance --vers' 'finance --version '
 completes 'finance PMT ' 'interest rate of one period'
 
 zpty -d shell
 print "$checked lines checked"
-(( failed == 0 && checked == 18 ))
+(( failed == 0 && checked == 22 ))

@@ -39,13 +39,13 @@ const CompletionCase rows[] = {
     {"NOSUCH P", {}},
 
     // arguments
-    {"PMT ", {"fv=", "nper=", "pv=", "rate=", "type="}},
+    {"PMT ", {"rate=", "nper=", "pv=", "fv=", "type="}},
     {"PMT ra", {"rate="}},
     {"pmt RA", {"rate="}},
     {"PMT x", {}},
-    {"PMT 0.005 ", {"fv=", "nper=", "pv=", "type="}},
-    {"PMT 0.005 360 ", {"fv=", "pv=", "type="}},
-    {"PMT 0.005 nper=360 ", {"fv=", "pv=", "type="}},
+    {"PMT 0.005 ", {"nper=", "pv=", "fv=", "type="}},
+    {"PMT 0.005 360 ", {"pv=", "fv=", "type="}},
+    {"PMT 0.005 nper=360 ", {"pv=", "fv=", "type="}},
     {"PMT NPER=360 rate=1 pv=2 fv=3 type=1 ", {}},
     {"PMT 1 2 3 4 1 6 ", {}},
     {"IRR 1 2 3 ", {"flows="}},
@@ -53,11 +53,33 @@ const CompletionCase rows[] = {
 
     // values
     {"PMT rate=", {}},
-    {"YEARFRAC basis=", {"basis=30/360", "basis=ACT/360", "basis=ACT/365", "basis=ACTUAL", "basis=EU30/360"}},
+    {"YEARFRAC basis=", {"basis=30/360", "basis=ACTUAL", "basis=ACT/360", "basis=ACT/365", "basis=EU30/360"}},
     {"YEARFRAC BASIS=act/", {"basis=ACT/360", "basis=ACT/365"}},
     {"YEARFRAC nosuch=a", {}},
     {"PMT basis=A", {}},
+
+    // jobs: options, their values, words and arguments
+    {"map 'PMT(a, b, c)' --o", {"--output"}},
+    {"fold 'IRR(a)' --",
+     {"--by", "--where", "--output", "--delimiter", "--no-header", "--status", "--strict", "--quiet", "--json"}},
+    {"map 'PMT(a, b, c)' --delimiter ", {}},
+    {"schedule ", {"loan", "depreciation"}},
+    {"schedule lo", {"loan"}},
+    {"schedule loan rate=1% ", {"nper=", "pv=", "fv=", "type="}},
+    {"schedule depreciation ", {"cost=", "salvage=", "life=", "factor=", "month="}},
+    {"schedule loan --p", {"--plot"}},
+    {"fold 'IRR(a)' --by ", {}},  // of no table that is named yet
+    {"fold 'IRR(amount)' " TEST_DATA "/flows.csv --by ", {"deal", "year", "amount", "date", "rate"}},
+    {"fold 'IRR(amount)' " TEST_DATA "/flows.csv --by d", {"deal", "date"}},
+    {"fold 'IRR(amount)' " TEST_DATA "/flows.csv --by deal,da", {"deal,date"}},
 };
+
+TEST(Completion, FilesAreNotKnownHere) {
+    for (const char* line : {"map ", "map 'PMT(a, b, c)' fl", "map 'PMT(a, b, c)' --output ", "fold 'IRR(a)' -o x",
+                             "schedule loan --plot ", "plot 'PMT(r, 1, 2)' r=1..2 --output p"}) {
+        EXPECT_FALSE(completions(line).has_value()) << line;
+    }
+}
 
 TEST(Completion, OffersWhatMayFollow) {
     for (const CompletionCase& row : rows) {

@@ -154,8 +154,8 @@ constexpr UsageCase wrong_usages[] = {
     {"PMT(r, r, r)", "", "finance: fold: PMT takes no list; use finance map\ntry: finance help fold\n"},
     {"NPV(0.1, r, r)", "", "finance: fold: NPV: flows must be one column\ntry: finance help fold\n"},
     {"NPV(0.1, 5)", "", "finance: fold: NPV: flows must be one column\ntry: finance help fold\n"},
-    {"NPV(0.1, q)", "", "finance: the input has no column 'q' (did you mean r?)\ntry: finance help map\n"},
-    {"NPV(0.1, r)", "--by q", "finance: the input has no column 'q' (did you mean r?)\ntry: finance help map\n"},
+    {"NPV(0.1, q)", "", "finance: the input has no column 'q' (did you mean r?)\ntry: finance help fold\n"},
+    {"NPV(0.1, r)", "--by q", "finance: the input has no column 'q' (did you mean r?)\ntry: finance help fold\n"},
     {"NPV(0.1, r)", "--by", "finance: fold: --by needs a value\ntry: finance help fold\n"},
     {"XIRR(r)", "", "finance: XIRR: too few arguments: no values, dates\ntry: finance help XIRR\n"},
 };

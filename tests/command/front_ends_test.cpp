@@ -29,7 +29,7 @@ const Case cases[] = {
     {"PMT . 12 200000", "PMT(., 12, 200000)", "argument 1 (rate): ", "a value is missing", "refused", "missing", 1},
     {"PMT 0.005 nper= pv=1", "PMT(0.005, nper=, pv=1)", "argument 2 (nper): ", "no value given", "refused", "missing",
      1},
-    {"IRR -100 . 60", "IRR(-100, ., 60)", "argument 2 (flows, value 2): ", "a value is missing", "refused", "missing",
+    {"IRR -100 . 60", "IRR(-100, ., 60)", "argument 1 (flows, value 2): ", "a value is missing", "refused", "missing",
      1},
     {"FV 0.1 12 . .", "FV(0.1, 12, ., .)", "argument 4 (pv): ",
      "a value is missing (it must not be missing where pmt is missing too)", "refused", "missing", 1},
@@ -107,7 +107,7 @@ struct GroupCase {
 };
 
 const GroupCase groups[] = {
-    {"-100\n.\n60\n", "IRR(x)", "argument 2 (flows, value 2): a value is missing", "missing"},
+    {"-100\n.\n60\n", "IRR(x)", "argument 1 (flows, value 2): a value is missing", "missing"},
     {"100\n110\n", "MIRR(x, 0.1, 0.1)", "no answer: " + failure("MIRR"), "refused"},
     {"100\n110\n", "NPV(0, x)", "argument 1 (rate): 0 is not above 0", "refused"},
     {"100\n110\n", "XIRR(x, x)", "no answer: the values do not change sign: a rate needs money paid and money received",

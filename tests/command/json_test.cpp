@@ -44,7 +44,7 @@ struct NumberCase {
 
 constexpr NumberCase numbers[] = {
     {0.0, "0"},
-    {-0.0, "-0"},
+    {-0.0, "0"},
     {0.1, "0.1"},
     {-200.0, "-200"},
     {1e22, "1e+22"},
@@ -169,7 +169,7 @@ constexpr RunCase runs[] = {
      R"({"calculation":"PMT","status":"refused","value":null,"argument":{"position":2,"name":"nper"},)"
      R"("rule":"whole number, must be at least 1","message":"2.5 is not a whole number","notes":[]})"},
     {"--json IRR -100 . 60", 1,
-     R"({"calculation":"IRR","status":"refused","value":null,"argument":{"position":2,"name":"flows","element":2},)"
+     R"({"calculation":"IRR","status":"refused","value":null,"argument":{"position":1,"name":"flows","element":2},)"
      R"("rule":"number","message":"a value is missing","notes":[]})"},
     {"--json MIRR 100 110 0.1 0.1", 1,
      R"({"calculation":"MIRR","status":"refused","value":null,"argument":null,"rule":null,"message":"there is no )"

@@ -331,14 +331,14 @@ TEST_F(Map, AFileThatIsFullEndsWithAWholeRow) {
     EXPECT_EQ(written.substr(written.size() - payment.size() - 1), payment + '\n');
 }
 
-TEST_F(Map, AClosedPipeFails) {
+TEST_F(Map, AClosedPipeEndsInSilenceAClosedOutputDoesNot) {
     std::string table = "rate,nper,pv\n";
     for (int i = 0; i < 100000; ++i) table += "0.005,360,200000\n";
     const std::string path = put("t.csv", table);
     const CommandRun run = map(path, "| head -n 1");
     const CommandRun closed = map(path, ">&-");
     EXPECT_EQ(run.output, "rate,nper,pv,pmt\n");
-    EXPECT_NE(run.error.find("finance: the output cannot be written: Broken pipe\n"), std::string::npos) << run.error;
+    EXPECT_EQ(run.error, "");
     EXPECT_EQ(closed.exit_status, 1);
     EXPECT_NE(closed.error.find("finance: the output cannot be written: Bad file descriptor\n"), std::string::npos);
 }

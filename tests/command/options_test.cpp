@@ -54,6 +54,16 @@ TEST(Options, StandAnywhereAmongTheWords) {
 TEST(Options, HaveAShortForm) {
     EXPECT_TRUE(read({"-q"}).has("--quiet"));
     EXPECT_TRUE(read({"-h"}).help);
+    for (const command::Job* job : {&command::map_job, &command::fold_job}) {
+        const auto given =
+            command::read_options(job->options, Texts{"-o", "out.csv", "-d", ";", "-q", "-"}, {.job = job->word});
+        EXPECT_EQ(given.value("--output"), "out.csv");
+        EXPECT_EQ(given.value("--delimiter"), ";");
+        EXPECT_TRUE(given.has("--quiet"));
+        EXPECT_EQ(given.places, Texts{"-"});
+    }
+    EXPECT_EQ(command::read_options(command::plot_job.options, Texts{"-o", "p.svg"}, {.job = "plot"}).value("--output"),
+              "p.svg");
     EXPECT_TRUE(read({"--help"}).help);
 }
 
@@ -93,12 +103,12 @@ TEST(Options, WhatCannotBeTakenIsNamed) {
 
 TEST(Options, LinesOfHelpStandBelowEachOther) {
     EXPECT_EQ(command::option_lines(table),
-              "  --by COLUMN   groups\n"
-              "  --count N     how many,\n"
-              "                at most 20\n"
-              "  --quiet       says nothing\n"
-              "  --json        objects\n");
-    EXPECT_EQ(command::option_lines(table, 2, 1), "  --quiet       says nothing\n");
+              "      --by COLUMN   groups\n"
+              "      --count N     how many,\n"
+              "                    at most 20\n"
+              "  -q, --quiet       says nothing\n"
+              "      --json        objects\n");
+    EXPECT_EQ(command::option_lines(std::span{table}.subspan(3)), "  --json   objects\n");
 }
 
 // What completions and pages say of a job is what it reads, and its help has a line on each.

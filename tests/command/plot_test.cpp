@@ -81,6 +81,8 @@ TEST(Gnuplot, TextsStandForThemselves) {
     EXPECT_EQ(command::gnuplot_string("a\nset output\t.\x7f.\xc3.\xa4"), R"("a\077set output\077.\077.\077.\077")");
 }
 
+TEST(Gnuplot, TextsBetweenTags) { EXPECT_EQ(command::xml_text("a<b & \"c\">\n\xc3"), "a&lt;b &amp; \"c\"&gt;??"); }
+
 TEST(Gnuplot, DataBlocks) {
     const std::vector<std::vector<double>> rows{{1, 0.1}, {2, std::nan("")}, {3, HUGE_VAL}};
     EXPECT_EQ(command::data_block("d", rows), "$d << end_of_data\n1 0.1 \n2 NaN \n3 NaN \nend_of_data\n");
@@ -113,6 +115,38 @@ TEST(TitleLines, AreBrokenAndCut) {
     EXPECT_EQ(command::title_lines("abcdefghijkl", 5, 2), (Lines{"abcde", "fg..."}));
 }
 
+TEST(PlotCall, RangesInPercentAndCounts) {
+    EXPECT_TRUE((PlotCall{"PMT(r, 12, 100)", command::read_range("r=0.01..2%")}).percent());
+    EXPECT_FALSE((PlotCall{"PMT(r, 12, 100)", command::read_range("r=0.01..0.02")}).percent());
+    EXPECT_TRUE((PlotCall{"PMT(0.1, n, 100)", command::read_range("n=1..2")}).counted());
+    EXPECT_FALSE((PlotCall{"PMT(r, 12, 100)", command::read_range("r=1..2")}).counted());
+    EXPECT_FALSE((PlotCall{"COUPNUM(d, 2017-11-15, 2)", command::read_range("d=2008-02-28..2008-03-01")}).counted());
+}
+
+TEST(CurveScript, AnAxisInPercentIsLabelledSo) {
+    const std::vector<CurvePoint> curve{{0.25, 1.0}, {0.5, 2.0}};
+    const command::CurvePicture picture{.x = {.percent = true}};
+    const std::string script = command::curve_script(picture, curve);
+    EXPECT_TRUE(contains(script, "$curve << end_of_data\n25 1 \n50 2 \nend_of_data\n")) << script;
+    EXPECT_TRUE(contains(script, "set format x \"%.12g%%\"\n")) << script;
+    EXPECT_TRUE(contains(script, "set xrange [25:50]\n")) << script;
+    EXPECT_FALSE(contains(command::curve_script({}, curve), "%%"));
+}
+
+TEST(CurveScript, WholeNumbersAreStepsFromHalfwayToHalfway) {
+    const std::vector<CurvePoint> curve{{3, 1.0}, {4, std::nan("")}, {5, 2.0}};
+    const command::CurvePicture picture{.x = {.counted = true}};
+    const std::string script = command::curve_script(picture, curve);
+    EXPECT_TRUE(
+        contains(script, "$curve << end_of_data\n2.5 1 \n3.5 1 \n3.5 NaN \n4.5 NaN \n4.5 2 \n5.5 2 \nend_of_data\n"))
+        << script;
+    EXPECT_TRUE(contains(script, "$lone << end_of_data\n3 1 \n4 NaN \n5 2 \nend_of_data\n")) << "marks";
+    EXPECT_TRUE(contains(script, "set xtics 1\nset xrange [2.5:5.5]\n")) << script;
+    const std::string far = command::curve_script(picture, std::vector<CurvePoint>{{0, 1.0}, {500, 2.0}});
+    EXPECT_TRUE(contains(far, "-250 1 \n250 1 \n250 2 \n750 2 \n")) << far;
+    EXPECT_TRUE(contains(command::curve_script(picture, std::vector<CurvePoint>{{7, 1.0}}), "6.5 1 \n7.5 1 \n"));
+}
+
 TEST(CurveScript, LonePointsAreMarked) {
     std::vector<CurvePoint> curve;
     for (int i = 0; i < 50; ++i) curve.push_back({double(i), i == 3 || i > 5 ? 1.0 : std::nan("")});
@@ -140,9 +174,21 @@ TEST(Plot, SvgOnStandardOutput) {
     EXPECT_EQ(run.exit_status, 0);
     EXPECT_EQ(run.error, "");
     for (const char* part : {"<svg", "</svg>", ">PRICE(2008-02-15, 2017-11-15, 0.0575, y, 100, 2), y=0.01..0.12<",
-                             ">y: yield (fraction a year: 0.05 is 5 %)<", ">PRICE (money)<", ">0.02<"}) {
+                             ">y: yield (fraction a year: 0.05 is 5 %)<", ">PRICE (money)<", ">0.02<",
+                             "<title>PRICE(2008-02-15, 2017-11-15, 0.0575, y, 100, 2), y=0.01..0.12</title>",
+                             "<title>PRICE (money)</title>"}) {
         EXPECT_TRUE(contains(run.output, part)) << part;
     }
+}
+
+TEST(Plot, PercentAndSteps) {
+    const CommandRun percent = run_command(std::string{price} + "y=1%..12%");
+    for (const char* part : {">y: yield (percent a year)<", ">2%<", ">12%<"}) {
+        EXPECT_TRUE(contains(percent.output, part)) << part;
+    }
+    const CommandRun steps = run_command("plot 'PMT(0.5%, n, 1000)' n=3..6");
+    for (const char* part : {">n: nper (periods)<", ">3<", ">6<"}) EXPECT_TRUE(contains(steps.output, part)) << part;
+    EXPECT_FALSE(contains(steps.output, ">3.5<"));
 }
 
 TEST(Plot, DatesOnBothAxes) {

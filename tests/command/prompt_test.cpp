@@ -199,15 +199,20 @@ TEST(Script, HelpIsThatOfTheCommand) {
     EXPECT_NE(page.output.find("quit"), std::string::npos);
 }
 
+std::string at_line(int number, const std::string& object) {
+    return "{\"line\":" + std::to_string(number) + ',' + object.substr(1);
+}
+
 TEST(Script, ForMachines) {
     const std::string call = "NPV 0.25 0 125";
     const std::string object = run_command(call + " --json").output;
     EXPECT_NE(object.find("\"value\":80"), std::string::npos) << object;
-    EXPECT_EQ(run_script(call, "--json").output, object);
-    EXPECT_EQ(run_script(call + " --json").output, object);
+    EXPECT_EQ(run_script(call, "--json").output, at_line(1, object));
+    EXPECT_EQ(run_script("# first\n\n" + call + " --json\n" + call).output, at_line(3, object) + "80\n");
+    EXPECT_EQ(run_script(call + "\n_ --json").output, "80\n80\n") << "the answer as it was printed";
     const CommandRun wrong = run_script("PMT 1", "--json");
     EXPECT_EQ(wrong.exit_status, 2);
-    EXPECT_EQ(wrong.output, run_command("PMT 1 --json").output);
+    EXPECT_EQ(wrong.output, at_line(1, run_command("PMT 1 --json").output));
     EXPECT_EQ(wrong.error, "");
 }
 

@@ -61,13 +61,13 @@ TEST(Report, Refusals) {
     expect(told(bond, arguments, refused(-1)), 1, "", "finance: BOND: no answer: there is no such rate\n");
     const std::vector<Argument> flows{-100.0, nan, 60.0};
     expect(told(one_list, flows, refused(2)), 1, "",
-           "finance: INTERNAL: argument 2 (flows, value 2): a value is missing\n");
+           "finance: INTERNAL: argument 1 (flows, value 2): a value is missing\n");
 }
 
 TEST(Report, AMissingFlowIsNamedThoughTheModuleMarksNone) {
     const std::vector<Argument> flows{-100.0, nan, 60.0};
     expect(told(one_list, flows, refused(-1)), 1, "",
-           "finance: INTERNAL: argument 2 (flows, value 2): a value is missing\n");
+           "finance: INTERNAL: argument 1 (flows, value 2): a value is missing\n");
 }
 
 TEST(Report, LogLinesStandInWhereNothingIsFlagged) {

@@ -15,11 +15,6 @@ namespace finance::test {
 
 namespace {
 
-std::string program() {
-    const char* told = std::getenv("FINANCE_COMMAND");
-    return told != nullptr ? told : FINANCE_COMMAND;
-}
-
 std::string read_all(std::FILE* stream) {
     std::string text;
     std::array<char, 4096> buffer;
@@ -35,6 +30,11 @@ std::string read_file(const std::filesystem::path& path) {
 }
 
 }  // namespace
+
+std::string program() {
+    const char* told = std::getenv("FINANCE_COMMAND");
+    return told != nullptr ? told : FINANCE_COMMAND;
+}
 
 CommandRun run_command(const std::string& arguments) {
     const auto errors = std::filesystem::temp_directory_path() / ("finance_errors_" + std::to_string(getpid()));

@@ -12,6 +12,7 @@ struct CommandRun {
 };
 
 // arguments: shell text, redirections included. The program: environment variable FINANCE_COMMAND, else the built one.
+std::string program();
 CommandRun run_command(const std::string& arguments);
 
 }  // namespace finance::test

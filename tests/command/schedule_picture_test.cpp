@@ -46,10 +46,13 @@ void expect_all(const std::string& text, const std::vector<std::string>& parts) 
 TEST_F(SchedulePicture, Svg) {
     expect_all(drawn("loan 0.01 12 1000", "it's a loan.svg"),
                {"<svg", "</svg>", "Loan: rate 0.01 per period, 12 periods, pv 1000", ">paid per period (money)<",
-                ">balance (money)<", ">period<", ">principal<", ">interest<", ">balance after the payment<"});
+                ">balance (money)<", ">period<", ">principal<", ">interest<", ">balance after the payment<",
+                "<title>Loan: rate 0.01 per period, 12 periods, pv 1000</title>", "<title>principal</title>",
+                "<title>interest</title>", "<title>balance after the payment</title>"});
     expect_all(drawn("depreciation 10000 1000 50", "depreciation.SVG"),
                {"Depreciation: cost 10000, salvage 1000, life 50, factor 2, 12 months in the first year",
-                ">depreciation (money)<", ">book value (money)<", ">SLN<", ">SYD<", ">DB<", ">DDB<", ">VDB<"});
+                ">depreciation (money)<", ">book value (money)<", ">SLN<", ">SYD<", ">DB<", ">DDB<", ">VDB<",
+                "<title>SLN</title>", "<title>VDB book value</title>"});
 }
 
 TEST_F(SchedulePicture, Png) { EXPECT_EQ(drawn("loan 0.01 12 1000", "loan.png").substr(0, 8), "\x89PNG\r\n\x1a\n"); }

@@ -283,7 +283,7 @@ TEST(Schedule, AnOutputThatCannotBeWrittenFails) {
     EXPECT_EQ(closed.error, "finance: the output cannot be written: Bad file descriptor\n");
     const CommandRun broken = run_command("schedule loan 0.000001 1000000 1000 --csv | head -1");
     EXPECT_EQ(broken.output, "period,payment,interest,principal,balance\n");
-    EXPECT_EQ(broken.error, "finance: the output cannot be written: Broken pipe\n");
+    EXPECT_EQ(broken.error, "");  // as with others: closed_pipe_test.cpp
 }
 
 TEST(Schedule, Help) {

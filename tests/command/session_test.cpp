@@ -33,9 +33,11 @@ constexpr Pair scripts[] = {
      "3\n3\n3\n"},
     {"with arguments left out", "PMT(100%, 1, 1, , 1)\nPMT(100%, 1, 1, type=1)", "-1\n-1\n"},
     {"objects", "--json SLN(10, 0, 4)\nSLN(10, 0, 4) --json",
-     "{\"calculation\":\"SLN\",\"status\":\"answered\",\"value\":2.5,\"argument\":null,\"rule\":null,\"message\":null,"
+     "{\"line\":1,\"calculation\":\"SLN\",\"status\":\"answered\",\"value\":2.5,\"argument\":null,\"rule\":null,"
+     "\"message\":null,"
      "\"notes\":[]}\n"
-     "{\"calculation\":\"SLN\",\"status\":\"answered\",\"value\":2.5,\"argument\":null,\"rule\":null,\"message\":null,"
+     "{\"line\":2,\"calculation\":\"SLN\",\"status\":\"answered\",\"value\":2.5,\"argument\":null,\"rule\":null,"
+     "\"message\":null,"
      "\"notes\":[]}\n"},
 
     {"pasted", "finance SLN 1000 200 4\n$ finance SLN 1000 200 4\n  $ finance 'SLN(1000, 200, 4)'\nfinance",

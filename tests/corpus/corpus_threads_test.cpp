@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <numeric>
 #include <set>
 #include <thread>
 #include <vector>
@@ -58,13 +59,22 @@ bool same(const host::Evaluation& a, const host::Evaluation& b) {
     return a.status == b.status && bits(a.value) == bits(b.value) && a.flagged == b.flagged && a.notes == b.notes;
 }
 
-// Each thread begins elsewhere and steps differently, so that different calls meet.
-constexpr std::array<std::size_t, threads> steps{1, 7, 11, 13, 17, 19, 23, 29};
+// Each thread begins elsewhere and steps differently, so that different calls meet. Without a common factor with their
+// number, a step comes by all of them.
+std::array<std::size_t, threads> steps_through(std::size_t calls) {
+    std::array<std::size_t, threads> steps{};
+    std::size_t next = 1;
+    for (std::size_t& step : steps) {
+        while (std::gcd(next, calls) != 1) ++next;
+        step = next++;
+    }
+    return steps;
+}
 
 TEST(Threads, AllCalculationsFromEight) {
     const std::vector<HostCall> calls = calls_of_all();
     ASSERT_EQ(calls.size(), static_cast<std::size_t>(calls_each) * FinancialList.size());
-    for (const std::size_t step : steps) ASSERT_TRUE(step == 1 || calls.size() % step != 0);
+    const std::array<std::size_t, threads> steps = steps_through(calls.size());
     std::atomic<bool> start{false};
     std::atomic<std::size_t> made{0};
     std::array<std::set<std::string>, threads> different;

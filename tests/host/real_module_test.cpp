@@ -125,7 +125,6 @@ TEST(RealModule, UnknownNamesListTheKnownOnes) {
     Lines expected{"The First argument of the Finance function can be ", "one of the following"};
     for (const FinancialRow& row : FinancialList) expected.push_back("    " + std::string{row.name});
     expected.insert(expected.end(), {" ", " "});
-    ASSERT_EQ(expected.size(), 58U);
     const EmbeddedHost host{real_module()};
     for (const char* name : {"PMTS", "PM", "", "  ", " PMT", "P\xC4T"}) {
         const Evaluation got = host.evaluate(name, {0.005, 360, 200000});

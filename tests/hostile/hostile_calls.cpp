@@ -13,6 +13,7 @@
 
 #include "hostile/call_draws.hpp"
 #include "hostile/watched_calls.hpp"
+#include "module/financial_list.hpp"
 
 namespace {
 
@@ -40,9 +41,9 @@ struct Progress {
     std::size_t made;
     std::array<Slow, 10> slowest;
     std::size_t too_slow;
-    std::array<std::size_t, 64> answered;  // of each calculation
-    std::array<std::size_t, 64> faults;    // calls without end, or crashes
-    double seconds;                        // of all calls
+    std::array<std::size_t, calculation_count> answered;  // of each calculation
+    std::array<std::size_t, calculation_count> faults;    // calls without end, or crashes
+    double seconds;                                       // of all calls
     KeptCall current;
 };
 

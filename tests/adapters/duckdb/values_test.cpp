@@ -102,7 +102,8 @@ constexpr Refused refusals[] = {
      "PRICE: argument 6 (frequency): 2.5 is not a whole number"},
     {"fin_sln(10000, 1000, 0)", "SLN: argument 3 (life): 0 is not above 0"},
     {"fin_irr([1, 2])", "IRR: no answer: the flows do not change sign: a rate needs money paid and money received"},
-    {"fin_coupncd('infinity'::DATE, DATE '2030-11-15', 2)", "COUPNCD: argument 1 (settlement): inf is above 2^53"},
+    {"fin_coupncd('infinity'::DATE, DATE '2030-11-15', 2)",
+     "COUPNCD: argument 1 (settlement): inf is no day of the years 1 to 9999, counted from 1960-01-01"},
 };
 
 TEST(DuckdbValues, RefusalsEndTheQueryWithTheirSentence) {

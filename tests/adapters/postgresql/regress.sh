@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# regress.sh SOURCE BUILD PG_REGRESS: the files of sql/, each against its file of expected/.
-source=$1 build=$2 pg_regress=$3
+# regress.sh SOURCE BUILD PG_REGRESS EXAMPLES: the files of sql/, each against its file of expected/. EXAMPLES writes one
+# line a calculation.
+source=$1 build=$2 pg_regress=$3 examples=$4
 . "$source/adapters/postgresql/private_server.bash"
 prepare_servers "$build"
-start_server 1 "max_parallel_workers = 4" "jit = off"
+start_server 1 "max_parallel_workers = 4" "jit = off" "test.calculations = $("$examples" | wc -l)"
 sql 1 -c "CREATE EXTENSION zelkovan"
 
 # Its files must be readable by the servers' user, who need not see the source folder.

@@ -119,7 +119,6 @@ TEST(PostgresqlScript, EveryCalculationHasAnEntry) {
                                  ", \"" + kind_letters(calculation) + "\")\n";
         EXPECT_NE(list.find(line), std::string::npos) << line;
     }
-    EXPECT_EQ(index, 54U);
 }
 
 }  // namespace

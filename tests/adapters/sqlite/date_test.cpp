@@ -112,13 +112,17 @@ TEST(SqliteDates, AreAnsweredAsTextThatReadsBack) {
               "2025-11-15");
 }
 
-// 2026-05-15 is 8000 years before 10026-05-15, which is 20 times 400 years of 146,097 days: the calendar repeats. Julian
-// day of 2026-05-15: 2461175.5.
-TEST(SqliteDates, BeyondTheYear9999AreJulianDays) {
+// 2026-05-15 is 8000 years before 10026-05-15, which is 20 times 400 years of 146,097 days: the calendar repeats.
+TEST(SqliteDates, BeyondTheYear9999AreNotMeant) {
     const Database database;
-    EXPECT_EQ(database.number("SELECT fin_coupncd(julianday('2026-01-20') + 20 * 146097, julianday('2030-11-15') + "
-                              "20 * 146097, 2)"),
-              2461175.5 + 20 * 146097);
+    EXPECT_EQ(database.error("SELECT fin_coupncd(julianday('2026-01-20') + 20 * 146097, '2030-11-15', 2)"),
+              "COUPNCD: argument 1 (settlement): 2946066 is no day of the years 1 to 9999, counted from 1960-01-01");
+}
+
+// 10 September is 113 days before the year 1, whose first day is 715,509 days before 1960-01-01.
+TEST(SqliteDates, BeforeTheYear1AreAnsweredAsDays) {
+    const Database database;
+    EXPECT_EQ(database.number("SELECT fin_couppcd('0001-01-05', '0001-03-10', 2)"), -715509 - 113);
 }
 
 }  // namespace

@@ -16,7 +16,6 @@ TEST(SqliteFunctionTable, HasARowForEachCalculation) {
                         {adapters::function_name(calculation), std::string{calculation.answers},
                          std::string{calculation.formula}, adapters::is_scalar(calculation) ? "scalar" : "aggregate"});
     }
-    EXPECT_EQ(expected.size(), 4U * 54U);
     EXPECT_EQ(database.run("SELECT name, answers, formula, kind FROM fin_functions").values, expected);
 }
 

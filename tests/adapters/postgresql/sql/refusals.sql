@@ -27,7 +27,9 @@ SELECT fin_sln(10000, 1000); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_sln(10000, 1000, 5, 1); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_coupnum(45677, 47802, 2); \echo :LAST_ERROR_SQLSTATE
 
--- An answer that is no date of the server's: a bond that settles on its first day has its coupon before that.
+-- An answer that is no date of the server's: three coupons a year have no months, nor a schedule that means anything.
+SELECT fin_coupncd('2025-01-20', '2030-11-15', 3); \echo :LAST_ERROR_SQLSTATE
+-- Days that nobody can mean.
 SELECT fin_couppcd('4714-11-24 BC', '4700-11-15 BC', 2); \echo :LAST_ERROR_SQLSTATE
 
 -- Longer lists than a call may have; a basis of a million characters.
