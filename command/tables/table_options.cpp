@@ -41,7 +41,7 @@ std::string table_options_help() {
            "Tables\n"
            "  CSV or TSV in UTF-8, with quoted fields. An empty field is a missing value, and so is a dot. Dates are\n"
            "  ISO dates or days since 1960-01-01. A record is at most 16 MiB long. Without FILE, or with -, the table\n"
-           "  is read from standard input.\n"
+           "  is read from standard input. What begins as gzip does is unpacked as it is read.\n"
            "\n"
            "Options\n" +
            option_lines(table_options, 1) +
