@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@ struct TableOptions {
     std::string output{standard_stream};
     std::optional<char> delimiter{};
     std::vector<std::string_view> by{};
+    std::size_t skip = 0;  // lines before the table
     bool header = true;
     bool status = false;
     bool strict = false;
@@ -35,6 +37,7 @@ inline constexpr std::array table_options{
            "what separates fields: comma, tab, semicolon or any one character; otherwise told by\n"
            "the file's extension, or by the header"},
     Option{"--no-header", "", "the first line is a row; columns are called $1, $2, ..."},
+    Option{"--skip", "N", "lines above the header, titles say, that are passed over", {0, 1'000'000}},
     Option{"--status", "", "adds a column NAME_status to each result that says why there is no value"},
     Option{"--strict", "", "stops at the first refusal"},
     Option{"--quiet", "", "neither progress nor summary on standard error"},

@@ -50,19 +50,37 @@ void TableReader::read_some(Block& block, std::size_t wanted) {
 }
 
 std::string_view TableReader::peek() {
+    if (ahead_.begin > 0 && ahead_.text().find('\n') == std::string_view::npos) {  // room behind what is there
+        ahead_.buffer.erase(0, ahead_.begin);
+        ahead_.end -= std::exchange(ahead_.begin, 0);
+    }
     ahead_.buffer.resize(std::max(sizes_.block, byte_order_mark.size()));
     while (!ended_ && ahead_.end < ahead_.buffer.size() && ahead_.text().find('\n') == std::string_view::npos) {
         read_some(ahead_, ahead_.buffer.size());
     }
     if (is_utf16(ahead_.text())) throw TableError{name_ + " is UTF-16: convert it to UTF-8 first"};
-    if (!byte_order_mark_ && ahead_.text().starts_with(byte_order_mark)) {
+    if (!byte_order_mark_ && line_ == 1 && ahead_.text().starts_with(byte_order_mark)) {
         byte_order_mark_ = true;
-        ahead_.begin = byte_order_mark.size();
+        ahead_.begin += byte_order_mark.size();
+        if (ahead_.text().empty()) return peek();
     }
     const std::string_view foreign = foreign_format(ahead_.text());
     if (!foreign.empty()) throw TableError{name_ + ' ' + std::string{foreign}};
     if (ahead_.text().find('\0') < ahead_.text().find('\n')) fail(std::string{binary});
     return ahead_.text();
+}
+
+void TableReader::skip_lines(std::size_t lines) {
+    while (lines > 0) {
+        const std::string_view text = peek();
+        if (text.empty()) return;
+        const std::size_t newline = text.find('\n');
+        const bool whole = newline != std::string_view::npos;
+        ahead_.begin = whole ? ahead_.begin + newline + 1 : ahead_.end;
+        if (!whole) continue;  // a line that is longer than a block
+        --lines;
+        ++line_;
+    }
 }
 
 // ---- Records

@@ -5,6 +5,7 @@
 //  (3) A fault is thrown only after all records before it have been given: a file that ends within a quoted field, a
 //      NUL byte, a record that is too long, an input that cannot be read on, or unpacked.
 //  (4) A UTF-8 byte-order mark is taken off the front and remembered.
+//  (5) Lines are counted from the front of the input, those passed over included.
 #pragma once
 
 #include <algorithm>
@@ -39,6 +40,8 @@ public:
 
     // What the input begins with: its first line, where it is no longer than a block. TableError where it is no text.
     std::string_view peek();
+    // Passes over lines, quotation marks or not; before the first record is asked for. TableError.
+    void skip_lines(std::size_t lines);
     void set_delimiter(char delimiter) { delimiter_ = delimiter; }
 
     // Whole records into the block; false at the end of the input. TableError.
