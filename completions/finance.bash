@@ -64,8 +64,8 @@ _finance_arguments() {
 _finance_words() {
     case $1 in
         help) echo calculations ;;
-        map) echo --output --delimiter --no-header --skip --status --strict --quiet --json ;;
-        fold) echo --by --output --delimiter --no-header --skip --status --strict --quiet --json ;;
+        map) echo --output --delimiter --no-header --skip --missing --decimal --numbers --status --strict --quiet --json ;;
+        fold) echo --by --output --delimiter --no-header --skip --missing --decimal --numbers --status --strict --quiet --json ;;
         schedule) echo loan depreciation --csv --json --plot ;;
         'schedule loan') echo rate= nper= pv= fv= type= --csv --json --plot ;;
         'schedule depreciation') echo cost= salvage= life= factor= month= --csv --json --plot ;;

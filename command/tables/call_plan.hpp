@@ -14,6 +14,7 @@
 
 #include "catalogue/catalogue.hpp"
 #include "command/tables/call_expression.hpp"
+#include "command/tables/field_form.hpp"
 #include "command/tables/table_format.hpp"
 #include "host/embedded_host.hpp"
 
@@ -45,6 +46,7 @@ struct CallPlan {
     std::vector<Input> inputs{};
     std::size_t columns = 0;       // that the table has
     std::size_t used_columns = 0;  // up to the last one that is read
+    FieldForm fields{};            // how they are read
 };
 
 // Constants are views into the calls: they must live as long as the plan. UsageError.

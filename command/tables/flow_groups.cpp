@@ -51,9 +51,9 @@ void FlowGroups::add_fault(Group& group, std::size_t input, std::uint64_t line, 
 
 void FlowGroups::add_value(Group& group, std::size_t input, std::uint64_t line) {
     const auto [column, kind] = plan_.inputs[input];
-    const auto value = read_field(fields_[column], kind, scratch_);
+    const auto value = read_field(plan_.fields, fields_[column], kind, scratch_);
     if (!value || value->kind() != host::Argument::Kind::number) {
-        add_fault(group, input, line, unreadable(kind, trimmed(field_text(fields_[column], scratch_))));
+        add_fault(group, input, line, unreadable(plan_.fields, kind, trimmed(field_text(fields_[column], scratch_))));
         return;
     }
     std::vector<double>& values = group.values[input];

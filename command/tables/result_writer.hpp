@@ -13,6 +13,7 @@
 #include "calls/answer.hpp"
 #include "command/json_report.hpp"
 #include "command/json_text.hpp"
+#include "command/number_form.hpp"
 #include "command/tables/call_plan.hpp"
 
 namespace finance::command {
@@ -25,6 +26,7 @@ struct ResultForm {
     std::string_view line_end = "\n";  // of a last row that has none
     bool status = false;               // whether a column after each result says why there is none
     bool objects = false;
+    NumberForm numbers{};
     bool strict = false;  // whether the first row that is refused, and all after it, are left out
 };
 

@@ -24,10 +24,11 @@
 namespace finance::command {
 
 // A field as a value; an empty one is a missing value. Nothing where it cannot be read.
-inline std::optional<host::Argument> read_field(std::string_view raw, catalogue::Kind kind, std::string& scratch) {
+inline std::optional<host::Argument> read_field(const FieldForm& form, std::string_view raw, catalogue::Kind kind,
+                                                std::string& scratch) {
     const std::string_view text = trimmed(field_text(raw, scratch));
     if (text.empty()) return host::Argument::missing();
-    return read_value(kind, text);
+    return read_text(form, kind, text);
 }
 
 struct TableRow {
@@ -103,7 +104,7 @@ private:
     // The last row's value, from the fields. false where it cannot be read.
     bool put(std::size_t input) {
         const auto [column, kind] = plan_.inputs[input];
-        const auto value = read_field(fields_[column], kind, scratch_);
+        const auto value = read_field(plan_.fields, fields_[column], kind, scratch_);
         if (!value) return put_missing(input);
         const std::size_t row = rows_.size() - 1;
         if (mixed(input)) {

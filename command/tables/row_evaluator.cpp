@@ -79,7 +79,7 @@ CallResult RowEvaluator::unread_result(Place at, std::size_t position) {
     const PlannedCall& call = plan_.calls[at.call];
     const PlannedArgument& argument = call.arguments[position - 1];
     const auto [column, kind] = plan_.inputs[argument.input];
-    return {.fault = unreadable(kind, rows_.text(column, at.row)),
+    return {.fault = unreadable(plan_.fields, kind, rows_.text(column, at.row)),
             .at = {argument.parameter, position},
             .label = calls::argument_label(*call.calculation, position, call.arguments.size()) + ": "};
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "command/options.hpp"
+#include "command/tables/field_form.hpp"
 
 namespace finance::command {
 
@@ -20,6 +21,7 @@ struct TableOptions {
     std::string output{standard_stream};
     std::optional<char> delimiter{};
     std::vector<std::string_view> by{};
+    FieldForm fields{};
     std::size_t skip = 0;  // lines before the table
     bool header = true;
     bool status = false;
@@ -38,6 +40,13 @@ inline constexpr std::array table_options{
            "the file's extension, or by the header"},
     Option{"--no-header", "", "the first line is a row; columns are called $1, $2, ..."},
     Option{"--skip", "N", "lines above the header, titles say, that are passed over", {0, 1'000'000}},
+    Option{"--missing", "TEXT,...", "fields that are missing values, whatever their case: NA,NULL,#N/A"},
+    Option{"--decimal", "comma",
+           "fields write numbers with a decimal comma, and may group digits: 1.234,56 or 1 234,56; so\n"
+           "are results written (1234,56)"},
+    Option{"--numbers", "loose",
+           "fields may group digits (1,234.56), have a currency's sign or code before or after ($, EUR),\n"
+           "and brackets for a minus: (1,000)"},
     Option{"--status", "", "adds a column NAME_status to each result that says why there is no value"},
     Option{"--strict", "", "stops at the first refusal"},
     Option{"--quiet", "", "neither progress nor summary on standard error"},

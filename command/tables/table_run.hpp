@@ -17,7 +17,9 @@ namespace finance::command {
 struct TableRun {
     // UsageError, TableError.
     explicit TableRun(const TableOptions& given)
-        : options{given}, calls{read_calls(given.calls)}, table{given}, plan{plan_calls(calls, table.header())} {}
+        : options{given}, calls{read_calls(given.calls)}, table{given}, plan{plan_calls(calls, table.header())} {
+        plan.fields = given.fields;
+    }
 
     [[nodiscard]] ResultForm form() const;
 
