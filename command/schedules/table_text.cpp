@@ -1,13 +1,12 @@
 #include "command/schedules/table_text.hpp"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 
 #include "catalogue/text.hpp"
 #include "command/json_text.hpp"
+#include "command/number_form.hpp"
 
 namespace finance::command {
 
@@ -35,15 +34,9 @@ double largest_amount(std::span<const Column> columns, std::span<const Row> rows
     return largest;
 }
 
-bool is_zero(std::string_view text) { return text.find_first_not_of("-0.") == std::string_view::npos; }
-
 std::string amount_text(double amount, int decimals) {
     if (!(std::abs(amount) < widest_plain_amount)) return catalogue::shortest_text(amount);
-    std::array<char, 48> buffer;  // sign, 15 digits, point, 17 decimals
-    const auto end =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), amount, std::chars_format::fixed, decimals).ptr;
-    std::string text{buffer.data(), end};
-    return text.starts_with('-') && is_zero(text) ? text.substr(1) : text;
+    return rounded_text(amount, decimals);
 }
 
 std::string cell_text(const Column& column, double value, int decimals) {

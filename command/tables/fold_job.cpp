@@ -232,7 +232,8 @@ std::string fold_help() {
 }
 
 Outcome fold_table(Words words, const Settings& settings) {
-    const TableOptions options = read_table_options(words, fold_job, settings.json);
+    TableOptions options = read_table_options(words, fold_job, settings.json);
+    if (!options.digits) options.digits = settings.digits;
     return options.help ? Outcome{exit_answered, fold_help(), ""} : fold_rows(options, settings);
 }
 

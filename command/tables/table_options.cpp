@@ -9,6 +9,7 @@ namespace finance::command {
 TableOptions read_table_options(Words words, const Job& job, bool json) {
     const OptionsGiven given = read_options(job.options, words, {.job = job.word, .explains = true});
     TableOptions options{.by = given.values("--by"),
+                         .digits = digits_of(given),
                          .skip = given.number("--skip", 0),
                          .header = !given.has("--no-header"),
                          .status = given.has("--status"),

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command/number_form.hpp"
 #include "command/options.hpp"
 #include "command/tables/field_form.hpp"
 
@@ -22,7 +23,8 @@ struct TableOptions {
     std::optional<char> delimiter{};
     std::vector<std::string_view> by{};
     FieldForm fields{};
-    std::size_t skip = 0;  // lines before the table
+    std::optional<int> digits{};  // decimals of results; none: all
+    std::size_t skip = 0;         // lines before the table
     bool header = true;
     bool status = false;
     bool strict = false;
@@ -47,6 +49,7 @@ inline constexpr std::array table_options{
     Option{"--numbers", "loose",
            "fields may group digits (1,234.56), have a currency's sign or code before or after ($, EUR),\n"
            "and brackets for a minus: (1,000)"},
+    digits_option,
     Option{"--status", "", "adds a column NAME_status to each result that says why there is no value"},
     Option{"--strict", "", "stops at the first refusal"},
     Option{"--quiet", "", "neither progress nor summary on standard error"},

@@ -34,7 +34,7 @@ ResultForm TableRun::form() const {
             .line_end = table.header().line_end,
             .status = options.status,
             .objects = options.json,
-            .numbers = {.decimal = options.fields.decimal_comma ? ',' : '.'},
+            .numbers = {.decimals = options.digits, .decimal = options.fields.decimal_comma ? ',' : '.'},
             .strict = options.strict};
 }
 
