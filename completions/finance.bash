@@ -66,9 +66,9 @@ _finance_words() {
         help) echo calculations ;;
         map) echo --output --delimiter --no-header --skip --missing --decimal --numbers --digits --status --strict --quiet --json ;;
         fold) echo --by --output --delimiter --no-header --skip --missing --decimal --numbers --digits --status --strict --quiet --json ;;
-        schedule) echo loan depreciation --csv --json --plot ;;
-        'schedule loan') echo rate= nper= pv= fv= type= --csv --json --plot ;;
-        'schedule depreciation') echo cost= salvage= life= factor= month= --csv --json --plot ;;
+        schedule) echo loan depreciation --csv --json --digits --plot ;;
+        'schedule loan') echo rate= nper= pv= fv= type= start= months= extra= --csv --json --digits --plot ;;
+        'schedule depreciation') echo cost= salvage= life= factor= month= --csv --json --digits --plot ;;
         plot) echo variables --output --points --json ;;
     esac
 }

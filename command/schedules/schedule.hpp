@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,8 +20,8 @@ namespace finance::command {
 // A table that is made row by row.
 struct Schedule {
     std::span<const Column> columns{};
-    std::int64_t rows = 0;
-    std::function<Row()> next_row{};                             // the rows in order, each once; CallRefused
+    std::int64_t rows = 0;                                       // at most
+    std::function<Row()> next_row{};                             // the rows in order, empty after the last; CallRefused
     std::function<std::string(std::span<const Row>)> picture{};  // what gnuplot is told to draw all rows
 };
 
@@ -30,9 +31,11 @@ std::int64_t period_count(std::string_view schedule, double periods);
 // What follows the word of a schedule. UsageError.
 std::vector<host::Argument> schedule_arguments(const catalogue::Calculation& schedule, Words words);
 
-// UsageError, CallRefused. The host must live as long as the schedule.
-Schedule loan_schedule(Words words, const host::EmbeddedHost& host);
-Schedule depreciation_schedule(Words words, const host::EmbeddedHost& host);
+// decimals: that all amounts are rounded to, so that columns add up; none: all digits. UsageError, CallRefused. The host
+// must live as long as the schedule.
+Schedule loan_schedule(Words words, const host::EmbeddedHost& host, const std::optional<int>& decimals);
+Schedule depreciation_schedule(Words words, const host::EmbeddedHost& host, const std::optional<int>& decimals);
+extern const std::array<catalogue::Parameter, 8> loan_parameters;
 extern const std::array<catalogue::Parameter, 5> depreciation_parameters;
 
 }  // namespace finance::command

@@ -111,7 +111,7 @@ TEST(Options, OfEveryJobAreInItsHelp) {
             ++checked;
         }
     }
-    EXPECT_EQ(checked, 12 + 13 + 3 + 3);
+    EXPECT_EQ(checked, 12 + 13 + 4 + 3);
 }
 
 }  // namespace
