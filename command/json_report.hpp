@@ -10,6 +10,7 @@
 //  argument    the one at fault: {"position":3,"name":"frequency"}, "element" its place in a list
 //  rule        what that argument must be
 //  message     one sentence: why there is no value
+//  row         of a table: what the fields of the row say, by the names of their columns
 //  line        of a table: the number of the row's line; group: of a table's groups, {"deal":"A"}; result: its name.
 //              There a call that wants a value that is missing has the status missing, as in the summary
 //  hint        there in usage errors: what to type to get further

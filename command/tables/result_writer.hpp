@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -27,7 +28,8 @@ struct ResultForm {
     bool status = false;               // whether a column after each result says why there is none
     bool objects = false;
     NumberForm numbers{};
-    bool strict = false;  // whether the first row that is refused, and all after it, are left out
+    std::span<const std::string> names{};  // of the table's columns, for objects of rows
+    bool strict = false;                   // whether the first row that is refused, and all after it, are left out
 };
 
 struct CallResult {

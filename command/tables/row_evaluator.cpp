@@ -13,7 +13,12 @@ std::string field_count_words(std::size_t fields, std::size_t columns) {
 }
 
 RowEvaluator::RowEvaluator(const host::EmbeddedHost& host, const CallPlan& plan, const ResultForm& form)
-    : host_{host}, plan_{plan}, rows_{plan, form.delimiter}, writer_{form}, answers_(plan.calls.size()) {
+    : host_{host},
+      plan_{plan},
+      rows_{plan, form.delimiter},
+      writer_{form},
+      row_object_{form.names, form.delimiter},
+      answers_(plan.calls.size()) {
     for (const PlannedCall& call : plan.calls) {
         auto& arguments = arguments_.emplace_back();
         for (const PlannedArgument& argument : call.arguments) arguments.push_back(argument.constant);
@@ -104,8 +109,11 @@ Verdict RowEvaluator::append_results(std::size_t row, std::string& output, RunSu
         [&](std::size_t call) {
             return result({call, row});
         },
-        [&](JsonText& json) { json.member("line", static_cast<double>(rows_.row(row).line)); }, output,
-        listed && fits ? &reasons : nullptr);
+        [&](JsonText& json) {
+            json.member("line", static_cast<double>(rows_.row(row).line)).key("row");
+            row_object_.append(json, rows_.row(row).record);
+        },
+        output, listed && fits ? &reasons : nullptr);
     if (verdict == Verdict::refused && listed) {
         summary.list("line " + std::to_string(rows_.row(row).line) + ": " + (fits ? reasons : misfit_));
     }

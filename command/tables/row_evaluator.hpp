@@ -15,6 +15,7 @@
 #include "command/tables/call_plan.hpp"
 #include "command/tables/result_writer.hpp"
 #include "command/tables/row_columns.hpp"
+#include "command/tables/row_object.hpp"
 #include "command/tables/run_summary.hpp"
 #include "host/embedded_host.hpp"
 
@@ -61,6 +62,7 @@ private:
     const CallPlan& plan_;
     RowColumns rows_;
     ResultWriter writer_;
+    RowObject row_object_;
     std::string misfit_;                                  // why the row that is written does not fit; else empty
     std::vector<Answers> answers_;                        // by call
     std::vector<host::Column> columns_;                   // of one call

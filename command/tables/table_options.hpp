@@ -53,7 +53,7 @@ inline constexpr std::array table_options{
     Option{"--status", "", "adds a column NAME_status to each result that says why there is no value"},
     Option{"--strict", "", "stops at the first refusal"},
     Option{"--quiet", "", "neither progress nor summary on standard error"},
-    json_option("each result as an object on a line, with value, status, argument at fault and rule"),
+    json_option("each result as an object on a line: row or group, value, status, argument at fault, rule"),
 };
 
 // UsageError.

@@ -35,6 +35,7 @@ ResultForm TableRun::form() const {
             .status = options.status,
             .objects = options.json,
             .numbers = {.decimals = options.digits, .decimal = options.fields.decimal_comma ? ',' : '.'},
+            .names = table.header().names,
             .strict = options.strict};
 }
 
