@@ -5,12 +5,14 @@
 #include <cstdio>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "command/jobs.hpp"
 #include "command/json_report.hpp"
+#include "command/number_form.hpp"
 #include "command/options.hpp"
 #include "command/outcome.hpp"
 #include "command/prompt/prompt.hpp"
@@ -26,6 +28,7 @@ struct CommandLine {
     bool version = false;
     bool help = false;
     bool json = false;
+    std::optional<int> digits{};
 };
 
 // --json stands anywhere: no argument is written so, and an error in the line is told as the line asks for.
@@ -52,6 +55,7 @@ CommandLine read_command_line(int argc, const char* const* argv) {
     }
     line.module = values["--module"];
     if (app.count("--module") > 0 && line.module.empty()) throw UsageError{"--module needs a path", "finance help"};
+    if (app.count("--digits") > 0) line.digits = read_digits(values["--digits"]);
     line.version = app.count("--version") > 0;
     line.help = app.count("--help") > 0;
     line.words = app.remaining();
@@ -69,7 +73,7 @@ Outcome version(bool json) {
 Outcome run_words(const CommandLine& line) {
     if (line.version) return version(line.json);
     HostOnDemand host{line.module};
-    const Settings settings{.json = line.json, .host = host};
+    const Settings settings{.json = line.json, .host = host, .digits = line.digits};
     const std::vector<std::string_view> words{line.words.begin(), line.words.end()};
     if (line.help) return run_job("help", {}, settings);
     if (words.empty()) return wants_prompt() ? run_prompt(settings) : run_script(settings);

@@ -1,6 +1,7 @@
 // What `finance` can be asked to do: the word that comes first, all that can follow it, and what is done then.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,6 +25,7 @@ struct Settings {
     bool json = false;  // results and errors as JSON objects, one a line
     HostOnDemand& host;
     const Variables* variables = nullptr;  // of a session
+    std::optional<int> digits{};           // decimals of answers; none: all
 };
 
 // A job writes what it streams itself; the outcome holds what is left to say and how it ends.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <vector>
 
 #include "command/argument_list.hpp"
 #include "command/direct_call.hpp"
@@ -10,6 +11,7 @@
 #include "command/formulas/variables.hpp"
 #include "command/help.hpp"
 #include "command/json_help.hpp"
+#include "command/number_form.hpp"
 #include "command/options.hpp"
 #include "command/usage_error.hpp"
 
@@ -77,6 +79,7 @@ Outcome list(Words words, const Settings& settings) {
 
 constexpr std::array all_options{
     Option{"--module", "PATH", "use this zelkovan.so instead of the installed one"},
+    digits_option,
     json_option("one JSON object a result, on one line; it may also stand later"),
     help_option,
     Option{"--version", "", "the version"},
@@ -116,6 +119,16 @@ Outcome calculate(std::string_view name, Words arguments, const Settings& settin
     return evaluate(calculation, read_arguments(calculation, arguments, settings.variables), settings);
 }
 
+// --digits stands anywhere.
+Outcome call(std::string_view name, Words words, const Settings& settings) {
+    std::vector<std::string_view> arguments{words.begin(), words.end()};
+    const std::optional<int> given = take_digits(arguments);
+    const std::optional<int> digits = given ? given : settings.digits;
+    Outcome outcome = calculate(name, arguments, settings);
+    if (digits) round_answer(outcome, *digits);
+    return outcome;
+}
+
 }  // namespace
 
 std::span<const Job> jobs() {
@@ -127,7 +140,7 @@ std::span<const Option> options() { return all_options; }
 
 Outcome run_job(std::string_view word, Words words, const Settings& settings) {
     const auto job = std::ranges::find(jobs(), word, &Job::word);
-    return job != jobs().end() ? job->run(words, settings) : calculate(word, words, settings);
+    return job != jobs().end() ? job->run(words, settings) : call(word, words, settings);
 }
 
 }  // namespace finance::command

@@ -11,6 +11,7 @@
 //  argument    the one at fault: {"position":3,"name":"frequency"}, as help counts; "element" its place in a list
 //  rule        what that argument must be
 //  message     one sentence: why there is no value
+//  row         of a table: what the fields of the row say, by the names of their columns
 //  line        of a table: the number of the row's line; group: of a table's groups, {"deal":"A"}; result: its name.
 //              There a call that wants a value that is missing has the status missing, as in the summary
 //  line        of a script: the number of the line, in front

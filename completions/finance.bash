@@ -64,11 +64,11 @@ _finance_arguments() {
 _finance_words() {
     case $1 in
         help) echo calculations ;;
-        map) echo --where --output --delimiter --no-header --status --strict --quiet --json ;;
-        fold) echo --by --where --output --delimiter --no-header --status --strict --quiet --json ;;
-        schedule) echo loan depreciation --csv --json --plot ;;
-        'schedule loan') echo rate= nper= pv= fv= type= --csv --json --plot ;;
-        'schedule depreciation') echo cost= salvage= life= factor= month= --csv --json --plot ;;
+        map) echo --where --output --delimiter --no-header --skip --missing --decimal --numbers --digits --status --strict --quiet --json ;;
+        fold) echo --by --where --output --delimiter --no-header --skip --missing --decimal --numbers --digits --status --strict --quiet --json ;;
+        schedule) echo loan depreciation --csv --json --digits --plot ;;
+        'schedule loan') echo rate= nper= pv= fv= type= start= months= extra= --csv --json --digits --plot ;;
+        'schedule depreciation') echo cost= salvage= life= factor= month= --csv --json --digits --plot ;;
         plot) echo variables --output --points --json ;;
     esac
 }
@@ -166,12 +166,12 @@ _finance_after_word() {
 _finance() {
     local -r words='list help map fold schedule plot'
     local -r names='ACCRINT ACCRINTM AMORDEGRC AMORLINC COUPDAYBS COUPDAYS COUPDAYSNC COUPNCD COUPNUM COUPPCD CUMIPMT CUMPRINC DB DDB DISC DOLLARDE DOLLARFR DURATION EFFECT FV FVSCHEDULE INTRATE IPMT IRR ISPMT MDURATION MIRR NOMINAL NPER NPV ODDFPRICE ODDFYIELD ODDLPRICE ODDLYIELD PMT PPMT PRICE PRICEDISC PRICEMAT PV RATE RECEIVED SLN SYD TBILLEQ TBILLPRICE TBILLYIELD VDB XIRR XNPV YEARFRAC YIELD YIELDDISC YIELDMAT'
-    local -r options='--module --json --help --version'
-    local -r valued_options='--module'
+    local -r options='--module --digits --json --help --version'
+    local -r valued_options='--module --digits'
     local -r bases='30/360 ACTUAL ACT/360 ACT/365 EU30/360'
     local -r file_options='--output -o --plot'
     local -r column_options='--by'
-    local -r other_options='--where --delimiter -d --points'
+    local -r other_options='--where --delimiter -d --skip --missing --decimal --numbers --digits --points'
     local cur=${COMP_WORDS[COMP_CWORD]} argument='' prefix='' word='' candidates='' files='' candidate
     local -i i before_word=0
     COMPREPLY=()

@@ -7,13 +7,14 @@
 #include <cstddef>
 #include <limits>
 #include <optional>
+#include <utility>
 #include <vector>
 
-#include "catalogue/annuities.hpp"
 #include "catalogue/text.hpp"
 #include "command/argument_list.hpp"
 #include "command/interruption.hpp"
 #include "command/jobs.hpp"
+#include "command/number_form.hpp"
 #include "command/options.hpp"
 #include "command/pictures/gnuplot.hpp"
 #include "command/tables/table_options.hpp"
@@ -32,16 +33,19 @@ constexpr std::int64_t longest_table = 10'000;  // lines; for a program there is
 
 struct Kind {
     FixedWord word;
-    Schedule (*open)(Words words, const Settings& settings);
+    Schedule (*open)(Words words, const Settings& settings, const std::optional<int>& decimals);
 };
 
-constexpr std::array kinds{Kind{{"loan", catalogue::annuity_parameters::payment}, loan_schedule},
+constexpr std::array kinds{Kind{{"loan", loan_parameters}, loan_schedule},
                            Kind{{"depreciation", depreciation_parameters}, depreciation_schedule}};
 constexpr std::array kind_words{kinds[0].word, kinds[1].word};
 
 constexpr std::array schedule_options{
     Option{"--csv", "", "comma-separated, all digits, any number of periods"},
     json_option("the same, each period as an object on a line"),
+    Option{"--digits", "N",
+           "amounts rounded to N decimals, so that columns add up; a loan's last payment carries the rest",
+           digits_option.range},
     Option{"--plot", "FILE", "a picture instead of a table; FILE ends in .svg or .png (gnuplot draws it)"},
 };
 
@@ -55,14 +59,15 @@ const Kind& kind_of(Words words) {
 // ---- The table
 
 // Rows go out as they are made.
-Outcome stream(const Schedule& schedule, bool json) {
+Outcome stream(const Schedule& schedule, bool json, const std::optional<int>& decimals) {
     constexpr std::size_t block = 65'536;
     TableWriter writer{std::string{standard_stream}, STDIN_FILENO, ','};
     std::string text = json ? "" : csv_header(schedule.columns);
     for (std::int64_t i = 0; i < schedule.rows; ++i) {
         stop_if_interrupted();
         const Row row = schedule.next_row();
-        json ? append_json(text, schedule.columns, row) : append_csv(text, row);
+        if (row.empty()) break;
+        json ? append_json(text, schedule.columns, row) : append_csv(text, schedule.columns, row, decimals);
         if (text.size() < block) continue;
         writer.write(text);
         text.clear();
@@ -81,7 +86,9 @@ std::vector<Row> all_rows(std::string_view word, const Schedule& schedule) {
     rows.reserve(static_cast<std::size_t>(schedule.rows));
     for (std::int64_t i = 0; i < schedule.rows; ++i) {
         stop_if_interrupted();
-        rows.push_back(schedule.next_row());
+        Row row = schedule.next_row();
+        if (row.empty()) break;
+        rows.push_back(std::move(row));
     }
     return rows;
 }
@@ -111,6 +118,10 @@ std::string schedule_help() {
            "payments fall at the start (type=1) and there is a future value, a last line adds the interest of the\n"
            "last period to the balance.\n"
            "\n"
+           "start=2025-01-31 adds dates: it is the day on which the first period begins. Payments are months=1 apart,\n"
+           "or as many as are said, on the day of the month that start has, or the month's last: 02-28, 03-31. What\n"
+           "is paid with each payment beside it, extra=100, is above 0 and ends the loan earlier.\n"
+           "\n"
            "Depreciation is told by five methods side by side, each with the book value that it leaves: SLN, SYD, DB\n"
            "(month: months of the first year, 12 unless given), DDB and VDB (factor: 2 unless given), VDB with its\n"
            "switch to straight line. A first year of not 12 months adds a period for DB.\n"
@@ -120,6 +131,7 @@ std::string schedule_help() {
            "\n"
            "Examples\n"
            "  finance schedule loan rate=0.005 nper=360 pv=200000 --plot loan.svg\n"
+           "  finance schedule loan rate=0.005 nper=360 pv=200000 start=2025-01-31 extra=100 --digits 2\n"
            "  finance schedule depreciation cost=10000 salvage=1000 life=5 month=7\n";
 }
 
@@ -137,10 +149,12 @@ Outcome schedule(Words words, const Settings& settings) {
     const auto picture = checked_picture(given, settings.json);
     if (given.help) return shown_help(schedule_help());
     const Kind& kind = kind_of(given.places);
-    const Schedule schedule = kind.open(Words{given.places}.subspan(1), settings);
-    if (given.has("--csv") || settings.json) return stream(schedule, settings.json);
+    const std::optional<int> chosen = digits_of(given);
+    const std::optional<int> decimals = chosen ? chosen : settings.digits;
+    const Schedule schedule = kind.open(Words{given.places}.subspan(1), settings, decimals);
+    if (given.has("--csv") || settings.json) return stream(schedule, settings.json, decimals);
     const std::vector<Row> rows = all_rows(kind.word.word, schedule);
-    if (!picture) return {exit_answered, aligned_text(schedule.columns, rows), ""};
+    if (!picture) return {exit_answered, aligned_text(schedule.columns, rows, decimals), ""};
     write_picture(*picture, drawn(schedule.picture(rows), picture_format(*picture), schedule.titles));
     return {};
 }

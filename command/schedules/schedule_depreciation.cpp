@@ -2,7 +2,8 @@
 //
 //  (1) Every amount is the module's; a book value is the cost without the amounts so far.
 //  (2) Where the first year has not 12 months, DB has a period after the life; the other methods have no amount there.
-//  (3) What a method refuses is named as the schedule's own argument.
+//  (3) Book values are rounded where decimals are told, and amounts are the differences of those, so that they add up.
+//  (4) What a method refuses is named as the schedule's own argument.
 #include <array>
 #include <cmath>
 #include <limits>
@@ -12,6 +13,7 @@
 #include "catalogue/catalogue.hpp"
 #include "catalogue/depreciation.hpp"
 #include "catalogue/text.hpp"
+#include "command/number_form.hpp"
 #include "command/pictures/schedule_picture.hpp"
 #include "command/schedules/schedule.hpp"
 
@@ -99,11 +101,15 @@ std::vector<host::Argument> read(Words words, const Settings& settings) {
 
 class Depreciation {
 public:
-    Depreciation(const std::vector<host::Argument>& arguments, const host::EmbeddedHost& host)
-        : terms_{arguments[0], arguments[1], arguments[2], arguments[3], arguments[4]}, host_{&host} {
+    Depreciation(const std::vector<host::Argument>& arguments, const host::EmbeddedHost& host,
+                 const std::optional<int>& decimals)
+        : terms_{arguments[0], arguments[1], arguments[2], arguments[3], arguments[4]},
+          host_{&host},
+          decimals_{decimals} {
         for (const Method& method : methods) (void)amount(method, 1);
         life_ = period_count(depreciation_calculation.name, terms_.life.number());
         book_.fill(terms_.cost.number());
+        shown_.fill(shown(terms_.cost.number()));
     }
 
     [[nodiscard]] std::int64_t rows() const { return life_ + (terms_.month.number() == 12.0 ? 0 : 1); }
@@ -114,9 +120,12 @@ public:
         for (std::size_t i = 0; i < methods.size(); ++i) {
             const bool over = period_ > life_ && methods[i].name != "DB";
             row.push_back(over ? none : amount(methods[i], period_));
-            if (!over) book_[i] -= row.back();
+            if (over) continue;
+            book_[i] -= row.back();
+            if (decimals_) row.back() = shown(shown_[i] - shown(book_[i]));
+            shown_[i] = shown(book_[i]);
         }
-        row.insert(row.end(), book_.begin(), book_.end());
+        row.insert(row.end(), shown_.begin(), shown_.end());
         return row;
     }
 
@@ -129,6 +138,7 @@ public:
     [[nodiscard]] double cost() const { return terms_.cost.number(); }
 
 private:
+    [[nodiscard]] double shown(double amount) const { return decimals_ ? rounded(amount, *decimals_) : amount; }
     [[nodiscard]] double amount(const Method& method, std::int64_t period) const {
         const Call call = method.call(terms_, period);
         host::Evaluation evaluation = host_->evaluate(method.name, call);
@@ -146,15 +156,17 @@ private:
 
     Terms terms_;
     const host::EmbeddedHost* host_;
+    std::optional<int> decimals_;
     std::array<double, methods.size()> book_{};
+    std::array<double, methods.size()> shown_{};
     std::int64_t life_ = 0;
     std::int64_t period_ = 0;
 };
 
 }  // namespace
 
-Schedule depreciation_schedule(Words words, const Settings& settings) {
-    Depreciation asset{read(words, settings), settings.host.get()};
+Schedule depreciation_schedule(Words words, const Settings& settings, const std::optional<int>& decimals) {
+    Depreciation asset{read(words, settings), settings.host.get(), decimals};
     const DepreciationPicture picture{.title = asset.title(), .cost = asset.cost()};
     std::vector<std::string> titles{picture.title};
     for (const Column& column : std::span{columns}.subspan(1)) titles.emplace_back(column.name);

@@ -1,13 +1,12 @@
 #include "command/schedules/table_text.hpp"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 
 #include "catalogue/text.hpp"
 #include "command/json_text.hpp"
+#include "command/number_form.hpp"
 
 namespace finance::command {
 
@@ -35,20 +34,14 @@ double largest_amount(std::span<const Column> columns, std::span<const Row> rows
     return largest;
 }
 
-bool is_zero(std::string_view text) { return text.find_first_not_of("-0.") == std::string_view::npos; }
-
 std::string amount_text(double amount, int decimals) {
     if (!(std::abs(amount) < widest_plain_amount)) return catalogue::shortest_text(amount);
-    std::array<char, 48> buffer;  // sign, 15 digits, point, 17 decimals
-    const auto end =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), amount, std::chars_format::fixed, decimals).ptr;
-    std::string text{buffer.data(), end};
-    return text.starts_with('-') && is_zero(text) ? text.substr(1) : text;
+    return rounded_text(amount, decimals);
 }
 
 std::string cell_text(const Column& column, double value, int decimals) {
     if (std::isnan(value)) return {};
-    return column.amount ? amount_text(value, decimals) : catalogue::plain_text(value);
+    return column.amount ? amount_text(value, decimals) : catalogue::value_text(value, column.date);
 }
 
 Row totals(std::span<const Column> columns, std::span<const Row> rows) {
@@ -100,8 +93,8 @@ std::string group_line(std::span<const Column> columns, std::span<const std::siz
 
 }  // namespace
 
-std::string aligned_text(std::span<const Column> columns, std::span<const Row> rows) {
-    const int decimals = decimals_for(largest_amount(columns, rows));
+std::string aligned_text(std::span<const Column> columns, std::span<const Row> rows, const std::optional<int>& told) {
+    const int decimals = told ? *told : decimals_for(largest_amount(columns, rows));
     std::vector<Line> lines(1);
     for (const Column& column : columns) lines.front().emplace_back(column.heading);
     const auto add = [&](const Row& row) {
@@ -124,10 +117,13 @@ std::string csv_header(std::span<const Column> columns) {
     return text += '\n';
 }
 
-void append_csv(std::string& text, const Row& row) {
+void append_csv(std::string& text, std::span<const Column> columns, const Row& row,
+                const std::optional<int>& decimals) {
     for (std::size_t i = 0; i < row.size(); ++i) {
         if (i > 0) text += ',';
-        if (!std::isnan(row[i])) text += catalogue::plain_text(row[i]);
+        const bool all_digits = !decimals || !columns[i].amount;
+        if (std::isnan(row[i])) continue;
+        text += all_digits ? catalogue::value_text(row[i], columns[i].date) : rounded_text(row[i], *decimals);
     }
     text += '\n';
 }
@@ -135,7 +131,10 @@ void append_csv(std::string& text, const Row& row) {
 void append_json(std::string& text, std::span<const Column> columns, const Row& row) {
     JsonText json;
     json.object();
-    for (std::size_t i = 0; i < columns.size(); ++i) json.member(columns[i].name, row[i]);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        json.key(columns[i].name);
+        columns[i].date ? json.text(catalogue::value_text(row[i], true)) : json.number(row[i]);
+    }
     text += json.end_object().str() + '\n';
 }
 

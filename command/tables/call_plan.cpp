@@ -191,8 +191,8 @@ void take_name(std::vector<std::string>& taken, const std::string& name) {
 
 }  // namespace
 
-std::string unreadable(const Input& input, std::string_view text) {
-    if (!input.in_formula) return unreadable(input.kind, text);
+std::string unreadable(const FieldForm& form, const Input& input, std::string_view text) {
+    if (!input.in_formula) return unreadable(form, input.kind, text);
     return '\'' + std::string{text} + "' is neither a number nor a date";
 }
 

@@ -16,6 +16,7 @@
 
 #include "catalogue/catalogue.hpp"
 #include "command/tables/call_expression.hpp"
+#include "command/tables/field_form.hpp"
 #include "command/tables/table_format.hpp"
 #include "command/tables/table_formula.hpp"
 #include "host/embedded_host.hpp"
@@ -33,7 +34,7 @@ struct Input {
 };
 
 // Why a field is no value of that kind.
-std::string unreadable(const Input& input, std::string_view text);
+std::string unreadable(const FieldForm& form, const Input& input, std::string_view text);
 
 struct PlannedFormula {
     TableFormula text{};
@@ -65,6 +66,7 @@ struct CallPlan {
     std::vector<TableFormula> where{};  // the rows that are taken hold to all of them
     std::size_t columns = 0;            // that the table has
     std::size_t used_columns = 0;       // up to the last one that is read
+    FieldForm fields{};                 // how fields are read
 };
 
 // An operand and the parameter that takes it.

@@ -73,7 +73,7 @@ void FlowGroups::add_fault(Group& group, std::size_t slot, std::uint64_t line, c
 
 std::string FlowGroups::unread(std::size_t input) {
     const Input& read = plan_.inputs[input];
-    return unreadable(read, trimmed(field_text(fields_[read.column], scratch_)));
+    return unreadable(plan_.fields, read, trimmed(field_text(fields_[read.column], scratch_)));
 }
 
 void FlowGroups::add_value(Group& group, std::size_t slot, catalogue::Kind kind, double value,
@@ -92,7 +92,7 @@ void FlowGroups::add_value(Group& group, std::size_t slot, catalogue::Kind kind,
 
 void FlowGroups::add_input(Group& group, std::size_t input, std::uint64_t line) {
     const auto [column, kind, in_formula] = plan_.inputs[input];
-    const auto value = read_field(fields_[column], kind, scratch_);
+    const auto value = read_field(plan_.fields, fields_[column], kind, scratch_);
     readable_[input] = value && value->kind() == host::Argument::Kind::number ? 1 : 0;
     if (readable_[input] != 0) row_[input] = value->number();
     if (gathered_[input] == 0) return;

@@ -148,7 +148,8 @@ std::string map_help() {
 }
 
 Outcome map_table(Words words, const Settings& settings) {
-    const TableOptions options = read_table_options(words, map_job, settings.json);
+    TableOptions options = read_table_options(words, map_job, settings.json);
+    if (!options.digits) options.digits = settings.digits;
     return options.help ? shown_help(map_help()) : map_rows(options, settings);
 }
 

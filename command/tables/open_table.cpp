@@ -33,6 +33,7 @@ int opened(const std::string& path) {
 std::string spoken(const std::string& path) { return path == standard_stream ? "the input" : path; }
 
 char delimiter_of(const TableOptions& options, TableReader& reader) {
+    reader.skip_lines(options.skip);
     const std::string_view start = reader.peek();
     const char delimiter = options.delimiter ? *options.delimiter : guessed_delimiter(options.input, start);
     reader.set_delimiter(delimiter);
@@ -52,7 +53,9 @@ OpenTable::OpenTable(const TableOptions& options, BlockSizes sizes)
       reader_{file_.descriptor(), spoken(options.input), sizes},
       delimiter_{delimiter_of(options, reader_)} {
     Record first;
-    if (!reader_.next(first_)) throw TableError{reader_.name() + " is empty"};
+    if (!reader_.next(first_)) {
+        throw TableError{reader_.name() + (options.skip > 0 ? " has no line after those skipped" : " is empty")};
+    }
     RecordCursor{first_.text(), delimiter_}.next(first);
     header_ = read_header(first, delimiter_, options.header, reader_.name());
     if (!options.header) return;

@@ -7,7 +7,11 @@ namespace finance::command {
 
 void ResultWriter::append_columns(const PlannedCall& call, const CallResult& result, std::string& output) const {
     output += form_.delimiter;
-    if (result.verdict() == Verdict::answered) append_value(output, *call.calculation, result.answer->value());
+    if (result.verdict() == Verdict::answered && form_.numbers.plain()) {
+        append_value(output, *call.calculation, result.answer->value());
+    } else if (result.verdict() == Verdict::answered) {
+        append_field(output, value_text(form_.numbers, *call.calculation, result.answer->value()), form_.delimiter);
+    }
     if (form_.status) append_field(output += form_.delimiter, result.sentence(), form_.delimiter);
 }
 

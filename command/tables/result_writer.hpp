@@ -7,12 +7,14 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "calls/answer.hpp"
 #include "command/json_report.hpp"
 #include "command/json_text.hpp"
+#include "command/number_form.hpp"
 #include "command/tables/call_plan.hpp"
 
 namespace finance::command {
@@ -25,7 +27,9 @@ struct ResultForm {
     std::string_view line_end = "\n";  // of a last row that has none
     bool status = false;               // whether a column after each result says why there is none
     bool objects = false;
-    bool strict = false;  // whether the first row that is refused, and all after it, are left out
+    NumberForm numbers{};
+    std::span<const std::string> names{};  // of the table's columns, for objects of rows
+    bool strict = false;                   // whether the first row that is refused, and all after it, are left out
 };
 
 struct CallResult {

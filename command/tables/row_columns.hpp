@@ -31,10 +31,11 @@ inline constexpr host::Argument default_basis{catalogue::basis_keywords.front()}
 
 // A field as a value; an empty one is a missing value, or the basis of a call that leaves it out. Nothing where it
 // cannot be read, or is not meant.
-inline std::optional<host::Argument> read_field(std::string_view raw, catalogue::Kind kind, std::string& scratch) {
+inline std::optional<host::Argument> read_field(const FieldForm& form, std::string_view raw, catalogue::Kind kind,
+                                                std::string& scratch) {
     const std::string_view text = trimmed(field_text(raw, scratch));
     if (text.empty()) return kind == catalogue::Kind::basis ? default_basis : host::Argument::missing();
-    const auto value = read_value(kind, text);
+    const auto value = read_text(form, kind, text);
     const bool number = value && value->kind() == host::Argument::Kind::number;
     return number && !calls::is_meant(kind, value->number()) ? std::nullopt : value;
 }
@@ -129,7 +130,7 @@ private:
     // The last row's value, from the fields. false where it cannot be read.
     bool put(std::size_t input) {
         const auto [column, kind, in_formula] = plan_.inputs[input];
-        const auto value = read_field(fields_[column], kind, scratch_);
+        const auto value = read_field(plan_.fields, fields_[column], kind, scratch_);
         if (!value) return put_missing(input);
         const std::size_t row = rows_.size() - 1;
         if (mixed(input)) {

@@ -17,6 +17,7 @@ RowEvaluator::RowEvaluator(const host::EmbeddedHost& host, const CallPlan& plan,
       plan_{plan},
       rows_{plan, form.delimiter},
       writer_{form},
+      row_object_{form.names, form.delimiter},
       answers_(plan.calls.size()),
       carried_(plan.formulas.empty() ? 0 : plan.calls.size()),
       formulas_(plan.formulas.size(), std::vector<double>(RowColumns::most_rows)) {
@@ -116,7 +117,7 @@ CallResult RowEvaluator::unread_result(Place at, std::size_t position) {
     const PlannedCall& call = plan_.calls[at.call];
     const PlannedArgument& argument = call.arguments[position - 1];
     const Input& input = plan_.inputs[unread_input(argument, at.row)];
-    const std::string fault = unreadable(input, rows_.text(input.column, at.row));
+    const std::string fault = unreadable(plan_.fields, input, rows_.text(input.column, at.row));
     if (call.is_formula()) return {.fault = fault};
     return {.fault = fault,
             .at = {argument.parameter, position},
@@ -168,8 +169,11 @@ Verdict RowEvaluator::append_results(std::size_t row, std::string& output, RunSu
         [&](std::size_t call) {
             return result({call, row});
         },
-        [&](JsonText& json) { json.member("line", static_cast<double>(rows_.row(row).line)); }, output,
-        listed && fits ? &reasons : nullptr);
+        [&](JsonText& json) {
+            json.member("line", static_cast<double>(rows_.row(row).line)).key("row");
+            row_object_.append(json, rows_.row(row).record);
+        },
+        output, listed && fits ? &reasons : nullptr);
     if (is_failure(verdict) && listed) {
         summary.list("line " + std::to_string(rows_.row(row).line) + ": " + (fits ? reasons : rows_.misfit(row)));
     }

@@ -17,6 +17,7 @@
 #include "command/tables/call_plan.hpp"
 #include "command/tables/result_writer.hpp"
 #include "command/tables/row_columns.hpp"
+#include "command/tables/row_object.hpp"
 #include "command/tables/run_summary.hpp"
 #include "host/embedded_host.hpp"
 
@@ -71,6 +72,7 @@ private:
     const CallPlan& plan_;
     RowColumns rows_;
     ResultWriter writer_;
+    RowObject row_object_;
     std::vector<Answers> answers_;               // by call
     std::vector<Carried> carried_;               // by call
     std::vector<std::vector<double>> formulas_;  // by formula, what the rows come to

@@ -18,10 +18,10 @@ std::optional<double> RowFilter::truth(const TableFormula& condition) {
     texts_.clear();
     for (const FormulaSource& source : condition.numbers) {
         const Input input{.column = source.index, .kind = catalogue::Kind::date_time, .in_formula = true};
-        const auto value = read_field(fields_[input.column], input.kind, scratches_.front());
+        const auto value = read_field(plan_.fields, fields_[input.column], input.kind, scratches_.front());
         if (!value) {
             const std::string_view text = trimmed(field_text(fields_[input.column], scratches_.front()));
-            fault_ = "--where: " + names_[input.column] + ": " + unreadable(input, text);
+            fault_ = "--where: " + names_[input.column] + ": " + unreadable(plan_.fields, input, text);
             return {};
         }
         numbers_.push_back(value->number());

@@ -63,6 +63,8 @@ char read_delimiter(std::string_view text) {
 }
 
 char guessed_delimiter(std::string_view file_name, std::string_view first_line) {
+    constexpr std::string_view packed = ".gz";
+    if (has_extension(file_name, packed)) file_name.remove_suffix(packed.size());
     if (has_extension(file_name, ".tsv") || has_extension(file_name, ".tab")) return '\t';
     const std::string found = delimiters_in(first_line, ",\t;");
     if (has_extension(file_name, ".csv")) return found.find_first_of(",\t") == 0 || found != ";" ? ',' : ';';

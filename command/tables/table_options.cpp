@@ -10,6 +10,8 @@ TableOptions read_table_options(Words words, const Job& job, bool json) {
     const OptionsGiven given = read_options(job.options, words, {.job = job.word, .explains = true});
     TableOptions options{.by = given.values("--by"),
                          .where = given.values("--where"),
+                         .digits = digits_of(given),
+                         .skip = given.number("--skip", 0),
                          .header = !given.has("--no-header"),
                          .status = given.has("--status"),
                          .strict = given.has("--strict"),
@@ -17,6 +19,9 @@ TableOptions read_table_options(Words words, const Job& job, bool json) {
                          .help = given.help,
                          .json = json};
     for (const std::string_view text : given.values("--delimiter")) options.delimiter = read_delimiter(text);
+    for (const std::string_view texts : given.values("--missing")) add_missing(options.fields, texts);
+    for (const std::string_view word : given.values("--decimal")) set_decimal(options.fields, word);
+    for (const std::string_view word : given.values("--numbers")) set_numbers(options.fields, word);
     options.output = given.value("--output").value_or(standard_stream);
     const auto fail = [&](const std::string& message) {
         throw UsageError{std::string{job.word} + ": " + message, "finance help " + std::string{job.word}};
@@ -52,7 +57,7 @@ std::string table_options_help(bool by) {
            "Tables\n"
            "  CSV or TSV in UTF-8, with quoted fields. An empty field is a missing value, and so is a dot. Dates are\n"
            "  ISO dates or days since 1960-01-01. A record is at most 16 MiB long. Without FILE, or with -, the table\n"
-           "  is read from standard input.\n"
+           "  is read from standard input. What begins as gzip does is unpacked as it is read.\n"
            "\n"
            "Options\n" +
            option_lines(std::span{table_options}.subspan(by ? 0 : 1)) +

@@ -2,12 +2,15 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "command/number_form.hpp"
 #include "command/options.hpp"
+#include "command/tables/field_form.hpp"
 
 namespace finance::command {
 
@@ -20,6 +23,9 @@ struct TableOptions {
     std::optional<char> delimiter{};
     std::vector<std::string_view> by{};
     std::vector<std::string_view> where{};  // the rows that are taken hold to all of them
+    FieldForm fields{};
+    std::optional<int> digits{};  // decimals of results; none: all
+    std::size_t skip = 0;         // lines before the table
     bool header = true;
     bool status = false;
     bool strict = false;
@@ -41,10 +47,19 @@ inline constexpr std::array table_options{
            {},
            "-d"},
     Option{"--no-header", "", "the first line is a row; columns are called $1, $2, ..."},
+    Option{"--skip", "N", "lines above the header, titles say, that are passed over", {0, 1'000'000}},
+    Option{"--missing", "TEXT,...", "fields that are missing values, whatever their case: NA,NULL,#N/A"},
+    Option{"--decimal", "comma",
+           "fields write numbers with a decimal comma, and may group digits: 1.234,56 or 1 234,56; so\n"
+           "are results written (1234,56)"},
+    Option{"--numbers", "loose",
+           "fields may group digits (1,234.56), have a currency's sign or code before or after ($, EUR),\n"
+           "and brackets for a minus: (1,000)"},
+    digits_option,
     Option{"--status", "", "adds a column NAME_status to each result that says why there is no value"},
     Option{"--strict", "", "stops at the first refusal"},
     Option{"--quiet", "", "neither progress nor summary on standard error", {}, "-q"},
-    json_option("each result as an object on a line, with value, status, argument at fault and rule"),
+    json_option("each result as an object on a line: row or group, value, status, argument at fault, rule"),
 };
 
 // UsageError.

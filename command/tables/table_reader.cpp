@@ -1,16 +1,11 @@
 #include "command/tables/table_reader.hpp"
 
-#include <fcntl.h>
-#include <poll.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <utility>
 
-#include "command/interruption.hpp"
+#include "command/tables/foreign_format.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/words.hpp"
 
@@ -22,15 +17,10 @@ constexpr std::string_view binary = "a NUL byte: this is a binary file, not a ta
 
 bool is_utf16(std::string_view text) { return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"); }
 
-void wait_for_input(int descriptor) {
-    pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
-    poll(&waiting, 1, -1);
-}
-
 }  // namespace
 
 TableReader::TableReader(int descriptor, std::string name, BlockSizes sizes)
-    : descriptor_{descriptor}, name_{std::move(name)}, sizes_{sizes} {}
+    : descriptor_{descriptor}, name_{std::move(name)}, bytes_{descriptor, name_}, sizes_{sizes} {}
 
 std::string TableReader::at_line() const { return name_ + ", line " + std::to_string(line_) + ": "; }
 
@@ -38,46 +28,59 @@ void TableReader::fail(const std::string& what) const { throw TableError{at_line
 
 std::optional<std::uint64_t> TableReader::size() const {
     struct stat about {};
-    if (fstat(descriptor_, &about) != 0 || !S_ISREG(about.st_mode)) return {};
+    if (bytes_.packed() || fstat(descriptor_, &about) != 0 || !S_ISREG(about.st_mode)) return {};
     return static_cast<std::uint64_t>(about.st_size);
 }
 
-bool TableReader::ready() const {
-    pollfd asked{.fd = descriptor_, .events = POLLIN, .revents = 0};
-    return ended_ || poll(&asked, 1, 0) != 0;
-}
+bool TableReader::ready() const { return ended_ || bytes_.ready(); }
 
 // ---- Bytes
 
 // Waits for at least one byte, or the end; gives no more than are wanted in all. What cannot be read ends the input with
 // a fault.
 void TableReader::read_some(Block& block, std::size_t wanted) {
-    const std::size_t room = wanted - block.end;
-    for (;;) {
-        const ssize_t n = read(descriptor_, block.buffer.data() + block.end, room);
-        if (n > 0) block.end += static_cast<std::size_t>(n);
-        if (n == 0) ended_ = true;
-        if (n >= 0) return;
-        if (errno == EINTR) stop_if_interrupted();
-        if (errno == EAGAIN) wait_for_input(descriptor_);
-        if (errno != EAGAIN && errno != EINTR) break;
+    try {
+        const std::size_t n = bytes_.read(block.buffer.data() + block.end, wanted - block.end);
+        block.end += n;
+        ended_ = n == 0;
+    } catch (const TableError& error) {
+        fault_ = error.what();
+        ended_ = true;
     }
-    fault_ = name_ + " cannot be read: " + std::strerror(errno);
-    ended_ = true;
 }
 
 std::string_view TableReader::peek() {
+    if (ahead_.begin > 0 && ahead_.text().find('\n') == std::string_view::npos) {  // room behind what is there
+        ahead_.buffer.erase(0, ahead_.begin);
+        ahead_.end -= std::exchange(ahead_.begin, 0);
+    }
     ahead_.buffer.resize(std::max(sizes_.block, byte_order_mark.size()));
     while (!ended_ && ahead_.end < ahead_.buffer.size() && ahead_.text().find('\n') == std::string_view::npos) {
         read_some(ahead_, ahead_.buffer.size());
     }
     if (is_utf16(ahead_.text())) throw TableError{name_ + " is UTF-16: convert it to UTF-8 first"};
-    if (ahead_.text().find('\0') < ahead_.text().find('\n')) fail(std::string{binary});
-    if (!byte_order_mark_ && ahead_.text().starts_with(byte_order_mark)) {
+    if (!byte_order_mark_ && line_ == 1 && ahead_.text().starts_with(byte_order_mark)) {
         byte_order_mark_ = true;
-        ahead_.begin = byte_order_mark.size();
+        ahead_.begin += byte_order_mark.size();
+        if (ahead_.text().empty()) return peek();
     }
+    const std::string_view foreign = foreign_format(ahead_.text());
+    if (!foreign.empty()) throw TableError{name_ + ' ' + std::string{foreign}};
+    if (ahead_.text().find('\0') < ahead_.text().find('\n')) fail(std::string{binary});
     return ahead_.text();
+}
+
+void TableReader::skip_lines(std::size_t lines) {
+    while (lines > 0) {
+        const std::string_view text = peek();
+        if (text.empty()) return;
+        const std::size_t newline = text.find('\n');
+        const bool whole = newline != std::string_view::npos;
+        ahead_.begin = whole ? ahead_.begin + newline + 1 : ahead_.end;
+        if (!whole) continue;  // a line that is longer than a block
+        --lines;
+        ++line_;
+    }
 }
 
 // ---- Records

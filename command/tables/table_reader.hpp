@@ -3,8 +3,9 @@
 //  (1) A block is what is at hand, up to its size; it grows only for a record that does not fit.
 //  (2) A record, its line end included, is at most record_limit bytes.
 //  (3) A fault is thrown only after all records before it have been given: a file that ends within a quoted field, a
-//      NUL byte, a record that is too long, an input that cannot be read on.
+//      NUL byte, a record that is too long, an input that cannot be read on, or unpacked.
 //  (4) A UTF-8 byte-order mark is taken off the front and remembered.
+//  (5) Lines are counted from the front of the input, those passed over included.
 #pragma once
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+#include "command/tables/input_bytes.hpp"
 #include "command/tables/table_record.hpp"
 
 namespace finance::command {
@@ -38,6 +40,8 @@ public:
 
     // What the input begins with: its first line, where it is no longer than a block. TableError where it is no text.
     std::string_view peek();
+    // Passes over lines, quotation marks or not; before the first record is asked for. TableError.
+    void skip_lines(std::size_t lines);
     void set_delimiter(char delimiter) { delimiter_ = delimiter; }
 
     // Whole records into the block; false at the end of the input. TableError.
@@ -47,7 +51,7 @@ public:
 
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] bool has_byte_order_mark() const { return byte_order_mark_; }
-    // The input's size where it is a file.
+    // The input's size where it is a file that is not packed.
     [[nodiscard]] std::optional<std::uint64_t> size() const;
 
 private:
@@ -61,6 +65,7 @@ private:
 
     int descriptor_;
     std::string name_;
+    InputBytes bytes_;
     BlockSizes sizes_;
     char delimiter_ = ',';
     Block ahead_;  // read, but not yet given

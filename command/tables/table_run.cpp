@@ -34,6 +34,8 @@ ResultForm TableRun::form() const {
             .line_end = table.header().line_end,
             .status = options.status,
             .objects = options.json,
+            .numbers = {.decimals = options.digits, .decimal = options.fields.decimal_comma ? ',' : '.'},
+            .names = table.header().names,
             .strict = options.strict};
 }
 

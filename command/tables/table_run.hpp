@@ -25,6 +25,7 @@ struct TableRun {
         for (const std::string_view condition : given.where) {
             plan.where.push_back(plan_condition(condition, table.header(), variables));
         }
+        plan.fields = given.fields;
     }
 
     [[nodiscard]] ResultForm form() const;

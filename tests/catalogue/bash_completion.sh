@@ -63,10 +63,10 @@ offers '' finance PMT rate = 0
 # what follows a job
 offers 'loan' finance schedule lo
 offers 'loan depreciation' finance schedule ''
-offers 'rate= nper= pv= fv= type=' finance schedule loan ''
+offers 'rate= nper= pv= fv= type= start= months= extra=' finance schedule loan ''
 offers 'rate=' finance schedule loan ra
-offers 'nper= pv= fv= type=' finance schedule loan rate = 0.1 ''
-offers 'pv= fv= type=' finance schedule loan rate=0.1 nper=3 ''
+offers 'nper= pv= fv= type= start= months= extra=' finance schedule loan rate = 0.1 ''
+offers 'pv= fv= type= start= months= extra=' finance schedule loan rate=0.1 nper=3 ''
 offers 'cost= salvage= life= factor= month=' finance schedule depreciation ''
 offers '--plot' finance schedule loan --p
 offers '' finance schedule loan rate = lo

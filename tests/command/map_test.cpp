@@ -428,26 +428,37 @@ TEST_F(Map, ObjectsForMachines) {
         ASSERT_TRUE(std::getline(lines, line)) << wanted;
         EXPECT_EQ(line, wanted);
     };
-    expect(R"({"line":2,"result":"pmt","calculation":"PMT","status":"answered","value":)" + payment +
-           R"(,"argument":null,)" + nothing);
-    expect(R"({"line":2,"result":"line","calculation":"SLN","status":"answered","value":200000,"argument":null,)" +
-           nothing);
-    expect(R"({"line":4,"result":"pmt","calculation":"PMT","status":"refused","value":null,)"
-           R"("argument":{"position":2,"name":"nper"},"rule":"whole number, must be at least 1",)"
-           R"("message":"2.5 is not a whole number","notes":[]})");
-    expect(R"({"line":4,"result":"line","calculation":"SLN","status":"answered","value":1,"argument":null,)" + nothing);
-    expect(R"({"line":5,"result":"pmt","calculation":"PMT","status":"refused","value":null,)"
-           R"("argument":{"position":1,"name":"rate"},"rule":"number, must be above 0",)"
-           R"("message":"'x' is not a number","notes":[]})");
-    expect(R"({"line":5,"result":"line","calculation":"SLN","status":"answered","value":1,"argument":null,)" + nothing);
-    expect(R"({"line":6,"result":"pmt","calculation":"PMT","status":"missing","value":null,)"
-           R"("argument":{"position":1,"name":"rate"},"rule":"number, must be above 0",)"
-           R"("message":"a value is missing","notes":[]})");
-    expect(R"({"line":6,"result":"line","calculation":"SLN","status":"answered","value":1,"argument":null,)" + nothing);
+    expect(
+        R"({"line":2,"row":{"rate":"0.005","nper":"360","pv":"200000"},"result":"pmt","calculation":"PMT","status":"answered","value":)" +
+        payment + R"(,"argument":null,)" + nothing);
+    expect(
+        R"({"line":2,"row":{"rate":"0.005","nper":"360","pv":"200000"},"result":"line","calculation":"SLN","status":"answered","value":200000,"argument":null,)" +
+        nothing);
+    expect(
+        R"({"line":4,"row":{"rate":"0.005","nper":"2.5","pv":"1"},"result":"pmt","calculation":"PMT","status":"refused","value":null,)"
+        R"("argument":{"position":2,"name":"nper"},"rule":"whole number, must be at least 1",)"
+        R"("message":"2.5 is not a whole number","notes":[]})");
+    expect(
+        R"({"line":4,"row":{"rate":"0.005","nper":"2.5","pv":"1"},"result":"line","calculation":"SLN","status":"answered","value":1,"argument":null,)" +
+        nothing);
+    expect(
+        R"({"line":5,"row":{"rate":"x","nper":"1","pv":"1"},"result":"pmt","calculation":"PMT","status":"refused","value":null,)"
+        R"("argument":{"position":1,"name":"rate"},"rule":"number, must be above 0",)"
+        R"("message":"'x' is not a number","notes":[]})");
+    expect(
+        R"({"line":5,"row":{"rate":"x","nper":"1","pv":"1"},"result":"line","calculation":"SLN","status":"answered","value":1,"argument":null,)" +
+        nothing);
+    expect(
+        R"({"line":6,"row":{"rate":".","nper":"1","pv":"1"},"result":"pmt","calculation":"PMT","status":"missing","value":null,)"
+        R"("argument":{"position":1,"name":"rate"},"rule":"number, must be above 0",)"
+        R"("message":"a value is missing","notes":[]})");
+    expect(
+        R"({"line":6,"row":{"rate":".","nper":"1","pv":"1"},"result":"line","calculation":"SLN","status":"answered","value":1,"argument":null,)" +
+        nothing);
     const std::string misfit = R"("status":"refused","value":null,"argument":null,"rule":null,)"
                                R"("message":"the row has 2 fields where the table has 3","notes":[]})";
-    expect(R"({"line":7,"result":"pmt","calculation":"PMT",)" + misfit);
-    expect(R"({"line":7,"result":"line","calculation":"SLN",)" + misfit);
+    expect(R"({"line":7,"row":{"rate":"1","nper":"1"},"result":"pmt","calculation":"PMT",)" + misfit);
+    expect(R"({"line":7,"row":{"rate":"1","nper":"1"},"result":"line","calculation":"SLN",)" + misfit);
     EXPECT_TRUE(std::istream::traits_type::eq_int_type(lines.peek(), EOF));
 }
 

@@ -121,7 +121,7 @@ TEST(Options, OfEveryJobAreInItsHelp) {
             ++checked;
         }
     }
-    EXPECT_EQ(checked, 8 + 9 + 3 + 3);
+    EXPECT_EQ(checked, 13 + 14 + 4 + 3);
 }
 
 }  // namespace

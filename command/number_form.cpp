@@ -1,0 +1,79 @@
+#include "command/number_form.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "catalogue/text.hpp"
+#include "command/argument_text.hpp"
+#include "command/usage_error.hpp"
+
+namespace finance::command {
+
+std::string rounded_text(double value, int decimals) {
+    constexpr double widest = 1e15;
+    if (!(std::abs(value) < widest)) return catalogue::plain_text(value);
+    std::array<char, 48> buffer;  // sign, 15 digits, point, 17 decimals
+    char* const end = buffer.data() + buffer.size();
+    const std::string text{buffer.data(),
+                           std::to_chars(buffer.data(), end, value, std::chars_format::fixed, decimals).ptr};
+    const bool zero = text.find_first_not_of("-0.") == std::string::npos;
+    return zero && text.front() == '-' ? text.substr(1) : text;
+}
+
+double rounded(double value, int decimals) {
+    const std::string text = rounded_text(value, decimals);
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+int read_digits(std::string_view text) {
+    int digits = -1;
+    const auto [stop, fault] = std::from_chars(text.data(), text.data() + text.size(), digits);
+    const bool number = fault == std::errc{} && stop == text.data() + text.size();
+    if (number && digits >= 0 && digits <= most_digits) return digits;
+    throw UsageError{
+        "--digits is a whole number from 0 to " + std::to_string(most_digits) + ", not '" + std::string{text} + '\'',
+        "finance help"};
+}
+
+std::optional<int> digits_of(const OptionsGiven& given) {
+    const auto text = given.value(digits_option.name);
+    return text ? std::optional{read_digits(*text)} : std::nullopt;
+}
+
+std::optional<int> take_digits(std::vector<std::string_view>& words) {
+    constexpr std::string_view name = digits_option.name;
+    std::optional<int> digits;
+    for (auto word = words.begin(); word != words.end();) {
+        const bool joined = word->starts_with(name) && word->substr(name.size()).starts_with('=');
+        if (!joined && *word != name) {
+            ++word;
+            continue;
+        }
+        const bool followed = !joined && word + 1 != words.end();
+        digits = read_digits(joined ? word->substr(name.size() + 1) : followed ? word[1] : std::string_view{});
+        word = words.erase(word, word + (followed ? 2 : 1));
+    }
+    return digits;
+}
+
+void round_answer(Outcome& outcome, int decimals) {
+    const bool printed = outcome.value && outcome.output == catalogue::plain_text(*outcome.value) + '\n';
+    if (printed && std::isfinite(*outcome.value)) outcome.output = rounded_text(*outcome.value, decimals) + '\n';
+}
+
+std::string value_text(const NumberForm& form, const catalogue::Calculation& calculation, double value) {
+    const bool date = calculation.result == catalogue::ResultKind::date;
+    std::string text;
+    if (form.decimals && !date && std::isfinite(value)) {
+        text = rounded_text(value, *form.decimals);
+    } else {
+        append_value(text, calculation, value);
+    }
+    if (std::isfinite(value)) std::ranges::replace(text, '.', form.decimal);
+    return text;
+}
+
+}  // namespace finance::command
