@@ -28,7 +28,7 @@ inline std::optional<host::Argument> read_field(const FieldForm& form, std::stri
                                                 std::string& scratch) {
     const std::string_view text = trimmed(field_text(raw, scratch));
     if (text.empty()) return host::Argument::missing();
-    return read_text(form, kind, text);
+    return form.as_in_calls() ? read_value(kind, text) : read_text(form, kind, text);
 }
 
 struct TableRow {
