@@ -89,7 +89,7 @@ std::optional<host::Argument> read_text(const FieldForm& form, Kind kind, std::s
 }
 
 std::string unreadable(const FieldForm& form, Kind kind, std::string_view text) {
-    const std::string reason = unreadable(kind, text);
+    std::string reason = unreadable(kind, text);
     if (catalogue::is_dated(kind)) return reason;
     const bool missing = std::ranges::find(usual_missing, text) != usual_missing.end();
     return reason + (missing ? "; --missing " + std::string{text} + " says that it is a missing value"

@@ -40,7 +40,7 @@ bool is_json(std::string_view text) {
     const std::string_view begin = after_blanks(text);
     if (begin.empty() || (begin[0] != '{' && begin[0] != '[')) return false;
     const std::string_view inner = after_blanks(begin.substr(1));
-    const std::string_view firsts = begin[0] == '{' ? "\"}"sv : "{[\"]"sv;
+    const std::string_view firsts = begin[0] == '{' ? R"("})"sv : R"({["])"sv;
     return !inner.empty() && firsts.find(inner[0]) != std::string_view::npos;
 }
 

@@ -35,7 +35,7 @@ inline std::optional<host::Argument> read_field(const FieldForm& form, std::stri
                                                 std::string& scratch) {
     const std::string_view text = trimmed(field_text(raw, scratch));
     if (text.empty()) return kind == catalogue::Kind::basis ? default_basis : host::Argument::missing();
-    const auto value = read_text(form, kind, text);
+    const auto value = form.as_in_calls() ? read_value(kind, text) : read_text(form, kind, text);
     const bool number = value && value->kind() == host::Argument::Kind::number;
     return number && !calls::is_meant(kind, value->number()) ? std::nullopt : value;
 }

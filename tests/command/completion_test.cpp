@@ -65,7 +65,7 @@ const CompletionCase rows[] = {
     {"map 'PMT(a, b, c)' --delimiter ", {}},
     {"schedule ", {"loan", "depreciation"}},
     {"schedule lo", {"loan"}},
-    {"schedule loan rate=1% ", {"nper=", "pv=", "fv=", "type="}},
+    {"schedule loan rate=1% ", {"nper=", "pv=", "fv=", "type=", "start=", "months=", "extra="}},
     {"schedule depreciation ", {"cost=", "salvage=", "life=", "factor=", "month="}},
     {"schedule loan --p", {"--plot"}},
     {"fold 'IRR(a)' --by ", {}},  // of no table that is named yet

@@ -156,17 +156,27 @@ TEST_F(TableFormulas, Fold) {
 
 TEST_F(TableFormulas, ObjectsSayTheSame) {
     const CommandRun done = run("--json map 'SLN(cost, 0, life-4) as a, a*2 as b' --where 'life != 3'", "assets.csv");
+    const std::string car =
+        "{\"line\":2,\"row\":{\"kind\":\"car\",\"cost\":\"1000\",\"scrap value\":\"200\",\"life\":\"4\","
+        "\"net-rate\":\"5%\",\"bought\":\"2024-01-31\"},";
+    const std::string van =
+        "{\"line\":3,\"row\":{\"kind\":\"o'van, old\",\"cost\":\"500\",\"scrap value\":\"100\",\"life\":\"8\","
+        "\"net-rate\":\"2%\",\"bought\":\"2023-06-30\"},";
     EXPECT_EQ(
         done.output,
-        "{\"line\":2,\"result\":\"a\",\"calculation\":\"SLN\",\"status\":\"refused\",\"value\":null,\"argument\":"
-        "{\"position\":3,\"name\":\"life\"},\"rule\":\"number, must be above 0\",\"message\":\"0 is not above 0\","
-        "\"notes\":[]}\n"
-        "{\"line\":2,\"result\":\"b\",\"calculation\":null,\"status\":\"refused\",\"value\":null,\"argument\":null,"
-        "\"rule\":null,\"message\":\"a has no answer\",\"notes\":[]}\n"
-        "{\"line\":3,\"result\":\"a\",\"calculation\":\"SLN\",\"status\":\"answered\",\"value\":125,\"argument\":"
-        "null,\"rule\":null,\"message\":null,\"notes\":[]}\n"
-        "{\"line\":3,\"result\":\"b\",\"calculation\":null,\"status\":\"answered\",\"value\":250,\"argument\":null,"
-        "\"rule\":null,\"message\":null,\"notes\":[]}\n");
+        car +
+            "\"result\":\"a\",\"calculation\":\"SLN\",\"status\":\"refused\",\"value\":null,\"argument\":"
+            "{\"position\":3,\"name\":\"life\"},\"rule\":\"number, must be above 0\",\"message\":\"0 is not above 0\","
+            "\"notes\":[]}\n" +
+            car +
+            "\"result\":\"b\",\"calculation\":null,\"status\":\"refused\",\"value\":null,\"argument\":null,"
+            "\"rule\":null,\"message\":\"a has no answer\",\"notes\":[]}\n" +
+            van +
+            "\"result\":\"a\",\"calculation\":\"SLN\",\"status\":\"answered\",\"value\":125,\"argument\":"
+            "null,\"rule\":null,\"message\":null,\"notes\":[]}\n" +
+            van +
+            "\"result\":\"b\",\"calculation\":null,\"status\":\"answered\",\"value\":250,\"argument\":null,"
+            "\"rule\":null,\"message\":null,\"notes\":[]}\n");
 }
 
 struct WrongCase {
