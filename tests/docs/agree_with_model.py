@@ -27,13 +27,13 @@ CALL = re.compile(r"finance ([A-Z]+) (.*?)(; echo \$\?)?")
 TOO_LARGE = re.compile(r"finance: [A-Z]+: too large: .*")
 REFUSAL = re.compile(r"finance: ([A-Z]+): (?:argument (\d+) \(.*|no answer: .*)")
 EPOCH = datetime.date(1960, 1, 1)
-DATED = {"COUPNCD", "COUPPCD"}
+DATE = re.compile(r"\d{4}-\d\d-\d\d")
 
 
 def argument_of(text):
     if text == ".":
         return arguments.Number(math.nan)
-    if re.fullmatch(r"\d{4}-\d\d-\d\d", text):
+    if DATE.fullmatch(text):
         return arguments.Number((datetime.date.fromisoformat(text) - EPOCH).days)
     try:
         return arguments.Number(float(Fraction(text.rstrip("%")) / (100 if text.endswith("%") else 1)))
@@ -48,10 +48,10 @@ def arguments_of(words):
     return [argument_of(text) for text in texts]
 
 
-def same_answer(name, value, shown):
+def same_answer(value, shown):
     if math.isnan(value):
         return shown == "."
-    if name in DATED:
+    if DATE.fullmatch(shown):
         return shown == (EPOCH + datetime.timedelta(int(value))).isoformat()
     return float(shown) == value
 
@@ -65,7 +65,7 @@ def agrees(name, given, shown, calculation):
         return status != arguments.SUCCESS and set(flagged) == slots
     if TOO_LARGE.fullmatch(shown):
         return status == arguments.SUCCESS and math.isinf(value)
-    return status == arguments.SUCCESS and same_answer(name, value, shown)
+    return status == arguments.SUCCESS and same_answer(value, shown)
 
 
 def verdict(example, calculations):
