@@ -64,8 +64,8 @@ _finance_arguments() {
 _finance_words() {
     case $1 in
         help) echo calculations ;;
-        map) echo --where --output --delimiter --no-header --skip --missing --decimal --numbers --digits --status --strict --quiet --json ;;
-        fold) echo --by --where --output --delimiter --no-header --skip --missing --decimal --numbers --digits --status --strict --quiet --json ;;
+        map) echo --where --output --delimiter --no-header --skip --dates --missing --decimal --numbers --digits --status --strict --quiet --json ;;
+        fold) echo --by --where --output --delimiter --no-header --skip --dates --missing --decimal --numbers --digits --status --strict --quiet --json ;;
         schedule) echo loan depreciation --csv --json --digits --plot ;;
         'schedule loan') echo rate= nper= pv= fv= type= start= months= extra= --csv --json --digits --plot ;;
         'schedule depreciation') echo cost= salvage= life= factor= month= --csv --json --digits --plot ;;
@@ -171,7 +171,7 @@ _finance() {
     local -r bases='30/360 ACTUAL ACT/360 ACT/365 EU30/360'
     local -r file_options='--output -o --plot'
     local -r column_options='--by'
-    local -r other_options='--where --delimiter -d --skip --missing --decimal --numbers --digits --points'
+    local -r other_options='--where --delimiter -d --skip --dates --missing --decimal --numbers --digits --points'
     local cur=${COMP_WORDS[COMP_CWORD]} argument='' prefix='' word='' candidates='' files='' candidate
     local -i i before_word=0
     COMPREPLY=()

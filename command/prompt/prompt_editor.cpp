@@ -178,6 +178,8 @@ PromptEditor::PromptEditor(const std::vector<std::string>& earlier_lines) {
     for (const std::string& line : earlier_lines) remember(line);
 }
 
+// Of the one editor that there may be.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 std::optional<PromptEditor::Line> PromptEditor::read(const char* prompt) {
     Reading current;
     reading = &current;

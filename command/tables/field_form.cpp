@@ -71,6 +71,15 @@ void set_decimal(FieldForm& form, std::string_view decimal) {
     form.decimal_comma = is_first("--decimal", decimal, "comma", "point");
 }
 
+void set_dates(FieldForm& form, std::string_view dates) {
+    const auto word = std::ranges::find(date_form_words, dates);
+    if (word == date_form_words.end()) {
+        throw UsageError{"--dates is days, sheet, ymd, dmy or mdy, not '" + std::string{dates} + '\'',
+                         "finance help map"};
+    }
+    form.dates = static_cast<DateForm>(word - date_form_words.begin());
+}
+
 void set_numbers(FieldForm& form, std::string_view numbers) {
     form.loose = is_first("--numbers", numbers, "loose", "plain");
 }
@@ -78,7 +87,11 @@ void set_numbers(FieldForm& form, std::string_view numbers) {
 std::optional<host::Argument> read_text(const FieldForm& form, Kind kind, std::string_view text) {
     if (form.as_in_calls()) return read_value(kind, text);
     const auto same = [&](std::string_view word) { return catalogue::same_name(word, text); };
-    if (std::ranges::any_of(form.missing, same)) return host::Argument::missing();
+    if (text == "." || std::ranges::any_of(form.missing, same)) return host::Argument::missing();
+    if (form.dates && catalogue::is_dated(kind)) {
+        const auto day = read_date(*form.dates, text);
+        return day ? std::optional{host::Argument{*day}} : std::nullopt;
+    }
     const bool as_ever = !form.decimal_comma && (!form.loose || catalogue::is_dated(kind));
     if (as_ever || !has_digit(text)) return read_value(kind, text);
     if (catalogue::is_dated(kind)) {
@@ -89,8 +102,13 @@ std::optional<host::Argument> read_text(const FieldForm& form, Kind kind, std::s
 }
 
 std::string unreadable(const FieldForm& form, Kind kind, std::string_view text) {
+    if (form.dates && catalogue::is_dated(kind) && !read_date(*form.dates, text)) {
+        const std::string_view word = date_form_words[static_cast<std::size_t>(*form.dates)];
+        return '\'' + std::string{text} + "' is not a date as --dates " + std::string{word} + " has it" +
+               hint_on_dates(*form.dates, text);
+    }
     std::string reason = unreadable(kind, text);
-    if (catalogue::is_dated(kind)) return reason;
+    if (catalogue::is_dated(kind)) return reason + hint_on_dates(DateForm::days, text);
     const bool missing = std::ranges::find(usual_missing, text) != usual_missing.end();
     return reason + (missing ? "; --missing " + std::string{text} + " says that it is a missing value"
                              : hint_on_number(form, kind, text));

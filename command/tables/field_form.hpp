@@ -7,7 +7,8 @@
 //      first group has one to three digits and does not begin with 0, all others three. What is grouped otherwise is no
 //      number: 1,5 is none where the comma groups, nor 0.065 where the point does.
 //  (5) A blank may stand before a percent sign. An amount of money is no percentage.
-//  (6) Dates are read as ever; of numbers that stand for dates only the decimal sign is another.
+//  (6) Dates are read as ever, or in the form that is said (date_form.hpp); of numbers that stand for dates only the
+//      decimal sign is another.
 #pragma once
 
 #include <optional>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "catalogue/catalogue.hpp"
+#include "command/tables/date_form.hpp"
 #include "host/embedded_host.hpp"
 
 namespace finance::command {
@@ -24,14 +26,17 @@ struct FieldForm {
     std::vector<std::string_view> missing{};  // texts
     bool decimal_comma = false;
     bool loose = false;
+    std::optional<DateForm> dates{};  // none: as in calls
 
-    [[nodiscard]] bool as_in_calls() const { return missing.empty() && !decimal_comma && !loose; }
+    [[nodiscard]] bool as_in_calls() const { return missing.empty() && !decimal_comma && !loose && !dates; }
 };
 
-// UsageError. texts: "NA,NULL"; decimal: "comma" or "point"; numbers: "loose" or "plain".
+// UsageError. texts: "NA,NULL"; decimal: "comma" or "point"; numbers: "loose" or "plain"; dates: one of
+// date_form_words.
 void add_missing(FieldForm& form, std::string_view texts);
 void set_decimal(FieldForm& form, std::string_view decimal);
 void set_numbers(FieldForm& form, std::string_view numbers);
+void set_dates(FieldForm& form, std::string_view dates);
 
 // A text that is not empty, without blanks around it, as a value. Nothing where it cannot be read. Texts are not copied.
 std::optional<host::Argument> read_text(const FieldForm& form, catalogue::Kind kind, std::string_view text);

@@ -22,6 +22,7 @@ TableOptions read_table_options(Words words, const Job& job, bool json) {
     for (const std::string_view texts : given.values("--missing")) add_missing(options.fields, texts);
     for (const std::string_view word : given.values("--decimal")) set_decimal(options.fields, word);
     for (const std::string_view word : given.values("--numbers")) set_numbers(options.fields, word);
+    for (const std::string_view form : given.values("--dates")) set_dates(options.fields, form);
     options.output = given.value("--output").value_or(standard_stream);
     const auto fail = [&](const std::string& message) {
         throw UsageError{std::string{job.word} + ": " + message, "finance help " + std::string{job.word}};

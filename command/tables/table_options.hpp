@@ -48,6 +48,9 @@ inline constexpr std::array table_options{
            "-d"},
     Option{"--no-header", "", "the first line is a row; columns are called $1, $2, ..."},
     Option{"--skip", "N", "lines above the header, titles say, that are passed over", {0, 1'000'000}},
+    Option{"--dates", "FORM",
+           "how fields write dates: ymd, dmy (15.01.2024), mdy (01/15/2024); sheet: numbers are a sheet's\n"
+           "serial numbers (45292); days: they count from 1960-01-01, as without the option"},
     Option{"--missing", "TEXT,...", "fields that are missing values, whatever their case: NA,NULL,#N/A"},
     Option{"--decimal", "comma",
            "fields write numbers with a decimal comma, and may group digits: 1.234,56 or 1 234,56; so\n"

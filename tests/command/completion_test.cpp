@@ -61,7 +61,8 @@ const CompletionCase rows[] = {
     // jobs: options, their values, words and arguments
     {"map 'PMT(a, b, c)' --o", {"--output"}},
     {"fold 'IRR(a)' --",
-     {"--by", "--where", "--output", "--delimiter", "--no-header", "--status", "--strict", "--quiet", "--json"}},
+     {"--by", "--where", "--output", "--delimiter", "--no-header", "--skip", "--dates", "--missing", "--decimal",
+      "--numbers", "--digits", "--status", "--strict", "--quiet", "--json"}},
     {"map 'PMT(a, b, c)' --delimiter ", {}},
     {"schedule ", {"loan", "depreciation"}},
     {"schedule lo", {"loan"}},

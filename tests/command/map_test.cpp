@@ -62,7 +62,7 @@ TEST_F(Map, RowsKeepEveryByteAndSayWhyTheyHaveNoResult) {
     const std::string wrong_count = "the row has 3 fields where the table has 6";
     const std::string no_date =
         "\"argument 2 (maturity): '15.11.2017' is not a date: year-month-day as in 2008-02-15, or days since "
-        "1960-01-01\"";
+        "1960-01-01; --dates dmy reads 2017-11-15\"";
     EXPECT_EQ(run.exit_status, 1);
     std::istringstream lines{run.output};
     std::string line;

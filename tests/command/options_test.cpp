@@ -121,7 +121,7 @@ TEST(Options, OfEveryJobAreInItsHelp) {
             ++checked;
         }
     }
-    EXPECT_EQ(checked, 13 + 14 + 4 + 3);
+    EXPECT_EQ(checked, 14 + 15 + 4 + 3);
 }
 
 }  // namespace

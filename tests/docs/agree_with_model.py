@@ -27,9 +27,7 @@ CALL = re.compile(r"finance ([A-Z]+) (.*?)(; echo \$\?)?")
 TOO_LARGE = re.compile(r"finance: [A-Z]+: too large: .*")
 REFUSAL = re.compile(r"finance: ([A-Z]+): (?:argument (\d+) \(.*|no answer: .*)")
 EPOCH = datetime.date(1960, 1, 1)
-DATED = {"COUPNCD", "COUPPCD"}
-
-
+DATE = re.compile(r"\d{4}-\d\d-\d\d")
 # The first of these is no division.
 FORMULA = re.compile(r"(?!\d+/360$)[\d.%()+*/ -]+")
 VALUE = re.compile(r"\d{4}-\d\d-\d\d|[\d.]+%?")
@@ -37,7 +35,7 @@ VALUE = re.compile(r"\d{4}-\d\d-\d\d|[\d.]+%?")
 
 def number_of(text):
     """A date's days; of a number the double nearest to it, percentages divided exactly."""
-    if re.fullmatch(r"\d{4}-\d\d-\d\d", text):
+    if DATE.fullmatch(text):
         return float((datetime.date.fromisoformat(text) - EPOCH).days)
     return float(Fraction(text.rstrip("%")) / (100 if text.endswith("%") else 1))
 
@@ -61,10 +59,10 @@ def arguments_of(words):
     return [argument_of(text) for text in texts]
 
 
-def same_answer(name, value, shown):
+def same_answer(value, shown):
     if math.isnan(value):
         return shown == "."
-    if name in DATED:
+    if DATE.fullmatch(shown):
         return shown == (EPOCH + datetime.timedelta(int(value))).isoformat()
     return float(shown) == value
 
@@ -78,7 +76,7 @@ def agrees(name, given, shown, calculation):
         return status != arguments.SUCCESS and set(flagged) == slots
     if TOO_LARGE.fullmatch(shown):
         return status == arguments.SUCCESS and math.isinf(value)
-    return status == arguments.SUCCESS and same_answer(name, value, shown)
+    return status == arguments.SUCCESS and same_answer(value, shown)
 
 
 def verdict(example, calculations):
