@@ -26,6 +26,7 @@ import draw
 CALL = re.compile(r"finance ([A-Z]+) (.*?)(; echo \$\?)?")
 TOO_LARGE = re.compile(r"finance: [A-Z]+: too large: .*")
 REFUSAL = re.compile(r"finance: ([A-Z]+): (?:argument (\d+) \(.*|no answer: .*)")
+NOT_MEANT = " is no day of the years "  # the command's own rule: the model answers such calls
 EPOCH = datetime.date(1960, 1, 1)
 DATE = re.compile(r"\d{4}-\d\d-\d\d")
 # The first of these is no division.
@@ -82,7 +83,9 @@ def agrees(name, given, shown, calculation):
 def verdict(example, calculations):
     """True or False, None where the model has no say."""
     call = CALL.fullmatch(example.command)
-    if not call or not example.output or "\ntry: " in example.output or call.group(1) not in draw.COUNTS:
+    if not call or not example.output or call.group(1) not in draw.COUNTS:
+        return None
+    if "\ntry: " in example.output or NOT_MEANT in example.output:
         return None
     lines = example.output.splitlines()
     if call.group(3) and lines.pop() != ("1" if REFUSAL.fullmatch(lines[0]) else "0"):
