@@ -10,7 +10,6 @@
 #include "command/evaluate.hpp"
 #include "command/formulas/variables.hpp"
 #include "command/help.hpp"
-#include "command/json_help.hpp"
 #include "command/number_form.hpp"
 #include "command/options.hpp"
 #include "command/usage_error.hpp"

@@ -1,9 +1,8 @@
-#include "command/json_help.hpp"
-
 #include <array>
 #include <string_view>
 
 #include "catalogue/wording.hpp"
+#include "command/help.hpp"
 #include "command/json_text.hpp"
 
 namespace finance::command {

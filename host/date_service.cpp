@@ -1,8 +1,7 @@
-#include "host/date_service.hpp"
-
 #include <bit>
 
 #include "abi/zelkovan.h"
+#include "host/service_work.hpp"
 
 namespace finance::host {
 namespace {

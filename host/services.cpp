@@ -11,8 +11,7 @@
 #include <utility>
 
 #include "host/control_block.hpp"
-#include "host/date_service.hpp"
-#include "host/text_services.hpp"
+#include "host/service_work.hpp"
 
 extern "C" {
 // Called by the trampoline below, by name.

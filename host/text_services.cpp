@@ -1,8 +1,8 @@
-#include "host/text_services.hpp"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+
+#include "host/service_work.hpp"
 
 namespace finance::host {
 namespace {

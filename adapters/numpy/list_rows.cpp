@@ -1,11 +1,9 @@
-#include "adapters/numpy/list_rows.hpp"
-
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/numpy/row_loop.hpp"
+#include "adapters/numpy/rows.hpp"
 #include "calls/lists.hpp"
 #include "calls/meant.hpp"
 #include "calls/solution.hpp"

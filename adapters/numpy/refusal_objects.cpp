@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/numpy/list_rows.hpp"
 #include "adapters/numpy/objects.hpp"
+#include "adapters/numpy/rows.hpp"
 #include "calls/answer.hpp"
 #include "calls/lists.hpp"
 #include "calls/meant.hpp"

@@ -1,5 +1,3 @@
-#include "adapters/numpy/row_loop.hpp"
-
 #include <algorithm>
 #include <array>
 #include <cfenv>
@@ -10,6 +8,7 @@
 
 #include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
+#include "adapters/numpy/rows.hpp"
 #include "calls/meant.hpp"
 #include "calls/solution.hpp"
 

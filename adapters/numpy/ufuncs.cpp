@@ -8,7 +8,7 @@
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/objects.hpp"
-#include "adapters/numpy/row_loop.hpp"
+#include "adapters/numpy/rows.hpp"
 #include "catalogue/text.hpp"
 
 namespace finance::adapters::numpy {

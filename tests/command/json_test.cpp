@@ -6,7 +6,7 @@
 #include <string>
 
 #include "catalogue/catalogue.hpp"
-#include "command/json_help.hpp"
+#include "command/help.hpp"
 #include "command/json_report.hpp"
 #include "command/json_text.hpp"
 #include "tests/catalogue/sample_calculations.hpp"

@@ -1,6 +1,4 @@
 // Day numbers against a calendar walked day by day, against eras of 400 years, and against the module's own.
-#include "host/date_service.hpp"
-
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -8,6 +6,7 @@
 #include <limits>
 
 #include "calendar/calendar_date.hpp"
+#include "host/service_work.hpp"
 
 namespace finance::test {
 namespace {

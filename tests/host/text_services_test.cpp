@@ -1,12 +1,11 @@
 // Case conversion, copying and comparison of blank-padded texts.
-#include "host/text_services.hpp"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 
 #include "host/control_block.hpp"
+#include "host/service_work.hpp"
 
 namespace finance::test {
 namespace {
