@@ -28,7 +28,7 @@ struct Column {
 using Row = std::vector<double>;  // one number a column
 
 std::string aligned_text(std::span<const Column> columns, std::span<const Row> rows,
-                         const std::optional<int>& decimals = {});
+                         const std::optional<int>& told = {});
 
 std::string csv_header(std::span<const Column> columns);
 void append_csv(std::string& text, std::span<const Column> columns, const Row& row,
