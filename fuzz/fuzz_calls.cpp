@@ -2,8 +2,10 @@
 //
 //  (1) A text is read, or refused with a sentence: nothing else is thrown.
 //  (2) What was read, written out again, is read as the same.
-//  (3) A plan points to columns that there are and to parameters of its calculations, reads each column of a kind once,
+//  (3) Conditions are read, or refused, and evaluated.
+//  (4) A plan points to columns that there are and to parameters of its calculations, reads each column of a kind once,
 //      and gives each result a name of its own.
+#include <cmath>
 #include <set>
 #include <vector>
 
@@ -34,16 +36,20 @@ std::string written(const Operand& operand) {
     return operand.kind == Operand::Kind::text ? between(operand.text, '\'') : operand.text;
 }
 
+std::string written(const CallExpression& call) {
+    std::string text = call.calculation + '(';
+    for (std::size_t i = 0; i < call.arguments.size(); ++i) {
+        const auto& [name, operand] = call.arguments[i];
+        text += (i > 0 ? "," : "") + name + (name.empty() ? "" : "=") + written(operand);
+    }
+    return text + ')';
+}
+
 std::string written(const std::vector<CallExpression>& calls) {
     std::string text;
     for (const CallExpression& call : calls) {
         if (!text.empty()) text += ',';
-        text += call.calculation + '(';
-        for (std::size_t i = 0; i < call.arguments.size(); ++i) {
-            const auto& [name, operand] = call.arguments[i];
-            text += (i > 0 ? "," : "") + name + (name.empty() ? "" : "=") + written(operand);
-        }
-        text += ')';
+        text += call.formula.empty() ? written(call) : call.formula;
         if (!call.result.empty()) text += " as " + between(call.result, '"');
     }
     return text;
@@ -52,13 +58,34 @@ std::string written(const std::vector<CallExpression>& calls) {
 bool same(const Operand& a, const Operand& b) { return a.kind == b.kind && a.text == b.text; }
 
 bool same(const CallExpression& a, const CallExpression& b) {
-    return a.calculation == b.calculation && a.result == b.result &&
+    return a.calculation == b.calculation && a.formula == b.formula && a.result == b.result &&
            std::ranges::equal(a.arguments, b.arguments, [](const auto& one, const auto& other) {
                return one.name == other.name && same(one.operand, other.operand);
            });
 }
 
 // ---- Plans
+
+// Marks the inputs that it reads; its results are of calls before the one that it is for.
+void check_formula(const command::CallPlan& plan, std::size_t formula, std::size_t call, std::vector<bool>& wanted) {
+    must(formula < plan.formulas.size(), "a formula that there is");
+    for (const command::FormulaSource& source : plan.formulas[formula].sources) {
+        must(source.index < (source.result ? call : plan.inputs.size()),
+             "a result before it, or an input that there is");
+        if (!source.result) wanted[source.index] = true;
+    }
+}
+
+void check_argument(const command::CallPlan& plan, const command::PlannedArgument& argument, std::size_t call,
+                    std::vector<bool>& wanted) {
+    const bool is_formula = plan.calls[call].is_formula();
+    must(is_formula || argument.parameter < plan.calls[call].calculation->parameters.size(),
+         "a parameter that there is");
+    if (argument.formula != command::no_input) return check_formula(plan, argument.formula, call, wanted);
+    if (argument.input == command::no_input) return;
+    must(argument.input < plan.inputs.size(), "an input that there is");
+    wanted[argument.input] = true;
+}
 
 void check_plan(const command::CallPlan& plan, const std::vector<CallExpression>& calls,
                 const command::Header& header) {
@@ -71,13 +98,9 @@ void check_plan(const command::CallPlan& plan, const std::vector<CallExpression>
     }
     must(plan.used_columns == used, "columns up to the last that is read");
     std::vector<bool> wanted(plan.inputs.size());
-    for (const command::PlannedCall& call : plan.calls) {
-        for (const command::PlannedArgument& argument : call.arguments) {
-            must(argument.parameter < call.calculation->parameters.size(), "a parameter that there is");
-            if (argument.input == command::no_input) continue;
-            must(argument.input < plan.inputs.size(), "an input that there is");
-            wanted[argument.input] = true;
-        }
+    for (std::size_t i = 0; i < plan.calls.size(); ++i) {
+        for (const command::PlannedArgument& argument : plan.calls[i].arguments)
+            check_argument(plan, argument, i, wanted);
     }
     must(std::ranges::count(wanted, false) == 0, "no column is read for nothing");
 }
@@ -122,6 +145,16 @@ void check_calls(std::string_view text, const command::Header& header, bool with
     check_names(plan, calls, header, with_status);
 }
 
+// A condition is read, or refused; of any row it holds, does not, or nobody knows.
+void check_condition(std::string_view text, const command::Header& header) {
+    const command::TableFormula condition = command::plan_condition(text, header, nullptr);
+    command::FormulaStack stack;
+    const std::vector<double> numbers(condition.numbers.size(), 1.0);
+    const std::vector<std::string_view> texts(condition.texts.size(), "a");
+    const double holds = condition.formula.value(numbers, texts, stack);
+    must(holds == 0.0 || holds == 1.0 || std::isnan(holds), "a condition is true, false or unknown");
+}
+
 void run(Bytes in) {
     const std::uint8_t how = in.byte();
     const std::string_view text = in.rest();
@@ -129,7 +162,9 @@ void run(Bytes in) {
     const std::string_view rest = text.substr(std::min(line + 1, text.size()));
     try {
         const command::Header header = header_of(text.substr(0, line), (how & 1) == 0);
-        if ((how & 6) == 6) {
+        if ((how & 16) != 0) {
+            check_condition(rest, header);
+        } else if ((how & 6) == 6) {
             check_columns(rest, header);
         } else {
             check_calls(rest, header, (how & 8) != 0);
