@@ -1,9 +1,8 @@
-#include "adapters/duckdb/answers.hpp"
-
 #include <cmath>
 #include <string>
 
 #include "adapters/duckdb/date_values.hpp"
+#include "adapters/duckdb/functions.hpp"
 
 namespace finance::adapters::duckdb {
 

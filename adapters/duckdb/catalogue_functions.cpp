@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
 #include "adapters/duckdb/signature.hpp"

@@ -1,10 +1,18 @@
-// What the extension registers: the calculations, the table fin_functions() and the text fin_help('price').
+// What the extension registers, and where answers go.
 #pragma once
 
+#include <optional>
+#include <span>
+#include <vector>
+
 #include "adapters/duckdb/duckdb_api.hpp"
+#include "adapters/duckdb/row_mask.hpp"
 #include "adapters/duckdb/signature.hpp"
+#include "calls/answer.hpp"
 
 namespace finance::adapters::duckdb {
+
+// ---- What the extension registers: the calculations, the table fin_functions() and the text fin_help('price')
 
 // Answers a chunk. Throws with the sentence of the first row that is refused.
 //  rows   of calculations without lists: one batch of the embedded host, its columns read in place
@@ -15,5 +23,25 @@ void answer_lists(const Signature& signature, duckdb_data_chunk chunk, duckdb_ve
 // The calculation's function with all its signatures.
 void register_scalar(duckdb_connection connection, const catalogue::Calculation& calculation);
 void register_catalogue(duckdb_connection connection);
+
+// ---- Where answers go: doubles into the result, dates through a buffer
+
+class Answers {
+public:
+    Answers(const catalogue::Calculation& calculation, duckdb_vector result, std::size_t rows);
+
+    // Room for a double each row.
+    [[nodiscard]] std::span<double> values() { return values_; }
+    // Puts one call's answer there, and drops its row where there is none.
+    void put(std::size_t row, std::optional<double> answer, RowMask& rows);
+    // The answers of the rows that are left are complete: writes dates, and what is missing.
+    void finish(RowMask& rows);
+
+private:
+    const catalogue::Calculation& calculation_;
+    duckdb_vector result_;
+    std::vector<double> days_{};
+    std::span<double> values_{};
+};
 
 }  // namespace finance::adapters::duckdb

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "adapters/common/engine_call.hpp"
-#include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
 #include "calls/lists.hpp"

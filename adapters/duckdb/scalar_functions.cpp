@@ -6,7 +6,6 @@
 
 #include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
-#include "adapters/duckdb/answers.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
 #include "calls/meant.hpp"

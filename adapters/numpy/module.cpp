@@ -9,7 +9,6 @@
 #include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/objects.hpp"
-#include "adapters/numpy/python_objects.hpp"
 #include "adapters/numpy/rows.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"

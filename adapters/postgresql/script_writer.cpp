@@ -1,5 +1,3 @@
-#include "adapters/postgresql/script_writer.hpp"
-
 #include <array>
 #include <span>
 #include <stdexcept>

@@ -62,4 +62,13 @@ struct AggregateSignature {
 bool has_aggregate(const catalogue::Calculation& calculation);
 std::vector<AggregateSignature> aggregate_signatures(const catalogue::Calculation& calculation);
 
+// ---- The extension's script and the list of its C functions, from the catalogue
+
+std::string function_script(const catalogue::Calculation& calculation);
+std::string aggregate_script(const catalogue::Calculation& calculation);  // empty where there is none
+std::string whole_script();
+
+// One line for each calculation, in C++.
+std::string entry_list();
+
 }  // namespace finance::adapters::postgresql

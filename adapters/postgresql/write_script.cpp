@@ -5,7 +5,7 @@
 #include <exception>
 #include <string_view>
 
-#include "adapters/postgresql/script_writer.hpp"
+#include "adapters/postgresql/signatures.hpp"
 
 int main(int argc, char** argv) {
     using namespace finance::adapters::postgresql;

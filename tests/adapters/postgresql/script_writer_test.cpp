@@ -1,6 +1,4 @@
 // The extension's script for calculations of every shape. Expected texts are written by hand.
-#include "adapters/postgresql/script_writer.hpp"
-
 #include <gtest/gtest.h>
 
 #include <array>
