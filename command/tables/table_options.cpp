@@ -56,9 +56,10 @@ std::string table_options_help(bool by) {
            "  A row of which nobody can say, since a field is no number, is refused.\n"
            "\n"
            "Tables\n"
-           "  CSV or TSV in UTF-8, with quoted fields. An empty field is a missing value, and so is a dot. Dates are\n"
-           "  ISO dates or days since 1960-01-01. A record is at most 16 MiB long. Without FILE, or with -, the table\n"
-           "  is read from standard input. What begins as gzip does is unpacked as it is read.\n"
+           "  CSV or TSV in UTF-8, with quoted fields. An empty field is a missing value, and so is a dot; an empty\n"
+           "  basis is 30/360. Dates are ISO dates or days since 1960-01-01. A record is at most 16 MiB long. Without\n"
+           "  FILE, or with -, the table is read from standard input. What begins as gzip does is unpacked as it is\n"
+           "  read.\n"
            "\n"
            "Options\n" +
            option_lines(std::span{table_options}.subspan(by ? 0 : 1)) +
