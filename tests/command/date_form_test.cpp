@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "tests/command/run_command.hpp"
+
 namespace finance::test {
 namespace {
 
@@ -64,6 +66,35 @@ TEST(DateForms, Hints) {
               "; --dates dmy reads 2024-02-01, --dates mdy reads 2024-01-02");
     EXPECT_EQ(command::hint_on_dates(DateForm::dmy, "01/15/2024"), "; --dates mdy reads 2024-01-15");
     EXPECT_EQ(command::hint_on_dates(DateForm::days, "soon"), "");
+}
+
+// Half a year of 30/360 is 0.5; 31 January to 31 July 2024 are 182 days.
+TEST(DateForms, InTables) {
+    struct Table {
+        const char* row;
+        const char* options;
+        const char* output;
+        const char* reason;  // in the summary
+    };
+    const Table tables[] = {
+        {"2024-01-01,2024-07-01,", "", ",0.5\n", ""},  // an empty basis
+        {"2024-01-31,2024-07-31,ACT/365", "", ",0.4986301369863014\n", ""},
+        {"31.01.2024,31/7/2024,ACT/365", "--dates dmy", ",0.4986301369863014\n", ""},
+        {"45322,45504,ACT/365", "--dates sheet", ",0.4986301369863014\n", ""},
+        {"20240131,2024-07-31,0", "", ",\n", "it looks like 2024-01-31; --dates ymd reads 2024-01-31"},
+        {"2024-01-31,2024-07-31,1.5", "", ",\n", "1.5 is no code of a day-count basis"},
+        {"2024-01-31,2024-07-31,30E/360", "", ",\n", "write EU30/360"},
+        {"45322,45504,0", "--dates mdy", ",\n", "'45322' is not a date as --dates mdy has it"},
+    };
+    for (const Table& table : tables) {
+        const std::string command = "map 'YEARFRAC(s, m, b) as y' " + std::string{table.options};
+        const CommandRun run = run_command(command + " <<'END'\ns,m,b\n" + table.row + "\nEND\n");
+        EXPECT_TRUE(run.output.ends_with(table.output)) << table.row << run.output << run.error;
+        EXPECT_NE(run.error.find(table.reason), std::string::npos) << run.error;
+    }
+    const CommandRun wrong = run_command("map 'SLN(a, 0, 1)' --dates american /dev/null");
+    EXPECT_EQ(wrong.exit_status, 2);
+    EXPECT_NE(wrong.error.find("--dates is days, sheet, ymd, dmy or mdy, not 'american'"), std::string::npos);
 }
 
 }  // namespace
