@@ -58,11 +58,11 @@ std::string_view TableReader::peek() {
     while (!ended_ && ahead_.end < ahead_.buffer.size() && ahead_.text().find('\n') == std::string_view::npos) {
         read_some(ahead_, ahead_.buffer.size());
     }
-    if (is_utf16(ahead_.text())) throw TableError{name_ + " is UTF-16: convert it to UTF-8 first"};
-    if (!byte_order_mark_ && line_ == 1 && ahead_.text().starts_with(byte_order_mark)) {
-        byte_order_mark_ = true;
-        ahead_.begin += byte_order_mark.size();
-        if (ahead_.text().empty()) return peek();
+    if (!std::exchange(begun_, true)) {  // marks are such at the input's beginning alone
+        if (is_utf16(ahead_.text())) throw TableError{name_ + " is UTF-16: convert it to UTF-8 first"};
+        byte_order_mark_ = ahead_.text().starts_with(byte_order_mark);
+        if (byte_order_mark_) ahead_.begin += byte_order_mark.size();
+        if (byte_order_mark_ && ahead_.text().empty()) return peek();
     }
     const std::string_view foreign = foreign_format(ahead_.text());
     if (!foreign.empty()) throw TableError{name_ + ' ' + std::string{foreign}};

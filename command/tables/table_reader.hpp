@@ -71,6 +71,7 @@ private:
     Block ahead_;  // read, but not yet given
     std::uint64_t line_ = 1;
     bool ended_ = false;
+    bool begun_ = false;
     bool byte_order_mark_ = false;
     std::string fault_;  // to be thrown once what stands before it has been given
 };

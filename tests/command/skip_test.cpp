@@ -27,6 +27,19 @@ const std::vector<SkipCase> cases{
     {"an empty line too", "Loans of 2024\r\n\r\na,b\r\n1,2\r\n", 2, "a,b\r\n1,2\r\n", 3},
     {"an open quotation mark", "the 3\" loans, \"all\na,b\n", 1, "a,b\n", 2},
     {"after a byte-order mark", "\xEF\xBB\xBFTitle\na\n", 1, "a\n", 2},
+    {"a mark of UTF-16 after the byte-order mark is text", "\xEF\xBB\xBF\xFF\xFE\na\n", 1, "a\n", 2},
+    {"a mark of UTF-16 in the second line", "Title\n\xFF\xFE\na\n", 2, "a\n", 3},
+    {"a byte-order mark in a long line",
+     "0123456789\xEF\xBB\xBF"
+     "0123456789\na\n",
+     1, "a\n", 2},
+    {"a byte-order mark in the second line",
+     "Title\n\xEF\xBB\xBF"
+     "a\n",
+     1,
+     "\xEF\xBB\xBF"
+     "a\n",
+     2},
     {"a long line", "a title that is longer than most of the blocks\na\n", 1, "a\n", 2},
     {"no line feed at the end", "Title\na", 1, "a", 2},
     {"more than there are", "Title\n", 3, "", 2},
@@ -53,7 +66,7 @@ TEST(SkipLines, LeavesTheRestWhateverTheBlockSize) {
             close(file);
         }
     }
-    EXPECT_EQ(cases.size(), 9U);
+    EXPECT_EQ(cases.size(), 13U);
 }
 
 const std::string titled = "<<'END'\nLoans, \"all of them\n\ncost;life\n100;4\n100;0\nEND\n";
