@@ -20,7 +20,7 @@ void ResultWriter::append_object(const PlannedCall& call, const CallResult& resu
     if (result.answer) {
         add_result(json_, *result.answer, word_of(result.verdict()));
     } else {
-        add_refusal(json_, *call.calculation, result.fault, result.at);
+        add_refusal(json_, *call.calculation, std::string_view{result.fault}.substr(result.label), result.at);
     }
     output.append(json_.end_object().str()).push_back('\n');
 }

@@ -35,11 +35,11 @@ struct ResultForm {
 struct CallResult {
     std::optional<calls::Answer> answer{};  // none: the call was not made,
     std::string fault{};                    // for this reason,
-    WrittenArgument at{};                   // with this argument, where it is one's
-    std::string label{};                    // and how it is called before the reason
+    std::size_t label = 0;                  // that begins with so many bytes of how the argument is called,
+    WrittenArgument at{};                   // this one, where it is one's
 
     [[nodiscard]] Verdict verdict() const { return answer ? answer->verdict() : Verdict::refused; }
-    [[nodiscard]] std::string sentence() const { return answer ? answer->sentence() : label + fault; }
+    [[nodiscard]] std::string sentence() const { return answer ? answer->sentence() : fault; }
 };
 
 class ResultWriter {

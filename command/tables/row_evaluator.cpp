@@ -79,11 +79,11 @@ host::Evaluation RowEvaluator::evaluation_alone(std::size_t call) const {
 void RowEvaluator::take_evaluation(Place at) {
     const ResultForm& form = writer_.form();
     const Answers& answers = answers_[at.call];
-    evaluation_ = {.status = answers.statuses[at.row],
-                   .value = answers.values[at.row],
-                   .flagged = answers.flagged[at.row],
-                   .log = {},
-                   .notes = {}};
+    evaluation_.status = answers.statuses[at.row];
+    evaluation_.value = answers.values[at.row];
+    evaluation_.flagged = answers.flagged[at.row];
+    evaluation_.log.clear();
+    evaluation_.notes.clear();
     if (plan_.calls[at.call].is_formula()) return;
     if (!form.objects && std::isfinite(evaluation_.value) && !plan_.calls[at.call].calculation->searches) return;
     take_arguments(at);
@@ -119,9 +119,8 @@ CallResult RowEvaluator::unread_result(Place at, std::size_t position) {
     const Input& input = plan_.inputs[unread_input(argument, at.row)];
     const std::string fault = unreadable(plan_.fields, input, rows_.text(input.column, at.row));
     if (call.is_formula()) return {.fault = fault};
-    return {.fault = fault,
-            .at = {argument.parameter, position},
-            .label = calls::argument_label(*call.calculation, position, call.arguments.size()) + ": "};
+    const std::string label = calls::argument_label(*call.calculation, position, call.arguments.size()) + ": ";
+    return {.fault = label + fault, .label = label.size(), .at = {argument.parameter, position}};
 }
 
 // An earlier call that is wanted and was refused; null where none was.
