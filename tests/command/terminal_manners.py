@@ -22,9 +22,11 @@ class Shell(Terminal):
     def __init__(self, name, state):
         super().__init__(shutil.which(name), state, arguments=SHELLS[name], PS1=SHELL_PROMPT)
         self.expect(SHELL_PROMPT)
+        self.run(":")  # told the size of its window, a shell may show its prompt once more
 
     def run(self, line):
-        self.type(line + ENTER)
+        self.type(f"{line}; printf 'do''ne\\n'{ENTER}")  # what is typed is not what is printed
+        self.expect("done\r\n")
         self.expect(SHELL_PROMPT)
 
     def modes(self, file):
