@@ -20,10 +20,6 @@ constexpr std::size_t most_flows = 32767;  // of IRR
 bool is_above_0(const Argument& argument) { return argument.number() > 0.0; }
 bool is_below_0(const Argument& argument) { return argument.number() < 0.0; }
 
-double number_at(Arguments arguments, std::size_t i) {
-    return i < arguments.size() && has_value(arguments[i]) ? arguments[i].number() : 0.0;
-}
-
 // ---- RATE
 
 std::string cause_of_growth(double pv, double fv) {
@@ -36,9 +32,9 @@ std::string cause_of_growth(double pv, double fv) {
 }
 
 std::string cause_of_rate(Arguments arguments, bool answered) {
-    const double pmt = number_at(arguments, 1);
-    const double pv = number_at(arguments, 2);
-    const double fv = number_at(arguments, 3);
+    const double pmt = number_or_0(arguments, 1);
+    const double pv = number_or_0(arguments, 2);
+    const double fv = number_or_0(arguments, 3);
     if (pmt == 0.0) return cause_of_growth(pv, fv);
     if (!changes_sign(std::array<Argument, 3>{pmt, pv, fv})) {
         return "pmt, pv and fv have no two signs: money paid is negative, money received positive";

@@ -224,6 +224,10 @@ bool has_value(const Argument& argument) {
     return x != nullptr ? !std::isnan(*x) : argument.kind() == Argument::Kind::text;
 }
 
+double number_or_0(Arguments arguments, std::size_t i) {
+    return i < arguments.size() && has_value(arguments[i]) ? arguments[i].number() : 0.0;
+}
+
 int argument_at_fault(const Calculation& calculation, Arguments arguments, int flagged) {
     if (flagged > 0) return flagged;
     for (std::size_t i = 1; i <= arguments.size(); ++i) {

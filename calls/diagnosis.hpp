@@ -16,6 +16,9 @@ using Arguments = std::span<const host::Argument>;
 // Neither left out nor missing.
 bool has_value(const host::Argument& argument);
 
+// The number of a place that may be left out, missing or beyond the arguments: then it is 0.
+double number_or_0(Arguments arguments, std::size_t i);
+
 // The argument to name for a refusal: the one that the module marked, or else, since a calculation may refuse a missing
 // value without a mark, the first required one that has no value; 0 where none is at fault.
 int argument_at_fault(const catalogue::Calculation& calculation, Arguments arguments, int flagged);

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "calls/causes.hpp"
+
 namespace finance::calls {
 
 using catalogue::Calculation;
@@ -24,10 +26,6 @@ constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
 double answer(const EmbeddedHost& host, std::string_view name, Arguments arguments) {
     const host::Evaluation evaluation = host.evaluate(name, arguments);
     return evaluation.answered() ? evaluation.value : no_number;
-}
-
-double number_or_0(Arguments arguments, std::size_t i) {
-    return i < arguments.size() && has_value(arguments[i]) ? arguments[i].number() : 0.0;
 }
 
 // The power of 2, as its exponent, that brings the largest amount to 2^exponent.
@@ -160,11 +158,8 @@ double worth(const EmbeddedHost& host, std::string_view name, double rate, std::
 
 class DatedFlows : public Equation {
 public:
-    // of_xirr: values, as many dates, perhaps a guess
-    DatedFlows(const EmbeddedHost& host, Arguments of_xirr)
-        : host_{host},
-          values_{numbers_of(of_xirr.first(of_xirr.size() / 2))},
-          days_{numbers_of(of_xirr.subspan(of_xirr.size() / 2, of_xirr.size() / 2))} {}
+    DatedFlows(const EmbeddedHost& host, const DatedLists& of_xirr)
+        : host_{host}, values_{numbers_of(of_xirr.values)}, days_{numbers_of(of_xirr.dates)} {}
 
     [[nodiscard]] Trial at(double rate) const override {
         return {worth(host_, "XNPV", rate, values_, days_), 0.0, "XNPV at this rate"};
@@ -233,7 +228,7 @@ std::unique_ptr<const Equation> equation_of(const EmbeddedHost& host, const Calc
     if (calculation.name == "RATE") return std::make_unique<Annuity>(host, arguments);
     if (calculation.name == "YIELD") return std::make_unique<Bond>(host, "PRICE", arguments, 3);
     if (calculation.name == "ODDFYIELD") return std::make_unique<Bond>(host, "ODDFPRICE", arguments, 5);
-    if (calculation.name == "XIRR") return std::make_unique<DatedFlows>(host, arguments);
+    if (calculation.name == "XIRR") return std::make_unique<DatedFlows>(host, DatedLists{arguments});
     if (calculation.name == "IRR") return std::make_unique<PeriodicFlows>(host, arguments);
     return nullptr;
 }

@@ -13,10 +13,6 @@ using catalogue::Kind;
 
 namespace {
 
-bool fits_kind(Kind kind, const host::Argument& argument) {
-    return argument.kind() != host::Argument::Kind::number || is_meant(kind, argument.number());
-}
-
 bool may_be_unmeant(Kind kind) { return is_dated(kind) || kind == Kind::basis; }
 
 // 20240115 as the date that its digits show.
@@ -33,7 +29,7 @@ int unmeant_in_lists(const Calculation& calculation, Arguments arguments) {
     for (std::size_t i = 0; i < shares.size(); first += shares[i++]) {
         if (!is_dated(calculation.parameters[i].kind)) continue;
         for (std::size_t k = first; k < first + shares[i]; ++k) {
-            if (!fits_kind(calculation.parameters[i].kind, arguments[k])) return static_cast<int>(k) + 1;
+            if (!is_meant(calculation.parameters[i].kind, arguments[k])) return static_cast<int>(k) + 1;
         }
     }
     return 0;
@@ -55,7 +51,7 @@ int unmeant_argument(const Calculation& calculation, Arguments arguments) {
     if (catalogue::list_count(calculation) > 0) return unmeant_in_lists(calculation, arguments);
     const std::size_t count = std::min(arguments.size(), calculation.parameters.size());
     for (std::size_t i = 0; i < count; ++i) {
-        if (!fits_kind(calculation.parameters[i].kind, arguments[i])) return static_cast<int>(i) + 1;
+        if (!is_meant(calculation.parameters[i].kind, arguments[i])) return static_cast<int>(i) + 1;
     }
     return 0;
 }
@@ -66,7 +62,7 @@ bool all_meant(const Calculation& calculation, std::span<const host::Column> col
         if (!may_be_unmeant(kind)) continue;
         const std::size_t looked_at = columns[i].varies() ? rows : std::min<std::size_t>(rows, 1);
         for (std::size_t row = 0; row < looked_at; ++row) {
-            if (!fits_kind(kind, columns[i].argument(row))) return false;
+            if (!is_meant(kind, columns[i].argument(row))) return false;
         }
     }
     return true;

@@ -23,6 +23,10 @@ inline bool is_meant(catalogue::Kind kind, double x) {
     return kind != catalogue::Kind::basis || std::isnan(x) || x == std::trunc(x);
 }
 
+inline bool is_meant(catalogue::Kind kind, const host::Argument& argument) {
+    return argument.kind() != host::Argument::Kind::number || is_meant(kind, argument.number());
+}
+
 // "20240115 is no day of the years 1 to 9999: 2024-01-15 looks like it", of a value that is not meant.
 std::string unmeant_words(catalogue::Kind kind, double x);
 

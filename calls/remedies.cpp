@@ -79,8 +79,8 @@ struct Plan {
         : nper{of_rate[0].number()},
           pmt{of_rate[1].number()},
           pv{of_rate[2].number()},
-          fv{of_rate.size() > 3 && has_value(of_rate[3]) ? of_rate[3].number() : 0.0},
-          at_start{of_rate.size() > 4 && has_value(of_rate[4]) && of_rate[4].number() == 1.0} {}
+          fv{number_or_0(of_rate, 3)},
+          at_start{number_or_0(of_rate, 4) == 1.0} {}
 
     [[nodiscard]] bool can_be_typed() const { return nper < static_cast<double>(most_typed); }
 

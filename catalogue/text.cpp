@@ -23,7 +23,7 @@ static_assert((sys_days{year{last_year} / December / 31} - epoch).count() == las
 int digits(std::string_view text) {
     int value = 0;
     for (const char c : text) {
-        if (c < '0' || c > '9') return -1;
+        if (!is_digit(c)) return -1;
         value = value * 10 + (c - '0');
     }
     return value;
@@ -55,6 +55,16 @@ std::optional<std::string> iso_date(double host_date) {
     append(text += '-', static_cast<unsigned>(date.month()), 2);
     append(text += '-', static_cast<unsigned>(date.day()), 2);
     return text;
+}
+
+// ---- Texts of others
+
+std::string shortened(std::string_view text) {
+    constexpr std::size_t most = 60;
+    if (text.size() <= most) return std::string{text};
+    std::size_t end = most;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+    return std::string{text.substr(0, end)} + "...";
 }
 
 // ---- Numbers

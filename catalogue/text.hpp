@@ -24,6 +24,11 @@ constexpr bool same_name(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, [](char x, char y) { return upper(x) == upper(y); });
 }
 
+constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// The text, if it is long its beginning, for a sentence; characters stay whole.
+std::string shortened(std::string_view text);
+
 // ---- Numbers as people read them
 
 // The shortest text that reads back to the same double, but 0 for -0; a NaN, whichever, is the missing value and written

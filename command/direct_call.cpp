@@ -50,7 +50,7 @@ bool looks_like_call(std::string_view text) {
     const std::string_view name = text.substr(0, bracket);
     const auto fits = [](char c) {
         const char upper = catalogue::upper(c);
-        return (upper >= 'A' && upper <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+        return (upper >= 'A' && upper <= 'Z') || catalogue::is_digit(c) || c == '_';
     };
     return bracket != std::string_view::npos && !name.empty() && std::ranges::all_of(name, fits) && !is_function(name);
 }

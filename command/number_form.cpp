@@ -38,9 +38,8 @@ int read_digits(std::string_view text) {
         "finance help"};
 }
 
-std::optional<int> digits_of(const OptionsGiven& given) {
-    const auto text = given.value(digits_option.name);
-    return text ? std::optional{read_digits(*text)} : std::nullopt;
+std::optional<int> digits_of(const OptionsGiven& given, std::optional<int> otherwise) {
+    return given.has(digits_option.name) ? static_cast<int>(given.number(digits_option.name, 0)) : otherwise;
 }
 
 std::optional<int> take_digits(std::vector<std::string_view>& words) {

@@ -34,8 +34,8 @@ double rounded(double value, int decimals);
 
 // UsageError where the text is no number of decimals.
 int read_digits(std::string_view text);
-// The option's value, the last one given.
-std::optional<int> digits_of(const OptionsGiven& given);
+// The option's value, the last one given, or what was said before the job.
+std::optional<int> digits_of(const OptionsGiven& given, std::optional<int> otherwise);
 
 // Takes --digits N out of the words after a calculation's name. UsageError.
 std::optional<int> take_digits(std::vector<std::string_view>& words);

@@ -10,6 +10,7 @@
 
 namespace finance::adapters::sqlite {
 
+using catalogue::is_digit;
 using catalogue::Kind;
 using catalogue::Parameter;
 
@@ -20,8 +21,6 @@ namespace {
 constexpr double first_julian_day = 2'000'000.0;
 constexpr double julian_day_of_host_day_0 = ZELKOVAN_EPOCH_JULIAN_DAY - 0.5;  // days begin at noon
 constexpr double seconds_a_day = 86'400.0;
-
-constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // Two digits below the limit; -1 otherwise.
 int two_digits(std::string_view text, int limit) {
@@ -114,19 +113,9 @@ bool read_text(const Parameter& parameter, sqlite3_value* value, host::Argument&
 
 // What was wrong.
 
-constexpr std::size_t longest_shown = 60;
-
-// The text in marks; a long one is cut where a character begins.
-std::string shown(std::string_view text) {
-    if (text.size() <= longest_shown) return '\'' + std::string{text} + '\'';
-    std::size_t end = longest_shown;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-    return '\'' + std::string{text.substr(0, end)} + "...'";
-}
-
 std::string fault(Kind kind, sqlite3_value* value) {
     const bool blob = sqlite3_value_type(value) == SQLITE_BLOB;
-    const std::string what = blob ? "a blob" : shown(text_of(value));
+    const std::string what = blob ? "a blob" : '\'' + catalogue::shortened(text_of(value)) + '\'';
     if (kind == Kind::basis) return what + " is not a day-count basis";
     if (!is_dated(kind)) return what + " is not a number";
     if (!blob && host_days_of_text(text_of(value))) return what + " has a time of day, but whole days are wanted";

@@ -167,12 +167,4 @@ bool looks_like_formula(std::string_view text) {
     return text.find_first_of("+-*/^()\"") != std::string_view::npos && !looks_like_date(text);
 }
 
-std::string shortened(std::string_view text) {
-    constexpr std::size_t most = 60;
-    if (text.size() <= most) return std::string{text};
-    std::size_t end = most;
-    while (end > 0 && (text[end] & 0xC0) == 0x80) --end;  // characters stay whole
-    return std::string{text.substr(0, end)} + "...";
-}
-
 }  // namespace finance::command

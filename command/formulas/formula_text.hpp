@@ -19,6 +19,7 @@
 #include <string>
 #include <string_view>
 
+#include "catalogue/text.hpp"
 #include "command/formulas/formula.hpp"
 
 namespace finance::command {
@@ -57,7 +58,6 @@ bool is_function(std::string_view name);
 // Whether a word that is no value may be meant as arithmetic: it has an operator, a bracket or a quotation mark.
 bool looks_like_formula(std::string_view text);
 
-// The text, if it is long its beginning, for a sentence.
-std::string shortened(std::string_view text);
+using catalogue::shortened;
 
 }  // namespace finance::command

@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
+using catalogue::is_digit;
+
 constexpr bool is_name_start(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '$' || (c & 0x80) != 0;
 }

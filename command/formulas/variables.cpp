@@ -7,6 +7,14 @@
 
 namespace finance::command {
 
+bool is_variable_name(std::string_view text) {
+    const auto is_letter = [](char c) {
+        return (catalogue::upper(c) >= 'A' && catalogue::upper(c) <= 'Z') || c == '_';
+    };
+    const auto fits = [&](char c) { return is_letter(c) || catalogue::is_digit(c); };
+    return !text.empty() && is_letter(text.front()) && std::ranges::all_of(text, fits);
+}
+
 const Variable* Variables::find(std::string_view name) const {
     const auto same = [&](const Variable& variable) { return catalogue::same_name(variable.name, name); };
     const auto found = std::ranges::find_if(all_, same);

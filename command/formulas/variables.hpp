@@ -16,6 +16,9 @@ struct Variable {
     bool dated = false;
 };
 
+// Letters, digits and _, no digit first.
+bool is_variable_name(std::string_view text);
+
 class Variables {
 public:
     [[nodiscard]] const Variable* find(std::string_view name) const;

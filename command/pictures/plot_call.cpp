@@ -19,12 +19,6 @@ using catalogue::Kind;
 
 [[noreturn]] void fail(const std::string& message) { throw UsageError{"plot: " + message, "finance help plot"}; }
 
-bool is_letter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
-bool is_name(std::string_view text) {
-    const auto fits = [](char c) { return is_letter(c) || (c >= '0' && c <= '9'); };
-    return !text.empty() && is_letter(text.front()) && std::ranges::all_of(text, fits);
-}
-
 bool is_value(std::string_view text) {
     return read_value(Kind::date, text).has_value() ||
            std::ranges::any_of(catalogue::basis_keywords,
@@ -64,7 +58,7 @@ Range read_range(std::string_view text) {
     const Range range{.name = text.substr(0, equals),
                       .first = text.substr(equals + 1, dots - equals - 1),
                       .last = text.substr(dots + 2)};
-    if (!is_name(range.name) || is_value(range.name)) {
+    if (!is_variable_name(range.name) || is_value(range.name)) {
         fail('\'' + std::string{range.name} + "' cannot be a variable: letters, digits and _, the first no digit");
     }
     return range;

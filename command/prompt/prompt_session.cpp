@@ -13,6 +13,7 @@
 #include "command/json_report.hpp"
 #include "command/prompt/prompt.hpp"
 #include "command/tables/table_options.hpp"
+#include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
 #include "command/words.hpp"
 
@@ -50,9 +51,9 @@ void check_text(std::string_view line) {
     }
 }
 
-void check_table(std::string_view job, Words words, bool json) {
+void check_table(std::string_view job, Words words, const Settings& settings) {
     if (job != map_job.word && job != fold_job.word) return;
-    const TableOptions options = read_table_options(words, job == map_job.word ? map_job : fold_job, json);
+    const TableOptions options = read_table_options(words, job == map_job.word ? map_job : fold_job, settings);
     if (options.help || options.input != standard_stream) return;
     const std::string name{job};
     throw UsageError{name + ": standard input is the script: name the file of the table", "help " + name};
@@ -75,32 +76,23 @@ std::string_view without_pasted(std::string_view line) {
                : line;
 }
 
-std::string_view trimmed_line(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
-    return text.substr(0, text.find_last_not_of(" \t") + 1);  // npos + 1 is 0
-}
-
 // NAME = ..., where no more than blanks stand between the name and the sign.
 std::optional<PromptSession::Assignment> assignment_in(std::string_view line) {
-    const auto is_letter = [](char c) {
-        return (catalogue::upper(c) >= 'A' && catalogue::upper(c) <= 'Z') || c == '_';
-    };
-    const auto fits = [&](char c) { return is_letter(c) || (c >= '0' && c <= '9'); };
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos || line.substr(equals + 1).starts_with('=')) return {};
-    const std::string_view name = trimmed_line(line.substr(0, equals));
-    if (name.empty() || !is_letter(name.front()) || !std::ranges::all_of(name, fits)) return {};
-    return PromptSession::Assignment{name, trimmed_line(line.substr(equals + 1))};
+    const std::string_view name = trimmed(line.substr(0, equals));
+    if (!is_variable_name(name)) return {};
+    return PromptSession::Assignment{name, trimmed(line.substr(equals + 1))};
 }
 
 // At the end of a call in brackets, or before it.
 std::string_view without_json(std::string_view line, bool& json) {
-    const std::string_view text = trimmed_line(line);
+    const std::string_view text = trimmed(line);
     const bool before = text.starts_with(json_name) && text.substr(json_name.size()).starts_with(' ');
     const bool after = text.ends_with(json_name) && text.size() > json_name.size();
     json = json || before || after;
-    if (before) return trimmed_line(text.substr(json_name.size()));
-    return after ? trimmed_line(text.substr(0, text.size() - json_name.size())) : text;
+    if (before) return trimmed(text.substr(json_name.size()));
+    return after ? trimmed(text.substr(0, text.size() - json_name.size())) : text;
 }
 
 std::string shown(const Variable& variable) {
@@ -165,7 +157,7 @@ Outcome PromptSession::run_words(std::vector<std::string> words, const Settings&
         for (std::size_t i = 1; i < words.size(); ++i) put_last_answer(words[i]);
     }
     const std::vector<std::string_view> views{words.begin(), words.end()};
-    if (from_ == LinesFrom::script) check_table(views.front(), Words{views}.subspan(1), settings.json);
+    if (from_ == LinesFrom::script) check_table(views.front(), Words{views}.subspan(1), settings);
     return finished(run_job(views.front(), Words{views}.subspan(1), settings));
 }
 

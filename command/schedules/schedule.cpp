@@ -149,8 +149,7 @@ Outcome schedule(Words words, const Settings& settings) {
     const auto picture = checked_picture(given, settings.json);
     if (given.help) return shown_help(schedule_help());
     const Kind& kind = kind_of(given.places);
-    const std::optional<int> chosen = digits_of(given);
-    const std::optional<int> decimals = chosen ? chosen : settings.digits;
+    const std::optional<int> decimals = digits_of(given, settings.digits);
     const Schedule schedule = kind.open(Words{given.places}.subspan(1), settings, decimals);
     if (given.has("--csv") || settings.json) return stream(schedule, settings.json, decimals);
     const std::vector<Row> rows = all_rows(kind.word.word, schedule);

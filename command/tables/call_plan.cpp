@@ -127,8 +127,7 @@ PlannedArgument Planner::argument(const Calculation& calculation, std::size_t pa
     PlannedArgument planned{.parameter = parameter};
     const Kind kind = calculation.parameters[parameter].kind;
     if (const auto value = constant(kind, operand)) {
-        const bool number = value->kind() == host::Argument::Kind::number;
-        if (number && !calls::is_meant(kind, value->number())) {
+        if (!calls::is_meant(kind, *value)) {
             const std::string words = calls::unmeant_words(kind, value->number());
             fail(calculation, std::string{calculation.parameters[parameter].name} + ": " + words);
         }

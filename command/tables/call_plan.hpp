@@ -69,6 +69,18 @@ struct CallPlan {
     FieldForm fields{};                 // how fields are read
 };
 
+// The first of the calls before whose result the call's formulas read and that is refused; null: none is.
+template <typename IsRefused>
+const PlannedCall* refused_source(const CallPlan& plan, const PlannedCall& call, IsRefused is_refused) {
+    for (const PlannedArgument& argument : call.arguments) {
+        if (argument.formula == no_input) continue;
+        for (const FormulaSource& source : plan.formulas[argument.formula].sources) {
+            if (source.result && is_refused(source.index)) return &plan.calls[source.index];
+        }
+    }
+    return nullptr;
+}
+
 // An operand and the parameter that takes it.
 struct PlacedOperand {
     std::size_t parameter = 0;

@@ -13,9 +13,7 @@ namespace {
 constexpr double first_serial = 61.0;             // 1900-03-01
 constexpr double serial_of_host_day_0 = 21916.0;  // 1960-01-01
 
-bool are_digits(std::string_view text) {
-    return std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
-}
+bool are_digits(std::string_view text) { return std::ranges::all_of(text, catalogue::is_digit); }
 
 std::optional<double> number_in(std::string_view text) {
     double value = 0.0;

@@ -168,8 +168,7 @@ std::string fold_help() {
 
 // What calls and tables have to say points to map, whose they are first.
 Outcome fold_table(Words words, const Settings& settings) {
-    TableOptions options = read_table_options(words, fold_job, settings.json);
-    if (!options.digits) options.digits = settings.digits;
+    const TableOptions options = read_table_options(words, fold_job, settings);
     if (options.help) return shown_help(fold_help());
     try {
         return fold_rows(options, settings);

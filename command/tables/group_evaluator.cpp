@@ -62,7 +62,10 @@ CallResult GroupEvaluator::evaluated(const Group& group, const PlannedCall& call
     if (const GroupFault* fault = fault_of(group, call)) {
         return {.fault = fault->reason, .at = argument_at(call, fault->slot)};
     }
-    if (const PlannedCall* refused = refused_source(call)) return {.fault = refused->result + " has no answer"};
+    const auto is_refused = [&](std::size_t source) { return refused_[source] != 0; };
+    if (const PlannedCall* refused = refused_source(plan_, call, is_refused)) {
+        return {.fault = refused->result + " has no answer"};
+    }
     take_arguments(group, call);
     if (call.is_formula()) {
         evaluation_ = host::Evaluation{};
@@ -96,16 +99,6 @@ const GroupFault* GroupEvaluator::fault_of(const Group& group, const PlannedCall
     };
     const auto fault = std::ranges::find_if(group.faults, concerns);
     return fault != group.faults.end() ? &*fault : nullptr;
-}
-
-const PlannedCall* GroupEvaluator::refused_source(const PlannedCall& call) const {
-    for (const PlannedArgument& argument : call.arguments) {
-        if (argument.formula == no_input) continue;
-        for (const FormulaSource& source : plan_.formulas[argument.formula].sources) {
-            if (source.result && refused_[source.index] != 0) return &plan_.calls[source.index];
-        }
-    }
-    return nullptr;
 }
 
 double GroupEvaluator::calculated(const Group& group, const PlannedFormula& formula) {

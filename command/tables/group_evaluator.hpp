@@ -26,7 +26,6 @@ private:
     CallResult evaluated(const Group& group, const PlannedCall& call);
     [[nodiscard]] WrittenArgument argument_at(const PlannedCall& call, std::size_t slot) const;
     [[nodiscard]] const GroupFault* fault_of(const Group& group, const PlannedCall& call) const;
-    [[nodiscard]] const PlannedCall* refused_source(const PlannedCall& call) const;
     void take_arguments(const Group& group, const PlannedCall& call);
     double calculated(const Group& group, const PlannedFormula& formula);
 

@@ -4,9 +4,13 @@
 #include <array>
 #include <cstddef>
 
+#include "catalogue/text.hpp"
+
 namespace finance::command {
 
 namespace {
+
+using catalogue::is_digit;
 
 constexpr std::array<std::string_view, 6> blanks{" ", "\t", "\xC2\xA0", "\xE2\x80\xAF", "\xE2\x80\x89", "\xE2\x80\x87"};
 constexpr std::array<std::string_view, 2> apostrophes{"'", "\xE2\x80\x99"};
@@ -16,8 +20,6 @@ constexpr std::array<std::string_view, 36> currencies{
     "$",   "\xE2\x82\xAC", "\xC2\xA3", "\xC2\xA5", "USD", "EUR", "JPY", "GBP", "CNY", "AUD", "CAD", "CHF",
     "HKD", "SGD",          "SEK",      "KRW",      "NOK", "NZD", "INR", "MXN", "TWD", "ZAR", "BRL", "DKK",
     "PLN", "THB",          "ILS",      "IDR",      "CZK", "AED", "TRY", "HUF", "CLP", "SAR", "PHP", "MYR"};
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 std::size_t digits_before(std::string_view text) {
     return static_cast<std::size_t>(std::ranges::find_if_not(text, is_digit) - text.begin());

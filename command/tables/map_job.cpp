@@ -148,8 +148,7 @@ std::string map_help() {
 }
 
 Outcome map_table(Words words, const Settings& settings) {
-    TableOptions options = read_table_options(words, map_job, settings.json);
-    if (!options.digits) options.digits = settings.digits;
+    const TableOptions options = read_table_options(words, map_job, settings);
     return options.help ? shown_help(map_help()) : map_rows(options, settings);
 }
 

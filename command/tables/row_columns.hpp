@@ -36,8 +36,7 @@ inline std::optional<host::Argument> read_field(const FieldForm& form, std::stri
     const std::string_view text = trimmed(field_text(raw, scratch));
     if (text.empty()) return kind == catalogue::Kind::basis ? default_basis : host::Argument::missing();
     const auto value = form.as_in_calls() ? read_value(kind, text) : read_text(form, kind, text);
-    const bool number = value && value->kind() == host::Argument::Kind::number;
-    return number && !calls::is_meant(kind, value->number()) ? std::nullopt : value;
+    return value && !calls::is_meant(kind, *value) ? std::nullopt : value;
 }
 
 std::string field_count_words(std::size_t fields, std::size_t columns);

@@ -123,22 +123,13 @@ CallResult RowEvaluator::unread_result(Place at, std::size_t position) {
     return {.fault = label + fault, .label = label.size(), .at = {argument.parameter, position}};
 }
 
-// An earlier call that is wanted and was refused; null where none was.
-const PlannedCall* RowEvaluator::refused_source(Place at) const {
-    for (const PlannedArgument& argument : plan_.calls[at.call].arguments) {
-        if (argument.formula == no_input) continue;
-        for (const FormulaSource& source : plan_.formulas[argument.formula].sources) {
-            if (source.result && carried_[source.index].refused[at.row] != 0) return &plan_.calls[source.index];
-        }
-    }
-    return nullptr;
-}
-
 CallResult RowEvaluator::result(Place at) {
     if (!rows_.row(at.row).fits) return {.fault = rows_.misfit(at.row)};
     if (const std::size_t unread = unread_argument(at); unread != 0) return unread_result(at, unread);
     if (!plan_.formulas.empty()) {
-        if (const PlannedCall* refused = refused_source(at)) return {.fault = refused->result + " has no answer"};
+        const PlannedCall* refused = refused_source(
+            plan_, plan_.calls[at.call], [&](std::size_t source) { return carried_[source].refused[at.row] != 0; });
+        if (refused != nullptr) return {.fault = refused->result + " has no answer"};
     }
     take_evaluation(at);
     return {.answer = calls::answer_of(host_, *plan_.calls[at.call].calculation, arguments_[at.call], evaluation_)};

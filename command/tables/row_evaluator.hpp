@@ -54,7 +54,6 @@ private:
     void call_rows(std::size_t call);
     void calculate(std::size_t formula);
     void carry(std::size_t call);
-    [[nodiscard]] const PlannedCall* refused_source(Place at) const;
     void take_arguments(Place at);
     [[nodiscard]] host::Evaluation evaluation_alone(std::size_t call) const;
     void take_evaluation(Place at);

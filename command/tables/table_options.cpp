@@ -6,18 +6,18 @@
 
 namespace finance::command {
 
-TableOptions read_table_options(Words words, const Job& job, bool json) {
+TableOptions read_table_options(Words words, const Job& job, const Settings& settings) {
     const OptionsGiven given = read_options(job.options, words, {.job = job.word, .explains = true});
     TableOptions options{.by = given.values("--by"),
                          .where = given.values("--where"),
-                         .digits = digits_of(given),
+                         .digits = digits_of(given, settings.digits),
                          .skip = given.number("--skip", 0),
                          .header = !given.has("--no-header"),
                          .status = given.has("--status"),
                          .strict = given.has("--strict"),
                          .quiet = given.has("--quiet"),
                          .help = given.help,
-                         .json = json};
+                         .json = settings.json};
     for (const std::string_view text : given.values("--delimiter")) options.delimiter = read_delimiter(text);
     for (const std::string_view texts : given.values("--missing")) add_missing(options.fields, texts);
     for (const std::string_view word : given.values("--decimal")) set_decimal(options.fields, word);

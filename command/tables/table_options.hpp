@@ -66,7 +66,7 @@ inline constexpr std::array table_options{
 };
 
 // UsageError.
-TableOptions read_table_options(Words words, const Job& job, bool json);
+TableOptions read_table_options(Words words, const Job& job, const Settings& settings);
 
 // The help on what both jobs have.
 // by: --by among them.
