@@ -16,6 +16,7 @@
 #include "cashflow/host_array.hpp"
 #include "cashflow/kernels.hpp"
 #include "cashflow/numeric_kernels.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -127,7 +128,7 @@ XirrOutcome two_point_start(const DatedCashFlows& flows, double* start) {
         }
     }
     if (!any || earliest == latest) return XIRR_NO_USABLE_FLOWS;
-    const double s = 365.0 * std::log(std::abs(vL / vE)) / static_cast<double>(wrapping_add(latest, -earliest));
+    const double s = 365.0 * elementary::log(std::abs(vL / vE)) / static_cast<double>(wrapping_add(latest, -earliest));
     if (s > largest_exponent) return XIRR_NO_CONVERGENCE;
     *start = zexpm1(s);
     return XIRR_SOLVED;
@@ -140,7 +141,7 @@ int zComputeXNPV(DatedCashFlows* flows) {
     const double q = 1.0 / (1.0 + flows->rate);
     double result = flows->values[0];
     for (int i = 1; i < flows->count; ++i) {
-        result = result + flows->values[i] * std::pow(q, years_from_first(*flows, i));
+        result = result + flows->values[i] * elementary::pow(q, years_from_first(*flows, i));
     }
     flows->result = result;
     return 0;
@@ -154,7 +155,7 @@ std::uint32_t ComputeF_XIRR(NewtonProblem* problem) {
     double largest = std::abs(flows.values[0]);
     for (int i = 1; i < flows.count; ++i) {
         const double t = years_from_first(flows, i);
-        const double p = std::pow(q, t) * flows.values[i];
+        const double p = elementary::pow(q, t) * flows.values[i];
         derivative = derivative + (0.0 - t * q) * p;
         value = value + p;
         largest = std::max(std::abs(p), largest);

@@ -16,6 +16,7 @@
 #include "cashflow/numeric_kernels.hpp"
 #include "cashflow/root_search.hpp"
 #include "cashflow/work_pool.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -115,7 +116,7 @@ std::int32_t sign_changes(const Flows& flows) {
 IrrStatus rate_of_root(IrrRequest* request, double z) {
     if (request->x0 == 0.0) {
         if (!(z > 0.0)) return IRR_NO_RATE;
-        request->rate = 0.0 - std::log(z);
+        request->rate = 0.0 - elementary::log(z);
         return IRR_SOLVED;
     }
     std::int32_t power_status = POWER_VALID;

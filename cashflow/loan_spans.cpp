@@ -14,6 +14,8 @@
 #include <initializer_list>
 
 #include "cashflow/annuity_sums.hpp"
+#include "elementary/binary_parts.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -24,11 +26,11 @@ double product(std::initializer_list<double> factors) {
     double mantissa = 1.0;
     int exponent = 0;
     for (const double factor : factors) {
-        int k = 0;
-        mantissa *= std::frexp(factor, &k);
-        exponent += k;
+        const elementary::BinaryParts parts = elementary::binary_parts(factor);
+        mantissa *= parts.mantissa;
+        exponent += parts.exponent;
     }
-    return std::ldexp(mantissa, exponent);
+    return elementary::joined(mantissa, exponent);
 }
 
 // Powers of 1 + r. Their exponents, up to 1500 and more, are formed in two doubles: rounded, they alone would cost 1e-12.
@@ -38,12 +40,12 @@ public:
 
     [[nodiscard]] double power(double k) const {
         const Exponent e = exponent(k);
-        return std::exp(e.x) * (1.0 + e.rest);
+        return elementary::exp(e.x) * (1.0 + e.rest);
     }
     // E(k), k >= 0
     [[nodiscard]] double annuity(double k) const {
         const Exponent e = exponent(-k);
-        return -(std::expm1(e.x) + std::exp(e.x) * e.rest) / r_;
+        return -(elementary::expm1(e.x) + elementary::exp(e.x) * e.rest) / r_;
     }
     // J(k), k >= 1. For r k < 1 it is q^-k times the sum of C(k, i) r^(i-2) from i = 2, each term below r k / i of the one
     // before.
@@ -66,14 +68,14 @@ private:
 
     // ln(1 + r) - r
     static double curvature(double r) {
-        if (r > 0x1p-10) return std::log1p(r) - r;
+        if (r > 0x1p-10) return elementary::log1p(r) - r;
         return -r * r * (0.5 - r * (1.0 / 3.0 - r * (0.25 - r * (0.2 - r / 6.0))));
     }
     [[nodiscard]] Exponent exponent(double k) const {
         const double linear = k * r_;
         const double curved = k * c_;
         const double x = linear + curved;
-        return {x, (linear - x) + curved + std::fma(k, r_, -linear)};
+        return {x, (linear - x) + curved + elementary::fused(k, r_, -linear)};
     }
 
     double r_;

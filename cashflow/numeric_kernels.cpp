@@ -3,6 +3,7 @@
 #include "abi/conversions.hpp"
 #include "abi/status.hpp"
 #include "abi/zelkovan.h"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -68,10 +69,10 @@ double power_of_positive(std::int32_t* status, double ax, double y, const Expone
     if (e.size >= largest_size) {
         return (ax > 1.0) == e.positive ? power_failure(status, POWER_OVERFLOW) : 0.0;
     }
-    const double t = 1.0000000000000007 * y * std::log(ax);
+    const double t = 1.0000000000000007 * y * elementary::log(ax);
     if (t >= largest_exponent) return power_failure(status, POWER_OVERFLOW);
     if (smallest_logarithm >= t) return 0.0;
-    if (!e.integral || !(std::abs(t) < squaring_limit)) return std::pow(ax, y);
+    if (!e.integral || !(std::abs(t) < squaring_limit)) return elementary::pow(ax, y);
     const double power = integral_power(ax, e.whole);
     return e.positive ? power : 1.0 / power;
 }

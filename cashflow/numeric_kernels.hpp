@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "abi/limits.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -17,7 +18,7 @@ inline constexpr double largest_exponent = 709.782712893384;
 // Why    for small x the difference loses the digits that the series keeps
 // Error  2.3 ulp worst of 1e6 draws, |x| in [1e-300, 0.01]; exp(x) - 1 loses digits: 64 ulp from 0.01, 8 from 0.1
 inline double zexpm1(double x) {
-    if (std::abs(x) > 0.01) return std::exp(x) - 1.0;
+    if (std::abs(x) > 0.01) return elementary::exp(x) - 1.0;
     double t = 1.0 + x / 6.0;
     t = 1.0 + (x / 5.0) * t;
     t = 1.0 + (0.25 * x) * t;
@@ -31,7 +32,7 @@ inline double zexpm1(double x) {
 //   else         2 atanh(s/2) with s = x / (1 + x/2), by a rational approximation in s^2
 // Error  1.9 ulp worst of 1e6 draws, |x| in [1e-300, 2^-5]; log(1 + x) loses digits: 32 ulp from 2^-5, 2 from 0.5
 inline double zln1px(double x) {
-    if (std::abs(x) > 0.03125) return std::log(x + 1.0);
+    if (std::abs(x) > 0.03125) return elementary::log(x + 1.0);
     const double s = x / (0.5 * x + 1.0);
     const double q = s * s;
     return s + (q * s) * ((-0.0023812878804825234 * q + 0.08333333333333427) / (1.0 + (-0.178575454351365) * q));
@@ -41,9 +42,9 @@ inline double zln1px(double x) {
 // Error  35 ulp of the larger of result and max, worst of 1e6 draws (difference just below 3.47); 5 ulp up to 2
 inline double zlnSumOfExp(double a, double b) {
     constexpr double ln_2 = 0.6931471805599453;
-    if (a > b) return a + zln1px(std::exp(0.0 - (a - b)));
+    if (a > b) return a + zln1px(elementary::exp(0.0 - (a - b)));
     if (a == b) return a + ln_2;
-    return b + zln1px(std::exp(a - b));
+    return b + zln1px(elementary::exp(a - b));
 }
 
 // Sum of absolute values, added in order; 0 for n <= 0.
@@ -61,7 +62,7 @@ enum PowerStatus : std::int32_t {
 };
 
 // x^y, or MISSING_VALUE with the reason in status. Integral exponents are powered by squaring where the result stays
-// below e^72.09 and above its inverse; others by the library's pow. Underflow gives 0.
+// below e^72.09 and above its inverse; others by e^(y ln x) (elementary/power.hpp). Underflow gives 0.
 // Error  0.9 |y| ulp worst of 1e6 draws where squared, each step doubling the rounding before it; by pow 0.51 ulp
 double zpower(std::int32_t* status, double x, double y);
 

@@ -7,6 +7,7 @@
 
 #include "abi/arguments.hpp"
 #include "cashflow/numeric_kernels.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -72,7 +73,7 @@ FINANCE_HANDLER(MIRR) {
     const double q = (0.0 - dR * worth.P) / (dF * worth.N);
     if (q <= 0.0) return in.fail();
     const double g = zexpm1(zln1px(R) * m);
-    return in.answer(zexpm1(std::log(q * (1.0 + g) / (1.0 + F)) / (static_cast<double>(m) - 1.0)));
+    return in.answer(zexpm1(elementary::log(q * (1.0 + g) / (1.0 + F)) / (static_cast<double>(m) - 1.0)));
 }
 
 }  // namespace finance

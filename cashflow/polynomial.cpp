@@ -2,6 +2,7 @@
 
 #include "abi/conversions.hpp"
 #include "cashflow/root_search.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -26,9 +27,9 @@ Values horner(const double* c, std::int64_t stride, std::int32_t n, double z) {
 
 // z^d as mantissa and exponent to the base e.
 double scaled_power(double z, std::int32_t d, std::int32_t* exponent) {
-    const double t = d * std::log(std::abs(z));
+    const double t = d * elementary::log(std::abs(z));
     *exponent = truncate_to_int32(t);
-    const double mantissa = std::exp(t - *exponent);
+    const double mantissa = elementary::exp(t - *exponent);
     return z < 0.0 && d % 2 != 0 ? -mantissa : mantissa;
 }
 
@@ -47,7 +48,7 @@ void evaluate_reversed(double z, CashFlowPolynomial* polynomial) {
     polynomial->p1 = scale * w * (d * q.p - w * q.p1);
     polynomial->p2 = scale * w * w * (d * (d - 1.0) * q.p - 2.0 * (d - 1.0) * w * q.p1 + w * w * 2.0 * q.p2);
     polynomial->underflow =
-        std::pow(std::abs(w), d) * polynomial->leadingScale < polynomial->trailingScale * underflow_limit;
+        elementary::pow(std::abs(w), d) * polynomial->leadingScale < polynomial->trailingScale * underflow_limit;
 }
 
 void evaluate(double z, CashFlowPolynomial* polynomial) {

@@ -10,6 +10,7 @@
 #include "abi/arguments.hpp"
 #include "cashflow/kernels.hpp"
 #include "cashflow/numeric_kernels.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -44,7 +45,7 @@ FINANCE_HANDLER(NPER) {
     if (den == 0.0) return in.fail();
     const double q = (P * r + a) / den;
     if (!(q > 0.0)) return in.fail();
-    return in.answer((0.0 - std::log(q)) / zln1px(r));
+    return in.answer((0.0 - elementary::log(q)) / zln1px(r));
 }
 
 // ---- Kernels
@@ -84,7 +85,7 @@ int rate_without_payments(RateRecord& a) {
     if (a.futureValue == 0.0) return 1;
     const double q = a.presentValue / a.futureValue;
     if (q <= 0.0) return 1;
-    a.rate = zexpm1((0.0 - std::log(q)) / a.nper);
+    a.rate = zexpm1((0.0 - elementary::log(q)) / a.nper);
     return 0;
 }
 
@@ -113,7 +114,7 @@ std::uint32_t ComputeF_RATE(NewtonProblem* problem) {
     const double D = (x * A - 1.0) * a.c + a.d;
     if (D <= smallest_normal) return 1;
     problem->derivative = a.c * (x * A_derivative + A) / D - A_derivative / A;
-    problem->value = std::log(D) - std::log(A);
+    problem->value = elementary::log(D) - elementary::log(A);
     if (a.type == 1) {
         problem->derivative = problem->derivative - 1.0 / (x + 1.0);
         problem->value = problem->value - zln1px(x);

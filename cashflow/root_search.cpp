@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "cashflow/numeric_kernels.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -46,17 +47,17 @@ IrrStatus root_of_one_change(const Flows& flows, double* z) {
 
     double t = 0.0;
     for (std::int32_t step_count = 0; step_count < most_steps; ++step_count) {
-        const double e_t = std::exp(t);
+        const double e_t = elementary::exp(t);
         EvalPol(e_t, &B);
         EvalPol(e_t, &A);
-        const double ln_B = std::log(std::abs(B.p)) + B.exponent;
-        const double ln_A = std::log(std::abs(A.p)) + A.exponent;
+        const double ln_B = elementary::log(std::abs(B.p)) + B.exponent;
+        const double ln_A = elementary::log(std::abs(A.p)) + A.exponent;
         const double g = ln_B - ln_A - s * t;
         const double derivative = e_t * B.p1 / B.p - e_t * A.p1 / A.p - s;
         const double step = g / derivative;
         t = t - step;
         if (std::abs(step) <= smallest_step) {
-            *z = std::exp(t);
+            *z = elementary::exp(t);
             return IRR_SOLVED;
         }
     }

@@ -4,6 +4,7 @@
 #include "abi/limits.hpp"
 #include "depreciation/prorated.hpp"
 #include "depreciation/rounding.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -51,7 +52,7 @@ bool walk_periods(Walk& walk, std::int32_t count, std::int32_t* steps) {
 
 // What `count` periods leave without rounding, down to salvage.
 void shrink(Walk& walk, std::int32_t count) {
-    const double before = walk.remaining * std::exp((count - 1.0) * std::log1p(-walk.r));
+    const double before = walk.remaining * elementary::exp((count - 1.0) * elementary::log1p(-walk.r));
     walk.d = walk.amount(before);
     walk.remaining = before - walk.d;
 }

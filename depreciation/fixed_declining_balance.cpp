@@ -9,6 +9,7 @@
 #include "abi/arguments.hpp"
 #include "cashflow/numeric_kernels.hpp"
 #include "depreciation/rounding.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance {
 
@@ -47,7 +48,7 @@ FINANCE_HANDLER(DB) {
     }
     if (p > L + 1) return in.invalid(4);
     const double m = months;
-    const double rate0 = -zexpm1(std::log(salvage / cost) / static_cast<double>(L));
+    const double rate0 = -zexpm1(elementary::log(salvage / cost) / static_cast<double>(L));
     const double rate = round_half_away(rate0 * 1000.0) / 1000.0;
     const double first = cost * m * rate / 12.0;
     if (p == 1) return in.answer(first);

@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+#include "elementary/functions.hpp"
+
 namespace finance {
 
 struct Twofold {
@@ -40,7 +42,7 @@ inline Twofold operator-(Twofold a, Twofold b) { return a + Twofold{-b.high, -b.
 inline Twofold operator*(Twofold a, Twofold b) {
     const double product = a.high * b.high;
     if (!std::isfinite(product)) return {product, 0.0};
-    return ordered_sum(product, std::fma(a.high, b.high, -product) + (a.high * b.low + a.low * b.high));
+    return ordered_sum(product, elementary::fused(a.high, b.high, -product) + (a.high * b.low + a.low * b.high));
 }
 
 inline Twofold operator/(Twofold a, Twofold b) {

@@ -4,6 +4,7 @@
 //  (2) Whole units are kept in 32 bits; beyond them a price means nothing.
 //  (3) DOLLARDE gives a whole price back as it is. The test compares with the whole part itself, so that it never holds
 //      for a negative one; DOLLARFR has none.
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -30,7 +31,7 @@ bool read_price(Arguments& in, FractionalPrice& price) {
     price.i = truncate_to_int32(x);
     price.w = x - price.i;
     price.f = f;
-    price.P = powTen[static_cast<std::size_t>(truncate_to_int32(std::ceil(std::log10(price.f))))];
+    price.P = *std::ranges::lower_bound(powTen, price.f);
     return true;
 }
 

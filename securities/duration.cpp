@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "elementary/functions.hpp"
 #include "securities/kernels.hpp"
 #include "securities/long_sums.hpp"
 
@@ -59,7 +60,7 @@ CashFlowSums closed_cash_flows(double c, double t, double v, double f, double N)
     if (v > 1.0 || c == 0.0) {
         return {coupon * sums.plain, coupon * (last_t * sums.plain - sums.weighted / f), scale, last_t};
     }
-    const double half = std::pow(v, (N - 1.0) / 2.0);
+    const double half = elementary::pow(v, (N - 1.0) / 2.0);
     return {coupon * sums.plain, coupon * (t * sums.plain + sums.weighted / f), half * scale * half, last_t};
 }
 

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "elementary/functions.hpp"
+
 namespace finance {
 
 namespace {
@@ -29,23 +31,23 @@ PowerSums sums_from_largest(double v, double n) {
     const double h = v - 1.0;
     const double d = v < 1.0 ? -h : h / v;  // 1 - u
     const double exponent = v < 1.0 ? n : -n;
-    const double x = exponent * std::log1p(h);
-    const double plain = (x > -1.0 ? -std::expm1(x) : 1.0 - std::pow(v, exponent)) / d;
+    const double x = exponent * elementary::log1p(h);
+    const double plain = (x > -1.0 ? -elementary::expm1(x) : 1.0 - elementary::pow(v, exponent)) / d;
     if (n * d < 1.0) return {plain, weighted_by_series(-d, n)};
     const double u = v < 1.0 ? v : 1.0 / v;
-    return {plain, (u * plain - n * std::pow(v, exponent)) / d};
+    return {plain, (u * plain - n * elementary::pow(v, exponent)) / d};
 }
 
 double sum_of_powers(double v, double n) {
     const double sum = sums_from_largest(v, n).plain;
-    return v > 1.0 ? sum * std::pow(v, n - 1.0) : sum;
+    return v > 1.0 ? sum * elementary::pow(v, n - 1.0) : sum;
 }
 
 DiscountSums closed_discount_sums(double v, double f, double e, double n) {
     const PowerSums sums = sums_from_largest(v, n);
     const double last_e = e + (n - 1.0);
-    const double first = std::pow(v, e);
-    const double last = std::pow(v, last_e);
+    const double first = elementary::pow(v, e);
+    const double last = elementary::pow(v, last_e);
     const double largest = v > 1.0 ? last : first;
     const double periods = v > 1.0 ? last_e * sums.plain - sums.weighted : e * sums.plain + sums.weighted;
     return {largest * sums.plain, last, -(largest * (v / f)) * periods, -(last * (v / f)) * last_e};

@@ -10,6 +10,7 @@
 
 #include "calendar/coupon_days.hpp"
 #include "calendar/coupon_schedule.hpp"
+#include "elementary/functions.hpp"
 #include "securities/accrual.hpp"
 #include "securities/kernels.hpp"
 #include "securities/long_sums.hpp"
@@ -142,7 +143,9 @@ LaterCoupons sum_later_coupons(const SecurityComputeRecord& record, double c, do
     const auto at_rest = [&](const LaterCoupons& now, double left) {
         return left - 1.0 > block_of_terms && is_settled(record, c, first, now, v);
     };
-    const auto closed = [=] { return LaterCoupons{first_t * v * sum_of_powers(v, N), first_t * std::pow(v, N)}; };
+    const auto closed = [=] {
+        return LaterCoupons{first_t * v * sum_of_powers(v, N), first_t * elementary::pow(v, N)};
+    };
     walk_terms(sums, 1.0, N + 1.0, limit, step, at_rest, closed);
     return sums;
 }
@@ -160,7 +163,7 @@ int zComputeODDFPRICE(SecurityComputeRecord* record) {
     const double v = 1.0 / s;
     const double c = 100.0 * record->rate / f;
     const double e = record->wholeCoupons + record->remainingFraction;
-    const double t = std::pow(v, e);
+    const double t = elementary::pow(v, e);
     const LaterCoupons later = sum_later_coupons(*record, c, t, v);
     record->oddFirstPrice = odd_first_price(*record, c, c * t, later.sum, later.t);
     return 0;
@@ -213,7 +216,7 @@ std::uint32_t ComputeF_ODDFYIELD(NewtonProblem* problem) {
     const double c = 100.0 * record.rate / f;
     const double N = record.couponCount;
     const double e = record.wholeCoupons + record.remainingFraction;
-    const double t0 = std::pow(v, e);
+    const double t0 = elementary::pow(v, e);
     const double g0 = -e * t0 * v / f;
     DiscountSums sums{0.0, t0, 0.0, g0};
     const double cost = cost_of_term(t0);

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "calendar/coupon_schedule.hpp"
+#include "elementary/functions.hpp"
 #include "securities/kernels.hpp"
 #include "securities/long_sums.hpp"
 
@@ -112,7 +113,7 @@ int zComputePRICE(SecurityComputeRecord* record) {
     if (N == 1.0) {
         record->price = (R + c) / (1.0 + (y / f) * d) - c * a;
     } else if (N > 1.0) {
-        record->price = std::pow(v, d) * (R * std::pow(v, N - 1.0) + c * sum_of_discounts(v, N)) - c * a;
+        record->price = elementary::pow(v, d) * (R * elementary::pow(v, N - 1.0) + c * sum_of_discounts(v, N)) - c * a;
     } else {
         record->price = 0.0 * record->price - c * a;
     }
@@ -184,7 +185,7 @@ std::uint32_t ComputeF_YIELD(NewtonProblem* problem) {
     const double N = record.couponCount;
     const double v = 1.0 / s;
     double e = record.remainingFraction;
-    const double first = std::pow(v, e);
+    const double first = elementary::pow(v, e);
     const double slope = first * v * (-e) / f;
     DiscountSums sums{first, first, slope, slope};
     const double cost = cost_of_term(first);

@@ -1,0 +1,23 @@
+#include "elementary/exact_fused.hpp"
+#include "elementary/functions.hpp"
+#include "elementary/power.hpp"
+
+namespace finance::elementary::in_whole_numbers {
+
+namespace {
+
+struct WholeNumbers {
+    static double fused(double a, double b, double c) { return exact_fused(a, b, c); }
+};
+using Value = Number<WholeNumbers>;
+
+}  // namespace
+
+double exp(double x) { return elementary::exp<Value>(x); }
+double expm1(double x) { return elementary::expm1<Value>(x); }
+double log(double x) { return elementary::log<Value>(x); }
+double log1p(double x) { return elementary::log1p<Value>(x); }
+double pow(double x, double y) { return elementary::pow<Value>(x, y); }
+double fused(double a, double b, double c) { return exact_fused(a, b, c); }
+
+}  // namespace finance::elementary::in_whole_numbers

@@ -1,0 +1,46 @@
+// x^y = e^(y ln x), with ln x in two doubles: 68 digits of it make a power of 53.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+
+#include "elementary/exponential.hpp"
+#include "elementary/long_logarithm.hpp"
+#include "elementary/number.hpp"
+#include "elementary/special_powers.hpp"
+
+namespace finance::elementary {
+
+// e^(x.high + x.low) with the sign, a bit of its own
+template <typename N>
+double exp_of_long(Long<N> x, std::uint64_t sign) {
+    const std::uint64_t field = exponent_field(x.high.value);
+    if (field < exponent_field(0x1p-54)) return std::copysign(1.0 + x.high.value, sign != 0 ? -1.0 : 1.0);
+    if (field >= exponent_field(1024.0))
+        return std::copysign(x.high.value < 0.0 ? 0.0 : infinity, sign != 0 ? -1.0 : 1.0);
+    Reduced<N> to = reduced(x.high);
+    to.r = to.r + x.low;
+    Exponential<N> e = exponential(to);
+    e.scale += sign;
+    return is_plain_exponent(field) ? scaled(e) : scaled_far(e);
+}
+
+// Error  0.52 ulp
+template <typename N>
+double pow(double x, double y) {
+    std::uint64_t bits = bits_of(x);
+    std::uint64_t sign = 0;
+    if (!is_normal_positive(bits) || !is_plain_power(y)) [[unlikely]] {
+        const SpecialPower special = special_power(x, y);
+        if (special.is_known) return special.power;
+        bits = special.bits;
+        sign = special.sign;
+    }
+    const Long<N> l = long_log<N>(bits);
+    const N exponent{y};
+    const N high = exponent * l.high;
+    const N low = fused(exponent, l.low, fused(exponent, l.high, N{0.0} - high));
+    return exp_of_long(Long<N>{high, low}, sign);
+}
+
+}  // namespace finance::elementary
