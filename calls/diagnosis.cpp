@@ -157,7 +157,7 @@ Fault earlier_order_fault(const Call& call, const Order& order) {
 // As sentences name it: not one that is missing or left out.
 std::string shown(const Parameter& parameter, const Argument& argument) {
     const double* x = number_in(argument);
-    if (x == nullptr) return '\'' + std::string{argument.text()} + '\'';
+    if (x == nullptr) return catalogue::in_quotes(argument.text());
     return value_text(*x, is_dated(parameter.kind));
 }
 

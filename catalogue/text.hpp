@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,8 +27,25 @@ constexpr bool same_name(std::string_view a, std::string_view b) {
 
 constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-// The text, if it is long its beginning, for a sentence; characters stay whole.
-std::string shortened(std::string_view text);
+// ---- Texts of others: cells, names of files, words of a command line, what other programs say
+
+inline constexpr std::size_t most_shown = 80;  // characters
+
+// The length of the UTF-8 character at the front of a text that is not empty; 0 where none is well formed.
+std::size_t character_length(std::string_view text);
+
+// Whether a terminal may take it for an order: a control character, U+0000 to U+001F and U+007F to U+009F.
+bool is_control(std::string_view character);
+
+// The text in a sentence for people, of a terminal's characters and on one line.
+//  (1) Controls are \n, \r, \t, \x1B; above ASCII, with what parts lines and what turns the direction of writing,
+//      \u0085, \u2028, \u202E. A byte that is no UTF-8 is \xE9.
+//  (2) It has `most` characters at most, the last three being ... where the text goes on; escapes stay whole.
+//  (3) What has been shown shows as it is.
+std::string shown(std::string_view text, std::size_t most = most_shown);
+
+// The same between quotation marks: 'rate'.
+std::string in_quotes(std::string_view text);
 
 // ---- Numbers as people read them
 

@@ -94,7 +94,7 @@ void Assignment::name(std::string_view token) {
     if (i == texts_.size()) {
         std::vector<std::string_view> names;
         for (const Parameter& known : calculation_.parameters) names.push_back(known.name);
-        fail(calculation_, "no argument is called '" + std::string{name} + '\'' + suggestion(name, names));
+        fail(calculation_, "no argument is called " + in_quotes(name) + suggestion(name, names));
     }
     if (named_[i] && !list(i)) fail(calculation_, std::string{parameter(i).name} + " is given twice");
     named_[i] = true;
@@ -136,7 +136,7 @@ void Assignment::take_positional(Tokens tokens) {
 void Assignment::give_lists(Tokens tokens) {
     std::vector<std::size_t> lists = unnamed(0, texts_.size());
     std::erase_if(lists, [&](std::size_t i) { return !list(i); });
-    if (lists.empty()) fail(calculation_, "too many arguments, from '" + std::string{tokens.front()} + "' on");
+    if (lists.empty()) fail(calculation_, "too many arguments, from " + in_quotes(tokens.front()) + " on");
     if (lists.size() == 2) {
         give_two_lists(tokens);
         return;
@@ -214,7 +214,7 @@ std::vector<PlacedText> place_arguments(const Calculation& calculation, Tokens t
     const auto first_named = std::ranges::find_if(tokens, is_named);
     const auto stray = std::ranges::find_if_not(first_named, tokens.end(), is_named);
     if (stray != tokens.end()) {
-        fail(calculation, '\'' + std::string{*stray} + "' follows a named argument and needs a name as well");
+        fail(calculation, in_quotes(*stray) + " follows a named argument and needs a name as well");
     }
     const auto positional = static_cast<std::size_t>(first_named - tokens.begin());
     Assignment assignment{calculation};

@@ -72,7 +72,7 @@ std::optional<host::Argument> read_value(Kind kind, std::string_view text) {
 }
 
 std::string unreadable(Kind kind, std::string_view text) {
-    const std::string shown = '\'' + std::string{text} + '\'';
+    const std::string shown = catalogue::in_quotes(text);
     const Reading reading = read_number(text);
     if (reading.good() && !calls::is_meant(kind, reading.value)) return calls::unmeant_words(kind, reading.value);
     if (reading.fault == std::errc::result_out_of_range) {

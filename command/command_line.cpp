@@ -22,6 +22,8 @@ namespace finance::command {
 
 namespace {
 
+constexpr std::size_t most_said = 300;  // of a sentence of the library
+
 struct CommandLine {
     std::filesystem::path module{};
     std::vector<std::string> words{};
@@ -51,7 +53,7 @@ CommandLine read_command_line(int argc, const char* const* argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        throw UsageError{error.what(), "finance help"};
+        throw UsageError{shown(error.what(), most_said), "finance help"};
     }
     line.module = values["--module"];
     if (app.count("--module") > 0 && line.module.empty()) throw UsageError{"--module needs a path", "finance help"};

@@ -75,7 +75,7 @@ Outcome evaluate_formula(std::string_view text, const Settings& settings) {
         evaluation.value = *formula.constant();
         const calls::Answer answer = calls::answer_of(formula.dated() ? date : number, {}, evaluation);
         Outcome outcome = settings.json ? json_report(answer) : report(answer);
-        if (!outcome.error.empty()) outcome.error = "finance: " + shortened(text) + ": " + answer.sentence() + '\n';
+        if (!outcome.error.empty()) outcome.error = "finance: " + shown(text) + ": " + answer.sentence() + '\n';
         if (outcome.exit_status == exit_answered) outcome.value = evaluation.value;
         outcome.dated = formula.dated();
         return outcome;

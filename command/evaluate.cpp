@@ -16,7 +16,7 @@ const Calculation& calculation_named(std::string_view name) {
     if (const Calculation* found = catalogue::find(name)) return *found;
     std::vector<std::string_view> names;
     for (const Calculation& calculation : catalogue::calculations()) names.push_back(calculation.name);
-    throw UsageError{"no calculation is called '" + std::string{name} + '\'' + suggestion(name, names), "finance list"};
+    throw UsageError{"no calculation is called " + in_quotes(name) + suggestion(name, names), "finance list"};
 }
 
 Outcome report(const calls::Answer& answer) {

@@ -72,7 +72,7 @@ Outcome help(Words words, const Settings& settings) {
 }
 
 Outcome list(Words words, const Settings& settings) {
-    if (!words.empty()) throw UsageError{"list takes no argument", "finance help " + std::string{words.front()}};
+    if (!words.empty()) throw UsageError{"list takes no argument", "finance help " + shown(words.front())};
     return settings.json ? answer(json_list(catalogue::families())) : shown_help(list_text(catalogue::families()));
 }
 
@@ -106,13 +106,13 @@ bool looks_calculated(std::string_view word, const Settings& settings) {
 // A call or a formula in one piece may have been split at its blanks.
 Outcome calculate(std::string_view name, Words arguments, const Settings& settings) {
     if (looks_like_call(name)) return evaluate_call(joined(name, arguments), settings);
-    if (name.starts_with('-')) throw UsageError{"no option is called " + std::string{name}, "finance help"};
+    if (name.starts_with('-')) throw UsageError{"no option is called " + shown(name), "finance help"};
     if (looks_calculated(name, settings)) return evaluate_formula(joined(name, arguments), settings);
     const catalogue::Calculation& calculation = calculation_named(name);
     for (const std::string_view word : arguments) {
         if (is_called(help_option, word)) return help_on(calculation, settings);
         if (word.starts_with("--")) {
-            throw UsageError{"options come before the name: " + std::string{word}, "finance help"};
+            throw UsageError{"options come before the name: " + shown(word), "finance help"};
         }
     }
     return evaluate(calculation, read_arguments(calculation, arguments, settings.variables), settings);

@@ -13,41 +13,8 @@ using Byte = unsigned char;
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";  // U+FFFD
 
-// How the bytes of a character go on after its first one: how many, and the range of the second, which keeps out
-// overlong forms, surrogates and what is above U+10FFFF.
-struct Sequence {
-    std::size_t length = 0;  // 0: no character begins so
-    Byte low = 0x80;
-    Byte high = 0xBF;
-};
-
-constexpr Sequence sequence_of(Byte first) {
-    if (first < 0x80) return {1};
-    if (first >= 0xC2 && first <= 0xDF) return {2};
-    if (first == 0xE0) return {3, 0xA0, 0xBF};
-    if (first == 0xED) return {3, 0x80, 0x9F};
-    if (first >= 0xE1 && first <= 0xEF) return {3};
-    if (first == 0xF0) return {4, 0x90, 0xBF};
-    if (first >= 0xF1 && first <= 0xF3) return {4};
-    if (first == 0xF4) return {4, 0x80, 0x8F};
-    return {};
-}
-
-// The length of the character at the front of a text that is not empty; 0 where none is well formed.
-std::size_t character_length(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<Byte>(text[i]); };
-    const Sequence sequence = sequence_of(byte(0));
-    if (sequence.length > text.size()) return 0;
-    if (sequence.length > 1 && (byte(1) < sequence.low || byte(1) > sequence.high)) return 0;
-    for (std::size_t i = 2; i < sequence.length; ++i) {
-        if (byte(i) < 0x80 || byte(i) > 0xBF) return 0;
-    }
-    return sequence.length;
-}
-
-void append_control(std::string& text, char c) {
+void append_control(std::string& text, Byte code) {
     constexpr std::string_view digits = "0123456789abcdef";
-    const auto code = static_cast<Byte>(c);
     text.append("\\u00") += digits[code >> 4U];
     text += digits[code & 0xFU];
 }
@@ -70,8 +37,15 @@ void append_ascii(std::string& text, char c) {
         default:
             break;
     }
-    if (static_cast<Byte>(c) < 0x20 || c == 0x7F) return append_control(text, c);
+    if (catalogue::is_control({&c, 1})) return append_control(text, static_cast<Byte>(c));
     text += c;
+}
+
+// Above ASCII the last byte of a control character is its code.
+void append_character(std::string& text, std::string_view character) {
+    if (character.size() == 1) return append_ascii(text, character.front());
+    if (catalogue::is_control(character)) return append_control(text, static_cast<Byte>(character.back()));
+    text += character;
 }
 
 }  // namespace
@@ -131,10 +105,8 @@ JsonText& JsonText::member_or_null(std::string_view name, std::string_view value
 void JsonText::append_quoted(std::string_view value) {
     text_ += '"';
     while (!value.empty()) {
-        const std::size_t length = character_length(value);
-        if (length == 1) append_ascii(text_, value.front());
-        if (length == 0) text_ += replacement;
-        if (length > 1) text_ += value.substr(0, length);
+        const std::size_t length = catalogue::character_length(value);
+        length == 0 ? void(text_ += replacement) : append_character(text_, value.substr(0, length));
         value.remove_prefix(length == 0 ? 1 : length);
     }
     text_ += '"';

@@ -33,9 +33,8 @@ int read_digits(std::string_view text) {
     const auto [stop, fault] = std::from_chars(text.data(), text.data() + text.size(), digits);
     const bool number = fault == std::errc{} && stop == text.data() + text.size();
     if (number && digits >= 0 && digits <= most_digits) return digits;
-    throw UsageError{
-        "--digits is a whole number from 0 to " + std::to_string(most_digits) + ", not '" + std::string{text} + '\'',
-        "finance help"};
+    throw UsageError{"--digits is a whole number from 0 to " + std::to_string(most_digits) + ", not " + in_quotes(text),
+                     "finance help"};
 }
 
 std::optional<int> digits_of(const OptionsGiven& given, std::optional<int> otherwise) {

@@ -66,7 +66,7 @@ private:
         const auto number = whole_number(value);
         if (number && *number >= option.range.first && *number <= option.range.last) return value;
         fail(name + " is a whole number from " + std::to_string(option.range.first) + " to " +
-             std::to_string(option.range.last) + ", not '" + std::string{value} + '\'');
+             std::to_string(option.range.last) + ", not " + in_quotes(value));
     }
 
     [[noreturn]] void fail_unknown(std::string_view word, std::string_view name) const {
@@ -74,8 +74,7 @@ private:
         for (const Option& option : options_) {
             if (!option.anywhere) names.push_back(option.name);
         }
-        fail("no option is called " +
-             (style_.explains ? std::string{name} + suggestion(name, names) : std::string{word}));
+        fail("no option is called " + (style_.explains ? shown(name) + suggestion(name, names) : shown(word)));
     }
 
     [[noreturn]] void fail(const std::string& message) const {

@@ -8,7 +8,13 @@
 #include <string_view>
 #include <utility>
 
+#include "catalogue/text.hpp"
+
 namespace finance::command {
+
+// Whatever a sentence quotes that was typed, read or said by another program goes through one of these.
+using catalogue::in_quotes;
+using catalogue::shown;
 
 // What a usage error is about; each may be unknown.
 struct UsageSubject {
@@ -30,8 +36,9 @@ private:
     UsageSubject subject_;
 };
 
-// The fewest insertions, deletions, replacements and swaps of neighbours that make one of the other, case aside.
-std::size_t edit_distance(std::string_view a, std::string_view b);
+// The fewest insertions, deletions, replacements and swaps of neighbours that make one of the other, case aside; 3 where
+// it takes more than two. Of as many steps as the shorter has letters, whatever the other is.
+std::size_t near_distance(std::string_view a, std::string_view b);
 
 // " (did you mean PMT?)" where one of the names is near, the nearest, the first among equals; else empty.
 std::string suggestion(std::string_view mistyped, std::span<const std::string_view> names);

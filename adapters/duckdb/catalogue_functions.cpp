@@ -55,7 +55,8 @@ std::string help(std::string_view name) {
     if (calculation == nullptr && catalogue::lower_case(name).starts_with(prefix)) {
         calculation = catalogue::find(name.substr(prefix.size()));
     }
-    if (calculation == nullptr) throw std::invalid_argument{"fin_help: there is no calculation " + std::string{name}};
+    if (calculation == nullptr)
+        throw std::invalid_argument{"fin_help: there is no calculation " + catalogue::shown(name)};
     std::string text = documentation(*calculation);
     if (is_scalar(*calculation)) return text;
     return text + "\nOver the rows of a group: " + usage_over_rows(*calculation) + '\n';

@@ -115,7 +115,7 @@ bool read_text(const Parameter& parameter, sqlite3_value* value, host::Argument&
 
 std::string fault(Kind kind, sqlite3_value* value) {
     const bool blob = sqlite3_value_type(value) == SQLITE_BLOB;
-    const std::string what = blob ? "a blob" : '\'' + catalogue::shortened(text_of(value)) + '\'';
+    const std::string what = blob ? "a blob" : catalogue::in_quotes(text_of(value));
     if (kind == Kind::basis) return what + " is not a day-count basis";
     if (!is_dated(kind)) return what + " is not a number";
     if (!blob && host_days_of_text(text_of(value))) return what + " has a time of day, but whole days are wanted";

@@ -58,6 +58,7 @@ bool is_function(std::string_view name);
 // Whether a word that is no value may be meant as arithmetic: it has an operator, a bracket or a quotation mark.
 bool looks_like_formula(std::string_view text);
 
-using catalogue::shortened;
+using catalogue::in_quotes;
+using catalogue::shown;
 
 }  // namespace finance::command

@@ -70,10 +70,10 @@ std::string without_marks(std::string_view quoted) {
 }
 
 void FormulaTokens::fail(const std::string& what, std::size_t at) const {
-    const std::string whole = '\'' + shortened(text_) + '\'';
+    const std::string whole = in_quotes(text_);
     const std::string_view rest = text_.substr(at);
     if (rest.empty()) throw FormulaError{what + " at the end of " + whole};
-    throw FormulaError{what + (at == 0 ? "" : " at '" + shortened(rest) + '\'') + (at == 0 ? " in " : " of ") + whole};
+    throw FormulaError{what + (at == 0 ? "" : " at " + in_quotes(rest)) + (at == 0 ? " in " : " of ") + whole};
 }
 
 bool FormulaTokens::take(std::string_view sign) {
@@ -118,7 +118,7 @@ void FormulaTokens::read_number() {
         token_.text = text_.substr(token_.begin, date_end);
         const auto date = catalogue::host_date(token_.text);
         if (!date) {
-            fail('\'' + std::string{token_.text} + "' looks like a date: that is year-month-day as in 2008-02-15; " +
+            fail(in_quotes(token_.text) + " looks like a date: that is year-month-day as in 2008-02-15; " +
                  "a division has blanks around its sign,");
         }
         token_.kind = Token::Kind::date;
@@ -152,7 +152,8 @@ void FormulaTokens::read_sign() {
         return;
     }
     if (std::string_view{"+-*/^(),<>=."}.find(rest.front()) == std::string_view::npos) {
-        fail("'" + std::string{rest.substr(0, 1)} + "' has no meaning here,");
+        fail(in_quotes(rest.substr(0, std::max<std::size_t>(catalogue::character_length(rest), 1))) +
+             " has no meaning here,");
     }
     token_.kind = rest.front() == '.' ? Token::Kind::missing : Token::Kind::sign;
     token_.text = rest.substr(0, 1);

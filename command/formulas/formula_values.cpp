@@ -145,11 +145,11 @@ FormulaCompiler::Value FormulaCompiler::quoted() {
 
 void FormulaCompiler::check_function(const Token& name) const {
     if (is_function(name.text)) return;
-    const std::string shown = shortened(name.text);
     if (catalogue::find(name.text) != nullptr) {
-        tokens_.fail(shown + " cannot stand within a call or a formula: name its result, and go on with the name,");
+        tokens_.fail(shown(name.text) +
+                     " cannot stand within a call or a formula: name its result, and go on with the name,");
     }
-    tokens_.fail("no function is called '" + shown + '\'' + suggestion(shown, functions) +
+    tokens_.fail("no function is called " + in_quotes(name.text) + suggestion(name.text, functions) +
                  ": there are min, max, round and abs,");
 }
 

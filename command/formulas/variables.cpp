@@ -38,14 +38,14 @@ std::optional<NameMeaning> VariableNames::find(std::string_view name, NameForm /
 }
 
 std::string VariableNames::unknown(std::string_view name) const {
-    return "there is no variable '" + shortened(name) + '\'' + near(name);
+    return "there is no variable " + in_quotes(name) + near(name);
 }
 
 std::string VariableNames::near(std::string_view name) const {
     if (variables_ == nullptr) return {};
     std::vector<std::string_view> known;
     for (const Variable& variable : variables_->all()) known.push_back(variable.name);
-    return suggestion(shortened(name), known);
+    return suggestion(name, known);
 }
 
 }  // namespace finance::command

@@ -11,7 +11,7 @@ bool is_keyword(const host::Argument& value) { return value.kind() == host::Argu
 double calculated(Kind kind, std::string_view text, const VariableNames& names) {
     const Formula formula = read_formula(text, names);
     if (formula.dated() && !is_dated(kind)) {
-        throw FormulaError{'\'' + shortened(text) + "' is a date, not a number"};
+        throw FormulaError{in_quotes(text) + " is a date, not a number"};
     }
     return *formula.constant();
 }

@@ -149,8 +149,7 @@ bool ended_well(pid_t process) {
 std::string first_words(std::string text) {
     constexpr std::size_t enough = 300;
     for (char& c : text) c = c == '\n' || c == '\t' ? ' ' : c;
-    const std::size_t begin = std::min(text.find_first_not_of(' '), text.size());
-    return text.substr(begin, enough);
+    return shown(std::string_view{text}.substr(std::min(text.find_first_not_of(' '), text.size())), enough);
 }
 
 // gnuplot calls every SVG by its own name, and curves by their data's.
@@ -189,7 +188,7 @@ std::string xml_text(std::string_view text) {
 PictureFormat picture_format(std::string_view file) {
     if (ends_with(file, ".svg")) return PictureFormat::svg;
     if (ends_with(file, ".png")) return PictureFormat::png;
-    throw UsageError{"a picture's file ends in .svg or .png: '" + std::string{file} + '\'', "FILE.svg or FILE.png"};
+    throw UsageError{"a picture's file ends in .svg or .png: " + in_quotes(file), "FILE.svg or FILE.png"};
 }
 
 std::optional<std::string_view> picture_file(const OptionsGiven& given, std::string_view name) {
@@ -250,7 +249,7 @@ std::string drawn(std::string_view script, PictureFormat format, std::span<const
 }
 
 void write_picture(const std::filesystem::path& file, std::string_view picture) {
-    const std::string what = file.string() + " cannot be written";
+    const std::string what = shown(file.string()) + " cannot be written";
     Descriptor descriptor{open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)};
     if (descriptor.number() < 0) fail(what);
     const bool written = write_all(descriptor.number(), picture);

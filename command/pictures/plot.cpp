@@ -75,7 +75,7 @@ std::size_t end_of_gap(std::span<const Answer> answers, std::size_t i) {
 
 std::string gap_line(const PlotCall& call, std::span<const Answer> gap) {
     const auto text = [&](const Answer& answer) { return catalogue::value_text(answer.point.x, call.dated()); };
-    std::string line = "  " + std::string{call.variable()} + '=' + text(gap.front());
+    std::string line = "  " + shown(call.variable()) + '=' + text(gap.front());
     if (gap.size() > 1) line += ".." + text(gap.back()) + " (" + std::to_string(gap.size()) + " points)";
     return line + ": " + gap.front().why + '\n';
 }

@@ -27,9 +27,9 @@ bool is_value(std::string_view text) {
 
 double end_of_range(Kind kind, std::string_view name, std::string_view text) {
     const auto value = read_value(kind, text);
-    if (!value) fail(std::string{name} + ": " + unreadable(kind, text));
+    if (!value) fail(shown(name) + ": " + unreadable(kind, text));
     if (value->kind() != host::Argument::Kind::number || !std::isfinite(value->number())) {
-        fail(std::string{name} + ": a range goes from number to number, not '" + std::string{text} + '\'');
+        fail(shown(name) + ": a range goes from number to number, not " + in_quotes(text));
     }
     return value->number();
 }
@@ -53,13 +53,13 @@ Range read_range(std::string_view text) {
     const std::size_t equals = text.find('=');
     const std::size_t dots = equals == std::string_view::npos ? equals : text.find("..", equals + 1);
     if (dots == std::string_view::npos) {
-        fail('\'' + std::string{text} + "' is no range: name=first..last, as in y=0.01..0.12");
+        fail(in_quotes(text) + " is no range: name=first..last, as in y=0.01..0.12");
     }
     const Range range{.name = text.substr(0, equals),
                       .first = text.substr(equals + 1, dots - equals - 1),
                       .last = text.substr(dots + 2)};
     if (!is_variable_name(range.name) || is_value(range.name)) {
-        fail('\'' + std::string{range.name} + "' cannot be a variable: letters, digits and _, the first no digit");
+        fail(in_quotes(range.name) + " cannot be a variable: letters, digits and _, the first no digit");
     }
     return range;
 }
@@ -84,8 +84,8 @@ void PlotCall::check_words() const {
         others.emplace_back(operand.text);
     }
     const std::string name{calculation_->name};
-    if (!found) fail(name + " has no variable '" + variable_ + '\'' + suggestion(variable_, others));
-    if (!others.empty()) fail(name + ": '" + std::string{others.front()} + "' is neither a value nor the variable");
+    if (!found) fail(name + " has no variable " + in_quotes(variable_) + suggestion(variable_, others));
+    if (!others.empty()) fail(name + ": " + in_quotes(others.front()) + " is neither a value nor the variable");
 }
 
 // The variable is the one column of a table.
@@ -102,7 +102,7 @@ void PlotCall::take_arguments() {
         constants_.push_back(argument.constant);
         parameters_.push_back(argument.parameter);
     }
-    if (places_.empty()) fail(std::string{calculation_->name} + " has no variable '" + variable_ + '\'');
+    if (places_.empty()) fail(std::string{calculation_->name} + " has no variable " + in_quotes(variable_));
 }
 
 void PlotCall::take_ends(const Range& range) {
@@ -111,7 +111,7 @@ void PlotCall::take_ends(const Range& range) {
     last_ = end_of_range(kind, range.name, range.last);
     percent_ = range.first.ends_with('%') || range.last.ends_with('%');
     if (first_ >= last_) {
-        fail(variable_ + ": a range goes upwards, not from " + catalogue::value_text(first_, dated()) + " to " +
+        fail(shown(variable_) + ": a range goes upwards, not from " + catalogue::value_text(first_, dated()) + " to " +
              catalogue::value_text(last_, dated()));
     }
 }
@@ -130,7 +130,7 @@ bool PlotCall::whole() const {
 std::vector<double> PlotCall::points(std::size_t most) const {
     const double first = whole() ? std::ceil(first_) : first_;
     const double last = whole() ? std::floor(last_) : last_;
-    if (first > last) fail(variable_ + ": there is no whole number in the range");
+    if (first > last) fail(shown(variable_) + ": there is no whole number in the range");
     const double steps =
         whole() ? std::min(static_cast<double>(most - 1), last - first) : static_cast<double>(most - 1);
     std::vector<double> points;

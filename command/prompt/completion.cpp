@@ -111,15 +111,17 @@ Texts arguments(const Calculation& calculation, const TypedLine& line) {
 
 // ---- What follows a job
 
-// The columns of the first word that is a table, but for those that only quotation marks could name.
+// The columns of the first word that is a table, but for those that only quotation marks could name, and those that are
+// not shown as they are.
 Texts columns_in(std::span<const std::string> words) {
     for (const std::string& word : words) {
         std::error_code fault;
         if (!std::filesystem::is_regular_file(word, fault)) continue;
         try {
             Texts names = OpenTable{TableOptions{.input = word}}.header().names;
-            std::erase_if(names,
-                          [](const std::string& name) { return name.find_first_of(" \t'\",") != std::string::npos; });
+            std::erase_if(names, [](const std::string& name) {
+                return name.find_first_of(" \t'\",") != std::string::npos || catalogue::shown(name) != name;
+            });
             return names;
         } catch (const std::exception&) {
             continue;  // no table

@@ -95,7 +95,7 @@ std::string_view without_json(std::string_view line, bool& json) {
     return after ? trimmed(text.substr(0, text.size() - json_name.size())) : text;
 }
 
-std::string shown(const Variable& variable) {
+std::string line_of(const Variable& variable) {
     return variable.name + " = " + catalogue::value_text(variable.value, variable.dated) + '\n';
 }
 
@@ -173,7 +173,7 @@ Outcome PromptSession::finished(Outcome outcome) {
 std::string PromptSession::variable_lines() const {
     std::string lines;
     for (const Variable& variable : variables_.all()) {
-        if (variable.name != last_answer_word) lines += shown(variable);
+        if (variable.name != last_answer_word) lines += line_of(variable);
     }
     return lines;
 }
@@ -183,13 +183,13 @@ Outcome PromptSession::assign(const Assignment& assignment, const Settings& sett
     const std::string name{assignment.name};
     const std::string_view text = assignment.text;
     const bool taken = name == last_answer_word || read_value(catalogue::Kind::number, name).has_value();
-    if (taken) throw UsageError{name + " cannot be a variable: it is a value already", "?"};
-    if (text.empty()) throw UsageError{name + " = needs a value, as in " + name + " = 6%/12", "?"};
+    if (taken) throw UsageError{shown(name) + " cannot be a variable: it is a value already", "?"};
+    if (text.empty()) throw UsageError{shown(name) + " = needs a value, as in " + shown(name) + " = 6%/12", "?"};
     Outcome outcome = value_of(text, settings);
     if (!outcome.value) return outcome;
     const Variable variable{name, *outcome.value, outcome.dated};
     variables_.set(variable);
-    outcome.output = from_ == LinesFrom::terminal ? shown(variable) : "";
+    outcome.output = from_ == LinesFrom::terminal ? line_of(variable) : "";
     return outcome;
 }
 

@@ -52,7 +52,7 @@ constexpr std::array schedule_options{
 const Kind& kind_of(Words words) {
     if (words.empty()) throw UsageError{"schedule: loan or depreciation?", hint};
     const auto* const kind = std::ranges::find(kinds, words[0], [](const Kind& one) { return one.word.word; });
-    if (kind == kinds.end()) throw UsageError{"no schedule is called '" + std::string{words[0]} + '\'', hint};
+    if (kind == kinds.end()) throw UsageError{"no schedule is called " + in_quotes(words[0]), hint};
     return *kind;
 }
 

@@ -50,8 +50,8 @@ private:
         return true;
     }
     [[noreturn]] void fail(const std::string& what) const {
-        const std::string rest = shortened(text_.substr(at_));
-        throw UsageError{what + (rest.empty() ? " at the end" : " at '" + rest + '\'') + " of the calls",
+        const std::string_view rest = text_.substr(at_);
+        throw UsageError{what + (rest.empty() ? " at the end" : " at " + in_quotes(rest)) + " of the calls",
                          "finance help map"};
     }
 
@@ -166,7 +166,7 @@ bool ExpressionReader::at_call() {
 
 CallExpression ExpressionReader::call() {
     CallExpression call{.calculation = std::string{word("(),=")}};
-    if (!take('(')) fail("'(' is expected after " + call.calculation);
+    if (!take('(')) fail("'(' is expected after " + shown(call.calculation));
     if (!take(')')) {
         do {
             call.arguments.push_back(argument());
@@ -189,7 +189,7 @@ CallExpression ExpressionReader::formula() {
     const std::string_view first = text.substr(0, text.find_first_of(" \t\r\n"));
     const catalogue::Calculation* half = catalogue::find(first);
     if (half != nullptr && half->name == first && !looks_like_formula(text)) {
-        fail("'(' is expected after " + std::string{text});
+        fail("'(' is expected after " + shown(text));
     }
     return {.formula = std::string{text}};
 }

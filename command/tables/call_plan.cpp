@@ -111,7 +111,7 @@ PlannedArgument Planner::calculated(const Calculation& calculation, std::size_t 
     try {
         const bool bare = quoted && named;
         TableFormula text = names_.formula(bare ? '"' + with_marks_doubled(operand.text) + '"' : operand.text);
-        if (text.formula.dated() && !is_dated(kind)) throw FormulaError{'\'' + shortened(operand.text) + "' is a date"};
+        if (text.formula.dated() && !is_dated(kind)) throw FormulaError{in_quotes(operand.text) + " is a date"};
         if (const auto value = text.formula.constant()) {
             planned.constant = *value;
         } else {
@@ -183,7 +183,8 @@ std::string numbered(const std::string& name, const std::vector<std::string>& ta
 
 void take_name(std::vector<std::string>& taken, const std::string& name) {
     if (std::ranges::find(taken, name) != taken.end()) {
-        throw UsageError{"there is a column '" + name + "' already; name the result otherwise", "finance help map"};
+        throw UsageError{"there is a column " + in_quotes(name) + " already; name the result otherwise",
+                         "finance help map"};
     }
     taken.push_back(name);
 }
@@ -192,7 +193,7 @@ void take_name(std::vector<std::string>& taken, const std::string& name) {
 
 std::string unreadable(const FieldForm& form, const Input& input, std::string_view text) {
     if (!input.in_formula) return unreadable(form, input.kind, text);
-    return '\'' + std::string{text} + "' is neither a number nor a date";
+    return in_quotes(text) + " is neither a number nor a date";
 }
 
 // Operands are laid out like the words of a command line, each under a label without comma and equals sign.

@@ -22,9 +22,9 @@ constexpr std::array<std::string_view, 10> usual_missing{"NA",   "N/A",   "#N/A"
 // One of two words: the second one, which is what there is without the option, or the first.
 bool is_first(std::string_view option, std::string_view word, std::string_view first, std::string_view second) {
     if (word == first || word == second) return word == first;
-    throw UsageError{std::string{option} + " is " + std::string{first} + " or " + std::string{second} + ", not '" +
-                         std::string{word} + '\'',
-                     "finance help map"};
+    throw UsageError{
+        std::string{option} + " is " + std::string{first} + " or " + std::string{second} + ", not " + in_quotes(word),
+        "finance help map"};
 }
 
 NumberSigns signs_of(const FieldForm& form, Kind kind) {
@@ -74,8 +74,7 @@ void set_decimal(FieldForm& form, std::string_view decimal) {
 void set_dates(FieldForm& form, std::string_view dates) {
     const auto word = std::ranges::find(date_form_words, dates);
     if (word == date_form_words.end()) {
-        throw UsageError{"--dates is days, sheet, ymd, dmy or mdy, not '" + std::string{dates} + '\'',
-                         "finance help map"};
+        throw UsageError{"--dates is days, sheet, ymd, dmy or mdy, not " + in_quotes(dates), "finance help map"};
     }
     form.dates = static_cast<DateForm>(word - date_form_words.begin());
 }
@@ -104,7 +103,7 @@ std::optional<host::Argument> read_text(const FieldForm& form, Kind kind, std::s
 std::string unreadable(const FieldForm& form, Kind kind, std::string_view text) {
     if (form.dates && catalogue::is_dated(kind) && !read_date(*form.dates, text)) {
         const std::string_view word = date_form_words[static_cast<std::size_t>(*form.dates)];
-        return '\'' + std::string{text} + "' is not a date as --dates " + std::string{word} + " has it" +
+        return in_quotes(text) + " is not a date as --dates " + std::string{word} + " has it" +
                hint_on_dates(*form.dates, text);
     }
     std::string reason = unreadable(kind, text);

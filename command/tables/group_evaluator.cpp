@@ -5,6 +5,7 @@
 
 #include "calls/lists.hpp"
 #include "calls/meant.hpp"
+#include "catalogue/text.hpp"
 
 namespace finance::command {
 
@@ -12,7 +13,7 @@ namespace {
 
 std::string label_of(const Group& group) {
     std::string label;
-    for (const std::string& text : group.texts) label.append(label.empty() ? "" : ", ").append(text);
+    for (const std::string& text : group.texts) label.append(label.empty() ? "" : ", ").append(catalogue::shown(text));
     return label.empty() ? label : label + ": ";
 }
 
@@ -64,7 +65,7 @@ CallResult GroupEvaluator::evaluated(const Group& group, const PlannedCall& call
     }
     const auto is_refused = [&](std::size_t source) { return refused_[source] != 0; };
     if (const PlannedCall* refused = refused_source(plan_, call, is_refused)) {
-        return {.fault = refused->result + " has no answer"};
+        return {.fault = catalogue::shown(refused->result) + " has no answer"};
     }
     take_arguments(group, call);
     if (call.is_formula()) {

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <utility>
 
+#include "catalogue/text.hpp"
 #include "command/interruption.hpp"
 
 namespace finance::command {
@@ -26,11 +27,11 @@ int opened(const std::string& path) {
     if (path == standard_stream) return STDIN_FILENO;
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) stop_if_interrupted();  // nobody wrote to a named pipe
-    if (descriptor < 0) throw TableError{path + " cannot be opened: " + std::strerror(errno)};
+    if (descriptor < 0) throw TableError{catalogue::shown(path) + " cannot be opened: " + std::strerror(errno)};
     return beyond_standard_streams(descriptor);
 }
 
-std::string spoken(const std::string& path) { return path == standard_stream ? "the input" : path; }
+std::string spoken(const std::string& path) { return path == standard_stream ? "the input" : catalogue::shown(path); }
 
 char delimiter_of(const TableOptions& options, TableReader& reader) {
     reader.skip_lines(options.skip);

@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "calls/answer.hpp"
+#include "catalogue/text.hpp"
 #include "command/json_report.hpp"
 #include "command/json_text.hpp"
 #include "command/number_form.hpp"
@@ -65,7 +66,8 @@ public:
                 append_columns(call, result, output);
             }
             if (!is_failure(result.verdict()) || reasons == nullptr) continue;
-            reasons->append(reasons->empty() ? "" : "; ").append(call.result + ": " + result.sentence());
+            reasons->append(reasons->empty() ? "" : "; ")
+                .append(catalogue::shown(call.result) + ": " + result.sentence());
         }
         return worst;
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/text.hpp"
 #include "command/argument_text.hpp"
 
 namespace finance::command {
@@ -129,7 +130,7 @@ CallResult RowEvaluator::result(Place at) {
     if (!plan_.formulas.empty()) {
         const PlannedCall* refused = refused_source(
             plan_, plan_.calls[at.call], [&](std::size_t source) { return carried_[source].refused[at.row] != 0; });
-        if (refused != nullptr) return {.fault = refused->result + " has no answer"};
+        if (refused != nullptr) return {.fault = catalogue::shown(refused->result) + " has no answer"};
     }
     take_evaluation(at);
     return {.answer = calls::answer_of(host_, *plan_.calls[at.call].calculation, arguments_[at.call], evaluation_)};

@@ -21,7 +21,8 @@ std::optional<double> RowFilter::truth(const TableFormula& condition) {
         const auto value = read_field(plan_.fields, fields_[input.column], input.kind, scratches_.front());
         if (!value) {
             const std::string_view text = trimmed(field_text(fields_[input.column], scratches_.front()));
-            fault_ = "--where: " + names_[input.column] + ": " + unreadable(plan_.fields, input, text);
+            fault_ =
+                "--where: " + catalogue::shown(names_[input.column]) + ": " + unreadable(plan_.fields, input, text);
             return {};
         }
         numbers_.push_back(value->number());

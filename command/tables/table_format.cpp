@@ -59,7 +59,7 @@ char read_delimiter(std::string_view text) {
     if (text.size() == 1 && !letter && text.find_first_of("\"\r\n.+-%$") == std::string_view::npos) {
         return text.front();
     }
-    throw UsageError{"fields cannot be separated by '" + std::string{text} + '\'', delimiter_hint};
+    throw UsageError{"fields cannot be separated by " + in_quotes(text), delimiter_hint};
 }
 
 char guessed_delimiter(std::string_view file_name, std::string_view first_line) {
@@ -91,7 +91,7 @@ std::optional<std::size_t> Header::exact(std::string_view name) const {
     const auto found = std::ranges::find(names, name);
     if (found == names.end()) return {};
     if (std::find(found + 1, names.end(), name) != names.end()) {
-        fail(source + " has more than one column '" + std::string{name} + "'; say which by its place, as in $1");
+        fail(source + " has more than one column " + in_quotes(name) + "; say which by its place, as in $1");
     }
     return static_cast<std::size_t>(found - names.begin());
 }
@@ -100,7 +100,7 @@ std::optional<std::size_t> Header::find(const Operand& operand) const {
     if (const auto found = exact(operand.text)) return *found;
     if (const auto place = numbered(operand.text); place && operand.kind == Operand::Kind::word) {
         if (*place < names.size()) return *place;
-        fail(source + " has no column " + operand.text + ": it has " + std::to_string(names.size()));
+        fail(source + " has no column " + shown(operand.text) + ": it has " + std::to_string(names.size()));
     }
     const auto same = [&](const std::string& name) { return catalogue::same_name(name, operand.text); };
     if (std::ranges::count_if(names, same) != 1) return {};
@@ -110,9 +110,8 @@ std::optional<std::size_t> Header::find(const Operand& operand) const {
 std::size_t Header::column(const Operand& operand) const {
     if (const auto found = find(operand)) return *found;
     const std::vector<std::string_view> known{names.begin(), names.end()};
-    fail(source + " has no column '" + shortened(operand.text) + '\'' +
-         (named ? suggestion(shortened(operand.text), known)
-                : "; without a header columns are called $1, $2 and so on"));
+    fail(source + " has no column " + in_quotes(operand.text) +
+         (named ? suggestion(operand.text, known) : "; without a header columns are called $1, $2 and so on"));
 }
 
 }  // namespace finance::command

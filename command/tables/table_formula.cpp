@@ -38,7 +38,7 @@ std::string TableNames::unknown(std::string_view name) const {
     };
     const auto longer = std::ranges::find_if(header_.names, goes_on);
     if (longer != header_.names.end()) {
-        return header_.source + " has no column '" + shortened(name) + "' (\"" + shortened(*longer) +
+        return header_.source + " has no column " + in_quotes(name) + " (\"" + shown(*longer) +
                "\" needs its quotation marks)";
     }
     try {

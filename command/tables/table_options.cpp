@@ -28,7 +28,7 @@ TableOptions read_table_options(Words words, const Job& job, const Settings& set
         throw UsageError{std::string{job.word} + ": " + message, "finance help " + std::string{job.word}};
     };
     const std::vector<std::string_view>& places = given.places;
-    if (places.size() > 2) fail("one table at a time, not '" + std::string{places[2]} + "' as well");
+    if (places.size() > 2) fail("one table at a time, not " + in_quotes(places[2]) + " as well");
     if (places.empty() && !options.help) fail("the calls are missing, as in 'PMT(rate, nper, pv)'");
     if (!places.empty()) options.calls = places[0];
     if (places.size() > 1) options.input = places[1];

@@ -31,7 +31,7 @@ void forbid_input_as_output(int input, const struct stat& output, const std::str
 }  // namespace
 
 TableWriter::TableWriter(const std::string& path, int input, char delimiter)
-    : owned_{path != standard_stream}, name_{owned_ ? path : "the output"}, delimiter_{delimiter} {
+    : owned_{path != standard_stream}, name_{owned_ ? catalogue::shown(path) : "the output"}, delimiter_{delimiter} {
     struct stat about {};
     const bool exists = owned_ ? stat(path.c_str(), &about) == 0 : fstat(descriptor_, &about) == 0;
     if (exists) forbid_input_as_output(input, about, name_);
