@@ -76,11 +76,12 @@ const StringCase strings[] = {
     {"\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", "\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"},
     {"\xF4\x8F\xBF\xBF \xED\x9F\xBF \xEE\x80\x80", "\xF4\x8F\xBF\xBF \xED\x9F\xBF \xEE\x80\x80"},
     {"a\xFFz", "a" + replaced + "z"},
-    {"\xC0\xAF", replaced + replaced},                                // overlong /
-    {"\xE0\x9F\xBF", replaced + replaced + replaced},                 // overlong U+07FF
-    {"\xF0\x8F\xBF\xBF", replaced + replaced + replaced + replaced},  // overlong U+FFFF
-    {"\xED\xA0\x80", replaced + replaced + replaced},                 // a surrogate
-    {"\xF4\x90\x80\x80", replaced + replaced + replaced + replaced},  // above U+10FFFF
+    {"\xC0\xAF", replaced + replaced},                                      // overlong /
+    {"\xE0\x9F\xBF", replaced + replaced + replaced},                       // overlong U+07FF
+    {"\xF0\x8F\xBF\xBF", replaced + replaced + replaced + replaced},        // overlong U+FFFF
+    {"\xED\xA0\x80", replaced + replaced + replaced},                       // a surrogate
+    {"\xF4\x90\x80\x80", replaced + replaced + replaced + replaced},        // above U+10FFFF
+    {"\xC2\x80\xC2\x9B\xC2\x9F\xC2\xA0", "\\u0080\\u009b\\u009f\xC2\xA0"},  // a terminal takes U+009B for ESC [
     {"\x80", replaced},
     {"\xE2\x82", replaced + replaced},  // cut off
     {"\xE2\x82\"", replaced + replaced + "\\\""},
@@ -92,7 +93,7 @@ TEST(JsonText, Strings) {
         EXPECT_EQ(JsonText{}.text(row.text).str(), '"' + row.expected + '"') << "row " << checked;
         ++checked;
     }
-    EXPECT_EQ(checked, 16);
+    EXPECT_EQ(checked, 17);
 }
 
 TEST(JsonText, KeysAreEscapedToo) {
