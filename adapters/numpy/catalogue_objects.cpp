@@ -4,6 +4,7 @@
 
 #include "adapters/common/engine_call.hpp"
 #include "adapters/numpy/objects.hpp"
+#include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 
 namespace finance::adapters::numpy {
@@ -72,7 +73,8 @@ const Calculation* calculation_named(PyObject* name) {
     const char* text = PyUnicode_AsUTF8(name);
     if (text == nullptr) return nullptr;
     const Calculation* calculation = catalogue::find(text);
-    if (calculation == nullptr) PyErr_Format(PyExc_ValueError, "no calculation is called %s", text);
+    if (calculation == nullptr)
+        PyErr_Format(PyExc_ValueError, "no calculation is called %s", catalogue::shown(text).c_str());
     return calculation;
 }
 

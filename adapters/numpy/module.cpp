@@ -49,6 +49,14 @@ PyObject* host_date(PyObject*, PyObject* date) {
     });
 }
 
+PyObject* shown(PyObject*, PyObject* given) {
+    return guarded([&]() -> PyObject* {
+        std::string_view text;
+        if (!text_of(given, text)) return nullptr;
+        return python_text(catalogue::shown(text)).release();
+    });
+}
+
 // ---- What the loops have met
 
 PyObject* outcome(PyObject*, PyObject*) {
@@ -122,6 +130,7 @@ PyObject* call_lists_of(PyObject*, PyObject* arguments) {
 PyMethodDef methods[] = {
     {"basis_code", basis_code, METH_O, "Code of a day-count basis's word, or the number that it is; None: unknown."},
     {"host_date", host_date, METH_O, "Days since 1960-01-01 of year-month-day; None where it is no date."},
+    {"shown", shown, METH_O, "A text for a sentence: without control characters, cut where it is long."},
     {"outcome", outcome, METH_NOARGS, "How many rows the ufuncs of this thread have refused since the last time."},
     {"call_lists", call_lists_of, METH_VARARGS, "A calculation of lists, row by row; how many rows were refused."},
     {"refusal", refusal_of, METH_VARARGS, "Why a call is refused: sentence, position, parameter."},

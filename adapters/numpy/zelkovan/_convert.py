@@ -105,7 +105,7 @@ def numbers(value, label):
 
 def _number(x, label):
     if isinstance(x, (str, bytes, datetime.date, datetime.timedelta, np.datetime64, np.timedelta64)):
-        raise TypeError(f"{label}: a number is wanted, not {x!r}")
+        raise TypeError(f"{label}: a number is wanted, not {shown(x)}")
     try:
         return float(x)
     except TypeError:
@@ -113,7 +113,7 @@ def _number(x, label):
 
 
 def _named(array):
-    return f"{array[()]!r}" if array.ndim == 0 else f"an array of {array.dtype}"
+    return shown(array[()]) if array.ndim == 0 else f"an array of {array.dtype}"
 
 
 # ---- Dates
@@ -146,7 +146,7 @@ def _day(x, label):
     if isinstance(x, str):
         day = _zelkovan.host_date(_readable(x))
         if day is None:
-            raise ValueError(f"{label}: {x!r} is not a date (year-month-day)")
+            raise ValueError(f"{label}: {shown(x)} is not a date (year-month-day)")
         return day
     if isinstance(x, np.datetime64):
         return float(_host_days(np.asarray(x)))
@@ -161,6 +161,19 @@ def _day(x, label):
 
 def _readable(text):
     return text.encode("utf-8", "replace").decode("utf-8")
+
+
+# ---- Sentences
+
+
+def shown(value):
+    """A value as Python writes it, for a sentence: no control characters, and where it is long its beginning."""
+    return _zelkovan.shown(repr(value))
+
+
+def shown_key(key):
+    """The same of a group's key, without quotation marks."""
+    return _zelkovan.shown(_readable(str(key)))
 
 
 # ---- Bases

@@ -4,7 +4,7 @@ import inspect
 import keyword
 
 from . import _zelkovan
-from ._convert import CONVERTERS
+from ._convert import CONVERTERS, shown
 from ._documentation import documentation, usage
 
 CATALOGUE = {entry["name"]: entry for entry in _zelkovan.calculations}
@@ -70,7 +70,7 @@ class Function:
         values = dict(zip(self.names, arguments))
         for name, value in named.items():
             if name not in self.names:
-                raise TypeError(f"{self.__name__}() has no argument {name!r}: {self._listed()}")
+                raise TypeError(f"{self.__name__}() has no argument {shown(name)}: {self._listed()}")
             if name in values:
                 raise TypeError(f"{self.__name__}() has got {name!r} twice")
             values[name] = value

@@ -150,7 +150,7 @@ class ListFunction(Function):
                     raise ValueError(f"{self._label(i)}: a value for each key of by is wanted")
                 array = Rows(array[order], np.cumsum(lengths) - lengths, lengths, lengths.shape)
             arguments.append(array)
-        answers = self._called(arguments, lengths.shape, way, lambda row: f" (group {unique[row[0]]!s})")
+        answers = self._called(arguments, lengths.shape, way, lambda row: f" (group {_convert.shown_key(unique[row[0]])})")
         if any(_convert.pandas_kind(value, "Series") for value in (*values, by)):
             index = sys.modules["pandas"].Index(unique)
             return _convert.as_series(answers, index)

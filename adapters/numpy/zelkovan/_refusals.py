@@ -80,7 +80,7 @@ def seterr(*, refused):
 
 def _checked(way):
     if way not in _WAYS:
-        raise ValueError(f"refused is one of {', '.join(_WAYS)}, not {way!r}")
+        raise ValueError(f"refused is one of {', '.join(_WAYS)}, not {_zelkovan.shown(repr(way))}")
     return way
 
 

@@ -118,6 +118,19 @@ TEST(DuckdbValues, RefusalsEndTheQueryWithTheirSentence) {
               "3000");
 }
 
+// A shell shows the sentence on a terminal.
+TEST(DuckdbValues, SentencesHaveNoControlCharacters) {
+    const Database database;
+    const std::string hostile = "('a' || chr(10) || 'b' || chr(27) || '[2Jc' || chr(155) || chr(8238))";
+    EXPECT_EQ(
+        database.value("SELECT fin_yearfrac(DATE '2024-01-15', DATE '2024-07-15', " + hostile + ')').substr(0, 75),
+        R"(YEARFRAC: argument 3 (basis): 'a\nb\x1B[2Jc\u009B\u202E' is not a day-count)");
+    EXPECT_EQ(database.value("SELECT fin_help(" + hostile + ')'),
+              R"(fin_help: there is no calculation a\nb\x1B[2Jc\u009B\u202E)");
+    const std::string sentence = database.value("SELECT fin_help(repeat('x', 1000000))");
+    EXPECT_EQ(sentence, "fin_help: there is no calculation " + std::string(77, 'x') + "...");
+}
+
 }  // namespace
 
 }  // namespace finance::test

@@ -127,5 +127,42 @@ class AnswersThatDoNotHold(unittest.TestCase):
             self.assertTrue(np.isnan(zelkovan.irr([-2.0, 72, 5, 76, 28, 73, -1e12])))
 
 
+HOSTILE = "a\nb\x1b[2Jc\x9b\u202e"
+SHOWN = r"a\nb\x1b[2Jc\x9b\u202e"  # as Python writes it
+SHOWN_BY_US = r"a\nb\x1B[2Jc\u009B\u202E"
+
+
+class WhatOthersWrote(unittest.TestCase):
+    """Sentences show it without control characters, and of what is long the beginning."""
+
+    def sentences(self, text):
+        def of(function, *arguments, **named):
+            with self.assertRaises((TypeError, ValueError)) as caught:
+                function(*arguments, **named)
+            return str(caught.exception)
+
+        return [
+            of(zelkovan.sln, text, 1, 2),
+            of(zelkovan.sln, np.array([text], object), 1, 2),
+            of(zelkovan.coupncd, text, "2024-07-15", 2),
+            of(zelkovan.yearfrac, "2024-01-15", "2024-07-15", text),
+            of(zelkovan.yearfrac, ["2024-01-15"], "2024-07-15", [text]),
+            of(zelkovan.irr, [1, 1], by=[text, text]),
+            of(zelkovan.sln, 1, 2, 3, **{text: 4}),
+            of(zelkovan.seterr, refused=text),
+        ]
+
+    def test_no_control_characters(self):
+        for sentence in self.sentences(HOSTILE):
+            self.assertTrue(sentence.isprintable(), sentence)
+            self.assertTrue(SHOWN in sentence or SHOWN_BY_US in sentence, sentence)
+
+    def test_not_all_of_a_long_text(self):
+        for sentence in self.sentences("x" * 1_000_000):
+            self.assertIn("x" * 70, sentence)
+            self.assertIn("...", sentence)
+            self.assertLess(len(sentence), 300)
+
+
 if __name__ == "__main__":
     unittest.main()

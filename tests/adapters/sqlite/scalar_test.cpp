@@ -40,9 +40,22 @@ TEST(SqliteScalars, ShowNoMoreThanTheStartOfALongText) {
     const Database database;
     const std::string sentence =
         database.error("SELECT fin_sln(10000, 'a' || replace(hex(zeroblob(2000)), '00', 'é'), 5)");
-    std::string start = "a";  // 59 bytes of it: the 30th é would end at byte 61
-    for (int i = 0; i < 29; ++i) start += "é";
+    std::string start = "a";  // with the dots it has 80 characters
+    for (int i = 0; i < 76; ++i) start += "é";
     EXPECT_EQ(sentence, "SLN: argument 2 (salvage): '" + start + "...' is not a number");
+}
+
+// A shell shows the sentence on a terminal.
+TEST(SqliteScalars, ShowNoControlCharacters) {
+    const Database database;
+    for (const char* const call :
+         {"fin_sln(10000, $, 5)", "fin_yearfrac('2024-01-15', '2024-07-15', $)", "fin_coupncd($, '2024-07-15', 2)"}) {
+        std::string sql = "SELECT ";
+        sql.append(call).replace(sql.find('$'), 1,
+                                 "'a' || char(10) || 'b' || char(27) || '[2Jc' || char(155) || char(8238)");
+        const std::string sentence = database.error(sql);
+        EXPECT_NE(sentence.find(R"('a\nb\x1B[2Jc\u009B\u202E' is not a)"), std::string::npos) << sentence;
+    }
 }
 
 // Under 30/360 from 2024-01-15 to 2024-07-15 are 180 days of 360; under ACT/360 182.
