@@ -44,16 +44,17 @@ std::optional<int> digits_of(const OptionsGiven& given, std::optional<int> other
 std::optional<int> take_digits(std::vector<std::string_view>& words) {
     constexpr std::string_view name = digits_option.name;
     std::optional<int> digits;
-    for (auto word = words.begin(); word != words.end();) {
-        const bool joined = word->starts_with(name) && word->substr(name.size()).starts_with('=');
-        if (!joined && *word != name) {
-            ++word;
+    std::vector<std::string_view> others;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool joined = words[i].starts_with(name) && words[i].substr(name.size()).starts_with('=');
+        if (!joined && words[i] != name) {
+            others.push_back(words[i]);
             continue;
         }
-        const bool followed = !joined && word + 1 != words.end();
-        digits = read_digits(joined ? word->substr(name.size() + 1) : followed ? word[1] : std::string_view{});
-        word = words.erase(word, word + (followed ? 2 : 1));
+        const bool followed = !joined && i + 1 < words.size();
+        digits = read_digits(joined ? words[i].substr(name.size() + 1) : followed ? words[++i] : std::string_view{});
     }
+    words = std::move(others);
     return digits;
 }
 

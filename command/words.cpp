@@ -58,27 +58,28 @@ std::string_view without_comment(std::string_view line) {
     return line;
 }
 
-// Brackets in a quotation that is closed are letters like others.
-bool goes_on(std::string& line) {
-    if (line.ends_with('\\')) {
-        line.back() = ' ';
-        return true;
-    }
-    int open = 0;
-    int before_quotation = 0;
-    char mark = '\0';
+void JoinedLine::count_brackets(std::string_view line) {
     for (const char c : line) {
-        if (c == '(') ++open;
-        if (c == ')' && open > 0) --open;
-        if (mark == '\0' && is_quotation_mark(c)) {
-            mark = c;
-            before_quotation = open;
-        } else if (c == mark) {
-            mark = '\0';
-            open = before_quotation;
+        if (c == '(') ++open_;
+        if (c == ')' && open_ > 0) --open_;
+        if (mark_ == '\0' && is_quotation_mark(c)) {
+            mark_ = c;
+            before_quotation_ = open_;
+        } else if (c == mark_) {
+            mark_ = '\0';
+            open_ = before_quotation_;
         }
     }
-    return open > 0;
+}
+
+void JoinedLine::add(std::string_view line) {
+    const bool escaped = line.ends_with('\\');
+    if (escaped) line.remove_suffix(1);
+    if (goes_on_) text_ += ' ';
+    text_ += line;
+    if (escaped) text_ += ' ';
+    count_brackets(line);
+    goes_on_ = escaped || open_ > 0;
 }
 
 TypedLine split_at_cursor(std::string_view line) {

@@ -24,8 +24,24 @@ std::vector<std::string> split_words(std::string_view line);
 // Without the comment and the line's end.
 std::string_view without_comment(std::string_view line);
 
-// Whether the next line belongs to the line, which has no comment; a backslash at its end becomes a blank.
-bool goes_on(std::string& line);
+// A line and those in which it goes on, each looked at once.
+class JoinedLine {
+public:
+    // Without its comment. A backslash at its end becomes a blank, and another blank stands between lines.
+    void add(std::string_view line);
+    // Whether the next line belongs to it.
+    [[nodiscard]] bool goes_on() const { return goes_on_; }
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+private:
+    void count_brackets(std::string_view line);
+
+    std::string text_;
+    bool goes_on_ = false;
+    int open_ = 0;              // brackets; those in a quotation that is closed are letters like others
+    int before_quotation_ = 0;  // how many were open
+    char mark_ = '\0';          // of the quotation that the text ends in
+};
 
 // A line up to the cursor: the words that are complete, and the one that is being typed (empty after a blank).
 struct TypedLine {

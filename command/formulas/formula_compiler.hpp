@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -76,13 +77,17 @@ private:
         }
     }
     void leave() { --nested_; }
-    static std::size_t place_of(std::vector<std::size_t>& reads, std::size_t number);
+    // The places of numbers among those that are read.
+    using Places = std::map<std::size_t, std::size_t>;
+    static std::size_t place_of(std::vector<std::size_t>& reads, Places& places, std::size_t number);
 
     FormulaTokens tokens_;
     const FormulaNames& names_;
     bool condition_;
     Formula formula_;
     std::vector<std::size_t> uses_;  // of each number that is read
+    Places numbers_{};
+    Places texts_{};
     std::size_t depth_ = 0;
     std::size_t nested_ = 0;
 };

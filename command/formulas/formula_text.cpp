@@ -36,16 +36,16 @@ void FormulaCompiler::drop_last() {
 void FormulaCompiler::drop_number() {
     if (--uses_[formula_.steps_.back().index] == 0) {
         uses_.pop_back();
+        numbers_.erase(formula_.numbers_.back());
         formula_.numbers_.pop_back();
     }
     drop_last();
 }
 
-std::size_t FormulaCompiler::place_of(std::vector<std::size_t>& reads, std::size_t number) {
-    const auto found = std::ranges::find(reads, number);
-    const auto place = static_cast<std::size_t>(found - reads.begin());
-    if (found == reads.end()) reads.push_back(number);
-    return place;
+std::size_t FormulaCompiler::place_of(std::vector<std::size_t>& reads, Places& places, std::size_t number) {
+    const auto [place, added] = places.try_emplace(number, reads.size());
+    if (added) reads.push_back(number);
+    return place->second;
 }
 
 FormulaCompiler::Value FormulaCompiler::constant(double value, bool dated) {
@@ -55,7 +55,7 @@ FormulaCompiler::Value FormulaCompiler::constant(double value, bool dated) {
 
 FormulaCompiler::Value FormulaCompiler::number_read(const NameMeaning& meaning) {
     if (meaning.constant) return constant(*meaning.constant, meaning.dated);
-    const std::size_t place = place_of(formula_.numbers_, meaning.number);
+    const std::size_t place = place_of(formula_.numbers_, numbers_, meaning.number);
     uses_.resize(formula_.numbers_.size());
     ++uses_[place];
     emit({.operation = Operation::number, .index = place});
@@ -129,7 +129,7 @@ TextOperand FormulaCompiler::text_operand(const Value& value) {
         tokens_.fail("a text is compared with a text or a name, not a number,");
     const std::size_t number = formula_.numbers_[last.index];
     drop_number();
-    return {.read = true, .index = place_of(formula_.texts_, number)};
+    return {.read = true, .index = place_of(formula_.texts_, texts_, number)};
 }
 
 // Equal to the dot is what is missing.

@@ -16,18 +16,16 @@ bool is_variable_name(std::string_view text) {
 }
 
 const Variable* Variables::find(std::string_view name) const {
-    const auto same = [&](const Variable& variable) { return catalogue::same_name(variable.name, name); };
-    const auto found = std::ranges::find_if(all_, same);
-    return found != all_.end() ? &*found : nullptr;
+    const auto found = names_.alike(name);
+    return found ? &all_[found.first] : nullptr;
 }
 
 void Variables::set(const Variable& variable) {
-    const auto same = [&](const Variable& known) { return catalogue::same_name(known.name, variable.name); };
-    const auto found = std::ranges::find_if(all_, same);
-    if (found != all_.end()) {
-        *found = variable;
+    if (const auto found = names_.alike(variable.name)) {
+        all_[found.first] = variable;
     } else {
         all_.push_back(variable);
+        names_.push_back(variable.name);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "command/formulas/formula_text.hpp"
+#include "command/indexed_names.hpp"
 
 namespace finance::command {
 
@@ -28,6 +29,7 @@ public:
 
 private:
     std::vector<Variable> all_{};
+    IndexedNames names_{};  // theirs
 };
 
 // What formulas may name where there is no table.

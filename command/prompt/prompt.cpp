@@ -37,23 +37,25 @@ std::string_view without_mark(std::string_view line, std::uint64_t number) {
 std::optional<PromptEditor::Line> whole_line(PromptEditor& editor) {
     auto line = editor.read(prompt);
     if (!line || line->abandoned) return line;
-    std::string text{without_comment(line->text)};
-    if (!goes_on(text)) return line;
+    JoinedLine joined;
+    joined.add(without_comment(line->text));
+    if (!joined.goes_on()) return line;
     do {
         auto next = editor.read(prompt_within);
         if (!next || next->abandoned) return next;
-        text.append(" ").append(without_comment(next->text));
-    } while (goes_on(text));
-    return PromptEditor::Line{.text = std::move(text)};
+        joined.add(without_comment(next->text));
+    } while (joined.goes_on());
+    return PromptEditor::Line{.text = joined.text()};
 }
 
 // The same of a script; number: of the last line.
 std::string whole_script_line(const std::string& first, std::uint64_t& number) {
-    std::string text{without_comment(without_mark(first, number))};
-    for (std::string next; goes_on(text) && std::getline(std::cin, next); ++number) {
-        text.append(" ").append(without_comment(next));
+    JoinedLine joined;
+    joined.add(without_comment(without_mark(first, number)));
+    for (std::string next; joined.goes_on() && std::getline(std::cin, next); ++number) {
+        joined.add(without_comment(next));
     }
-    return text;
+    return joined.text();
 }
 
 }  // namespace

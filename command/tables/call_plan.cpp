@@ -1,7 +1,10 @@
 #include "command/tables/call_plan.hpp"
 
 #include <algorithm>
+#include <charconv>
+#include <map>
 #include <optional>
+#include <set>
 
 #include "calls/meant.hpp"
 #include "catalogue/text.hpp"
@@ -60,9 +63,10 @@ private:
     std::size_t formula(TableFormula text, Kind kind, bool argument);
 
     const Header& header_;
-    std::vector<std::string> results_;  // of the calls so far, as later ones name them
+    IndexedNames results_;  // of the calls so far, as later ones name them
     TableNames names_;
     CallPlan plan_;
+    std::map<Input, std::size_t> inputs_;  // the plan's
 };
 
 std::optional<host::Argument> Planner::constant(Kind kind, const Operand& operand) const {
@@ -77,11 +81,10 @@ std::optional<host::Argument> Planner::constant(Kind kind, const Operand& operan
 }
 
 std::size_t Planner::input(const Input& wanted) {
-    const auto found = std::ranges::find(plan_.inputs, wanted);
-    const auto index = static_cast<std::size_t>(found - plan_.inputs.begin());
-    if (found == plan_.inputs.end()) plan_.inputs.push_back(wanted);
+    const auto [place, added] = inputs_.try_emplace(wanted, plan_.inputs.size());
+    if (added) plan_.inputs.push_back(wanted);
     plan_.used_columns = std::max(plan_.used_columns, wanted.column + 1);
-    return index;
+    return place->second;
 }
 
 std::size_t Planner::formula(TableFormula text, Kind kind, bool argument) {
@@ -172,21 +175,40 @@ void Planner::add(const CallExpression& expression) {
     results_.push_back(expression.result.empty() ? catalogue::lower_case(name) : name);
 }
 
-// The first of name, name2, name3, ... that is not taken.
-std::string numbered(const std::string& name, const std::vector<std::string>& taken) {
-    std::string candidate = name;
-    for (int number = 2; std::ranges::find(taken, candidate) != taken.end(); ++number) {
-        candidate = name + std::to_string(number);
-    }
-    return candidate;
-}
+class TakenNames {
+public:
+    explicit TakenNames(const std::vector<std::string>& names) : names_{names.begin(), names.end()} {}
 
-void take_name(std::vector<std::string>& taken, const std::string& name) {
-    if (std::ranges::find(taken, name) != taken.end()) {
+    void take(const std::string& name) {
+        if (names_.insert(name).second) return;
         throw UsageError{"there is a column " + in_quotes(name) + " already; name the result otherwise",
                          "finance help map"};
     }
-    taken.push_back(name);
+
+    // Takes the first of name, name2, name3, ... that is not taken. What was tried before stays taken.
+    std::string take_numbered(const std::string& name) {
+        std::size_t& tried = tried_[name];
+        for (;;) {
+            std::string candidate = name;
+            if (++tried > 1) candidate += std::to_string(tried);
+            if (names_.insert(candidate).second) return candidate;
+        }
+    }
+
+private:
+    std::set<std::string, std::less<>> names_;
+    std::map<std::string, std::size_t> tried_;
+};
+
+// What operands are called among the words that stand for them.
+constexpr std::string_view operand_label = "argument ";
+
+const Operand& labelled(const CallExpression& expression, std::string_view label) {
+    static const Operand nothing;
+    std::size_t number = 0;
+    label.remove_prefix(std::min(label.size(), operand_label.size()));
+    std::from_chars(label.data(), label.data() + label.size(), number);
+    return number == 0 ? nothing : expression.arguments[number - 1].operand;
 }
 
 }  // namespace
@@ -198,22 +220,18 @@ std::string unreadable(const FieldForm& form, const Input& input, std::string_vi
 
 // Operands are laid out like the words of a command line, each under a label without comma and equals sign.
 std::vector<PlacedOperand> place_operands(const Calculation& calculation, const CallExpression& expression) {
-    static const Operand nothing;
-    std::vector<std::string> labels;
     std::vector<std::string> tokens;
     for (const NamedOperand& argument : expression.arguments) {
-        labels.push_back("argument " + std::to_string(labels.size() + 1));
-        const bool empty = argument.operand.kind == Operand::Kind::nothing;
-        const std::string name = argument.name.empty() ? "" : argument.name + '=';
-        tokens.push_back(name + (empty ? "" : labels.back()));
+        std::string token = argument.name.empty() ? "" : argument.name + '=';
+        if (argument.operand.kind != Operand::Kind::nothing) {
+            token.append(operand_label).append(std::to_string(tokens.size() + 1));
+        }
+        tokens.push_back(std::move(token));
     }
     const std::vector<std::string_view> views{tokens.begin(), tokens.end()};
     std::vector<PlacedOperand> placed;
     for (const PlacedText& place : place_arguments(calculation, views)) {
-        const auto label = std::ranges::find(labels, place.text);
-        const auto index = static_cast<std::size_t>(label - labels.begin());
-        const Operand& operand = label == labels.end() ? nothing : expression.arguments[index].operand;
-        placed.push_back({.parameter = place.parameter, .operand = &operand});
+        placed.push_back({.parameter = place.parameter, .operand = &labelled(expression, place.text)});
     }
     return placed;
 }
@@ -225,7 +243,7 @@ CallPlan plan_calls(const std::vector<CallExpression>& calls, const Header& head
 }
 
 TableFormula plan_condition(std::string_view text, const Header& header, const Variables* variables) {
-    const std::vector<std::string> no_results;
+    const IndexedNames no_results;
     try {
         return TableNames{header, no_results, variables}.condition(text);
     } catch (const FormulaError& error) {
@@ -233,20 +251,20 @@ TableFormula plan_condition(std::string_view text, const Header& header, const V
     }
 }
 
-void name_results(CallPlan& plan, const std::vector<CallExpression>& calls, std::vector<std::string> taken,
+void name_results(CallPlan& plan, const std::vector<CallExpression>& calls, const std::vector<std::string>& columns,
                   bool with_status) {
+    TakenNames taken{columns};
     for (std::size_t i = 0; i < calls.size(); ++i) {  // what was said goes before what is made up
         plan.calls[i].result = calls[i].result;
-        if (!calls[i].result.empty()) take_name(taken, calls[i].result);
+        if (!calls[i].result.empty()) taken.take(calls[i].result);
     }
     for (std::size_t i = 0; i < calls.size(); ++i) {
         PlannedCall& call = plan.calls[i];
         if (call.result.empty()) {
-            call.result =
-                numbered(call.is_formula() ? calls[i].formula : catalogue::lower_case(call.calculation->name), taken);
-            taken.push_back(call.result);
+            call.result = taken.take_numbered(call.is_formula() ? calls[i].formula
+                                                                : catalogue::lower_case(call.calculation->name));
         }
-        if (with_status) take_name(taken, status_name(call));
+        if (with_status) taken.take(status_name(call));
     }
 }
 

@@ -9,6 +9,7 @@
 //      already, a number is added. A formula alone is called as it is written.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -30,7 +31,7 @@ struct Input {
     std::size_t column = 0;
     catalogue::Kind kind{};
     bool in_formula = false;  // a number or a date, whichever it is
-    friend bool operator==(const Input&, const Input&) = default;
+    friend auto operator<=>(const Input&, const Input&) = default;
 };
 
 // Why a field is no value of that kind.
@@ -97,8 +98,8 @@ CallPlan plan_calls(const std::vector<CallExpression>& calls, const Header& head
 // UsageError.
 TableFormula plan_condition(std::string_view text, const Header& header, const Variables* variables);
 
-// "p", "p_status"; taken: names that are columns already, to which the results' are added.
-void name_results(CallPlan& plan, const std::vector<CallExpression>& calls, std::vector<std::string> taken,
+// "p", "p_status"; columns: names that are taken already.
+void name_results(CallPlan& plan, const std::vector<CallExpression>& calls, const std::vector<std::string>& columns,
                   bool with_status);
 inline std::string status_name(const PlannedCall& call) { return call.result + "_status"; }
 

@@ -66,7 +66,7 @@ Group& FlowGroups::group_of_row() {
 }
 
 void FlowGroups::add_fault(Group& group, std::size_t slot, std::uint64_t line, const std::string& reason) const {
-    if (std::ranges::find(group.faults, slot, &GroupFault::slot) != group.faults.end()) return;
+    if (!group.faulty.insert(slot).second) return;
     const std::string column =
         slot < plan_.inputs.size() ? catalogue::shown(names_[plan_.inputs[slot].column]) + ": " : "";
     group.faults.push_back({.slot = slot, .reason = "line " + std::to_string(line) + ": " + column + reason});

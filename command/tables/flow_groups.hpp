@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -40,6 +41,7 @@ struct Group {
     std::vector<std::string> texts{};           // what they say
     std::vector<std::vector<double>> values{};  // by slot: all of a list, the shared one of others
     std::vector<GroupFault> faults{};           // the first of each slot
+    std::set<std::size_t> faulty{};             // the slots
 };
 
 class FlowGroups {

@@ -85,18 +85,25 @@ WrittenArgument GroupEvaluator::argument_at(const PlannedCall& call, std::size_t
     return {found->parameter, static_cast<std::size_t>(found - call.arguments.begin()) + 1};
 }
 
+// The slots that a call reads, in ascending order.
+std::vector<std::size_t> GroupEvaluator::slots_of(const PlannedCall& call) const {
+    std::vector<std::size_t> slots;
+    for (const PlannedArgument& argument : call.arguments) {
+        slots.push_back(slot_of(plan_, argument));
+        if (argument.formula == no_input || plan_.formulas[argument.formula].of_rows) continue;
+        for (const FormulaSource& source : plan_.formulas[argument.formula].sources) {
+            if (!source.result) slots.push_back(source.index);
+        }
+    }
+    std::ranges::sort(slots);
+    return slots;
+}
+
 const GroupFault* GroupEvaluator::fault_of(const Group& group, const PlannedCall& call) const {
-    const auto reads = [&](const PlannedArgument& argument, std::size_t slot) {
-        if (slot_of(plan_, argument) == slot) return true;
-        if (argument.formula == no_input || plan_.formulas[argument.formula].of_rows) return false;
-        const auto& sources = plan_.formulas[argument.formula].sources;
-        return std::ranges::any_of(sources,
-                                   [&](const FormulaSource& source) { return !source.result && source.index == slot; });
-    };
+    if (group.faults.empty()) return nullptr;
+    const std::vector<std::size_t> slots = slots_of(call);
     const auto concerns = [&](const GroupFault& fault) {
-        return fault.slot == no_input || std::ranges::any_of(call.arguments, [&](const PlannedArgument& argument) {
-                   return reads(argument, fault.slot);
-               });
+        return fault.slot == no_input || std::ranges::binary_search(slots, fault.slot);
     };
     const auto fault = std::ranges::find_if(group.faults, concerns);
     return fault != group.faults.end() ? &*fault : nullptr;

@@ -25,6 +25,7 @@ private:
     CallResult result(const Group& group, std::size_t index);
     CallResult evaluated(const Group& group, const PlannedCall& call);
     [[nodiscard]] WrittenArgument argument_at(const PlannedCall& call, std::size_t slot) const;
+    [[nodiscard]] std::vector<std::size_t> slots_of(const PlannedCall& call) const;
     [[nodiscard]] const GroupFault* fault_of(const Group& group, const PlannedCall& call) const;
     void take_arguments(const Group& group, const PlannedCall& call);
     double calculated(const Group& group, const PlannedFormula& formula);

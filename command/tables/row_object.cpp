@@ -1,6 +1,7 @@
 #include "command/tables/row_object.hpp"
 
-#include <algorithm>
+#include <functional>
+#include <set>
 
 namespace finance::command {
 
@@ -11,9 +12,11 @@ std::string name_of_place(std::size_t column) { return '$' + std::to_string(colu
 }  // namespace
 
 RowObject::RowObject(std::span<const std::string> names, char delimiter) : delimiter_{delimiter} {
+    std::set<std::string, std::less<>> there;
     for (const std::string& name : names) {
-        const bool taken = name.empty() || std::ranges::find(names_, name) != names_.end();
+        const bool taken = name.empty() || !there.insert(name).second;
         names_.push_back(taken ? name_of_place(names_.size()) : name);
+        if (taken) there.insert(names_.back());
     }
 }
 

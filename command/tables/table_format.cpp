@@ -88,12 +88,12 @@ Header read_header(const Record& first, char delimiter, bool named, const std::s
 }
 
 std::optional<std::size_t> Header::exact(std::string_view name) const {
-    const auto found = std::ranges::find(names, name);
-    if (found == names.end()) return {};
-    if (std::find(found + 1, names.end(), name) != names.end()) {
+    const IndexedNames::Found found = names.exact(name);
+    if (!found) return {};
+    if (found.count > 1) {
         fail(source + " has more than one column " + in_quotes(name) + "; say which by its place, as in $1");
     }
-    return static_cast<std::size_t>(found - names.begin());
+    return found.first;
 }
 
 std::optional<std::size_t> Header::find(const Operand& operand) const {
@@ -102,9 +102,8 @@ std::optional<std::size_t> Header::find(const Operand& operand) const {
         if (*place < names.size()) return *place;
         fail(source + " has no column " + shown(operand.text) + ": it has " + std::to_string(names.size()));
     }
-    const auto same = [&](const std::string& name) { return catalogue::same_name(name, operand.text); };
-    if (std::ranges::count_if(names, same) != 1) return {};
-    return static_cast<std::size_t>(std::ranges::find_if(names, same) - names.begin());
+    const IndexedNames::Found alike = names.alike(operand.text);
+    return alike.count == 1 ? std::optional{alike.first} : std::nullopt;
 }
 
 std::size_t Header::column(const Operand& operand) const {

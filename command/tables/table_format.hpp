@@ -12,8 +12,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "command/indexed_names.hpp"
 #include "command/tables/call_expression.hpp"
 #include "command/tables/table_record.hpp"
 
@@ -25,8 +25,8 @@ char read_delimiter(std::string_view text);
 char guessed_delimiter(std::string_view file_name, std::string_view first_line);
 
 struct Header {
-    std::string source{};              // what the table is called in sentences
-    std::vector<std::string> names{};  // without a header line: $1, $2, ...
+    std::string source{};  // what the table is called in sentences
+    IndexedNames names{};  // without a header line: $1, $2, ...
     bool named = true;
     std::string_view line_end = "\n";
 

@@ -20,14 +20,10 @@ bool is_result(std::size_t number) { return number % 2 == 1; }
 std::optional<NameMeaning> TableNames::find(std::string_view name, NameForm form) const {
     if (const auto column = header_.exact(name)) return column_meaning(*column);
     if (form == NameForm::quoted_or_text) return {};
-    const auto index_of = [&](auto found) { return static_cast<std::size_t>(found - results_.begin()); };
-    const auto result = std::ranges::find(results_, name);
-    if (result != results_.end()) return result_meaning(index_of(result));
+    if (const auto result = results_.exact(name)) return result_meaning(result.first);
     const auto kind = form == NameForm::word ? Operand::Kind::word : Operand::Kind::column;
     if (const auto column = header_.find({.kind = kind, .text = std::string{name}})) return column_meaning(*column);
-    const auto same = [&](const std::string& known) { return catalogue::same_name(known, name); };
-    const auto alike = std::ranges::find_if(results_, same);
-    if (alike != results_.end()) return result_meaning(index_of(alike));
+    if (const auto alike = results_.alike(name)) return result_meaning(alike.first);
     return variables_.find(name, form);
 }
 

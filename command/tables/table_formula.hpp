@@ -30,7 +30,7 @@ struct TableFormula {
 class TableNames : public FormulaNames {
 public:
     // results: of the calls so far. variables: may be null.
-    TableNames(const Header& header, const std::vector<std::string>& results, const Variables* variables)
+    TableNames(const Header& header, const IndexedNames& results, const Variables* variables)
         : header_{header}, results_{results}, variables_{variables} {}
 
     [[nodiscard]] std::optional<NameMeaning> find(std::string_view name, NameForm form) const override;
@@ -46,7 +46,7 @@ private:
     static TableFormula with_sources(Formula formula);
 
     const Header& header_;
-    const std::vector<std::string>& results_;
+    const IndexedNames& results_;
     VariableNames variables_;
 };
 

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 
 #include "command/words.hpp"
@@ -188,10 +189,56 @@ constexpr GoesOn lines[] = {
 
 TEST(Lines, GoOn) {
     for (const GoesOn& row : lines) {
-        std::string line = row.line;
-        EXPECT_EQ(command::goes_on(line), row.goes_on) << row.line;
-        EXPECT_EQ(line, row.left);
+        command::JoinedLine line;
+        line.add(row.line);
+        EXPECT_EQ(line.goes_on(), row.goes_on) << row.line;
+        EXPECT_EQ(line.text(), row.left);
     }
+}
+
+// The same of a text as a whole: slow where there are many lines.
+bool whole_goes_on(std::string& line) {
+    if (line.ends_with('\\')) {
+        line.back() = ' ';
+        return true;
+    }
+    int open = 0;
+    int before_quotation = 0;
+    char mark = '\0';
+    for (const char c : line) {
+        if (c == '(') ++open;
+        if (c == ')' && open > 0) --open;
+        if (mark == '\0' && (c == '"' || c == '\'')) {
+            mark = c;
+            before_quotation = open;
+        } else if (c == mark) {
+            mark = '\0';
+            open = before_quotation;
+        }
+    }
+    return open > 0;
+}
+
+TEST(Lines, GoOnAsTheWholeTextDoes) {
+    constexpr std::string_view letters = "(()'\"\\a ";
+    std::mt19937_64 random{22};
+    int joined = 0;
+    for (int i = 0; i < 20'000; ++i) {
+        command::JoinedLine line;
+        std::string whole;
+        bool goes_on = true;
+        for (bool first = true; goes_on && whole.size() < 60; first = false) {
+            std::string piece;
+            for (std::size_t size = random() % 5; size > 0; --size) piece += letters[random() % letters.size()];
+            line.add(piece);
+            whole.append(first ? "" : " ").append(piece);
+            goes_on = whole_goes_on(whole);
+            ASSERT_EQ(line.goes_on(), goes_on) << whole;
+            ASSERT_EQ(line.text(), whole);
+            joined += first ? 0 : 1;
+        }
+    }
+    EXPECT_GT(joined, 10'000);
 }
 
 TEST(Lines, CommentsAreCutOff) {
