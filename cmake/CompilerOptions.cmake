@@ -42,3 +42,18 @@ if(ZELKOVAN_SANITIZE)
     target_compile_options(zelkovan_options INTERFACE "$<$<COMPILE_LANGUAGE:C,CXX>:${sanitizer_flags}>")
     target_link_options(zelkovan_options INTERFACE ${sanitizer_flags})
 endif()
+
+# What programs built by others need in their environment to load a library of ours: with the address sanitizer its
+# runtime, before all else (clang's has the undefined one's within). Leaks are looked for where programs are ours, the
+# engines' own not being ours to mend; a second library with the same code in one process is meant.
+set(ZELKOVAN_RUNTIME "")
+set(ZELKOVAN_FOREIGN_PROGRAM "")
+if("address" IN_LIST ZELKOVAN_SANITIZE)
+    set(runtime libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        set(runtime libasan.so)
+    endif()
+    execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${runtime}"
+                    OUTPUT_VARIABLE ZELKOVAN_RUNTIME OUTPUT_STRIP_TRAILING_WHITESPACE)
+    set(ZELKOVAN_FOREIGN_PROGRAM "LD_PRELOAD=${ZELKOVAN_RUNTIME}" "ASAN_OPTIONS=detect_leaks=0:detect_odr_violation=0")
+endif()

@@ -7,6 +7,9 @@
 #     sql NUMBER [psql arguments]  as user "tester", database "postgres"
 #     as_user COMMAND ...          as whoever owns the servers
 #
+# SERVER_PRELOAD: libraries that the servers load before all else, a sanitizer's runtime. What it says in one of them is
+# shown, and fails the script.
+#
 # A server refuses to run as root: then its user is postgres, or else nobody.
 set -euo pipefail
 
@@ -34,14 +37,25 @@ stop_servers() {
     if [ -n "$folder" ]; then rm -rf "$folder"; fi
 }
 
+stop_servers_and_ask_them() {
+    local status=$? reports
+    reports=$([ -z "$folder" ] || grep -h -A 30 -E 'Sanitizer|runtime error:' "$folder"/server*.log || true)
+    stop_servers
+    if [ -z "$reports" ]; then exit "$status"; fi
+    printf '%s\n' "$reports" >&2
+    exit 1
+}
+
 # In /tmp whatever TMPDIR says: a socket's path is no longer than 107 bytes.
 prepare_servers() {
     local build=$1
     folder=$(as_user mktemp -d /tmp/zelkovan-pg.XXXXXX)
-    trap stop_servers EXIT
+    trap stop_servers_and_ask_them EXIT
     trap 'exit 130' INT TERM
     mkdir "$folder/stage"
     DESTDIR="$folder/stage" cmake --install "$build" --component postgresql >/dev/null
+    local library
+    for library in ${SERVER_PRELOAD:-}; do cp "$library" "$folder/stage"; done
     chmod -R a+rX "$folder/stage"
 }
 
@@ -78,6 +92,9 @@ start_server() {
 
 # In place of the shell, so that the process is the server itself.
 run_server() {
+    local library preload=
+    for library in ${SERVER_PRELOAD:-}; do preload+=" $folder/stage/${library##*/}"; done
+    set -- env LD_PRELOAD="$preload" ASAN_OPTIONS=detect_leaks=0:detect_odr_violation=0 "$@"
     if [ "$(id -u)" -ne 0 ]; then exec setpriv --pdeathsig INT "$@"; fi
     local user=nobody
     if id postgres >/dev/null 2>&1; then user=postgres; fi

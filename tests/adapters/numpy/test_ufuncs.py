@@ -1,5 +1,6 @@
 """Raw ufuncs and what they bring: broadcasting, out, where, threads, flat memory."""
 
+import os
 import pickle
 import threading
 import time
@@ -158,6 +159,8 @@ class Memory(unittest.TestCase):
 
         for _ in range(3):
             work()
+        if "SANITIZED" in os.environ:  # what was freed is kept for a while
+            return
         before = self.resident()
         for _ in range(10):
             work()
