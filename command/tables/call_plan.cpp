@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <tuple>
 
 #include "calls/meant.hpp"
 #include "catalogue/text.hpp"
@@ -66,7 +67,7 @@ private:
     IndexedNames results_;  // of the calls so far, as later ones name them
     TableNames names_;
     CallPlan plan_;
-    std::map<Input, std::size_t> inputs_;  // the plan's
+    std::map<std::tuple<std::size_t, Kind, bool>, std::size_t> inputs_;  // the plan's: column, kind, in a formula
 };
 
 std::optional<host::Argument> Planner::constant(Kind kind, const Operand& operand) const {
@@ -81,7 +82,8 @@ std::optional<host::Argument> Planner::constant(Kind kind, const Operand& operan
 }
 
 std::size_t Planner::input(const Input& wanted) {
-    const auto [place, added] = inputs_.try_emplace(wanted, plan_.inputs.size());
+    const auto [place, added] =
+        inputs_.try_emplace({wanted.column, wanted.kind, wanted.in_formula}, plan_.inputs.size());
     if (added) plan_.inputs.push_back(wanted);
     plan_.used_columns = std::max(plan_.used_columns, wanted.column + 1);
     return place->second;

@@ -9,7 +9,6 @@
 //      already, a number is added. A formula alone is called as it is written.
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -31,7 +30,7 @@ struct Input {
     std::size_t column = 0;
     catalogue::Kind kind{};
     bool in_formula = false;  // a number or a date, whichever it is
-    friend auto operator<=>(const Input&, const Input&) = default;
+    friend bool operator==(const Input&, const Input&) = default;
 };
 
 // Why a field is no value of that kind.
