@@ -5,6 +5,7 @@
 //  (3) fncmis looks at slot 0 whatever the count: who calls it has one.
 //  (4) A slot without a value, and a text without characters, is missing.
 #include "abi/arguments.hpp"
+#include "abi/floating_point_mode.hpp"
 #include "abi/text.hpp"
 
 namespace finance {
@@ -19,14 +20,20 @@ bool missing_by_type(const ArgSlot& slot) {
     return value.text == nullptr || vzatl(' ', value.text, value.length) == 1;
 }
 
-template <typename Test>
-void count_slots(const HostCallContext* context, double* result, Test test) {
+template <bool (*test)(const ArgSlot& slot)>
+std::uint32_t count_slots(const HostCallContext* context, double* result) {
     std::int64_t missing = 0;
     const std::int64_t count = argument_count(context);
     for (std::int64_t i = 0; i < count; ++i) {
         if (test(slots_of(context)[i])) ++missing;
     }
     *result = static_cast<double>(missing);
+    return STATUS_SUCCESS;
+}
+
+std::uint32_t count_first_slot(const HostCallContext* context, double* result) {
+    *result = missing_by_type(*slots_of(context)) ? 1.0 : 0.0;
+    return STATUS_SUCCESS;
 }
 
 }  // namespace
@@ -34,16 +41,13 @@ void count_slots(const HostCallContext* context, double* result, Test test) {
 }  // namespace finance
 
 std::uint32_t fncnmis(const HostCallContext* context, double* result) {
-    finance::count_slots(context, result, finance::missing_as_number);
-    return finance::STATUS_SUCCESS;
+    return finance::in_usual_mode(finance::count_slots<finance::missing_as_number>, context, result);
 }
 
 std::uint32_t fnccmis(const HostCallContext* context, double* result) {
-    finance::count_slots(context, result, finance::missing_by_type);
-    return finance::STATUS_SUCCESS;
+    return finance::in_usual_mode(finance::count_slots<finance::missing_by_type>, context, result);
 }
 
 std::uint32_t fncmis(const HostCallContext* context, double* result) {
-    *result = finance::missing_by_type(*finance::slots_of(context)) ? 1.0 : 0.0;
-    return finance::STATUS_SUCCESS;
+    return finance::in_usual_mode(finance::count_first_slot, context, result);
 }

@@ -1,6 +1,7 @@
 #include "cashflow/numeric_kernels.hpp"
 
 #include "abi/conversions.hpp"
+#include "abi/floating_point_mode.hpp"
 #include "abi/status.hpp"
 #include "abi/zelkovan.h"
 #include "elementary/functions.hpp"
@@ -94,9 +95,11 @@ double zpower(std::int32_t* status, double x, double y) {
 
 }  // namespace finance
 
-double zexpm1(double x) { return finance::zexpm1(x); }
-double zln1px(double x) { return finance::zln1px(x); }
-double zlnSumOfExp(double a, double b) { return finance::zlnSumOfExp(a, b); }
-double zvasum(const double* values, std::int64_t n) { return finance::zvasum(values, n); }
-double zvamx(const double* values, std::int64_t n) { return finance::zvamx(values, n); }
-double zpower(std::int32_t* status, double x, double y) { return finance::zpower(status, x, y); }
+double zexpm1(double x) { return finance::in_usual_mode(finance::zexpm1, x); }
+double zln1px(double x) { return finance::in_usual_mode(finance::zln1px, x); }
+double zlnSumOfExp(double a, double b) { return finance::in_usual_mode(finance::zlnSumOfExp, a, b); }
+double zvasum(const double* values, std::int64_t n) { return finance::in_usual_mode(finance::zvasum, values, n); }
+double zvamx(const double* values, std::int64_t n) { return finance::in_usual_mode(finance::zvamx, values, n); }
+double zpower(std::int32_t* status, double x, double y) {
+    return finance::in_usual_mode(finance::zpower, status, x, y);
+}

@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "abi/arguments.hpp"
+#include "abi/floating_point_mode.hpp"
 #include "abi/host_control.hpp"
 #include "abi/host_services.hpp"
 #include "abi/text.hpp"
@@ -74,12 +75,8 @@ std::int32_t find_calculation(const CharacterValue& argument) {
     xpslog(" ");
 }
 
-}  // namespace
-
-}  // namespace finance
-
-std::uint32_t fncfin(HostCallContext* context, double* result) {
-    using namespace finance;
+// One copy, for both ways in.
+[[gnu::noinline]] std::uint32_t dispatch(HostCallContext* context, double* result) {
     const std::int64_t count = argument_count(context);
     if (count < 1) {  // not even a name, and no slot to flag
         log_usage();
@@ -102,4 +99,12 @@ std::uint32_t fncfin(HostCallContext* context, double* result) {
         return STATUS_INVALID_ARGUMENT;
     }
     return row.handler(context, result, count, found) == STATUS_SUCCESS ? STATUS_SUCCESS : STATUS_INVALID_ARGUMENT;
+}
+
+}  // namespace
+
+}  // namespace finance
+
+std::uint32_t fncfin(HostCallContext* context, double* result) {
+    return finance::in_usual_mode(finance::dispatch, context, result);
 }

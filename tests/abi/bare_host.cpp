@@ -1,5 +1,7 @@
 #include "tests/abi/bare_host.hpp"
 
+#include <xmmintrin.h>
+
 #include <algorithm>
 #include <bit>
 #include <cstdio>
@@ -94,6 +96,7 @@ BareHost::~BareHost() {
 BareHost* BareHost::current() { return current_host; }
 
 std::uint64_t BareHost::serve(const Registers& registers) {
+    modes.push_back(_mm_getcsr());
     calls.push_back(registers);
     switch (registers.r10) {
         case service_log:

@@ -69,6 +69,7 @@ public:
 
     std::uint64_t answer = 0;
     std::vector<Registers> calls;         // of services, in order
+    std::vector<std::uint32_t> modes;     // MXCSR at each of them
     std::vector<std::string> log;         // lines, in order
     std::vector<MemoryRequest> requests;  // for memory, in order
     bool memory_is_out = false;

@@ -11,7 +11,7 @@
 
 #include "host/embedded_host.hpp"
 #include "module/financial_list.hpp"
-#include "tests/model/draws.hpp"
+#include "tests/corpus/corpus.hpp"
 
 namespace finance::test {
 namespace {
@@ -25,31 +25,17 @@ struct HostCall {
     host::Evaluation alone;
 };
 
-host::Argument as_argument(const Arg& arg) {
-    switch (arg.kind()) {
-        case Arg::Kind::text:
-            return arg.text();
-        case Arg::Kind::absent_text:
-            return host::Argument::absent_text();
-        case Arg::Kind::number:
-            return arg.number();
-        default:
-            return host::Argument::absent();
-    }
-}
-
 // Arguments are views into the draws, which stay where they are.
 std::vector<HostCall> calls_of_all() {
     std::vector<HostCall> calls;
     for (const FinancialRow& row : FinancialList) {
         const std::string name = row.name;
-        for (Draw& draw : read_draws("xz --decompress --stdout '" ZELKOVAN_CORPUS "/" + name + ".tsv.xz' | head -n " +
-                                     std::to_string(calls_each))) {
+        for (Draw& draw : corpus_of(name, calls_each)) {
             calls.push_back({.draw = std::move(draw), .arguments = {}, .alone = {}});
         }
     }
     for (HostCall& call : calls) {
-        for (const Arg& arg : call.draw.arguments) call.arguments.push_back(as_argument(arg));
+        call.arguments = host_arguments(call.draw);
         call.alone = linked_host().evaluate(call.draw.name, call.arguments);
     }
     return calls;

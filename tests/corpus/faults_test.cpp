@@ -10,7 +10,7 @@
 #include "host/memory_vector.hpp"
 #include "host/toolkit.hpp"
 #include "module/financial_list.hpp"
-#include "tests/model/draws.hpp"
+#include "tests/corpus/corpus.hpp"
 
 namespace finance::test {
 namespace {
@@ -18,7 +18,7 @@ namespace {
 constexpr Status without_memory = 2147604497;
 
 Draw first_answered(const std::string& name) {
-    for (Draw& draw : read_draws("xz --decompress --stdout '" ZELKOVAN_CORPUS "/" + name + ".tsv.xz' | head -n 100")) {
+    for (Draw& draw : corpus_of(name, 100)) {
         if (draw.status == STATUS_SUCCESS) return draw;
     }
     ADD_FAILURE() << name << ": none of the first calls is answered";

@@ -22,6 +22,9 @@ Draw draw_of(const std::string& line);
 // Those that the shell command prints. A command that ends with another status than 0 is a failure of the test.
 std::vector<Draw> read_draws(const std::string& command);
 
+// Whether that is the draw's result. An answer of the arithmetic may be any NaN; the missing value is one NaN only.
+bool same_result(const Draw& draw, bool written, double value);
+
 struct DrawCounts {
     int checked = 0;
     int answered = 0;

@@ -122,4 +122,11 @@ Outcome Call::through_dispatcher() {
     return outcome(linked_host().evaluate(context(), &result_).status);
 }
 
+Outcome Call::through(std::uint32_t (*routine)(HostCallContext* context, double* result)) {
+    ensure_host();
+    before_ = record_;
+    result_ = std::bit_cast<double>(untouched_bits);
+    return outcome(routine(context(), &result_));
+}
+
 }  // namespace finance::test

@@ -67,9 +67,11 @@ public:
     void set_mode(std::uint8_t mode);
     double* result() { return &result_; }
 
-    // Hands the record to the handler of the calculation, or to the dispatcher, and looks at what is left.
+    // Hands the record to the handler of the calculation, to the dispatcher, or to a routine like that, and looks at what
+    // is left.
     Outcome through_handler();
     Outcome through_dispatcher();
+    Outcome through(std::uint32_t (*routine)(HostCallContext* context, double* result));
 
 private:
     void fill_slot(std::size_t i, const Arg& argument);
