@@ -49,8 +49,9 @@ struct CharacterValue {
 
 inline CharacterValue character_value(const ArgSlot& slot) {
     if (slot.value == nullptr) return {nullptr, 0};
-    const auto* descriptor = static_cast<const CharacterDescriptor*>(slot.value);
-    return {descriptor->text, descriptor->length};
+    CharacterDescriptor descriptor;  // a copy: the host's may lie at any address
+    std::memcpy(&descriptor, slot.value, sizeof descriptor);
+    return {descriptor.text, descriptor.length};
 }
 
 // ---- The takers

@@ -3,8 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <map>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -82,6 +84,11 @@ Outcome run_words(const CommandLine& line) {
     return run_job(words.front(), Words{words}.subspan(1), settings);
 }
 
+Outcome failure(const char* words, bool json) {
+    if (json) return json_failure(words);
+    return {exit_refused, "", std::string{"finance: "} + words + '\n'};
+}
+
 }  // namespace
 
 Outcome run(int argc, const char* const* argv) {
@@ -92,9 +99,10 @@ Outcome run(int argc, const char* const* argv) {
     } catch (const UsageError& error) {
         if (asks_for_json(argc, argv)) return json_usage(error);
         return {exit_usage, "", std::string{"finance: "} + error.what() + "\ntry: " + error.hint() + '\n'};
+    } catch (const std::bad_alloc&) {
+        return failure(not_enough_memory, asks_for_json(argc, argv));
     } catch (const std::exception& error) {
-        if (asks_for_json(argc, argv)) return json_failure(error.what());
-        return {exit_refused, "", std::string{"finance: "} + error.what() + '\n'};
+        return failure(error.what(), asks_for_json(argc, argv));
     }
 }
 

@@ -21,6 +21,9 @@ struct Outcome {
     bool dated = false;             // whether that is a date
 };
 
+// What std::bad_alloc says, in words.
+inline constexpr const char* not_enough_memory = "there is not enough memory";
+
 // At once; whether all of it could be written.
 bool write_text(std::FILE* stream, std::string_view text);
 

@@ -4,7 +4,8 @@
 //     const auto answer = host.evaluate("PMT", {0.005, 360.0, 200000.0});
 //
 // It loads the module as any host does (entry point, image record, registration entry, items, dispatcher) and keeps the
-// dispatcher. A module serves one host at a time: of each shared object, one EmbeddedHost may live in a process.
+// dispatcher. A module serves one host at a time: of each shared object, one EmbeddedHost may live in a process, whatever
+// copies of this library the process has.
 #pragma once
 
 #include <concepts>

@@ -39,6 +39,11 @@ std::string last_loader_message() {
 struct ClaimedModules {
     std::mutex mutex;
     std::vector<EntryPoint> entries;
+
+    // With the mutex held.
+    [[nodiscard]] bool have(EntryPoint entry) const {
+        return std::find(entries.begin(), entries.end(), entry) != entries.end();
+    }
 };
 
 ClaimedModules& claimed_modules() {
@@ -46,21 +51,36 @@ ClaimedModules& claimed_modules() {
     return modules;
 }
 
+LoadError already_serving(const std::string& name) {
+    return LoadError{"The module " + name + " already serves another host of this process."};
+}
+
+EntryPoint entry_of(void* handle) { return reinterpret_cast<EntryPoint>(::dlsym(handle, entry_name.data())); }
+
 }  // namespace
 
 // ---- The shared object
 
 SharedObject::SharedObject(const std::filesystem::path& path) : path_{std::filesystem::absolute(path).string()} {
+    ClaimedModules& modules = claimed_modules();
+    const std::lock_guard lock{modules.mutex};  // nobody loads it between the question and the loading
+    handle_.reset(::dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD));
+    if (handle_ != nullptr) {
+        if (modules.have(entry_of(handle_.get()))) throw already_serving(path.string());
+        throw LoadError{"The module " + path_ +
+                        " is loaded in this process already, by another copy of the host library or by the program "
+                        "itself, and serves one host only: a second host needs a copy of the file."};
+    }
     handle_.reset(::dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (handle_ == nullptr)
         throw LoadError{"The module " + path_ + " cannot be loaded: " + last_loader_message() + "."};
 }
 
 EntryPoint SharedObject::entry_point() const {
-    void* entry = ::dlsym(handle_.get(), entry_name.data());
+    const EntryPoint entry = entry_of(handle_.get());
     if (entry == nullptr)
         throw LoadError{"The module " + path_ + " has no entry point " + std::string{entry_name} + "."};
-    return reinterpret_cast<EntryPoint>(entry);
+    return entry;
 }
 
 void SharedObject::Closer::operator()(void* handle) const noexcept { ::dlclose(handle); }
@@ -70,9 +90,7 @@ void SharedObject::Closer::operator()(void* handle) const noexcept { ::dlclose(h
 ModuleClaim::ModuleClaim(EntryPoint entry, const std::string& name) : entry_{entry} {
     ClaimedModules& modules = claimed_modules();
     const std::lock_guard lock{modules.mutex};
-    if (std::find(modules.entries.begin(), modules.entries.end(), entry) != modules.entries.end()) {
-        throw LoadError{"The module " + name + " already serves another host of this process."};
-    }
+    if (modules.have(entry)) throw already_serving(name);
     modules.entries.push_back(entry);
 }
 

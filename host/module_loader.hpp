@@ -13,7 +13,9 @@ namespace finance::host {
 class ControlBlock;
 class ServiceDesk;
 
-// A shared object, loaded while this lives. Empty for a module that is linked into the program.
+// A shared object, loaded while this lives. Empty for a module that is linked into the program. One that is loaded already
+// is refused: the loader would hand out the same one again, whose memory then is of whichever host came last. The loader
+// knows of other copies of this library in the process (two extensions, say), which ModuleClaim does not.
 class SharedObject {
 public:
     SharedObject() = default;

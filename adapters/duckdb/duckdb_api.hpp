@@ -5,6 +5,7 @@
 #include <duckdb_extension.h>
 
 #include <exception>
+#include <new>
 
 DUCKDB_EXTENSION_EXTERN
 
@@ -36,6 +37,8 @@ template <typename Run, typename Tell>
 void or_tell(Run run, Tell tell) noexcept {
     try {
         run();
+    } catch (const std::bad_alloc&) {
+        tell("zelkovan: there is not enough memory");
     } catch (const std::exception& fault) {
         tell(fault.what());
     } catch (...) {

@@ -86,6 +86,7 @@ Outcome run_prompt(const Settings& settings) {
 
 Outcome run_script(const Settings& settings) {
     PromptSession session{settings, LinesFrom::script};
+    std::cin.exceptions(std::ios::badbit);  // a line without memory for it is not the end
     int status = exit_answered;
     std::uint64_t number = 0;
     for (std::string line; !session.ended() && std::getline(std::cin, line);) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <new>
 #include <utility>
 
 #include "catalogue/catalogue.hpp"
@@ -219,6 +220,14 @@ Outcome PromptSession::run_text(std::string_view line, Settings& settings) {
     return words.empty() ? Outcome{} : run_words(std::move(words), settings);
 }
 
+namespace {
+
+Outcome failure(const char* words, bool json) {
+    return json ? json_failure(words) : Outcome{exit_refused, "", std::string{words} + '\n'};
+}
+
+}  // namespace
+
 Outcome PromptSession::run_line(std::string_view line, Settings& settings) {
     try {
         check_text(line);
@@ -226,8 +235,10 @@ Outcome PromptSession::run_line(std::string_view line, Settings& settings) {
         return run_text(line, settings);
     } catch (const UsageError& error) {
         return settings.json ? json_usage(error) : wrong_usage(error);
+    } catch (const std::bad_alloc&) {
+        return failure(not_enough_memory, settings.json);
     } catch (const std::exception& error) {
-        return settings.json ? json_failure(error.what()) : Outcome{exit_refused, "", std::string{error.what()} + '\n'};
+        return failure(error.what(), settings.json);
     }
 }
 

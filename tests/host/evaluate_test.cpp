@@ -1,7 +1,13 @@
 // evaluate(): any number of arguments.
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <new>
 #include <stdexcept>
 #include <vector>
 
@@ -47,6 +53,26 @@ TEST(Evaluate, RefusesWhatARecordCannotHold) {
     EXPECT_THROW((void)host.evaluate(endless, {0, 90}), std::length_error);
     EXPECT_THROW((void)host.evaluate("NPV", countless), std::length_error);
     EXPECT_EQ(host.evaluate("SLN", {10000, 1000, 5}).value, 1800.0) << "the thread's record is as good as before";
+}
+
+// A head without slots, and nothing behind it.
+TEST(Evaluate, ReadsNoSlotOfARecordWithANegativeCount) {
+    const EmbeddedHost host{real_module()};
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    void* pages = ::mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pages, MAP_FAILED);
+    ASSERT_EQ(::mprotect(static_cast<std::byte*>(pages) + page, page, PROT_NONE), 0);
+    auto* context = new (static_cast<std::byte*>(pages) + page - sizeof(HostCallContext)) HostCallContext{};
+    for (const std::int64_t count : {std::int64_t{0}, std::int64_t{-1}, std::int64_t{0xFFFFFFFF}, std::int64_t{1} << 31,
+                                     std::numeric_limits<std::int64_t>::min()}) {
+        context->count = count;
+        double result = 1234.5;
+        const Evaluation got = host.evaluate(context, &result);
+        EXPECT_EQ(got.status, ZELKOVAN_STATUS_INVALID_ARGUMENT) << count;
+        EXPECT_EQ(got.flagged, -1) << count;
+        EXPECT_EQ(result, 1234.5) << count;
+    }
+    ::munmap(pages, 2 * page);
 }
 
 }  // namespace

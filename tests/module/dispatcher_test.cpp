@@ -1,6 +1,9 @@
 // The dispatcher: the table, and the names that find its rows.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstddef>
+#include <cstring>
 #include <random>
 #include <string>
 #include <string_view>
@@ -156,6 +159,30 @@ TEST_F(Dispatcher, SearchIsALinearSearch) {
         if (!expected.empty()) ++found;
     }
     EXPECT_GT(found, 2000);
+}
+
+// ---- Where the host keeps its records
+
+// Descriptors of texts and numbers may lie at any address. (A read as of an aligned record is for sanitizers to see.)
+TEST_F(Dispatcher, DescriptorsAtOddAddresses) {
+    const std::vector<Arg> arguments{0, 90, "ACT/360"};
+    for (std::size_t offset = 0; offset < 8; ++offset) {
+        Call call{"YEARFRAC", arguments};
+        ArgSlot* slots = slots_of(call.context());
+        std::array<std::array<std::byte, sizeof(CharacterDescriptor) + 8>, 2> moved{};
+        for (const std::size_t i : {0U, 3U}) {
+            std::byte* place = moved[i == 0 ? 0 : 1].data() + offset;
+            std::memcpy(place, slots[i].value, sizeof(CharacterDescriptor));
+            slots[i].value = place;
+        }
+        host.answer = 0;
+        const Outcome got = call.through_dispatcher();
+        EXPECT_EQ(got.status, STATUS_SUCCESS) << offset;
+        EXPECT_EQ(got.value, 0.25) << offset;
+        double missing_values = -1.0;
+        EXPECT_EQ(fnccmis(call.context(), &missing_values), 0U);
+        EXPECT_EQ(missing_values, 0.0) << offset;
+    }
 }
 
 }  // namespace
