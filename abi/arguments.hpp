@@ -11,6 +11,7 @@
 
 #include <cassert>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -49,9 +50,12 @@ struct CharacterValue {
 
 inline CharacterValue character_value(const ArgSlot& slot) {
     if (slot.value == nullptr) return {nullptr, 0};
-    CharacterDescriptor descriptor;  // a copy: the host's may lie at any address
-    std::memcpy(&descriptor, slot.value, sizeof descriptor);
-    return {descriptor.text, descriptor.length};
+    const auto* descriptor = static_cast<const char*>(slot.value);  // at any address
+    const char* text;
+    std::uint32_t length;
+    std::memcpy(&text, descriptor + offsetof(CharacterDescriptor, text), sizeof text);
+    std::memcpy(&length, descriptor + offsetof(CharacterDescriptor, length), sizeof length);
+    return {text, length};
 }
 
 // ---- The takers

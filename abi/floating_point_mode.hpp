@@ -1,5 +1,6 @@
 // The processor's floating-point mode, which belongs to the thread of whoever calls. Results are those of the usual mode:
-// every routine that the host may call and that looks at numbers is entered through in_usual_mode.
+// every routine that the host may call and that looks at numbers is entered through in_usual_mode, and so is what front
+// ends say of an answer.
 //
 //  (1) Usual is what a process starts with: round to nearest, denormal numbers neither read as zero nor flushed to zero,
 //      no exception traps. In any other mode the usual one is set, and the caller's is back when the routine returns.
@@ -13,6 +14,7 @@
 #include <emmintrin.h>
 
 #include <cstdint>
+#include <type_traits>
 
 namespace finance {
 
@@ -70,7 +72,8 @@ private:
 // Compilers know nothing of modes: arithmetic, and calls of routines that do nothing else, may be moved past a change of
 // mode. Here there is neither: what is called is for the compiler whatever the pointer holds once the mode is set.
 template <typename Result, typename... Parameters>
-[[gnu::cold, gnu::noinline]] Result call_in_usual_mode(Result (*routine)(Parameters...), Parameters... arguments) {
+[[gnu::cold, gnu::noinline]] Result call_in_usual_mode(Result (*routine)(Parameters...),
+                                                       std::type_identity_t<Parameters>... arguments) {
     const UsualMode usual;
     asm volatile("" : "+r"(routine) : : "memory");
     return routine(arguments...);
@@ -79,7 +82,7 @@ template <typename Result, typename... Parameters>
 // ---- routine(arguments...)
 
 template <typename Result, typename... Parameters>
-Result in_usual_mode(Result (*routine)(Parameters...), Parameters... arguments) {
+Result in_usual_mode(Result (*routine)(Parameters...), std::type_identity_t<Parameters>... arguments) {
     if (exceptions_trap() || !sums_are_usual()) [[unlikely]]
         return call_in_usual_mode(routine, arguments...);
     return routine(arguments...);

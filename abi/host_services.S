@@ -5,6 +5,8 @@
  * identifier, and r11, which carries the jump target.
  */
 
+#include <cet.h> /* _CET_ENDBR, where control flow is protected; the note that says so */
+
 #include "abi/zelkovan.h"
 
 .macro service name, vector, slot
@@ -14,6 +16,7 @@
     .p2align 4
 \name:
     .cfi_startproc
+    _CET_ENDBR
     movq    v_global_gcb_anchor(%rip), %r11
     movq    8*ZELKOVAN_GCB_MARKS(%r11), %r10    /* the marks, a byte for each vector */
     movb    $0, \vector(%r10)
@@ -34,6 +37,7 @@
     .p2align 4
 \name:
     .cfi_startproc
+    _CET_ENDBR
     movslq  %\narrow, %\wide
     movq    8*\slot(%rdi), %r11
     jmpq    *%r11

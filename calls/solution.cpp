@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "abi/floating_point_mode.hpp"
 #include "calls/equations.hpp"
 #include "catalogue/text.hpp"
 
@@ -39,13 +40,19 @@ bool comes_near(const Equation& equation, double rate) {
     return is_little(miss, equation.known_terms(trial)) || is_little(miss, equation.all_terms(rate));
 }
 
-}  // namespace
-
-bool solves(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments, double answer) {
+bool solves_in_this_mode(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments,
+                         double answer) {
     const auto equation = equation_of(host, calculation, arguments);
     if (!equation) return true;
     if (answer != lowest_rate && comes_near(*equation, answer)) return true;
     return crosses_target(*equation, answer) || equation->is_rule(answer);
+}
+
+}  // namespace
+
+// Flows may be denormal numbers, and a side of the target the last bit.
+bool solves(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments, double answer) {
+    return in_usual_mode(solves_in_this_mode, host, calculation, arguments, answer);
 }
 
 bool holds(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments, double answer) {

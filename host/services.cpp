@@ -21,9 +21,10 @@ extern "C" {
     std::abort();
 }
 
-// A module jumps to a service with the identifier in r10, which no C++ routine can read.
+// A module jumps to a service with the identifier in r10, which no C++ routine can read. (endbr64: it may be jumped to.)
 [[gnu::naked, gnu::visibility("hidden")]] void finance_host_unexpected_service() {
-    asm("movq %r10, %rdi\n\t"
+    asm("endbr64\n\t"
+        "movq %r10, %rdi\n\t"
         "jmp finance_host_refuse_service");
 }
 }

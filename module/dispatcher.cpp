@@ -23,8 +23,9 @@ namespace {
 constexpr std::int32_t unknown_row = -1;
 
 // The name as the host spells it, in upper case, in a buffer of its own. The search does not use it (2), but in multibyte
-// mode the translation is a service call that the host may watch. In the other mode nobody would see it.
-void translate_copy(const char* name, std::int64_t length) {
+// mode the translation is a service call that the host may watch. In the other mode nobody would see it. (Not inlined:
+// its buffer is guarded, and calls in the other mode need not pay for that.)
+[[gnu::noinline]] void translate_copy(const char* name, std::int64_t length) {
     constexpr std::int64_t work_length = 16;
     char work[work_length];
     vzmp(name, length, work, work_length);
