@@ -228,7 +228,10 @@ ZELKOVAN_EXPORT void kxvercn1(void* destination);
  *   - TBILLEQ, where the equation of a bill of more than half a year has no real solution;
  *   - XNPV, where the number of arguments is odd;
  *   - XNPV and XIRR, where the host has no memory for their working arrays.
- * So write what *result shall be then before the call. A null result is never written to. */
+ * So write what *result shall be then before the call. A null result is never written to.
+ *
+ * This, the counters and the kernels give the same bits in any floating-point mode of the calling thread. They leave the
+ * mode as it is, and call the host's services in the one in which a process starts. */
 ZELKOVAN_EXPORT uint32_t fncfin(HostCallContext* context, double* result);
 
 /* Missing-value counters: every slot read as a number; every slot by its type; slot 0 only, whatever the count (1.0 or
