@@ -8,7 +8,7 @@
 //  (3) The host's services are called in the usual mode: the number of a day is part of an answer.
 //  (4) Whether exceptions trap is asked of the x87 unit's control word, which the C library's routines (feenableexcept,
 //      fesetenv) set along with MXCSR. A program that unmasks exceptions in MXCSR alone is served with them unmasked.
-//      Else that unit does not matter: neither the module nor what it calls of the maths library uses it.
+//      Else that unit does not matter: the module does not use it.
 #pragma once
 
 #include <emmintrin.h>
