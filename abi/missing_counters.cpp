@@ -5,6 +5,8 @@
 //  (3) fncmis looks at slot 0 whatever the count: who calls it has one.
 //  (4) A slot without a value, and a text without characters, is missing.
 #include "abi/arguments.hpp"
+#include "abi/steps.hpp"
+
 #include "abi/floating_point_mode.hpp"
 #include "abi/text.hpp"
 
@@ -24,6 +26,7 @@ template <bool (*test)(const ArgSlot& slot)>
 std::uint32_t count_slots(const HostCallContext* context, double* result) {
     std::int64_t missing = 0;
     const std::int64_t count = argument_count(context);
+    if (count > 0) count_steps(count);
     for (std::int64_t i = 0; i < count; ++i) {
         if (test(slots_of(context)[i])) ++missing;
     }

@@ -32,6 +32,7 @@ void vzmp(const char* source, std::int64_t source_length, char* destination, std
 
 std::int32_t vzatl(char character, const char* text, std::int64_t length) {
     for (std::int64_t i = 0; i < length; ++i) {
+        count_step();
         if (text[i] != character) return 0;
     }
     return 1;
@@ -49,6 +50,7 @@ std::int64_t wzstdel(char* text, std::int64_t length, const char* set, std::int6
     };
     std::int64_t kept = 0;
     for (std::int64_t i = 0; i < old_length; ++i) {
+        count_step();
         if (!in_set(text[i])) text[kept++] = text[i];
     }
     if (length > 0) {
@@ -81,6 +83,7 @@ std::uint32_t wztxxlt(std::uint32_t mode, const char* source, char* destination,
     }
     const unsigned char* table = translation_table(mode);
     for (std::int64_t i = 0; i < length; ++i) {
+        count_step();
         destination[i] = static_cast<char>(table[static_cast<unsigned char>(source[i])]);
     }
     return 0;

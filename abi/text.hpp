@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "abi/conversions.hpp"
+#include "abi/steps.hpp"
 
 namespace finance {
 
@@ -15,7 +16,10 @@ std::int64_t wzstlen(const char* text);
 
 // Length without trailing blanks. A length <= 0 comes back unchanged; leading blanks count.
 inline std::int64_t wzstrip(const char* text, std::int64_t length) {
-    while (length > 0 && text[length - 1] == blank) --length;
+    while (length > 0 && text[length - 1] == blank) {
+        count_step();
+        --length;
+    }
     return length;
 }
 
@@ -46,12 +50,15 @@ inline std::int32_t order_by_table(const unsigned char* mapped, const char* a, s
     };
     std::int64_t i = 0;
     for (; i < a_length && i < b_length; ++i) {
+        count_step();
         if (from(a, i) != from(b, i)) return decided(i, from(a, i) < from(b, i));
     }
     for (; i < a_length; ++i) {
+        count_step();
         if (from(a, i) != blank) return decided(i, from(a, i) < blank);
     }
     for (; i < b_length; ++i) {
+        count_step();
         if (from(b, i) != blank) return decided(i, from(b, i) > blank);
     }
     return 0;

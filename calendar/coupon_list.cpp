@@ -1,6 +1,7 @@
 #include "calendar/coupon_list.hpp"
 
 #include "abi/conversions.hpp"
+#include "abi/steps.hpp"
 #include "calendar/coupon_days.hpp"
 #include "calendar/period_walk.hpp"
 
@@ -39,6 +40,7 @@ void walk_to_end(CouponList* list, const CalendarDate& first_end) {
     count_periods(&list->periodsStored, skipped);
     count_periods(&list->wholePeriods, skipped);
     while (walk.step() || !before(walk.to(), *list->endDate)) {
+        count_step();
         write_period(list, &list->lastPeriod, walk.from(), walk.to());
         switch (zCompareDates(&walk.to(), list->endDate)) {
             case DATE_BEFORE:

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "abi/conversions.hpp"
+#include "abi/steps.hpp"
 #include "calendar/coupon_days.hpp"
 
 namespace finance {
@@ -101,6 +102,7 @@ void take_coupons(CouponInfo* info, const PlainSchedule& plain, const Question& 
 constexpr std::int64_t longest_search = 64;
 
 std::int64_t next_step(std::int64_t k, std::int64_t last) {
+    count_step();
     return k < longest_search ? k + 1 : std::max(k + 1, last - longest_search);
 }
 

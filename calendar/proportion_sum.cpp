@@ -4,6 +4,7 @@
 #include <array>
 #include <numeric>
 
+#include "abi/steps.hpp"
 #include "calendar/coupon_days.hpp"
 #include "calendar/period_walk.hpp"
 #include "calendar/repeated_sum.hpp"
@@ -12,8 +13,8 @@ namespace finance {
 
 namespace {
 
-constexpr std::int64_t longest_walk_without_months = 5'000'000;  // others end of themselves
-constexpr std::int64_t months_in_calendar_cycle = 4800;          // 400 years; every day count repeats after them
+constexpr std::int64_t longest_walk_without_months = literal_steps(5'000'000);  // others end of themselves
+constexpr std::int64_t months_in_calendar_cycle = 4800;  // 400 years; every day count repeats after them
 
 std::int64_t periods_in_cycle(const CouponTerms& terms) { return months_in_calendar_cycle / terms.monthsPerPeriod; }
 
@@ -27,6 +28,7 @@ double whole_period(const PeriodWalk& walk, CouponTerms* terms) {
 
 double add_periods(double total, PeriodWalk& walk, std::int64_t periods, CouponTerms* terms) {
     for (std::int64_t k = 0; k < periods; ++k) {
+        count_step();
         walk.step();
         total += whole_period(walk, terms);
     }
@@ -41,10 +43,14 @@ double add_cycles(double total, PeriodWalk& walk, std::int64_t periods, CouponTe
     std::array<double, months_in_calendar_cycle> proportions;
     const auto end = proportions.begin() + in_cycle;
     std::generate(proportions.begin(), end, [&] {
+        count_step();
         walk.step();
         return whole_period(walk, terms);
     });
-    total = repeat_sum(total, cycles, [&](double sum) { return std::accumulate(proportions.begin(), end, sum); });
+    total = repeat_sum(total, cycles, [&](double sum) {
+        count_steps(end - proportions.begin());
+        return std::accumulate(proportions.begin(), end, sum);
+    });
     walk.skip((cycles - 1) * in_cycle);
     return add_periods(total, walk, periods % in_cycle, terms);
 }
@@ -70,6 +76,7 @@ double sum_of_proportions(double total, const CalendarDate& origin, const Calend
     if (long_walk) total = add_sure_periods(total, walk, end, terms);
     std::int64_t steps_left = longest_walk_without_months;
     while (true) {
+        count_step();
         const bool goes_on = walk.step();
         if (!whole_before(walk.to(), end, until) || !goes_on || --steps_left == 0) break;
         total += whole_period(walk, terms);

@@ -17,6 +17,7 @@
 #include <cstdint>
 
 #include "abi/conversions.hpp"
+#include "abi/steps.hpp"
 
 namespace finance {
 
@@ -58,6 +59,7 @@ RepeatedSum repeat_while(double sum, std::int64_t times, AddCycle add_cycle, Goe
     std::int64_t done = 0;
     const auto step = [&] {
         if (done >= times || !goes_on(sum)) return false;
+        count_step();
         sum = add_cycle(sum);
         ++done;
         return true;
@@ -76,6 +78,7 @@ RepeatedSum repeat_while(double sum, std::int64_t times, AddCycle add_cycle, Goe
             std::int64_t beyond = jumps;
             jumps = 0;
             while (beyond - jumps > 1) {
+                count_step();
                 const std::int64_t mid = jumps + (beyond - jumps) / 2;
                 (goes_on(units::move(sum, mid * by)) ? jumps : beyond) = mid;
             }

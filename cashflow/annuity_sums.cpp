@@ -11,7 +11,7 @@ namespace finance {
 
 namespace {
 
-constexpr std::int64_t most_steps = 100'000'000;
+constexpr std::int64_t most_steps = literal_steps(100'000'000);
 
 struct Running {
     double balance;
@@ -37,6 +37,7 @@ bool walk_periods(const LoanWalk& walk, double* sum, Step step) {
     Running now{walk.balance, walk.sum};
     for (std::int64_t j = 1; j <= walk.last; ++j) {
         if (j > longest) return false;
+        count_step();
         const double before = now.balance;
         step(now, j >= walk.first);
         if (!same_bits(now.balance, before)) continue;

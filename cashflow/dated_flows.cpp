@@ -12,6 +12,7 @@
 #include <cmath>
 
 #include "abi/host_services.hpp"
+#include "abi/steps.hpp"
 #include "calendar/date_arguments.hpp"
 #include "cashflow/host_array.hpp"
 #include "cashflow/kernels.hpp"
@@ -29,6 +30,7 @@ constexpr Status status_without_memory = 2147604497;
 
 // m amounts from `first` on, then m dates.
 bool read_flows(Arguments& in, int first, DatedCashFlows& flows) {
+    count_steps(2 * flows.count);
     for (int i = 0; i < flows.count; ++i) {
         if (!in.number(first + i, flows.values[i])) return false;
     }
@@ -116,6 +118,7 @@ XirrOutcome two_point_start(const DatedCashFlows& flows, double* start) {
     double vL = 0.0;
     bool any = false;
     for (int i = 0; i < flows.count; ++i) {
+        count_step();
         if (!(std::abs(flows.values[i]) >= smallest_that_counts)) continue;
         any = true;
         if (flows.dates[i] < earliest) {
@@ -140,6 +143,7 @@ XirrOutcome two_point_start(const DatedCashFlows& flows, double* start) {
 int zComputeXNPV(DatedCashFlows* flows) {
     const double q = 1.0 / (1.0 + flows->rate);
     double result = flows->values[0];
+    count_steps(flows->count);
     for (int i = 1; i < flows->count; ++i) {
         result = result + flows->values[i] * elementary::pow(q, years_from_first(*flows, i));
     }
@@ -153,6 +157,7 @@ std::uint32_t ComputeF_XIRR(NewtonProblem* problem) {
     double value = flows.values[0];
     double derivative = 0.0;
     double largest = std::abs(flows.values[0]);
+    count_steps(flows.count);
     for (int i = 1; i < flows.count; ++i) {
         const double t = years_from_first(flows, i);
         const double p = elementary::pow(q, t) * flows.values[i];

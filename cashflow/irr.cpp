@@ -13,6 +13,7 @@
 #include <cmath>
 
 #include "abi/arguments.hpp"
+#include "abi/steps.hpp"
 #include "cashflow/numeric_kernels.hpp"
 #include "cashflow/root_search.hpp"
 #include "cashflow/work_pool.hpp"
@@ -29,6 +30,7 @@ double cashflow(std::int32_t i, void* context) {
 namespace {
 
 bool any_flow_missing(const HostCallContext* context, std::int64_t count) {
+    count_steps(count);
     for (std::int64_t i = 1; i < count; ++i) {
         if (is_missing(numeric_value(slots_of(context)[i]))) return true;
     }
@@ -64,6 +66,7 @@ bool acceptable(const IrrRequest& request) {
 // A missing flow is 0.
 template <typename FlowOfPeriod>
 void read_all(double* c, std::int32_t n, FlowOfPeriod flow_of_period) {
+    count_steps(n);
     for (std::int32_t k = 0; k < n; ++k) {
         const double flow = flow_of_period(k);
         c[k] = is_missing(flow) ? 0.0 : flow;
@@ -80,6 +83,7 @@ Flows read_flows(const IrrRequest& request, double* c) {
     }
     std::int32_t first = 0;
     std::int32_t last = request.n - 1;
+    count_steps(request.n);
     while (first <= last && c[first] == 0.0) ++first;
     while (last >= first && c[last] == 0.0) --last;
     return {c + first, last - first + 1};
@@ -100,11 +104,13 @@ std::int32_t sign_changes(const Flows& flows) {
     for (std::int32_t k = 1; k < flows.n; ++k) {
         changed += sign_bit(flows.c[k]) ^ sign_bit(flows.c[k - 1]);
         smallest = std::min(smallest, size_of(flows.c[k]));
+        count_step();
     }
     if (smallest != 0) return static_cast<std::int32_t>(changed);
     std::int32_t changes = 0;
     bool positive = flows.c[0] > 0.0;
     for (std::int32_t k = 1; k < flows.n; ++k) {
+        count_step();
         if (flows.c[k] == 0.0 || (flows.c[k] > 0.0) == positive) continue;
         positive = !positive;
         ++changes;

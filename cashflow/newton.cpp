@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "abi/steps.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {
@@ -33,6 +34,7 @@ int CallSpecialNewton(NewtonProblem* problem) {
     std::int32_t iteration = 0;
     problem->x = problem->start;
     while (true) {
+        count_step();
         if (problem->objective(problem) != 0) return 1;
         const double x = problem->x;
         const double step = (0.0 - problem->value) / ((x + 1.0) * problem->derivative);

@@ -3,6 +3,7 @@
 #include "abi/conversions.hpp"
 #include "abi/floating_point_mode.hpp"
 #include "abi/status.hpp"
+#include "abi/steps.hpp"
 #include "abi/zelkovan.h"
 #include "elementary/functions.hpp"
 
@@ -10,6 +11,7 @@ namespace finance {
 
 double zvasum(const double* values, std::int64_t n) {
     double sum = 0.0;
+    if (n > 0) count_steps(n);
     for (std::int64_t i = 0; i < n; ++i) sum += std::abs(values[i]);
     return sum;
 }
@@ -17,6 +19,7 @@ double zvasum(const double* values, std::int64_t n) {
 double zvamx(const double* values, std::int64_t n) {
     if (n < 1) return 0.0;
     double largest = std::abs(values[0]);
+    count_steps(n);
     for (std::int64_t i = 1; i < n; ++i) {
         const double candidate = std::abs(values[i]);
         if (!(largest > candidate)) largest = candidate;
@@ -35,6 +38,7 @@ double power_failure(std::int32_t* status, PowerStatus reason) {
 double integral_power(double base, std::int64_t k) {
     double power = 1.0;
     while (true) {
+        count_step();
         if ((k & 1) != 0) power *= base;
         k >>= 1;
         if (k == 0) return power;

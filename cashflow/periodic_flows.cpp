@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "abi/arguments.hpp"
+#include "abi/steps.hpp"
 #include "cashflow/numeric_kernels.hpp"
 #include "elementary/functions.hpp"
 
@@ -19,6 +20,7 @@ FINANCE_HANDLER(NPV) {
     const double d = 1.0 / (rate + 1.0);
     double s = 0.0;
     for (auto i = static_cast<int>(count) - 1; i >= 2; --i) {
+        count_step();
         double v;
         if (!in.number(i, v)) return in.status();
         s = s * d + v;
@@ -37,6 +39,7 @@ struct SignedWorth {
 
 bool read_signed_worth(Arguments& in, int m, double dR, double dF, SignedWorth& worth) {
     for (int i = m; i >= 1; --i) {
+        count_step();
         double v;
         if (!in.number(i, v)) return false;
         worth.P = worth.P * dR;

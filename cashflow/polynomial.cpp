@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "abi/conversions.hpp"
+#include "abi/steps.hpp"
 #include "cashflow/root_search.hpp"
 #include "elementary/functions.hpp"
 
@@ -17,6 +18,7 @@ struct Values {
 // Horner's rule over n coefficients c, stride apart, the one of the highest power first.
 Values horner(const double* c, std::int64_t stride, std::int32_t n, double z) {
     Values v{c[0], 0.0, 0.0};
+    count_steps(n);
     for (std::int32_t k = 1; k < n; ++k) {
         v.p2 = v.p2 * z + v.p1;
         v.p1 = v.p1 * z + v.p;

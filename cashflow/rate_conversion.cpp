@@ -3,6 +3,7 @@
 //  (1) Rates are not bounded. Below -1 the logarithm answers with a NaN, at -1 with an infinity; both are answers.
 //  (2) EFFECT keeps the periods per year in 32 bits, NOMINAL in 64.
 #include "abi/arguments.hpp"
+#include "abi/steps.hpp"
 #include "cashflow/numeric_kernels.hpp"
 
 namespace finance {
@@ -33,6 +34,7 @@ FINANCE_HANDLER(FVSCHEDULE) {
     double v;
     if (!in.number(1, v)) return in.status();
     for (int i = 2; in.given(i); ++i) {
+        count_step();
         double rate;
         if (!in.number(i, rate)) return in.status();
         v = v * (1.0 + rate);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "abi/steps.hpp"
 #include "cashflow/numeric_kernels.hpp"
 #include "elementary/functions.hpp"
 
@@ -22,6 +23,7 @@ bool opposite(double a, double b) { return (a > 0.0 && b < 0.0) || (a < 0.0 && b
 std::int32_t first_change(const Flows& flows) {
     std::int32_t k = 1;
     while (k < flows.n && !opposite(flows.c[0], flows.c[k])) ++k;
+    count_steps(k);
     return k;
 }
 
@@ -42,6 +44,7 @@ IrrStatus root_of_one_change(const Flows& flows, double* z) {
     if (s == flows.n) return IRR_NO_SPLIT;
     std::int32_t before = s;  // without the zeros at the end of the first block; the second begins with none
     while (before > 1 && flows.c[before - 1] == 0.0) --before;
+    count_steps(s);
     CashFlowPolynomial B = block(flows.c, before);
     CashFlowPolynomial A = block(flows.c + s, flows.n - s);
 
@@ -71,6 +74,7 @@ namespace {
 // Largest absolute flow of the first run of one sign (stride 1 from the first flow), or of the last (stride -1).
 double largest_of_run(const double* c, std::int64_t stride, std::int32_t n) {
     double largest = 0.0;
+    count_steps(n);
     for (std::int32_t k = 0; k < n && !opposite(c[0], c[k * stride]); ++k) {
         largest = std::max(largest, std::abs(c[k * stride]));
     }

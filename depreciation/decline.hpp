@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "abi/steps.hpp"
 #include "depreciation/twofold.hpp"
 
 namespace finance {
@@ -27,6 +28,7 @@ public:
     [[nodiscard]] Share after(std::int64_t i) const {
         Share all{{1.0, 0.0}, {0.0, 0.0}};
         for (Share power = one_; i > 0; i /= 2, power = both(power, power)) {
+            count_step();
             if (i % 2 != 0) all = both(all, power);
         }
         return all;

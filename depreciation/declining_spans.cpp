@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "abi/steps.hpp"
 #include "depreciation/decline.hpp"
 
 namespace finance {
@@ -55,6 +56,7 @@ std::int64_t first_period(std::int64_t e, Ends ends) {
     std::int64_t low = 0;
     std::int64_t high = in_pair(0) ? 0 : pairs;
     while (low < high) {
+        count_step();
         const std::int64_t mid = low + (high - low) / 2;
         if (in_pair(mid)) {
             high = mid;

@@ -31,7 +31,10 @@ std::int32_t run_length(const Walk& walk, std::int32_t limit) {
     if (!(walk.d > 0.0) || !(std::abs(walk.remaining) < largest_whole_number)) return 0;
     const double periods = (walk.remaining - (walk.d - 0.5) / walk.r) / walk.d;
     auto run = static_cast<std::int32_t>(std::clamp(periods, 0.0, static_cast<double>(limit)));
-    while (run > 0 && walk.amount(walk.remaining - (run - 1.0) * walk.d) != walk.d) run = run / 2;
+    while (run > 0 && walk.amount(walk.remaining - (run - 1.0) * walk.d) != walk.d) {
+        count_step();
+        run = run / 2;
+    }
     return run;
 }
 
@@ -39,6 +42,7 @@ std::int32_t run_length(const Walk& walk, std::int32_t limit) {
 bool walk_periods(Walk& walk, std::int32_t count, std::int32_t* steps) {
     for (std::int32_t i = 0; i < count; ++i) {
         if (++*steps > longest_literal_loop) return false;
+        count_step();
         const double before = walk.remaining;
         walk.step();
         if (same_bits(walk.remaining, before)) return true;               // and so will all later steps leave it

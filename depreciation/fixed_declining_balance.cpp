@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "abi/arguments.hpp"
+#include "abi/steps.hpp"
 #include "cashflow/numeric_kernels.hpp"
 #include "depreciation/rounding.hpp"
 #include "elementary/functions.hpp"
@@ -24,6 +25,7 @@ struct Declining {
 Declining depreciate(double cost, double rate, double first, std::int64_t last) {
     Declining now{first, first};
     for (std::int64_t i = 2; i <= last; ++i) {
+        count_step();
         const double before = now.accumulated;
         now.amount = (cost - now.accumulated) * rate;
         now.accumulated += now.amount;

@@ -14,6 +14,7 @@
 #include <limits>
 
 #include "abi/arguments.hpp"
+#include "abi/steps.hpp"
 #include "calendar/repeated_sum.hpp"
 #include "depreciation/declining_spans.hpp"
 #include "depreciation/literal_steps.hpp"
@@ -113,6 +114,7 @@ double declining_balance(const DecliningAsset& a, std::int32_t s, std::int32_t e
 std::int64_t period_of_switch(const Walk& walk, std::int64_t i, double d) {
     std::int64_t end = walk.e;
     while (i < end) {
+        count_step();
         const std::int64_t mid = i + (end - i) / 2;
         if (d < walk.straight(mid)) {
             end = mid;

@@ -77,6 +77,7 @@ void CallRecord::fill(Bytes& in) {
     context_->notes_written = in.flag() ? in.take<std::int8_t>() : in.take<std::int32_t>();
     previous_ = 0.0;
     name_.clear();
+    characters_ = 0;
     if (size_ == 0) return;
     const std::uint8_t naming = in.byte();
     name_ = naming < 192 ? std::string{wanted.name} : naming < 232 ? misspelt(wanted.name, in) : some_text(in);
@@ -90,6 +91,7 @@ void CallRecord::put_name(Bytes& in) {
     slots_[0].type = how < 128 ? std::uint8_t{ZELKOVAN_TYPE_CHARACTER} : in.byte();
     slots_[0].flags = static_cast<std::uint8_t>(in.byte() & ~ZELKOVAN_FLAG_INVALID);
     char* text = name_memory_.put(name_);
+    characters_ += static_cast<std::int64_t>(name_.size());
     zones_.push_back({text, name_.size()});
     constexpr std::uint8_t no_value = 255;
     constexpr std::uint8_t no_text = 254;
@@ -113,6 +115,7 @@ void CallRecord::put_number(std::size_t i, double value) {
 void CallRecord::put_text(std::size_t i, std::string_view text) {
     char* place = text_memory_[i % text_zones].put(text);
     zones_.push_back({place, text.size()});
+    characters_ += static_cast<std::int64_t>(text.size());
     slots_[i].value = put_descriptor(i, static_cast<std::uint32_t>(text.size()), place);
 }
 
@@ -207,10 +210,9 @@ void CallRecord::claim(Bytes& in, const catalogue::Calculation* known) {
     context_->count = within ? count : slots;
 }
 
-std::string CallRecord::bytes() const {
-    std::string all;
+void CallRecord::read_bytes(std::string& all) const {
+    all.clear();
     for (const Zone& zone : zones_) all.append(zone.begin, zone.size);
-    return all;
 }
 
 void CallRecord::restore(std::string_view bytes) const {

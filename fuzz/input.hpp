@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -97,10 +98,44 @@ inline constexpr std::array edges{
     10000001.0,
 };
 
+// Days, and years in days: where a count of years, of months or of days passes 32 bits, where the words that calendars
+// count in pass 64, and the last days that doubles tell from their neighbours.
+inline constexpr double days_a_year = 365.2425;  // of the Gregorian calendar, on average
+inline constexpr std::array wraps{
+    0x1p31 * days_a_year,
+    0x1p30 * days_a_year,
+    0x1p32 * days_a_year,
+    0x1p31 / 12.0 * days_a_year,
+    0x1p32 / 12.0 * days_a_year,
+    0x1p31,
+    0x1p32,
+    0x1p53,
+    1e16,
+    0x1p61,
+    0x1p62,
+    0x1p63,
+};
+
+// On either side of a wrap, counted from today or from the year 0: up to ninety years off, or 365 times as many.
+inline double around_wrap(Bytes& in) {
+    constexpr double year_0 = -1960.0 * days_a_year;
+    const double wrap = wraps[in.below(wraps.size())];
+    const std::uint8_t how = in.byte();
+    const double centre = ((how & 1) != 0 ? -wrap : wrap) + ((how & 2) != 0 ? year_0 : 0.0);
+    return std::floor(centre) + in.take<std::int16_t>() * ((how & 4) != 0 ? 365.0 : 1.0);
+}
+
+// Any distance, to beyond 64 bits: 1 to 2 times a power of two.
+inline double distance(Bytes& in) {
+    const std::uint8_t power = in.byte();
+    const double size = std::ldexp(1.0 + in.byte() / 256.0, power & 63);
+    return std::floor((power & 64) != 0 ? -size : size);
+}
+
 // A double of a kind that calculations care about: rate, count, date (days since 1960), amount, edge, or any bits.
 inline double number(Bytes& in, double previous) {
     constexpr double day_1998 = 14000.0;
-    switch (in.below(10)) {
+    switch (in.below(12)) {
         case 0:
             return in.raw_double();
         case 1:
@@ -119,6 +154,10 @@ inline double number(Bytes& in, double previous) {
             return previous + in.take<std::int8_t>();
         case 8:
             return in.take<std::int8_t>() * 1000.0;
+        case 9:
+            return around_wrap(in);
+        case 10:
+            return previous + distance(in);
         default:
             return previous + 183.0 * in.byte();
     }

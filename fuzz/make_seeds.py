@@ -40,6 +40,9 @@ def number(value):
 # ---- dispatcher
 
 MISSING, ABSENT = "missing", "absent"
+DAYS_A_YEAR = 365.2425
+WRAP_OF_YEARS = float(int(2.0**31 * DAYS_A_YEAR))
+WRAP_OF_MONTHS = float(int(2.0**31 / 12.0 * DAYS_A_YEAR))
 KEYWORDS = ["30/360", "ACTUAL", "ACT/360", "ACT/365", "EU30/360"]
 
 
@@ -93,6 +96,21 @@ CALLS = [
     ("AMORDEGRC", [2400.0, "2008-08-19", "2008-12-31", 300.0, 1, 0.15, 1]),
     ("DB", [1000000.0, 100000.0, 6, 7, 7]),
     ("VDB", [2400.0, 300.0, 10, 0.5, 1.5, 1.5, 1]),
+    # Long, and around where counts of days, months and years wrap
+    ("CUMIPMT", [1e-170, 2e7, 1000.0, 1, 10000001, 0]),
+    ("PRICE", [0, WRAP_OF_MONTHS, 0.0575, 1e-9, 100, 12, 1]),
+    ("YIELD", [0, WRAP_OF_YEARS, 0.05, 95.0, 100, 4, 0]),
+    ("DURATION", [2.0**31, 2.0**32, 0.08, 1e-12, 2, 1]),
+    ("ODDFPRICE", [0, 1e10, -90, 92, 0.0785, 1e-9, 100, 4, 1]),
+    ("ODDLPRICE", [-1e10, 1e10, -2e10, 0.0375, 0.04, 100, 2, 1]),
+    ("COUPNUM", [-WRAP_OF_YEARS, WRAP_OF_YEARS, 12, 0]),
+    ("COUPPCD", [1e16, 2.0**53, 3, 1]),
+    ("YEARFRAC", [-WRAP_OF_YEARS, WRAP_OF_YEARS, 1]),
+    ("DDB", [1e9, 1.0, 2.0**31, 2.0**31 - 1, 1e-9]),
+    ("VDB", [1e9, 1.0, 2.0**31, 5.0, 2.0**31 - 1, 2.0, 0]),
+    ("AMORDEGRC", [1e9, 0, 100, 1.0, 2.0**31 - 1, 1e-9, 1]),
+    ("AMORLINC", [1e9, 0, 100, 1.0, 2.0**31 - 1, 1e-9, 1]),
+    ("DB", [1e300, 1e-300, 2.0**31 - 1, 2.0**31 - 1, 1]),
 ]
 
 
@@ -224,6 +242,9 @@ DOUBLES = {
     "smallest": 5e-324,
     "ten_percent": 0.1,
     "hundred": 100.0,
+    "wrap_of_days": 2.0**31,
+    "wrap_of_months": WRAP_OF_MONTHS,
+    "wrap_of_years": WRAP_OF_YEARS,
 }
 
 

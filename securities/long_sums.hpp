@@ -18,8 +18,8 @@
 
 namespace finance {
 
-inline constexpr double longest_literal_sum = 2e8;
-inline constexpr double longest_literal_search = 2e8;
+inline constexpr double longest_literal_sum = literal_steps(200'000'000);
+inline constexpr double longest_literal_search = literal_steps(200'000'000);
 inline constexpr double cost_of_denormals = 20.0;  // of a term, in usual terms
 inline constexpr std::int64_t block_of_terms = 64;
 static_assert(static_cast<std::int64_t>(longest_literal_sum) % block_of_terms == 0);
@@ -49,6 +49,7 @@ inline double walk_terms(Sums& sums, double k, double end, double limit, Step st
             break;
         }
         const double stop = end_of_block(k, end, limit);
+        count_steps(static_cast<std::int64_t>(stop - k));
         for (auto left = static_cast<std::int32_t>(stop - k); left > 0; --left) step(sums);
         k = stop;
         if (end > k && at_rest(sums, end - k)) break;
