@@ -21,7 +21,7 @@ inline constexpr double smallest_that_counts = 1.053671212772351e-8;
 // Steps of a loop that are made one by one, as long as a step may be a slow one: a call then ends within a second. Loops
 // of cheap steps are given more, unless their amounts come near the denormal numbers, which take some processors a
 // hundred times as long.
-inline constexpr std::int64_t longest_literal_loop = literal_steps(10'000'000);
+inline constexpr std::int64_t longest_literal_loop = 10'000'000 / walks_shortened;
 inline constexpr double near_denormals = 0x1p-960;
 
 // `usual` steps; `amount` is the smallest of what they multiply and add up, to within a factor of 2^60.

@@ -5,9 +5,8 @@
 //  (3) fncmis looks at slot 0 whatever the count: who calls it has one.
 //  (4) A slot without a value, and a text without characters, is missing.
 #include "abi/arguments.hpp"
-#include "abi/steps.hpp"
-
 #include "abi/floating_point_mode.hpp"
+#include "abi/steps.hpp"
 #include "abi/text.hpp"
 
 namespace finance {

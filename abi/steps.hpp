@@ -3,7 +3,7 @@
 //
 //  (1) A step is what a loop repeats: a period, a term, a value of a list, a character of a text. What is passed over in
 //      a jump is not walked and not counted.
-//  (2) No call makes more than most_steps_of_call.
+//  (2) No call makes more than most_steps_without_lists, and some for each value and character (tests/support/steps.hpp).
 //  (3) Builds for fuzzers walk short: where a closed form takes over from a literal loop, it does so 12,500 times as
 //      early. A fuzzer under sanitizers would otherwise spend nearly all of its time in loops of millions of steps.
 #pragma once
@@ -12,14 +12,12 @@
 
 namespace finance {
 
+// What limits of literal loops are divided by.
 #ifdef ZELKOVAN_SHORT_WALKS
 inline constexpr std::int64_t walks_shortened = 12'500;
 #else
 inline constexpr std::int64_t walks_shortened = 1;
 #endif
-
-// The limit of a literal loop, of so many steps where walks have their full length.
-constexpr std::int64_t literal_steps(std::int64_t steps) { return steps / walks_shortened; }
 
 #ifdef ZELKOVAN_COUNT_STEPS
 inline thread_local std::int64_t steps_made = 0;
@@ -33,12 +31,8 @@ inline void count_step() { count_steps(1); }
 // over the calendar's cycles are of 80,000 periods each, a search adds a block of terms for each of its hundred rates. For
 // each of a list's values, of which a flow and its date are two, three searches of 101 rates and some passes before them;
 // a text is gone through twice.
-inline constexpr std::int64_t most_steps_without_lists = literal_steps(200'000'000) + 2'000'000;
+inline constexpr std::int64_t most_steps_without_lists = 200'000'000 / walks_shortened + 2'000'000;
 inline constexpr std::int64_t most_steps_of_a_value = 160;
 inline constexpr std::int64_t most_steps_of_a_character = 2;
-
-constexpr std::int64_t most_steps_of_call(std::int64_t values, std::int64_t characters) {
-    return most_steps_without_lists + most_steps_of_a_value * values + most_steps_of_a_character * characters;
-}
 
 }  // namespace finance

@@ -13,7 +13,7 @@ namespace finance {
 
 namespace {
 
-constexpr std::int64_t longest_walk_without_months = literal_steps(5'000'000);  // others end of themselves
+constexpr std::int64_t longest_walk_without_months = 5'000'000 / walks_shortened;  // others end of themselves
 constexpr std::int64_t months_in_calendar_cycle = 4800;  // 400 years; every day count repeats after them
 
 std::int64_t periods_in_cycle(const CouponTerms& terms) { return months_in_calendar_cycle / terms.monthsPerPeriod; }

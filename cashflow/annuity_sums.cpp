@@ -11,7 +11,7 @@ namespace finance {
 
 namespace {
 
-constexpr std::int64_t most_steps = literal_steps(100'000'000);
+constexpr std::int64_t most_steps = 100'000'000 / walks_shortened;
 
 struct Running {
     double balance;

@@ -13,7 +13,7 @@ inline constexpr std::int64_t short_walk = 1000;
 // equal for a while are worth a jump (calendar/repeated_sum.hpp), which counts as so many periods as it takes the time of.
 class LiteralSteps {
 public:
-    explicit LiteralSteps(double cost) : left_{longest_literal_walk(literal_steps(50'000'000), cost)} {}
+    explicit LiteralSteps(double cost) : left_{longest_literal_walk(50'000'000 / walks_shortened, cost)} {}
 
     // False where the next period is one too many.
     bool next() {

@@ -91,7 +91,7 @@ void CallRecord::put_name(Bytes& in) {
     slots_[0].type = how < 128 ? std::uint8_t{ZELKOVAN_TYPE_CHARACTER} : in.byte();
     slots_[0].flags = static_cast<std::uint8_t>(in.byte() & ~ZELKOVAN_FLAG_INVALID);
     char* text = name_memory_.put(name_);
-    characters_ += static_cast<std::int64_t>(name_.size());
+    characters_ += name_.size();
     zones_.push_back({text, name_.size()});
     constexpr std::uint8_t no_value = 255;
     constexpr std::uint8_t no_text = 254;
@@ -115,7 +115,7 @@ void CallRecord::put_number(std::size_t i, double value) {
 void CallRecord::put_text(std::size_t i, std::string_view text) {
     char* place = text_memory_[i % text_zones].put(text);
     zones_.push_back({place, text.size()});
-    characters_ += static_cast<std::int64_t>(text.size());
+    characters_ += text.size();
     slots_[i].value = put_descriptor(i, static_cast<std::uint32_t>(text.size()), place);
 }
 

@@ -27,7 +27,7 @@ public:
     // The name's characters as the descriptor has them; nothing where there is no descriptor or no text.
     [[nodiscard]] std::string_view name() const { return name_; }
     // Of all texts.
-    [[nodiscard]] std::int64_t characters() const { return characters_; }
+    [[nodiscard]] std::size_t characters() const { return characters_; }
 
     // All bytes that the module is handed, in a text that is kept for them from call to call; and putting them back.
     void read_bytes(std::string& all) const;
@@ -65,7 +65,7 @@ private:
     double* numbers_ = nullptr;
     CharacterDescriptor* descriptors_ = nullptr;
     std::size_t size_ = 0;
-    std::int64_t characters_ = 0;
+    std::size_t characters_ = 0;
     double previous_ = 0.0;
     std::string name_;
 };

@@ -12,11 +12,11 @@
 #include <span>
 
 #include "abi/status.hpp"
-#include "abi/steps.hpp"
 #include "fuzz/call_record.hpp"
 #include "fuzz/linked_host.hpp"
 #include "host/memory_vector.hpp"
 #include "host/toolkit.hpp"
+#include "tests/support/steps.hpp"
 
 namespace finance::fuzz {
 namespace {
@@ -100,8 +100,7 @@ Outcome call(const CallRecord& record, std::string_view before, double* result, 
 
     steps_made = 0;
     const Status status = linked_host().dispatcher()(record.context(), result);
-    must(steps_made <= most_steps_of_call(static_cast<std::int64_t>(record.size()), record.characters()),
-         "no call makes more steps than it may");
+    must(steps_made <= test::most_steps(record.size(), record.characters()), "no call makes more steps than it may");
 
     const Outcome outcome{status,
                           result != nullptr ? std::bit_cast<std::uint64_t>(*result) : 0,

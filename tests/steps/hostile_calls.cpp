@@ -1,6 +1,7 @@
-// 100,000 calls of all calculations, drawn to be slow, the same every time. Prints how many were made and the ten
-// slowest; exit status 1 where one takes longer than a second of processor time (a list: a second for each 100,000
-// values), does not end, or crashes.
+// 100,000 calls of all calculations, drawn to be slow, the same every time, in a build of the module that counts the
+// steps of its loops. Prints how many were made and the ten slowest; exit status 1 where one makes more steps than a call
+// may (abi/steps.hpp), takes longer than a second of processor time (a list: a second for each 100,000 values), does not
+// end, or crashes.
 //
 //     hostile_calls            all
 //     hostile_calls NUMBER     one of them, typed out whole, and how long it takes
@@ -14,6 +15,7 @@
 #include "hostile/call_draws.hpp"
 #include "hostile/watched_calls.hpp"
 #include "module/financial_list.hpp"
+#include "tests/support/steps.hpp"
 
 namespace {
 
@@ -32,7 +34,7 @@ constexpr Reach usual_reach{.periods = 1e4, .list = 300, .far = 0.05};
 struct Slow {
     std::size_t number;
     double seconds;
-    double bound;
+    std::int64_t steps;
 };
 
 // What a process leaves behind for the next.
@@ -41,6 +43,8 @@ struct Progress {
     std::size_t made;
     std::array<Slow, 10> slowest;
     std::size_t too_slow;
+    std::size_t too_many_steps;
+    std::int64_t most_steps;                              // of any call
     std::array<std::size_t, calculation_count> answered;  // of each calculation
     std::array<std::size_t, calculation_count> faults;    // calls without end, or crashes
     double seconds;                                       // of all calls
@@ -63,15 +67,22 @@ void keep(Progress& progress, const Slow& slow) {
     std::ranges::sort(progress.slowest, std::ranges::greater{}, &Slow::seconds);
 }
 
+std::int64_t most_steps_of(const Call& call) {
+    return test::most_steps(1 + call.arguments().size(), call.calculation->name.size());
+}
+
 void make_calls(const host::EmbeddedHost& host, Progress& progress) {
     WatchedCalls calls{evaluate_by(host), alarm_seconds, progress.current};
     for (; progress.next < all_calls; ++progress.next) {
         const std::size_t number = progress.next;
         if (progress.faults[index_of(number)] >= most_of_one) continue;
         const Call call = call_of(number, calls);
+        steps_made = 0;
         const auto [seconds, value] = calls.make(call);
-        keep(progress, {number, seconds, call.bound()});
+        keep(progress, {number, seconds, steps_made});
         progress.too_slow += seconds > call.bound() ? 1U : 0U;
+        progress.too_many_steps += steps_made > most_steps_of(call) ? 1U : 0U;
+        progress.most_steps = std::max(progress.most_steps, steps_made);
         progress.answered[index_of(number)] += std::isnan(value) ? 0U : 1U;
         progress.seconds += seconds;
         ++progress.made;
@@ -90,18 +101,23 @@ int show(const host::EmbeddedHost& host, std::size_t number, Progress& progress)
         const Call call = call_of(number, calls);
         std::printf("%s\n", call.text(true).c_str());
         std::fflush(stdout);
-        std::printf("%.6f s\n", calls.make(call).seconds);
+        steps_made = 0;
+        const double seconds = calls.make(call).seconds;
+        std::printf("%.6f s, %lld steps\n", seconds, static_cast<long long>(steps_made));
     });
     return ending == Ending::finished ? 0 : 1;
 }
 
 void print(const host::EmbeddedHost& host, Progress& progress, std::size_t faults) {
     std::printf(
-        "hostile calls: %zu made in %.1f s of processor time; %zu above their bound, %zu without end or crashed\n",
-        progress.made, progress.seconds, progress.too_slow, faults);
+        "hostile calls: %zu made in %.1f s of processor time; %zu above their bound of time and %zu of steps, %zu "
+        "without "
+        "end or crashed; %lld steps at most\n",
+        progress.made, progress.seconds, progress.too_slow, progress.too_many_steps, faults,
+        static_cast<long long>(progress.most_steps));
     for (const Slow& slow : progress.slowest) {
         if (slow.seconds == 0.0) continue;
-        std::printf("%10.6f s  %6zu  %s\n", slow.seconds, slow.number,
+        std::printf("%10.6f s  %9lld steps  %6zu  %s\n", slow.seconds, static_cast<long long>(slow.steps), slow.number,
                     text_of(host, slow.number, progress.current, false).c_str());
     }
 }
@@ -128,14 +144,15 @@ int make_all(const host::EmbeddedHost& host, Progress& progress) {
         ++faults;
     }
     print(host, progress, faults);
-    return progress.made == all_calls && progress.too_slow == 0 && unanswered(progress) == 0 ? 0 : 1;
+    const bool bounded = progress.too_slow == 0 && progress.too_many_steps == 0;
+    return progress.made == all_calls && bounded && unanswered(progress) == 0 ? 0 : 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     try {
-        const host::EmbeddedHost host{ZELKOVAN_MODULE};
+        const host::EmbeddedHost host{mcn_main};
         auto& progress = shared<Progress>();
         return argc > 1 ? show(host, std::strtoull(argv[1], nullptr, 10), progress) : make_all(host, progress);
     } catch (const std::exception& error) {
