@@ -96,6 +96,7 @@ inline constexpr std::array edges{
     -138061.0,
     1e7,
     10000001.0,
+    4294967295.0,
 };
 
 // Days, and years in days: where a count of years, of months or of days passes 32 bits, where the words that calendars

@@ -1,6 +1,7 @@
 #include "hostile/days.hpp"
 
 #include <algorithm>
+#include <limits>
 
 namespace finance::hostile {
 
@@ -23,8 +24,17 @@ constexpr std::array edges{0.0,
 
 // Day numbers that wrap themselves, or the products of a conversion to a date: by 4, by the 1461 days of 4 years, by the
 // 146,097 of 400.
-constexpr std::array wrapping_days{
-    0x1p31, 0x1p32, 0x1p53, 0x1p61, 0x1p62, 0x1p63, 0x1p31 / 1461.0, 0x1p63 / 1461.0, 0x1p63 / 146'097.0};
+constexpr std::array wrapping_days{0x1p31,
+                                   0x1p31,
+                                   0x1p32,
+                                   0x1p32,
+                                   0x1p53,
+                                   0x1p61,
+                                   0x1p62,
+                                   0x1p63,
+                                   0x1p31 / 1461.0,
+                                   0x1p63 / 1461.0,
+                                   0x1p63 / 146'097.0};
 
 // What lies `days` off: on the day, beside it, or some lifetimes or calendar cycles away.
 double beside(Random& random, double days) {
@@ -48,7 +58,7 @@ double wrapping_years(Random& random, double periods_a_year) {
 }
 
 double wrap(Random& random, double periods_a_year) {
-    return random.sign() * (random.chance(0.8) ? wrapping_years(random, periods_a_year) : random.pick(wrapping_days));
+    return random.sign() * (random.chance(0.7) ? wrapping_years(random, periods_a_year) : random.pick(wrapping_days));
 }
 
 double usual_frequency(Random& random) {
@@ -56,9 +66,11 @@ double usual_frequency(Random& random) {
     return random.pick(usual);
 }
 
-// Beyond what 64 bits hold exactly, and beyond what a conversion accepts.
+// Beyond what 64 bits hold exactly, and beyond what a conversion accepts. Of both infinities one is a day.
 double far_day(Random& random) {
-    constexpr std::array limits{-0x1p63, -0x1p63 + 1024.0, -1e18, -1e17, -1e16, 1e16, 0x1p53, 0x1p53 - 1.0, -0x1p53};
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    constexpr std::array limits{-0x1p63, -0x1p63 + 1024.0, -1e18,   -1e17,     -1e16,   1e16,
+                                0x1p53,  0x1p53 - 1.0,     -0x1p53, -infinite, infinite};
     return random.chance(0.5) ? random.pick(limits) : 0.0 - random.log_uniform(1e13, 9e18);
 }
 

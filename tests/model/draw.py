@@ -1,7 +1,10 @@
 #!/usr/bin/env python3
 """Random calls with the model's verdict.
 
-    python3 draw.py --seed S --count N [--only NAME,...]
+    python3 draw.py --seed S --count N [--only NAME,...] [--far] [--thrown]
+
+With --far the dates lie far out, and there are draws of calculations with dates alone (far_draws.py). With --thrown the
+error stream has a line for each calculation: its name, and how many draws its literal loops would have taken too long for.
 
 One call a line, tab separated:
     NAME    arguments    handler status    flagged slots    result
@@ -21,6 +24,7 @@ import sys
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
 import arguments
+import far_draws
 from ieee import bits
 
 ROW = re.compile(r"ROW\((\w+), (\d+), (\d+)\)")
@@ -53,9 +57,9 @@ def load():
 
 
 def draw(name, rng, calculation, generator, refills, too_long):
-    """One line. A draw that a literal loop would take too long for is drawn again."""
+    """One line, and how often it was drawn again: a draw that a literal loop would take too long for is."""
     smallest, largest = COUNTS[name]
-    for _ in range(MOST_REDRAWS):
+    for thrown in range(MOST_REDRAWS):
         drawn = generator(rng)
         call = arguments.Call(drawn, name.encode())
         assert smallest <= call.count and (largest == 0 or call.count <= largest), (name, call.count)
@@ -65,10 +69,14 @@ def draw(name, rng, calculation, generator, refills, too_long):
             status, flagged, result = arguments.run(calculation, call)
         except too_long:
             continue
-        return "\t".join([name, " ".join(argument.encoded() for argument in drawn), str(status),
-                          ",".join(str(slot) for slot in flagged) or "-",
-                          "untouched" if result is None else "%016x" % bits(result)])
+        return thrown, "\t".join([name, " ".join(argument.encoded() for argument in drawn), str(status),
+                                  ",".join(str(slot) for slot in flagged) or "-",
+                                  "untouched" if result is None else "%016x" % bits(result)])
     raise RuntimeError("%s: nothing but endless draws" % name)
+
+
+def far_generator(name, generator):
+    return lambda rng: far_draws.far(rng, name, generator(rng))
 
 
 def main():
@@ -76,13 +84,25 @@ def main():
     parser.add_argument("--seed", required=True)
     parser.add_argument("--count", type=int, required=True)
     parser.add_argument("--only", default="")
+    parser.add_argument("--far", action="store_true")
+    parser.add_argument("--thrown", action="store_true")
     options = parser.parse_args()
     calculations, generators, refills, too_long = load()
     names = options.only.split(",") if options.only else sorted(set(calculations) & set(generators))
+    if options.far:
+        names = [name for name in names if name in far_draws.DATES]
     for name in names:
         rng = random.Random("%s %s" % (options.seed, name))
+        generator = generators[name]
+        if options.far:
+            generator = far_generator(name, generator)
+        all_thrown = 0
         for _ in range(options.count):
-            print(draw(name, rng, calculations[name], generators[name], refills, too_long))
+            thrown, line = draw(name, rng, calculations[name], generator, refills, too_long)
+            all_thrown += thrown
+            print(line)
+        if options.thrown:
+            print(name, all_thrown, file=sys.stderr)
 
 
 if __name__ == "__main__":

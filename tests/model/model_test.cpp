@@ -3,10 +3,13 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
+#include "catalogue/catalogue.hpp"
 #include "module/financial_list.hpp"
 #include "tests/model/draws.hpp"
+#include "tests/support/reach.hpp"
 
 namespace finance::test {
 namespace {
@@ -26,6 +29,55 @@ TEST_P(Model, AgreesBitForBit) {
     const DrawCounts counts = check_draws(command);
     EXPECT_EQ(counts.checked, std::stoi(draws));
     EXPECT_GE(counts.answered, counts.checked / 5);
+}
+
+// ---- Dates far out
+
+std::string far_draws(const std::string& names, int count) {
+    return std::string{"python3 " ZELKOVAN_MODEL "/draw.py --far --seed "} + setting("ZELKOVAN_SEED", "20080215") +
+           " --count " + setting("ZELKOVAN_FAR_DRAWS", std::to_string(count).c_str()) + " --only " + names;
+}
+
+bool is_day(const catalogue::Parameter& parameter) {
+    return parameter.kind == catalogue::Kind::date || parameter.kind == catalogue::Kind::date_time;
+}
+
+std::string names_with_dates() {
+    std::string names;
+    for (const catalogue::Calculation& calculation : catalogue::calculations()) {
+        const auto has_day = [](const catalogue::Parameter& parameter) {
+            return is_day(parameter) || parameter.kind == catalogue::Kind::dates;
+        };
+        if (!std::ranges::any_of(calculation.parameters, has_day)) continue;
+        if (!names.empty()) names += ',';
+        names += calculation.name;
+    }
+    return names;
+}
+
+// All at once: 31 calculations. Half of the calls are answered, as dates beyond 2^53 are none.
+TEST(FarDates, AgreeBitForBit) {
+    const DrawCounts counts = check_draws(far_draws(names_with_dates(), 100));
+    EXPECT_GE(counts.checked, 31 * 100);
+    EXPECT_GE(counts.answered, counts.checked / 3);
+}
+
+// Draws for which the model's own walks are too long are thrown away: of what is left every class of days is
+// answered; infinity by Treasury bills alone.
+TEST(FarDates, ReachEveryClassOfDays) {
+    Reach drawn = Reach::of_days();
+    Reach answered = Reach::of_days();
+    for (const Draw& draw : read_draws(far_draws(names_with_dates(), 200))) {
+        const catalogue::Calculation& calculation = *catalogue::find(draw.name);
+        if (catalogue::list_count(calculation) > 0) continue;
+        for (std::size_t i = 0; i < draw.arguments.size(); ++i) {
+            if (!is_day(calculation.parameters[i])) continue;
+            drawn.add(draw.arguments[i].number());
+            if (draw.status == STATUS_SUCCESS) answered.add(draw.arguments[i].number());
+        }
+    }
+    EXPECT_EQ(drawn.drawn_less_than(10), std::vector<std::string>{});
+    EXPECT_EQ(answered.drawn_less_than(3), std::vector<std::string>{});
 }
 
 // What it printed before is right.
