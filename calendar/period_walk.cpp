@@ -20,31 +20,46 @@ bool has_months(const CouponTerms& terms) { return terms.monthsPerPeriod > 0; }
 // Months that k moves by, for each k: of even ones alone where a period has none.
 std::int64_t months_a_step(const CouponTerms& terms) { return has_months(terms) ? terms.monthsPerPeriod : 1; }
 
+// The month that steps count on from: the origin's. Where the first step leaves the years it leads to their other end, and
+// later ones go on from there: from below them, or to an end that lies beyond them too and so before its origin.
+std::int64_t month_counted_from(const CalendarDate& origin, const CouponTerms& terms, const CalendarDate& end) {
+    const std::int64_t month = month_number(origin);
+    if (!has_months(terms)) return month;
+    const std::int64_t first = month + terms.monthsPerPeriod;
+    if (first < first_month) return month + 2 * end_of_months;
+    return first >= end_of_months && before(end, origin) ? month - 2 * end_of_months : month;
+}
+
 // Odd steps without months per period begin 2^31 months back; below all years, at their far end.
-std::int64_t month_of_odd_steps(const CalendarDate& origin) {
-    const std::int64_t month = month_number(origin) - most_months - 1;
+std::int64_t month_of_odd_steps(std::int64_t origin) {
+    const std::int64_t month = origin - most_months - 1;
     return month + 1 < first_month ? month + 2 * end_of_months : month;
 }
 
-std::int64_t furthest_month(const CalendarDate& origin, const CouponTerms& terms) {
-    const std::int64_t month = month_number(origin);
-    return has_months(terms) ? month : std::max(month, month_of_odd_steps(origin));
+std::int64_t furthest_month(std::int64_t month, const CouponTerms& terms) {
+    return has_months(terms) ? month : std::max(month, month_of_odd_steps(month));
 }
 
 // The first k whose month is no more: months count to 2^31, and years end.
-std::int64_t first_round(const CalendarDate& origin, const CouponTerms& terms) {
-    const std::int64_t month = month_number(origin);
+std::int64_t first_round(std::int64_t month, const CouponTerms& terms) {
     const std::int64_t room = std::min(most_months, end_of_months - 1 - month);
     if (has_months(terms)) return room / terms.monthsPerPeriod + 1;
     const std::int64_t even = room + 1 + (room + 1) % 2;
-    const std::int64_t odd = (end_of_months - month_of_odd_steps(origin)) | 1;
+    const std::int64_t odd = (end_of_months - month_of_odd_steps(month)) | 1;
     return std::min(even, odd);
 }
 
 }  // namespace
 
-PeriodWalk::PeriodWalk(const CalendarDate& origin, const CouponTerms& terms)
-    : origin_{origin}, terms_{terms}, from_{origin}, to_{origin}, comes_round_{first_round(origin, terms)} {}
+PeriodWalk::PeriodWalk(const CalendarDate& origin, const CouponTerms& terms, const CalendarDate& end)
+    : origin_{origin},
+      terms_{terms},
+      from_{origin},
+      to_{origin},
+      month_{month_counted_from(origin, terms, end)},
+      comes_round_{first_round(month_, terms)} {}
+
+PeriodWalk::PeriodWalk(const CalendarDate& origin, const CouponTerms& terms) : PeriodWalk{origin, terms, origin} {}
 
 bool PeriodWalk::step() {
     from_ = to_;
@@ -60,7 +75,7 @@ void PeriodWalk::skip(std::int64_t periods) {
 }
 
 std::int64_t PeriodWalk::steps_to_year(std::int64_t year) const {
-    const std::int64_t months = months_of_year * (year + 1) - 1 - furthest_month(origin_, terms_);
+    const std::int64_t months = months_of_year * (year + 1) - 1 - furthest_month(month_, terms_);
     if (months < 1) return 0;
     return std::max<std::int64_t>(std::min(months / months_a_step(terms_), comes_round_ - 2) - k_, 0);
 }

@@ -7,6 +7,8 @@
 //  (3) A walk ends where it reaches the date walked to, or where it comes round. (A date in the last year before that may
 //      lie on a later round, a billion steps on, which is not followed.)
 //  (4) Periods that lie well before the date walked to may be passed over at once, as many as a literal walk would.
+//  (5) A walk whose very first step leads over an end of the years does not end there (3) where the date walked to lies
+//      beyond that end as well.
 #pragma once
 
 #include "calendar/calendar_date.hpp"
@@ -16,6 +18,8 @@ namespace finance {
 
 class PeriodWalk {
 public:
+    // To an end that may lie before its origin, where years of 32 bits have ended between the two (5).
+    PeriodWalk(const CalendarDate& origin, const CouponTerms& terms, const CalendarDate& end);
     PeriodWalk(const CalendarDate& origin, const CouponTerms& terms);
 
     // The next period. False where the walk has come round.
@@ -38,6 +42,7 @@ private:
     CalendarDate from_;
     CalendarDate to_;
     std::int64_t k_ = 0;
+    std::int64_t month_;        // that steps count on from
     std::int64_t comes_round_;  // the first k that does
 };
 

@@ -13,8 +13,10 @@ namespace finance {
 
 namespace {
 
-constexpr std::int64_t longest_walk_without_months = 5'000'000 / walks_shortened;  // others end of themselves
 constexpr std::int64_t months_in_calendar_cycle = 4800;  // 400 years; every day count repeats after them
+
+// Walks with months end of themselves, after little more than two cycles.
+constexpr std::int64_t longest_walk_without_months = std::max<std::int64_t>(5'000'000 / walks_shortened, 10'000);
 
 std::int64_t periods_in_cycle(const CouponTerms& terms) { return months_in_calendar_cycle / terms.monthsPerPeriod; }
 
@@ -71,7 +73,7 @@ double add_sure_periods(double total, PeriodWalk& walk, const CalendarDate& end,
 
 double sum_of_proportions(double total, const CalendarDate& origin, const CalendarDate& end, WalkEnd until,
                           CouponTerms* terms) {
-    PeriodWalk walk{origin, *terms};
+    PeriodWalk walk{origin, *terms, end};
     const bool long_walk = terms->monthsPerPeriod > 0 && walk.sure_steps(end) > 2 * periods_in_cycle(*terms);
     if (long_walk) total = add_sure_periods(total, walk, end, terms);
     std::int64_t steps_left = longest_walk_without_months;

@@ -6,6 +6,16 @@ namespace finance::test::literal {
 
 namespace {
 
+// Beyond the last year of 32 bits, or 2^31 months on, lies the far past: a walk that has not come to its end ends there, but
+// for one to an end that lies there too. The far future, where months led there, is not walked on from either.
+bool comes_round(std::int64_t k, const CalendarDate& date, const CalendarDate& before, std::int64_t end,
+                 const CouponTerms& terms) {
+    constexpr std::int64_t a_million_years = 365'000'000;  // about the year 0 dates go back by months
+    if (terms.monthsPerPeriod < 1 || date.julianDay >= end) return false;
+    if (date.julianDay < before.julianDay - a_million_years) return before.julianDay <= end;
+    return k > 1 && date.julianDay > before.julianDay + a_million_years;
+}
+
 CalendarDate advanced(const CalendarDate& date, std::int64_t k, const CouponTerms& terms) {
     CalendarDate result{};
     zAdvanceDate(&result, &date, k, &terms);
@@ -176,6 +186,7 @@ void add_later_periods(CouponList* list, const CalendarDate& first_end) {
     CalendarDate last = first_end;
     for (std::int64_t k = 1;; ++k) {
         const CalendarDate D = advanced(first_end, k, *list->terms);
+        if (comes_round(k, D, last, end, *list->terms)) return;
         list->lastPeriod = period(last, D, list->terms);
         list->currentPeriod = &list->lastPeriod;
         list->periodsStored += 1;
@@ -213,7 +224,8 @@ double sum_of_proportions(double total, const CalendarDate& origin, const Calend
     for (std::int64_t k = 1;; ++k) {
         const CalendarDate D = advanced(origin, k, *terms);
         const bool reached = until == WalkEnd::after ? D.julianDay > end.julianDay : D.julianDay >= end.julianDay;
-        if (reached) return total + Compute1CouponProportion(&P, &end, &P, &D, terms);
+        if (reached || comes_round(k, D, P, end.julianDay, *terms))
+            return total + Compute1CouponProportion(&P, &end, &P, &D, terms);
         total += Compute1CouponProportion(&P, &D, &P, &D, terms);
         P = D;
     }

@@ -12,7 +12,7 @@ void find_coupons(CouponInfo* info);
 double count_coupons(const CalendarDate& settlement, const CalendarDate& maturity, const CouponTerms& terms);
 double count_whole_coupons(const CalendarDate& date, const CalendarDate& maturity, const CouponTerms& terms);
 
-// Ends for frequencies with months per period only.
+// For frequencies with months per period only: without, dates do not come in order.
 void list_coupons(CouponList* list);
 double sum_of_proportions(double total, const CalendarDate& origin, const CalendarDate& end, WalkEnd until,
                           CouponTerms* terms);

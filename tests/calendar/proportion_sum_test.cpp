@@ -199,6 +199,22 @@ TEST(ProportionSum, BeyondTenMillionPeriodsOverTheYearZero) {
     }
 }
 
+// A first step over the end of the years leads to their other end. Where the end of the sum lies beyond it too, the walk goes
+// on to it, from the far past; from below the first year it has come beyond any end.
+TEST(ProportionSum, OverAnEndOfTheYearsLikeALoop) {
+    for (const std::int32_t basis : {0, 1, 2, 3, 4}) {
+        for (const WalkEnd until : {WalkEnd::after, WalkEnd::on_or_after}) {
+            const CouponTerms semiannual = terms_of(2, basis, false, false);
+            const CalendarDate last = far_date(2147483647, 10, 15);
+            compare(0.25, last, far_date(-2147483607, 3, 13), until, semiannual);
+            compare(0.25, last, far_date(-2147400000, 4, 15), until, semiannual);
+            const CalendarDate below = date_of_julian(-784350575013);  // month -3 of the first year
+            ASSERT_LT(below.month, 1);
+            compare(0.25, below, date_of_julian(-784347916127), until, terms_of(6, basis, false, false));
+        }
+    }
+}
+
 // 2^31 months are 178,956,970 years and 8 months. A walk over more comes round: from years so early that a year goes
 // below those of 32 bits, to the far future, where it ends; from others, to the far past, and ends there too.
 TEST(ProportionSum, WhereMonthsLeaveTheir32Bits) {
