@@ -3,11 +3,12 @@
 #include <cerrno>
 #include <cstring>
 
+#include "command/files/descriptors.hpp"
+
 namespace finance::command {
 
 bool write_text(std::FILE* stream, std::string_view text) {
-    const bool written = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
-    return std::fflush(stream) == 0 && written;
+    return std::fflush(stream) == 0 && write_bytes(fileno(stream), text) == text.size();
 }
 
 Outcome unwritten() {

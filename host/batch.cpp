@@ -79,8 +79,14 @@ std::size_t call_rows(const RowCalls& calls, unsigned threads) {
     };
     {
         std::vector<std::jthread> running;
-        for (std::size_t part = 1; part < parts; ++part) running.emplace_back(run, part);
+        std::size_t begun = 1;
+        try {
+            for (; begun < parts; ++begun) running.emplace_back(run, begun);
+        } catch (const std::exception&) {
+            // no memory for one more thread, or too many already: this one does what is left
+        }
         run(0);
+        for (; begun < parts; ++begun) run(begun);
     }
     std::size_t refused = 0;
     for (const Part& part : done) {

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,13 +11,13 @@
 #include <cerrno>
 #include <cmath>
 #include <csignal>
-#include <cstdio>
 #include <cstring>
-#include <memory>
 #include <utility>
 
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
+#include "command/files/descriptors.hpp"
+#include "command/files/output_file.hpp"
 #include "command/interruption.hpp"
 #include "command/usage_error.hpp"
 
@@ -54,47 +55,15 @@ constexpr std::string_view looks =
 
 // ---- Files and processes
 
-// An open descriptor.
-class Descriptor {
-public:
-    explicit Descriptor(int number = -1) : number_{number} {}
-    ~Descriptor() { reset(); }
-    Descriptor(Descriptor&& other) noexcept : number_{std::exchange(other.number_, -1)} {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        reset(std::exchange(other.number_, -1));
-        return *this;
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] int number() const { return number_; }
-    // Whether it could be closed: some file systems tell only then that there was no room.
-    bool reset(int number = -1) {
-        const int old = std::exchange(number_, number);
-        return old < 0 || close(old) == 0;
-    }
-
-private:
-    int number_;
-};
-
 [[noreturn]] void fail(const std::string& what) { throw PictureError{what + ": " + std::strerror(errno)}; }
 
-bool write_all(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno != EINTR) return false;
-        if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
-std::string read_all(int descriptor) {
-    std::string bytes;
+// Appends all that comes; whether its end was reached. An interruption reaches gnuplot, too: it ends then.
+bool read_all(int descriptor, std::string& bytes) {
     std::array<char, 16'384> buffer;
     for (;;) {
         const ssize_t n = read(descriptor, buffer.data(), buffer.size());
-        if (n == 0 || (n < 0 && errno != EINTR)) return bytes;
+        if (n == 0) return true;
+        if (n < 0 && errno != EINTR) return false;
         if (n > 0) bytes.append(buffer.data(), static_cast<std::size_t>(n));
     }
 }
@@ -109,8 +78,6 @@ Pipe open_pipe() {
     return {Descriptor{ends[0]}, Descriptor{ends[1]}};
 }
 
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
 // What a program started with these three files: its process.
 pid_t start_gnuplot(int input, int output, int errors) {
     posix_spawn_file_actions_t files;
@@ -120,10 +87,10 @@ pid_t start_gnuplot(int input, int output, int errors) {
     posix_spawn_file_actions_adddup2(&files, errors, STDERR_FILENO);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
-    sigset_t broken_pipe;
-    sigemptyset(&broken_pipe);
-    sigaddset(&broken_pipe, SIGPIPE);
-    posix_spawnattr_setsigdefault(&attributes, &broken_pipe);
+    sigset_t ignored;
+    sigemptyset(&ignored);
+    for (const int signal : {SIGPIPE, SIGXFSZ}) sigaddset(&ignored, signal);
+    posix_spawnattr_setsigdefault(&attributes, &ignored);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     std::array<char, 8> name{"gnuplot"};
     std::array<char, 16> defaults{"-d"};  // no start-up file
@@ -150,6 +117,14 @@ std::string first_words(std::string text) {
     constexpr std::size_t enough = 300;
     for (char& c : text) c = c == '\n' || c == '\t' ? ' ' : c;
     return shown(std::string_view{text}.substr(std::min(text.find_first_not_of(' '), text.size())), enough);
+}
+
+// What gnuplot complained of; else what the system did.
+std::string why(int errors, int fault) {
+    std::string said;
+    lseek(errors, 0, SEEK_SET);
+    if (read_all(errors, said) && !first_words(said).empty()) return first_words(said);
+    return fault != 0 ? std::strerror(fault) : "it does not say why";
 }
 
 // gnuplot calls every SVG by its own name, and curves by their data's.
@@ -228,37 +203,32 @@ std::string data_block(std::string_view name, std::span<const std::vector<double
 // gnuplot draws nothing before it has read the last line, so that it never waits for us to read while we write; what it
 // complains of goes to a file.
 std::string drawn(std::string_view script, PictureFormat format, std::span<const std::string> titles) {
-    const File errors{std::tmpfile(), std::fclose};
-    if (errors == nullptr) fail("no temporary file for gnuplot");
+    const Descriptor errors{memfd_create("gnuplot", MFD_CLOEXEC)};
+    if (!errors.open()) fail("gnuplot cannot be started");
     Pipe input = open_pipe();
     Pipe output = open_pipe();
-    const pid_t process = start_gnuplot(input.reading.number(), output.writing.number(), fileno(errors.get()));
+    const pid_t process = start_gnuplot(input.reading.number(), output.writing.number(), errors.number());
     input.reading.reset();
     output.writing.reset();
     const std::string head =
         std::string{terminal_of(format)}.append(looks).append(format != PictureFormat::characters ? grid : "");
-    const bool given = write_all(input.writing.number(), head) && write_all(input.writing.number(), script);
+    const int fault =
+        write_bytes(input.writing.number(), head + std::string{script}) < head.size() + script.size() ? errno : 0;
     input.writing.reset();
-    std::string picture = read_all(output.reading.number());
-    if (ended_well(process) && given && !picture.empty()) {
+    std::string picture;
+    const int unread = read_all(output.reading.number(), picture) ? 0 : errno;
+    output.reading.reset();
+    if (ended_well(process) && fault == 0 && unread == 0 && !picture.empty()) {
         return format == PictureFormat::svg ? titled(std::move(picture), titles) : picture;
     }
     stop_if_interrupted();  // gnuplot was, too
-    lseek(fileno(errors.get()), 0, SEEK_SET);
-    throw PictureError{"gnuplot could not draw the picture: " + first_words(read_all(fileno(errors.get())))};
+    throw PictureError{"gnuplot could not draw the picture: " + why(errors.number(), std::max(fault, unread))};
 }
 
 void write_picture(const std::filesystem::path& file, std::string_view picture) {
-    const std::string what = shown(file.string()) + " cannot be written";
-    Descriptor descriptor{open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)};
-    if (descriptor.number() < 0) fail(what);
-    const bool written = write_all(descriptor.number(), picture);
-    if (descriptor.reset() && written) return;
-    const int fault = errno;
-    std::error_code ignored;
-    if (std::filesystem::is_regular_file(file, ignored)) std::filesystem::remove(file, ignored);
-    errno = fault;
-    fail(what);
+    OutputFile output{file};
+    if (output.write(picture) != picture.size()) output.fail(errno);
+    output.keep();
 }
 
 }  // namespace finance::command

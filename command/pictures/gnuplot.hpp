@@ -3,7 +3,7 @@
 //  (1) gnuplot is given one script, data included, through a pipe, and gives the picture back through another: no
 //      shell and no file name is involved, nor any start-up file.
 //  (2) Text of the user's goes into a script by `gnuplot_string` only.
-//  (3) The picture's file is opened once the picture is there, and removed if it cannot be written whole.
+//  (3) The picture's file is opened once the picture is there (command/files/output_file.hpp).
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@
 
 namespace finance::command {
 
-// No gnuplot, no picture, no place to write to: exit status 1.
+// No gnuplot, no picture: exit status 1.
 class PictureError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -56,7 +56,7 @@ std::string data_block(std::string_view name, std::span<const std::vector<double
 // The picture that the script draws; PictureError. titles: what an SVG says of itself and then of each curve.
 std::string drawn(std::string_view script, PictureFormat format, std::span<const std::string> titles);
 
-// PictureError.
+// OutputError, ClosedPipe.
 void write_picture(const std::filesystem::path& file, std::string_view picture);
 
 }  // namespace finance::command

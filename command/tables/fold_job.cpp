@@ -102,18 +102,23 @@ void write_groups(const FlowGroups& groups, GroupEvaluator& evaluator, TableWrit
                   bool strict) {
     constexpr std::size_t block = std::size_t{64} * 1024;
     std::string output;
+    RunSummary unwritten;  // of what stands there
+    const auto write = [&] {
+        writer.write(output);
+        summary.add(unwritten);
+        output.clear();
+        unwritten.clear();
+    };
     for (const Group& group : groups.groups()) {
         stop_if_interrupted();
         const std::size_t begin = output.size();
-        if (is_failure(evaluator.evaluate(group, output, summary)) && strict) {
+        if (is_failure(evaluator.evaluate(group, output, unwritten)) && strict) {
             output.resize(begin);
             break;
         }
-        if (output.size() < block) continue;
-        writer.write(output);
-        output.clear();
+        if (output.size() >= block) write();
     }
-    writer.write(output);
+    write();
 }
 
 std::string group_header(const Header& header, const std::vector<std::size_t>& by, char delimiter) {

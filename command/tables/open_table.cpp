@@ -9,26 +9,17 @@
 #include <utility>
 
 #include "catalogue/text.hpp"
-#include "command/interruption.hpp"
+#include "command/files/descriptors.hpp"
 
 namespace finance::command {
 
 namespace {
 
-// A standard stream that was closed leaves its number to the next file, which must not pass for it.
-int beyond_standard_streams(int descriptor) {
-    if (descriptor > STDERR_FILENO) return descriptor;
-    const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    close(descriptor);
-    return moved;
-}
-
 int opened(const std::string& path) {
     if (path == standard_stream) return STDIN_FILENO;
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) stop_if_interrupted();  // nobody wrote to a named pipe
+    const int descriptor = open_descriptor(path, O_RDONLY);
     if (descriptor < 0) throw TableError{catalogue::shown(path) + " cannot be opened: " + std::strerror(errno)};
-    return beyond_standard_streams(descriptor);
+    return descriptor;
 }
 
 std::string spoken(const std::string& path) { return path == standard_stream ? "the input" : catalogue::shown(path); }
@@ -46,7 +37,7 @@ char delimiter_of(const TableOptions& options, TableReader& reader) {
 InputFile::InputFile(const std::string& path) : descriptor_{opened(path)}, owned_{path != standard_stream} {}
 
 InputFile::~InputFile() {
-    if (owned_) close(descriptor_);
+    if (owned_) (void)close_descriptor(descriptor_);
 }
 
 OpenTable::OpenTable(const TableOptions& options, BlockSizes sizes)

@@ -1,5 +1,6 @@
 #include "command/tables/row_pipeline.hpp"
 
+#include <exception>
 #include <utility>
 
 namespace finance::command {
@@ -12,8 +13,10 @@ constexpr std::size_t kept_output = std::size_t{2} * 1024 * 1024;  // a larger o
 
 RowPipeline::RowPipeline(std::size_t workers, Work work) : work_{std::move(work)}, slots_(2 * workers) {
     threads_.reserve(workers);
-    for (std::size_t i = 0; i < workers; ++i) {
-        threads_.emplace_back([this, i] { run(i); });
+    try {
+        for (std::size_t i = 0; i < workers; ++i) threads_.emplace_back([this, i] { run(i); });
+    } catch (const std::exception&) {
+        // no memory for one more, or too many already: those there are do the work, or else its owner
     }
 }
 
@@ -27,6 +30,12 @@ RowPipeline::~RowPipeline() {
 }
 
 void RowPipeline::submit() {
+    if (threads_.empty()) {
+        Slot& slot = slots_[filled_++ % slots_.size()];
+        process(0, slot);
+        slot.done = true;
+        return;
+    }
     {
         const std::scoped_lock lock{mutex_};
         slots_[filled_ % slots_.size()].done = false;

@@ -29,7 +29,8 @@ class RowPipeline {
 public:
     using Work = std::function<void(std::size_t worker, const Block& block, BlockResult& result)>;
 
-    // work runs in workers threads, each with its own number from 0 on.
+    // work runs in that many threads, each with its own number from 0 on; in fewer where the system gives no more, and
+    // within submit() where it gives none.
     RowPipeline(std::size_t workers, Work work);
     ~RowPipeline();
     RowPipeline(const RowPipeline&) = delete;

@@ -30,7 +30,16 @@ std::string RunSummary::text(std::string_view job, std::string_view things) cons
         if (is_rare(verdict) && counts_[i] == 0) continue;
         text += (i > 0 ? ", " : "") + counted(verdict, counts_[i]);
     }
-    text += '\n';
+    return text.append("\n").append(listed_lines());
+}
+
+std::string RunSummary::text_unkept(std::string_view job, std::string_view outcome) const {
+    std::string text{"finance: "};
+    return text.append(job).append(": ").append(outcome).append("\n").append(listed_lines());
+}
+
+std::string RunSummary::listed_lines() const {
+    std::string text;
     for (const std::string& refusal : first_refused_) text += "  " + refusal + '\n';
     if (failures() > first_refused_.size()) {
         text += "  and " + std::to_string(failures() - first_refused_.size()) + " more\n";

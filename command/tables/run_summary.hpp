@@ -35,8 +35,12 @@ public:
     }
     // things: "rows". A line of counts, then one for each that is listed.
     [[nodiscard]] std::string text(std::string_view job, std::string_view things) const;
+    // The same of what is not kept: the first line says what has become of the output.
+    [[nodiscard]] std::string text_unkept(std::string_view job, std::string_view outcome) const;
 
 private:
+    [[nodiscard]] std::string listed_lines() const;
+
     std::array<std::uint64_t, calls::verdict_words.size()> counts_{};
     std::vector<std::string> first_refused_;
 };

@@ -66,7 +66,11 @@ std::string table_options_help(bool by) {
            "\n"
            "Exit status\n"
            "  0 all answered, or without a value for lack of a value that is needed; 1 some refused, or the table\n"
-           "  could not be read or written to its end; 2 wrong usage, nothing written\n";
+           "  could not be read or written to its end; 2 wrong usage, nothing written. --output leaves the old FILE "
+           "as\n"
+           "  it was where the table does not come to its end, with --strict at a refusal; refused rows alone are "
+           "part\n"
+           "  of a whole one.\n";
 }
 
 }  // namespace finance::command

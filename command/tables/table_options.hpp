@@ -8,13 +8,12 @@
 #include <string_view>
 #include <vector>
 
+#include "command/files/descriptors.hpp"
 #include "command/number_form.hpp"
 #include "command/options.hpp"
 #include "command/tables/field_form.hpp"
 
 namespace finance::command {
-
-inline constexpr std::string_view standard_stream = "-";
 
 struct TableOptions {
     std::string_view calls{};
@@ -39,7 +38,12 @@ inline constexpr std::array table_options{
     Option{"--by", "COLUMN,...", "the columns that tell groups apart"},
     Option{"--where", "CONDITION",
            "only rows of which it holds, as in 'kind = \"bond\" and rate > 2%'; the others are left out"},
-    Option{"--output", "FILE", "instead of standard output", {}, "-o"},
+    Option{"--output",
+           "FILE",
+           "instead of standard output; the new FILE takes the old one's place once it is whole, which may\n"
+           "be the table that is read",
+           {},
+           "-o"},
     Option{"--delimiter",
            "CHAR",
            "what separates fields: comma, tab, semicolon or any one character; otherwise told by\n"

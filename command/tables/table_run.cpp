@@ -1,5 +1,6 @@
 #include "command/tables/table_run.hpp"
 
+#include <exception>
 #include <string>
 
 #include "command/tables/table_record.hpp"
@@ -46,16 +47,22 @@ Outcome finish(const TableRun& run, std::string_view job, std::string_view thing
     writer.write(header_text(run, columns));
     RunSummary summary;
     std::string fault;
+    const auto sentence = [](const std::exception& error) { return std::string{"finance: "} + error.what() + '\n'; };
     try {
         body(writer, summary);
-        writer.close();
+        if (options.strict && summary.failures() > 0) fault = "finance: stopped at the first refusal\n";
+        if (fault.empty()) writer.keep();
     } catch (const TableError& error) {
-        fault = std::string{"finance: "} + error.what() + '\n';
+        fault = sentence(error);
+    } catch (const OutputError& error) {
+        fault = sentence(error);
     }
-    const bool refused = summary.failures() > 0;
-    Outcome outcome{.exit_status = refused || !fault.empty() ? exit_refused : exit_answered};
-    if (!options.quiet) outcome.error = summary.text(job, things);
-    if (options.strict && refused) outcome.error += "finance: stopped at the first refusal\n";
+    const bool failed = summary.failures() > 0 || !fault.empty();
+    const bool kept = fault.empty() || !writer.file().replaces();
+    Outcome outcome{.exit_status = failed ? exit_refused : exit_answered};
+    if (!options.quiet) {
+        outcome.error = kept ? summary.text(job, things) : summary.text_unkept(job, writer.file().unchanged());
+    }
     outcome.error += fault;
     return outcome;
 }

@@ -36,9 +36,9 @@ std::string program() {
     return told != nullptr ? told : FINANCE_COMMAND;
 }
 
-CommandRun run_command(const std::string& arguments) {
+CommandRun run_command(const std::string& arguments, const std::string& environment) {
     const auto errors = std::filesystem::temp_directory_path() / ("finance_errors_" + std::to_string(getpid()));
-    const std::string line = std::string{"'"} + program() + "' 2>'" + errors.string() + "' " + arguments;
+    const std::string line = environment + " '" + program() + "' 2>'" + errors.string() + "' " + arguments;
     std::FILE* pipe = popen(line.c_str(), "r");
     if (pipe == nullptr) throw std::runtime_error{"the shell cannot be started"};
     CommandRun run;

@@ -11,8 +11,9 @@ struct CommandRun {
     std::string error{};
 };
 
-// arguments: shell text, redirections included. The program: environment variable FINANCE_COMMAND, else the built one.
+// arguments: shell text, redirections included; environment: NAME=VALUE... for the command alone. The program: environment
+// variable FINANCE_COMMAND, else the built one.
 std::string program();
-CommandRun run_command(const std::string& arguments);
+CommandRun run_command(const std::string& arguments, const std::string& environment = {});
 
 }  // namespace finance::test

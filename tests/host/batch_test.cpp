@@ -2,10 +2,14 @@
 #include "host/batch.hpp"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <array>
+#include <cstddef>
 #include <limits>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 #include "host/memory_vector.hpp"
@@ -199,6 +203,27 @@ TEST(Batch, ThreadsShareTheRows) {
         EXPECT_EQ(shared.flagged, alone.flagged) << threads;
         for (std::size_t row = 0; row < rows; ++row) ASSERT_EQ(bits(shared.results[row]), bits(alone.results[row]));
     }
+}
+
+// Stacks of 2^46 bytes fit nowhere: no thread can be made, and this one does all parts.
+TEST(Batch, ThreadsThatCannotBeMadeAreDoneWithout) {
+    pthread_attr_t usual, huge;
+    ASSERT_EQ(pthread_getattr_default_np(&usual), 0);
+    huge = usual;
+    ASSERT_EQ(pthread_attr_setstacksize(&huge, std::size_t{1} << 46U), 0);
+    ASSERT_EQ(pthread_setattr_default_np(&huge), 0);
+    EXPECT_THROW(std::thread{[] {}}.join(), std::system_error);
+    const EmbeddedHost host{real_module()};
+    std::vector<double> steps(8'000);
+    for (std::size_t i = 0; i < steps.size(); ++i) steps[i] = static_cast<double>(i) / 8'000.0;  // the first is refused
+    const std::vector<Column> columns{Column::numbers(steps.data()), Argument{360.0}, Argument{200'000.0}};
+    const Answers alone = answers_of(host, "PMT", columns, steps.size(), 4);
+    ASSERT_EQ(pthread_setattr_default_np(&usual), 0);
+    const Answers together = answers_of(host, "PMT", columns, steps.size(), 4);
+    EXPECT_EQ(alone.refused, 1U);
+    EXPECT_EQ(together.refused, 1U);
+    EXPECT_EQ(alone.statuses, together.statuses);
+    for (std::size_t i = 0; i < steps.size(); ++i) EXPECT_EQ(bits(alone.results[i]), bits(together.results[i])) << i;
 }
 
 TEST(Batch, NoRowsAndNoPlaceForMore) {
