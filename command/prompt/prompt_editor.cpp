@@ -2,6 +2,7 @@
 
 #include <editline/readline.h>
 #include <langinfo.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -43,11 +44,27 @@ Reading* reading = nullptr;
 // Bytes that were read and not yet handed over as characters: they outlast the line that they were read for.
 std::string unread;
 
+// ---- The window
+
+// A line that is longer than the window leads the editing library beyond what it keeps of the screen, and so does a window
+// that does not hold the prompt. So it is told of one that is wide enough, and as high as a very long line would be.
+void fit_to_window() {
+    constexpr int longest_line = 1 << 18;
+    constexpr int fewest_columns = 20, usual_columns = 80;
+    winsize size{};
+    if (::ioctl(::fileno(rl_instream), TIOCGWINSZ, &size) != 0) return;
+    const int columns = size.ws_col > 0 ? std::max(int{size.ws_col}, fewest_columns) : usual_columns;
+    rl_set_screen_size(std::max(longest_line / columns, int{size.ws_row}) + 1, columns);
+}
+
 // ---- Input: one character, signals being acted upon before it
 
 void act_upon(int signal) {
     if (signal == SIGWINCH) {
-        rl_resize_terminal();
+        // The editing library keeps the cursor's old place, which a smaller window does not have.
+        fit_to_window();
+        write_text(rl_outstream, "\r");
+        rl_forced_update_display();
         return;
     }
     reading->modes.leave();
@@ -56,6 +73,14 @@ void act_upon(int signal) {
     while (::tcgetpgrp(::fileno(rl_instream)) != ::getpgrp()) reading->signals.let_through(SIGTTIN);
     reading->modes.enter();
     rl_forced_update_display();
+}
+
+// At a Tab the editing library ends its copy of the line with a NUL, where that copy was when the line was shorter. It
+// reads nothing there: it is given a place of its own, of which the system keeps no more than is written to.
+void keep_line_end_apart() {
+    constexpr std::size_t longest_line = std::size_t{1} << 24;
+    static const auto place = std::make_unique_for_overwrite<char[]>(longest_line);
+    rl_line_buffer = place.get();
 }
 
 // The first character, taken from the bytes, once they hold all of it; a byte that begins none stands for itself.
@@ -69,6 +94,9 @@ std::optional<wchar_t> take_character(std::string& bytes) {
     return character;
 }
 
+// What the editing library takes for a letter typed with Meta.
+bool is_command(wchar_t character) { return character >= 0x80 && character <= 0x9F; }
+
 ssize_t read_byte(int file, char& byte) {
     ssize_t count = 0;
     while ((count = ::read(file, &byte, 1)) < 0 && errno == EINTR) continue;
@@ -77,7 +105,9 @@ ssize_t read_byte(int file, char& byte) {
 
 int read_character(std::FILE* stream) {
     for (;;) {
-        if (const auto character = take_character(unread)) return static_cast<int>(*character);
+        keep_line_end_apart();
+        if (const auto character = take_character(unread))
+            return is_command(*character) ? '?' : static_cast<int>(*character);
         const int signal = reading->signals.next(::fileno(stream));
         reading->abandoned = signal == SIGINT;
         if (reading->abandoned) return EOF;
@@ -157,6 +187,18 @@ char** complete(const char* word, int start, int /*end*/) {
 
 }  // namespace
 
+namespace {
+
+// What the editing library falls over: its own commands at an open quotation mark; the mark, which stays where a longer
+// line had it; the search letter by letter, which steps in front of the line; the word before, copied beyond the line's
+// end; what is repeated a million times. In place of the search one for lines that begin as this one does.
+constexpr std::array unbound{
+    "bind -r ^[x",  "bind -r ^[X", "bind -a -r :", "bind -r ^X^X", "bind -r ^[w", "bind -r ^[W",
+    "bind -r ^[^_", "bind -r ^[0", "bind -r ^[1",  "bind -r ^[2",  "bind -r ^[3", "bind -r ^[4",
+    "bind -r ^[5",  "bind -r ^[6", "bind -r ^[7",  "bind -r ^[8",  "bind -r ^[9", "bind ^R ed-search-prev-history"};
+
+}  // namespace
+
 PromptEditor::PromptEditor(const std::vector<std::string>& earlier_lines) {
     static std::array<char, 3> word_ends{" \t"};
     std::setlocale(LC_CTYPE, "");
@@ -171,8 +213,8 @@ PromptEditor::PromptEditor(const std::vector<std::string>& earlier_lines) {
     rl_attempted_completion_function = complete;
     rl_getc_function = read_character;
     rl_initialize();
-    // The library's own commands are not ours, and reading them it falls over an open quotation mark.
-    for (const char* command : {"bind -r ^[x", "bind -a -r :"}) rl_parse_and_bind(command);
+    fit_to_window();
+    for (const char* command : unbound) rl_parse_and_bind(command);
     using_history();
     stifle_history(static_cast<int>(kept_lines));
     for (const std::string& line : earlier_lines) remember(line);

@@ -7,12 +7,10 @@ import os
 import pathlib
 import shutil
 import signal
-import sys
-import tempfile
 import threading
 import time
 
-from terminal_session import CTRL_C, CTRL_D, CTRL_Z, ENTER, PAYMENT, PROMPT, TAB, Terminal
+from terminal import CTRL_C, CTRL_D, CTRL_Z, ENTER, PAYMENT, PROMPT, TAB, Terminal, run_sessions
 
 SHELLS = {"bash": ["--norc", "--noprofile", "-i"], "zsh": ["-f", "-i"]}
 SHELL_PROMPT = "shell: "
@@ -165,6 +163,33 @@ def keys_that_crashed(program, state):
     assert terminal.leave() == 0
 
 
+def settled(terminal):
+    """Until the screen shows nothing new."""
+    while terminal.read(0.4):
+        pass
+    terminal.shown = ""
+
+
+def windows_and_lines_that_crashed(program, state):
+    """A long line in a window that becomes small; Tab behind it; the mark, and a search of nothing."""
+    terminal = Terminal(program, state)
+    terminal.expect(PROMPT)
+    for rows, columns in ((2, 5), (1, 2), (24, 80)):
+        terminal.type("(" * 3000)
+        settled(terminal)
+        terminal.resize(rows, columns)
+        terminal.type("日" * 500 + " x" + TAB + TAB + "\x01\x05")
+        settled(terminal)
+        terminal.type("\x00\x15\x18\x18\x1bw\x12\x17\x07\x1b\x1f\x1b9\x1b9\x1b9x")
+        settled(terminal)
+        terminal.resize(50, 200)
+        terminal.type(CTRL_C)
+        settled(terminal)
+        terminal.ask("PMT 0.005 360 200000", PAYMENT)
+    terminal.type(CTRL_D)
+    assert terminal.leave() == 0
+
+
 def history_that_is_no_file(program, state):
     folder = state / "odd" / "finance"
     folder.mkdir(parents=True)
@@ -206,15 +231,7 @@ def arguments_in_the_order_of_a_call(program, state):
     assert terminal.leave() == 0
 
 
-def main():
-    program = sys.argv[1]
-    with tempfile.TemporaryDirectory() as folder:
-        state = pathlib.Path(folder)
-        for session in (terminal_left_as_found, jobs_that_are_stopped, keys_that_crashed, history_that_is_no_file,
-                        help_fits, arguments_in_the_order_of_a_call):
-            session(program, state)
-            print(f"{session.__name__}: as expected")
-
-
 if __name__ == "__main__":
-    main()
+    run_sessions(terminal_left_as_found, jobs_that_are_stopped, keys_that_crashed,
+                 windows_and_lines_that_crashed, history_that_is_no_file, help_fits,
+                 arguments_in_the_order_of_a_call)

@@ -3,77 +3,11 @@
 
     terminal_session.py PROGRAM
 """
-import fcntl
 import os
-import pathlib
-import pty
-import re
-import select
 import signal
-import struct
-import sys
-import tempfile
 import termios
-import time
 
-PATIENCE = 20.0  # seconds for a text to appear; a sanitized build on a busy machine is slow
-PROMPT = "finance> "
-WITHIN = ".. "  # where a line goes on
-PAYMENT = "-1199.1010503055047"
-TAB, UP, ENTER, CTRL_C, CTRL_D, CTRL_Z = "\t", "\x1b[A", "\r", "\x03", "\x04", "\x1a"
-CONTROL_SEQUENCE = re.compile(r"\x1b\[[0-9;?]*[A-Za-z]|\x07|\x1b[=>]")
-
-
-class Terminal:
-    """One run of the program. What it has shown since the last expectation is in `shown`."""
-
-    def __init__(self, program, state, arguments=(), **environment):
-        self.process, self.screen = pty.fork()
-        if self.process == 0:
-            os.environ.update({"TERM": "xterm", "LC_ALL": "C.UTF-8", "XDG_STATE_HOME": str(state)} | environment)
-            os.execv(program, [program, *arguments])
-        fcntl.ioctl(self.screen, termios.TIOCSWINSZ, struct.pack("HHHH", 50, 200, 0, 0))
-        self.shown = ""
-
-    def type(self, text):
-        os.write(self.screen, text if isinstance(text, bytes) else text.encode())
-
-    def read(self, patience):
-        """False where nothing comes any more."""
-        if not select.select([self.screen], [], [], patience)[0]:
-            return False
-        try:
-            piece = os.read(self.screen, 4096)
-        except OSError:  # the program has left
-            return False
-        self.shown += CONTROL_SEQUENCE.sub("", piece.decode(errors="replace"))
-        return bool(piece)
-
-    def expect(self, text):
-        """Waits until the screen shows the text; returns what came before it and forgets both."""
-        deadline = time.monotonic() + PATIENCE
-        while text not in self.shown:
-            if not self.read(max(0.0, deadline - time.monotonic())) and text not in self.shown:
-                raise AssertionError(f"{text!r} does not appear, but {self.shown!r}")
-        before, self.shown = self.shown.split(text, 1)
-        return before
-
-    def ask(self, line, answer):
-        """Types a line; the next thing printed must be the answer."""
-        self.type(line + ENTER)
-        self.expect("\r\n")
-        before = self.expect("\n")
-        assert before == answer + "\r", f"{line!r} answers {before!r}, not {answer!r}"
-        self.expect(PROMPT)
-
-    def wait(self):
-        """The exit status, or minus the signal that ended it."""
-        return os.waitstatus_to_exitcode(os.waitpid(self.process, 0)[1])
-
-    def leave(self):
-        while self.read(PATIENCE):
-            pass
-        return self.wait()
+from terminal import CTRL_C, CTRL_D, CTRL_Z, ENTER, PAYMENT, PROMPT, TAB, UP, WITHIN, Terminal, run_sessions
 
 
 def answers(terminal):
@@ -179,7 +113,7 @@ def earlier_lines(terminal):
 def new_window_size(terminal):
     terminal.type("NPV 0.25")
     terminal.expect("NPV 0.25")
-    fcntl.ioctl(terminal.screen, termios.TIOCSWINSZ, struct.pack("HHHH", 30, 100, 0, 0))
+    terminal.resize(30, 100)
     os.kill(terminal.process, signal.SIGWINCH)
     terminal.ask(" 0 125", "80")
 
@@ -275,15 +209,6 @@ def request_to_terminate(program, state):
     assert termios.tcgetattr(terminal.screen)[local_modes] & termios.ICANON
 
 
-def main():
-    program = sys.argv[1]
-    with tempfile.TemporaryDirectory() as folder:
-        state = pathlib.Path(folder)
-        for session in (first_session, second_session, plain_locale, stopped_and_continued,
-                        history_that_cannot_be_kept, request_to_terminate):
-            session(program, state)
-            print(f"{session.__name__}: as expected")
-
-
 if __name__ == "__main__":
-    main()
+    run_sessions(first_session, second_session, plain_locale, stopped_and_continued, history_that_cannot_be_kept,
+                 request_to_terminate)
