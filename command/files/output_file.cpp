@@ -92,7 +92,9 @@ int OutputFile::descriptor() const {
 
 std::string OutputFile::unchanged() const { return name_ + (existed_ ? " is left as it was" : " is not made"); }
 
-std::size_t OutputFile::write(std::string_view bytes) { return write_bytes(descriptor(), bytes, stop_if_interrupted); }
+std::size_t OutputFile::write(std::string_view bytes) const {
+    return write_bytes(descriptor(), bytes, stop_if_interrupted);
+}
 
 void OutputFile::keep() {
     const bool kept = new_ ? new_->finish(target_) : direct_.reset();

@@ -43,7 +43,7 @@ public:
     [[nodiscard]] int descriptor() const;
 
     // How many of the bytes could be written; where it is not all of them, errno says why. Interrupted.
-    std::size_t write(std::string_view bytes);
+    [[nodiscard]] std::size_t write(std::string_view bytes) const;
     // All has been written. OutputError where the system only now says that something could not be.
     void keep();
     // ClosedPipe, or OutputError with the file's name.

@@ -23,6 +23,7 @@
 #include "command/prompt/prompt_history.hpp"
 #include "command/prompt/prompt_signals.hpp"
 #include "command/prompt/terminal_modes.hpp"
+#include "command/prompt/typed_keys.hpp"
 
 namespace finance::command {
 
@@ -43,6 +44,8 @@ Reading* reading = nullptr;
 
 // Bytes that were read and not yet handed over as characters: they outlast the line that they were read for.
 std::string unread;
+
+TypedKeys keys;
 
 // ---- The window
 
@@ -94,8 +97,8 @@ std::optional<wchar_t> take_character(std::string& bytes) {
     return character;
 }
 
-// What the editing library takes for a letter typed with Meta.
-bool is_command(wchar_t character) { return character >= 0x80 && character <= 0x9F; }
+// Control characters beyond ASCII are letters typed with Meta to the editing library.
+wchar_t without_meta(wchar_t character) { return character >= 0x80 && character <= 0x9F ? L'?' : character; }
 
 ssize_t read_byte(int file, char& byte) {
     ssize_t count = 0;
@@ -106,8 +109,9 @@ ssize_t read_byte(int file, char& byte) {
 int read_character(std::FILE* stream) {
     for (;;) {
         keep_line_end_apart();
-        if (const auto character = take_character(unread))
-            return is_command(*character) ? '?' : static_cast<int>(*character);
+        if (const auto character = take_character(unread)) {
+            return static_cast<int>(keys.given(without_meta(*character)));
+        }
         const int signal = reading->signals.next(::fileno(stream));
         reading->abandoned = signal == SIGINT;
         if (reading->abandoned) return EOF;
@@ -224,6 +228,7 @@ PromptEditor::PromptEditor(const std::vector<std::string>& earlier_lines) {
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 std::optional<PromptEditor::Line> PromptEditor::read(const char* prompt) {
     Reading current;
+    keys.begin_line();
     reading = &current;
     const OwnedText text{readline(prompt)};
     reading = nullptr;

@@ -190,6 +190,23 @@ def windows_and_lines_that_crashed(program, state):
     assert terminal.leave() == 0
 
 
+def a_long_line_stays_whole(program, state):
+    """Its end is refused, whatever key would have cut it."""
+    terminal = Terminal(program, state)
+    terminal.expect(PROMPT)
+    terminal.ask("PMT 0.005 360 200000", PAYMENT)
+    for up, down in (("\x1b[A", "\x1b[B"), ("\x1bOA", "\x1bOB"), ("\x10", "\x0e"), ("\x1bp", "\x1bn"), ("\x12", "\x1bn")):
+        terminal.type("NPV 0.25 " + "0 " * 900 + "125x")
+        settled(terminal)
+        terminal.type(up + down)
+        settled(terminal)
+        terminal.type(ENTER)
+        terminal.expect("'125x' is not a number")
+        terminal.expect(PROMPT)
+    terminal.type(CTRL_D)
+    assert terminal.leave() == 0
+
+
 def history_that_is_no_file(program, state):
     folder = state / "odd" / "finance"
     folder.mkdir(parents=True)
@@ -233,5 +250,5 @@ def arguments_in_the_order_of_a_call(program, state):
 
 if __name__ == "__main__":
     run_sessions(terminal_left_as_found, jobs_that_are_stopped, keys_that_crashed,
-                 windows_and_lines_that_crashed, history_that_is_no_file, help_fits,
+                 windows_and_lines_that_crashed, a_long_line_stays_whole, history_that_is_no_file, help_fits,
                  arguments_in_the_order_of_a_call)
