@@ -97,8 +97,13 @@ std::optional<wchar_t> take_character(std::string& bytes) {
     return character;
 }
 
-// Control characters beyond ASCII are letters typed with Meta to the editing library.
-wchar_t without_meta(wchar_t character) { return character >= 0x80 && character <= 0x9F ? L'?' : character; }
+// To the editing library, control characters beyond ASCII are letters typed with Meta, and what takes more than four bytes
+// (there are longer sequences of UTF-8 than it has characters) is a reason to abort.
+wchar_t harmless(wchar_t character) {
+    constexpr wchar_t last = 0x10FFFF;
+    const bool meta = character >= 0x80 && character <= 0x9F;
+    return meta || character > last ? L'?' : character;
+}
 
 ssize_t read_byte(int file, char& byte) {
     ssize_t count = 0;
@@ -110,7 +115,7 @@ int read_character(std::FILE* stream) {
     for (;;) {
         keep_line_end_apart();
         if (const auto character = take_character(unread)) {
-            return static_cast<int>(keys.given(without_meta(*character)));
+            return static_cast<int>(keys.given(harmless(*character)));
         }
         const int signal = reading->signals.next(::fileno(stream));
         reading->abandoned = signal == SIGINT;

@@ -148,6 +148,13 @@ def jobs_that_are_stopped(program, state):
     assert terminal.leave() == 0
 
 
+def settled(terminal):
+    """Until the screen shows nothing new."""
+    while terminal.read(0.4):
+        pass
+    terminal.shown = ""
+
+
 def keys_that_crashed(program, state):
     """Tab where there is nothing to copy; the editing library's own commands, with an open quotation mark."""
     terminal = Terminal(program, state)
@@ -155,19 +162,16 @@ def keys_that_crashed(program, state):
     terminal.type(TAB + TAB)
     terminal.expect("YIELDMAT")
     terminal.expect(PROMPT)
+    terminal.type(b"\xfc\xa2\x94\x8b\x80\x86" + TAB.encode())  # no character, but a sequence of six bytes
+    settled(terminal)
+    terminal.type(CTRL_C)
+    terminal.expect(PROMPT)
     terminal.type("\x1bx'" + ENTER)
     terminal.expect("no second ' follows")
     terminal.expect(PROMPT)
     terminal.ask("PMT 0.005 360 200000", PAYMENT)
     terminal.type("quit" + ENTER)
     assert terminal.leave() == 0
-
-
-def settled(terminal):
-    """Until the screen shows nothing new."""
-    while terminal.read(0.4):
-        pass
-    terminal.shown = ""
 
 
 def windows_and_lines_that_crashed(program, state):
