@@ -77,7 +77,7 @@ const std::vector<Door> doors{
     {"map 'PMT(a,b,d)' '@/#.csv'"},
     {"map 'PMT(a,b,c)' '@/#.gz'", 1},
     {"map 'PMT(a,b,c)' '@/t.csv' --output '@/#/t.csv'", 1},
-    {"map 'PMT(a,b,c)' '@/#.csv' --output '@/#.csv'"},
+    {"map 'PMT(a,b,c)' '@/#.csv' --output '@/#.csv/t'", 1},
     {"plot 'PMT(r,360,1)' r=0.01..0.02 --output '#'"},
     {"plot 'PMT(r,360,1)' r=0.01..0.02 --output '@/#/t.svg'", 1},
     // Calls over tables
