@@ -55,7 +55,8 @@ bool take_over(int descriptor, const struct stat& old) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path) : name_{path == standard_stream ? "the output" : catalogue::shown(path)} {
+OutputFile::OutputFile(const std::string& path)
+    : name_{path == standard_stream ? "the output" : catalogue::shown(path)} {
     if (path == standard_stream || is_standard_output(path)) return;
     direct_.reset(open_descriptor(path, O_WRONLY | O_NOCTTY));
     existed_ = direct_.open();
