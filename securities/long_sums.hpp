@@ -18,8 +18,8 @@
 
 namespace finance {
 
-inline constexpr double longest_literal_sum = 200'000'000 / walks_shortened;
-inline constexpr double longest_literal_search = 200'000'000 / walks_shortened;
+inline constexpr double longest_literal_sum = 2e8 / static_cast<double>(walks_shortened);
+inline constexpr double longest_literal_search = 2e8 / static_cast<double>(walks_shortened);
 inline constexpr double cost_of_denormals = 20.0;  // of a term, in usual terms
 inline constexpr std::int64_t block_of_terms = 64;
 static_assert(static_cast<std::int64_t>(longest_literal_sum) % block_of_terms == 0);
