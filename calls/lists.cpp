@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 #include "catalogue/layout.hpp"
 
@@ -47,7 +48,8 @@ void put_in_order_of_dates(const catalogue::Calculation& calculation, std::vecto
     if (!std::ranges::all_of(days, is_day) || std::ranges::is_sorted(days, {}, &host::Argument::number)) return;
     std::vector<std::size_t> order(size);
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::stable_sort(order, {}, [&](std::size_t i) { return days[i].number(); });
+    // Equal days stay as they stand: so do their places.
+    std::ranges::sort(order, {}, [&](std::size_t i) { return std::pair{days[i].number(), i}; });
     reorder(std::span{arguments}.subspan(first - size, size), order);  // the values stand before their dates
     reorder(days, order);
 }

@@ -188,5 +188,19 @@ TEST_P(Schedules, EndsOfFebruary) {
 
 INSTANTIATE_TEST_SUITE_P(Frequency, Schedules, testing::Values(1, 2, 4, 6, 12), testing::PrintToStringParamName{});
 
+// A period of one year, counted in years instead of months: 15 March of each. By hand.
+TEST(SchedulesOfYears, StepByTheirUnit) {
+    const CalendarDate settlement = date_of(2010, 5, 10);
+    const CalendarDate maturity = date_of(2015, 3, 15);
+    CouponTerms terms = coupon_terms(1, BASIS_30_360);
+    terms.stepUnit = STEP_YEARS;
+    terms.monthsPerPeriod = 1;
+    CouponInfo info{};
+    EXPECT_EQ(coupons_around(&info, settlement, maturity, &terms, REQUEST_DATES | REQUEST_COUNT), 5.0);
+    EXPECT_TRUE(same_date(*info.previousCoupon, date_of(2010, 3, 15))) << *info.previousCoupon;
+    EXPECT_TRUE(same_date(*info.nextCoupon, date_of(2011, 3, 15))) << *info.nextCoupon;
+    EXPECT_EQ(info.coincidentCoupon, nullptr);
+}
+
 }  // namespace
 }  // namespace finance::test

@@ -129,6 +129,17 @@ TEST(DayCount, Day31IsAddedToTheUsCountOnly) {
     }
 }
 
+// From the 15th to the 30th are fifteen days of 30/360, whoever asks for the 31st.
+TEST(DayCount, NoDay31IsAddedToAnotherDay) {
+    const CalendarDate start = date_of(2001, 1, 15);
+    const CalendarDate end = date_of(2001, 1, 30);
+    CouponTerms terms = year_fraction_terms(BASIS_30_360);
+    ASSERT_EQ(terms.day31Adjust, 1);
+    CountTheDays(&start, &end, &terms);
+    EXPECT_EQ(terms.dayCount, 15.0);
+    EXPECT_EQ(days_between(start, end, terms), 15.0);
+}
+
 TEST(DayCount, UnknownBasis) {
     const CalendarDate start = date_of(2001, 1, 15);
     const CalendarDate end = date_of(2002, 1, 31);

@@ -246,5 +246,20 @@ TEST(DiscountSecurities, Failures) {
     });
 }
 
+// An argument cannot be 0; a record can. Ninety days of a year that has 360, nothing redeemed: a rate would be 0 / 0.
+TEST(DiscountSecurities, NothingRedeemedHasNoRate) {
+    DiscountRecord record{};
+    record.settlement = date_of(2001, 1, 1);
+    record.maturity = date_of(2001, 4, 1);
+    record.terms = year_fraction_terms(BASIS_30_360);
+    record.answer = 7.0;
+    EXPECT_EQ(zComputeDISC(&record), 1);
+    EXPECT_EQ(record.answer, 7.0);
+    record.first = 99.0;
+    record.second = 100.0;
+    EXPECT_EQ(zComputeDISC(&record), 0);
+    EXPECT_EQ(record.answer, 1.0 / 100.0 / 0.25) << by_hand;
+}
+
 }  // namespace
 }  // namespace finance::test

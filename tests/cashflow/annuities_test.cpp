@@ -228,6 +228,21 @@ TEST(AnnuitySums, EarlyEndsKeepTheBits) {
     }
 }
 
+// No call asks for a period after the last. Its balance at a rate of 1 would have doubled 2^(per - 1) times: a double
+// holds 2^1023, and 2^1999 is none.
+TEST(Annuities, PeriodsBeyondAllBoundsHaveNoParts) {
+    AnnuityRecord a{};
+    a.nper = 1;
+    a.rate = 1.0;
+    a.presentValue = 1.0;
+    a.per = 2000;
+    EXPECT_EQ(zComputePPMT(&a), 1);
+    EXPECT_EQ(zComputeIPMT(&a), 1);
+    a.per = 1;
+    ASSERT_EQ(zComputePPMT(&a), 0);
+    EXPECT_NEAR(a.principalPart, -1.0, 1e-15);  // of a payment of 2 one is interest
+}
+
 // Too many steps for a walk: expected values from the identities of the whole loan, and of a range that ends at the loan.
 // Of tiny amounts fewer steps are too many.
 TEST(AnnuitySums, BillionsOfPeriodsHaveClosedForms) {
