@@ -60,6 +60,10 @@ TEST(Meant, Words) {
               "20240115 is no day of the years 1 to 9999, counted from 1960-01-01: it looks like 2024-01-15");
     EXPECT_EQ(calls::unmeant_words(Kind::date, 20241315.0),
               "20241315 is no day of the years 1 to 9999, counted from 1960-01-01");
+    for (const char* no_eight_digits : {"2936550", "123456789"}) {
+        EXPECT_EQ(calls::unmeant_words(Kind::date, std::stod(no_eight_digits)),
+                  std::string{no_eight_digits} + " is no day of the years 1 to 9999, counted from 1960-01-01");
+    }
     EXPECT_EQ(calls::unmeant_words(Kind::basis, 1.5),
               "1.5 is no code of a day-count basis: " + std::string{catalogue::basis_words});
 }

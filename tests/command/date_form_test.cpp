@@ -34,6 +34,10 @@ const Row rows[] = {
     {DateForm::ymd, "23390", {}},
     {DateForm::ymd, "24-01-15", {}},
     {DateForm::ymd, "2024-01/15", {}},
+    {DateForm::ymd, "2024-001-15", {}},
+    {DateForm::ymd, "2024-01-015", {}},
+    {DateForm::ymd, "2O24-01-15", {}},  // letters O
+    {DateForm::ymd, "2024-O1-15", {}},
     {DateForm::dmy, "15.01.2024", january_15},
     {DateForm::dmy, "15/1/2024", january_15},
     {DateForm::dmy, "2024-01-15", january_15},

@@ -41,6 +41,8 @@ const std::vector<NumberCase> numbers{
     {".5", 0.5, refused, 0.5, refused},
     {"100", 100, 100, 100, 100},
     {"1e3", 1000, 1000, 1000, 1000},
+    {"1E3", 1000, 1000, 1000, 1000},
+    {"1e", refused, refused, refused, refused},
     {"1,5e3", refused, 1500, refused, 1500},
     {"5,75%", refused, 0.0575, refused, 0.0575},
     {"5,75 %", refused, 0.0575, refused, 0.0575},
@@ -124,7 +126,7 @@ TEST(FieldForm, NumbersAreWhatTheOptionsSay) {
         expect_number({.loose = true}, row.text, row.loose, "loose");
         expect_number({.decimal_comma = true, .loose = true}, row.text, row.both, "both");
     }
-    EXPECT_EQ(numbers.size(), 62U);
+    EXPECT_EQ(numbers.size(), 64U);
 }
 
 bool is_missing(const std::optional<host::Argument>& value) {
