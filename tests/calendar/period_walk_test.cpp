@@ -56,6 +56,7 @@ TEST(PeriodWalk, ComesRound) {
         {"years, annual", 2147483600, 1, 48, true},  // 2147483647 is 47 years on
         {"years, monthly", 2147483640, 12, 7 * 12 + 8, true},
         {"years, half-years", 2147483647, 2, 2, true},
+        {"years, annual, at once", 2147483647, 1, 1, true},
         {"months, annual", 2001, 1, 178956971, true},
         {"months, monthly", 2001, 12, 2147483648, true},
         {"months, quarters", 1000, 4, 715827883, true},
