@@ -1,10 +1,22 @@
 #include "command/tables/table_options.hpp"
 
+#include <filesystem>
+#include <system_error>
+
 #include "command/options.hpp"
 #include "command/tables/table_format.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
+
+namespace {
+
+bool is_file(std::string_view path) {
+    std::error_code none;
+    return std::filesystem::is_regular_file(path, none);
+}
+
+}  // namespace
 
 TableOptions read_table_options(Words words, const Job& job, const Settings& settings) {
     const OptionsGiven given = read_options(job.options, words, {.job = job.word, .explains = true});
@@ -30,6 +42,9 @@ TableOptions read_table_options(Words words, const Job& job, const Settings& set
     const std::vector<std::string_view>& places = given.places;
     if (places.size() > 2) fail("one table at a time, not " + in_quotes(places[2]) + " as well");
     if (places.empty() && !options.help) fail("the calls are missing, as in 'PMT(rate, nper, pv)'");
+    if (!places.empty() && is_file(places[0]) && (places.size() == 1 || !is_file(places[1]))) {
+        fail(in_quotes(places[0]) + " is a file: the calls come before the table");
+    }
     if (!places.empty()) options.calls = places[0];
     if (places.size() > 1) options.input = places[1];
     return options;

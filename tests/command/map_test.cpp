@@ -404,6 +404,18 @@ constexpr UsageCase wrong_usages[] = {
     {"map 'SLN(1,0'", "finance: ',' or ')' is expected at the end of the calls\ntry: finance help map\n"},
 };
 
+// The table first, as other programs have it, or alone: nothing is waited for from standard input.
+TEST_F(Map, TheCallsComeBeforeTheTable) {
+    const std::string table = put("loans.csv", "rate,nper,pv\n0.005,360,200000\n");
+    const std::string error = "finance: map: '" + (folder_ / "loans.csv").string() +
+                              "' is a file: the calls come before the table\ntry: finance help map\n";
+    for (const std::string& words : {"map " + table, "map " + table + " 'PMT(rate, nper, pv)'"}) {
+        const CommandRun run = run_command(words);
+        EXPECT_EQ(run.exit_status, 2);
+        EXPECT_EQ(run.error, error);
+    }
+}
+
 // Values: 0.005 a period over 360 of 200000, as above. The rule is the catalogue's.
 TEST_F(Map, ObjectsForMachines) {
     const std::string table = put("loans.csv", "rate,nper,pv\n0.005,360,200000\n\n0.005,2.5,1\nx,1,1\n.,1,1\n1,1\n");
