@@ -15,7 +15,7 @@ namespace finance::elementary {
 template <typename N>
 double exp_of_long(Long<N> x, std::uint64_t sign) {
     const std::uint64_t field = exponent_field(x.high.value);
-    if (field < exponent_field(0x1p-54)) return std::copysign(1.0 + x.high.value, sign != 0 ? -1.0 : 1.0);
+    if (field < exponent_field(0x1p-54)) return 1.0 + x.high.value;  // of no whole power but of 1: there is no sign
     if (field >= exponent_field(1024.0))
         return std::copysign(x.high.value < 0.0 ? 0.0 : infinity, sign != 0 ? -1.0 : 1.0);
     Reduced<N> to = reduced(x.high);
