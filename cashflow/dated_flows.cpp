@@ -30,7 +30,7 @@ constexpr Status status_without_memory = 2147604497;
 
 // m amounts from `first` on, then m dates.
 bool read_flows(Arguments& in, int first, DatedCashFlows& flows) {
-    count_steps(2 * flows.count);
+    count_steps(std::int64_t{2} * flows.count);
     for (int i = 0; i < flows.count; ++i) {
         if (!in.number(first + i, flows.values[i])) return false;
     }
