@@ -1,9 +1,9 @@
 #include "command/host_on_demand.hpp"
 
 #include <string>
-#include <system_error>
 
 #include "catalogue/text.hpp"
+#include "command/files/descriptors.hpp"
 
 namespace finance::command {
 
@@ -11,11 +11,6 @@ namespace {
 
 constexpr const char* module_file = "zelkovan.so";
 constexpr std::size_t most_said = 1000;
-
-bool is_file(const std::filesystem::path& path) {
-    std::error_code unreadable;
-    return std::filesystem::is_regular_file(path, unreadable);
-}
 
 }  // namespace
 

@@ -4,7 +4,16 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <system_error>
+
 namespace finance::command {
+
+bool is_file(const std::filesystem::path& path) {
+    std::error_code unreadable;
+    return std::filesystem::is_regular_file(path, unreadable);
+}
+
+bool is_same_file(const struct stat& a, const struct stat& b) { return a.st_dev == b.st_dev && a.st_ino == b.st_ino; }
 
 int open_descriptor(const std::string& path, int flags, mode_t mode) {
     const int descriptor = completed([&] { return open(path.c_str(), flags | O_CLOEXEC, mode); });

@@ -1,10 +1,12 @@
 // Files by their descriptors: what an interruption, or a reader that is slow, does not end.
 #pragma once
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <cerrno>
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,6 +26,12 @@ auto completed(Call call) {
         stop_if_interrupted();
     }
 }
+
+// Whether a regular file is there; what cannot be looked at is none.
+bool is_file(const std::filesystem::path& path);
+
+// Whether both are of one file, whatever its names.
+bool is_same_file(const struct stat& a, const struct stat& b);
 
 // Closed for programs that are started, and none of the standard streams, even where one of those was closed before:
 // its number must not pass for the file. -1 and errno; Interrupted.

@@ -15,11 +15,9 @@ namespace finance::command {
 
 namespace {
 
-bool is_same(const struct stat& a, const struct stat& b) { return a.st_dev == b.st_dev && a.st_ino == b.st_ino; }
-
 bool names(const std::filesystem::path& path, const struct stat& file) {
     struct stat about {};
-    return stat(path.c_str(), &about) == 0 && is_same(about, file);
+    return stat(path.c_str(), &about) == 0 && is_same_file(about, file);
 }
 
 bool is_standard_output(const std::string& path) {

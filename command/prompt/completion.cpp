@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <exception>
-#include <filesystem>
 #include <span>
-#include <system_error>
 #include <utility>
 
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
+#include "command/files/descriptors.hpp"
 #include "command/jobs.hpp"
 #include "command/options.hpp"
 #include "command/prompt/prompt.hpp"
@@ -115,8 +114,7 @@ Texts arguments(const Calculation& calculation, const TypedLine& line) {
 // not shown as they are.
 Texts columns_in(std::span<const std::string> words) {
     for (const std::string& word : words) {
-        std::error_code fault;
-        if (!std::filesystem::is_regular_file(word, fault)) continue;
+        if (!is_file(word)) continue;
         try {
             Texts names = OpenTable{TableOptions{.input = word}}.header().names;
             std::erase_if(names, [](const std::string& name) {

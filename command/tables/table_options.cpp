@@ -1,22 +1,11 @@
 #include "command/tables/table_options.hpp"
 
-#include <filesystem>
-#include <system_error>
-
+#include "command/files/descriptors.hpp"
 #include "command/options.hpp"
 #include "command/tables/table_format.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
-
-namespace {
-
-bool is_file(std::string_view path) {
-    std::error_code none;
-    return std::filesystem::is_regular_file(path, none);
-}
-
-}  // namespace
 
 TableOptions read_table_options(Words words, const Job& job, const Settings& settings) {
     const OptionsGiven given = read_options(job.options, words, {.job = job.word, .explains = true});

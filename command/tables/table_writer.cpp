@@ -5,6 +5,7 @@
 
 #include <cerrno>
 
+#include "command/files/descriptors.hpp"
 #include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
 
@@ -16,7 +17,7 @@ void forbid_input_as_output(int input, int output) {
     struct stat read {
     }, written{};
     if (fstat(input, &read) != 0 || fstat(output, &written) != 0 || !S_ISREG(written.st_mode)) return;
-    if (read.st_dev != written.st_dev || read.st_ino != written.st_ino) return;
+    if (!is_same_file(read, written)) return;
     throw UsageError{"the output is the table that is read; --output replaces it once all is written", "--output FILE"};
 }
 
