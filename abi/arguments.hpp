@@ -63,6 +63,9 @@ inline CharacterValue character_value(const ArgSlot& slot) {
 // Reads the arguments of one call. A taker that returns false has dealt with the failure: return status().
 class Arguments {
 public:
+    using Number = double;
+    using Outcome = Status;
+
     Arguments(HostCallContext* context, double* result, std::int64_t count)
         : slots_{slots_of(context)}, result_{result}, count_{count} {}
 
@@ -118,6 +121,10 @@ public:
     }
     // Payment timing: 1 at the start of each period; 0 and every negative whole number at its end.
     bool payment_timing(int i, std::int32_t& type) { return optional_exact(i, type) && (type <= 1 || refuse(i)); }
+    // Of two amounts one may be missing, not both. (The second is not, where it has no value at all.)
+    [[nodiscard]] bool both_missing(int first, int second) const {
+        return is_missing(number_or_missing(first)) && has_value(second) && is_missing(number_or_missing(second));
+    }
     // What the payments leave, or begin with, and in the next position their timing.
     bool amount_and_timing(int i, double& amount, std::int32_t& type) {
         optional_number(i, amount);
@@ -132,6 +139,11 @@ public:
     [[nodiscard]] bool has_value(int i) const { return given(i) && slots_[i].value != nullptr; }
     // The value of an argument that no rule requires; missing where it is left out or absent.
     [[nodiscard]] double number_or_missing(int i) const { return given(i) ? numeric_value(slots_[i]) : MISSING_VALUE; }
+
+    // Two questions about what was read, after which the call may be at its end: return status(). An argument is at fault;
+    // the answer is known.
+    bool refuses(int i, bool at_fault) { return at_fault && !refuse(i); }
+    bool settles(bool settled, double value) { return settled && answer(value) == STATUS_SUCCESS; }
 
     // -- the end of the call
     // An argument that is found at fault after it was read: as a taker (false), or as the call's status.
@@ -148,6 +160,7 @@ public:
     }
     // What a kernel left behind, unless it failed. (By reference: the kernel runs in the same argument list.)
     Status answer_if(int kernel_failure, const double& value) { return kernel_failure == 0 ? answer(value) : fail(); }
+    Status answer_where(bool answered, const double& value) { return answered ? answer(value) : fail(); }
     // What the failed taker decided.
     [[nodiscard]] Status status() const { return status_; }
 
@@ -180,8 +193,20 @@ using Handler = Status(HostCallContext* context, double* result, std::int64_t co
 
 }  // namespace finance
 
+// Begins the definition of a calculation, of the arguments of one call or of the rows of columns.
+#define FINANCE_CALCULATION(name) \
+    template <typename In>        \
+    [[gnu::always_inline]] inline typename In::Outcome calculate_##name(In& in)
+
 // Begins the definition of a calculation's handler. (module/financial_list.hpp has them all.)
 #define FINANCE_HANDLER(name)                                                                                \
     ::finance::Handler fnc_##name;                                                                           \
     ::finance::Status fnc_##name([[maybe_unused]] HostCallContext* context, [[maybe_unused]] double* result, \
                                  [[maybe_unused]] std::int64_t count, [[maybe_unused]] std::int32_t row)
+
+// Defines the handler of one that begins so.
+#define FINANCE_HANDLER_OF(name)              \
+    FINANCE_HANDLER(name) {                   \
+        Arguments in{context, result, count}; \
+        return calculate_##name(in);          \
+    }

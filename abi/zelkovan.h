@@ -246,6 +246,42 @@ ZELKOVAN_EXPORT void* vmalloc_handler(void* vector, uint64_t a, int32_t n, ...);
 ZELKOVAN_EXPORT void* vmalcp_handler(void* vector, uint64_t a, int32_t n, ...);
 ZELKOVAN_EXPORT void* vmfree_handler(void* vector, uint64_t a, uint64_t b, int32_t n, ...);
 
+/* ---- Columns: one calculation over many rows ---------------------------------------------------------------------
+ *
+ * Rows that are plain, with every argument there and usual, are calculated side by side, with the bits that fncfin gives
+ * each. All others (refusals, missing and rare values, calculations that have nothing to gain) are left to fncfin. */
+
+#define ZELKOVAN_COLUMN_NUMBERS 0 /* a double in each row; a NaN is missing */
+#define ZELKOVAN_COLUMN_SLOTS 1   /* an ArgSlot in each row, read as in a call */
+
+typedef struct ZelkovanColumn {
+    uint32_t kind;
+    uint32_t reserved; /* 0 */
+    const void* first; /* the first row's */
+    int64_t stride;    /* bytes from a row's to the next one's; 0: the same in all rows */
+} ZelkovanColumn;
+
+#define ZELKOVAN_INSTRUCTIONS_BEST 0 /* that the processor has */
+#define ZELKOVAN_INSTRUCTIONS_SSE2 1
+#define ZELKOVAN_INSTRUCTIONS_AVX2 2 /* with fused multiply-add; without them no row is answered */
+#define ZELKOVAN_INSTRUCTIONS_NONE 3 /* no row is answered */
+
+typedef struct ZelkovanColumns {
+    const char* name; /* of the calculation, as in a call */
+    int64_t name_length;
+    const ZelkovanColumn* columns; /* the first argument after the name, the second, ... */
+    int64_t column_count;
+    int64_t rows;
+    double* results;    /* one a row; of rows that are not answered whatever was there or anything else */
+    uint64_t* answered; /* a bit a row, the first the lowest: (rows + 63) / 64 words, each of which is set */
+    uint32_t instructions;
+    uint32_t reserved; /* 0 */
+} ZelkovanColumns;
+
+/* Returns how many rows are answered. Reads nothing of a request with a negative count, and answers none. Flags of
+ * floating-point exceptions are left as they were. */
+ZELKOVAN_EXPORT int64_t fnccols(const ZelkovanColumns* request);
+
 /* ---- Numeric kernels, pure functions --------------------------------------------------------------------------- */
 
 ZELKOVAN_EXPORT double zexpm1(double x);                            /* e^x - 1 */

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "cashflow/newton.hpp"
+#include "lanes/lanes.hpp"
 
 namespace finance {
 
@@ -12,22 +13,24 @@ namespace finance {
 // Amounts follow the sign rule of a purse: money paid is negative, money received positive. A kernel leaves its answer
 // in the field named beside it, and returns 0, or 1 where the growth factor (1 + r)^n overflows.
 
-struct AnnuityRecord {
-    std::int32_t nper;         // number of periods
-    std::int32_t per;          // the period asked for
-    std::int32_t startPeriod;  // first and last period of a range, both counted
-    std::int32_t endPeriod;
-    std::int32_t type;    // 1: payments at the start of each period; any other value: at its end
-    double pmt;           // level payment per period
-    double presentValue;  // P of PMT, IPMT, PPMT, CUMIPMT, CUMPRINC
-    double otherAmount;   // P of FV; F, the future value, of all others
-    double rate;          // per period, as a fraction
-    double interestPart;
-    double principalPart;
-    double cumulative;
-    double fvResult;
-    double pvResult;
+template <typename N>
+struct AnnuityRecordOf {
+    WholeOf<N> nper;         // number of periods
+    WholeOf<N> per;          // the period asked for
+    WholeOf<N> startPeriod;  // first and last period of a range, both counted
+    WholeOf<N> endPeriod;
+    std::int32_t type;  // 1: payments at the start of each period; any other value: at its end
+    N pmt;              // level payment per period
+    N presentValue;     // P of PMT, IPMT, PPMT, CUMIPMT, CUMPRINC
+    N otherAmount;      // P of FV; F, the future value, of all others
+    N rate;             // per period, as a fraction
+    N interestPart;
+    N principalPart;
+    N cumulative;
+    N fvResult;
+    N pvResult;
 };
+using AnnuityRecord = AnnuityRecordOf<double>;
 
 int zComputeFV(AnnuityRecord* record);        // fvResult
 int zComputePV(AnnuityRecord* record);        // pvResult

@@ -99,8 +99,8 @@ double zpower(std::int32_t* status, double x, double y) {
 
 }  // namespace finance
 
-double zexpm1(double x) { return finance::in_usual_mode(finance::zexpm1, x); }
-double zln1px(double x) { return finance::in_usual_mode(finance::zln1px, x); }
+double zexpm1(double x) { return finance::in_usual_mode(finance::zexpm1<double>, x); }
+double zln1px(double x) { return finance::in_usual_mode(finance::zln1px<double>, x); }
 double zlnSumOfExp(double a, double b) { return finance::in_usual_mode(finance::zlnSumOfExp, a, b); }
 double zvasum(const double* values, std::int64_t n) { return finance::in_usual_mode(finance::zvasum, values, n); }
 double zvamx(const double* values, std::int64_t n) { return finance::in_usual_mode(finance::zvamx, values, n); }

@@ -1,11 +1,11 @@
 // Numeric kernels under the interest calculations. Pure functions; the module exports them under the same names.
 #pragma once
 
-#include <cmath>
 #include <cstdint>
 
 #include "abi/limits.hpp"
 #include "elementary/functions.hpp"
+#include "lanes/lanes.hpp"
 
 namespace finance {
 
@@ -17,25 +17,34 @@ inline constexpr double largest_exponent = 709.782712893384;
 //   else         x + x^2/2 + x^3/6 + x^4/24 + x^5/120 + x^6/720, nested
 // Why    for small x the difference loses the digits that the series keeps
 // Error  2.3 ulp worst of 1e6 draws, |x| in [1e-300, 0.01]; exp(x) - 1 loses digits: 64 ulp from 0.01, 8 from 0.1
-inline double zexpm1(double x) {
-    if (std::abs(x) > 0.01) return elementary::exp(x) - 1.0;
-    double t = 1.0 + x / 6.0;
-    t = 1.0 + (x / 5.0) * t;
-    t = 1.0 + (0.25 * x) * t;
-    t = 1.0 + (x / 3.0) * t;
-    t = 1.0 + (0.5 * x) * t;
-    return x * t;
+template <typename N>
+inline N zexpm1(N x) {
+    return choose(
+        abs(x) > 0.01, [&] { return elementary::exp(x) - 1.0; },
+        [&] {
+            N t = 1.0 + x / 6.0;
+            t = 1.0 + (x / 5.0) * t;
+            t = 1.0 + (0.25 * x) * t;
+            t = 1.0 + (x / 3.0) * t;
+            t = 1.0 + (0.5 * x) * t;
+            return x * t;
+        });
 }
 
 // ln(1 + x)
 //   |x| > 2^-5   log(1 + x)
 //   else         2 atanh(s/2) with s = x / (1 + x/2), by a rational approximation in s^2
 // Error  1.9 ulp worst of 1e6 draws, |x| in [1e-300, 2^-5]; log(1 + x) loses digits: 32 ulp from 2^-5, 2 from 0.5
-inline double zln1px(double x) {
-    if (std::abs(x) > 0.03125) return elementary::log(x + 1.0);
-    const double s = x / (0.5 * x + 1.0);
-    const double q = s * s;
-    return s + (q * s) * ((-0.0023812878804825234 * q + 0.08333333333333427) / (1.0 + (-0.178575454351365) * q));
+template <typename N>
+inline N zln1px(N x) {
+    return choose(
+        abs(x) > 0.03125, [&] { return elementary::log(x + 1.0); },
+        [&] {
+            const N s = x / (0.5 * x + 1.0);
+            const N q = s * s;
+            return s +
+                   (q * s) * ((-0.0023812878804825234 * q + 0.08333333333333427) / (1.0 + (-0.178575454351365) * q));
+        });
 }
 
 // ln(e^a + e^b), without forming either power: max + ln(1 + e^-(difference))

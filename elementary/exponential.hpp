@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cmath>
-#include <cstddef>
 #include <cstdint>
 
 #include "elementary/exponential_table.hpp"
@@ -13,47 +12,47 @@ namespace finance::elementary {
 template <typename N>
 struct Reduced {
     N r;
-    std::uint64_t k;  // its low 32 bits, signed
+    typename N::Bits k;  // its low 32 bits, signed
 };
 
 template <typename N>
 Reduced<N> reduced(N x) {
-    constexpr N parts{0x1.71547652b82fep+7};  // 128 / ln 2
-    constexpr N whole{0x1.8p+52};             // added, it leaves a whole number in the last digits
-    constexpr N part_high{-0x1.62e42fefap-8};
-    constexpr N part_low{-0x1.cf79abc9e3b3ap-47};
+    const N parts{0x1.71547652b82fep+7};  // 128 / ln 2
+    const N whole{0x1.8p+52};             // added, it leaves a whole number in the last digits
+    const N part_high{-0x1.62e42fefap-8};
+    const N part_low{-0x1.cf79abc9e3b3ap-47};
     const N shifted = fused(x, parts, whole);
     const N k = shifted - whole;
-    return {fused(k, part_low, fused(k, part_high, x)), bits_of(shifted.value)};
+    return {fused(k, part_low, fused(k, part_high, x)), shifted.bits()};
 }
 
 // scale (1 + rest). The bits of the scale may have run over: then scaled_far answers.
 template <typename N>
 struct Exponential {
     N rest;
-    std::uint64_t scale;
-    std::uint64_t k;
+    typename N::Bits scale;
+    typename N::Bits k;
 };
 
 // rest = t + r + r^2 (c2 + c3 r) + r^4 (c4 + c5 r), t being what rounding left of 2^(k/128)
 // Error  0.511 ulp of e^x
 template <typename N>
 Exponential<N> exponential(Reduced<N> x) {
-    constexpr N c2{0x1.ffffffffffdbdp-2};
-    constexpr N c3{0x1.555555555543cp-3};
-    constexpr N c4{0x1.55555cf172b91p-5};
-    constexpr N c5{0x1.1111167a4d017p-7};
-    const std::size_t j = x.k % 128;
+    const N c2{0x1.ffffffffffdbdp-2};
+    const N c3{0x1.555555555543cp-3};
+    const N c4{0x1.55555cf172b91p-5};
+    const N c5{0x1.1111167a4d017p-7};
+    const typename N::Bits j = x.k & 127;
     const N r = x.r;
     const N r2 = r * r;
-    const N low = fused(r2, fused(r, c3, c2), N{powers_of_two[j].rest} + r);
-    return {fused(r2 * r2, fused(r, c5, c4), low), power_bits[j] + (x.k << 45), x.k};
+    const N low = fused(r2, fused(r, c3, c2), N::entry(powers_of_two.data(), &PowerOfTwo::rest, j) + r);
+    return {fused(r2 * r2, fused(r, c5, c4), low), N::entry(power_bits.data(), j) + (x.k << 45), x.k};
 }
 
 template <typename N>
-double scaled(const Exponential<N>& e) {
+N scaled(const Exponential<N>& e) {
     const N scale = N::of_bits(e.scale);
-    return fused(scale, e.rest, scale).value;
+    return fused(scale, e.rest, scale);
 }
 
 // Where the scale is beyond the exponents of doubles, or the result may be below their normal ones.
@@ -62,7 +61,7 @@ double scaled_far(const Exponential<N>& e) {
     constexpr std::uint64_t down = std::uint64_t{1009} << 52;
     constexpr std::uint64_t up = std::uint64_t{1022} << 52;
     const bool large = (e.k & 0x80000000) == 0;
-    if (large) return 0x1p1009 * scaled(Exponential<N>{e.rest, e.scale - down, e.k});
+    if (large) return 0x1p1009 * scaled(Exponential<N>{e.rest, e.scale - down, e.k}).value;
     const N scale = N::of_bits(e.scale + up);
     const N rest = scale * e.rest;
     const N y = scale + rest;
@@ -83,7 +82,7 @@ template <typename N>
 double exp(double x) {
     const std::uint64_t field = exponent_field(x);
     if (is_plain_exponent(field)) [[likely]]
-        return scaled(exponential(reduced(N{x})));
+        return scaled(exponential(reduced(N{x}))).value;
     if (field < exponent_field(0x1p-54)) return 1.0 + x;
     if (field < exponent_field(1024.0)) return scaled_far(exponential(reduced(N{x})));
     if (!(x < infinity)) return 1.0 + x;

@@ -9,6 +9,7 @@ namespace finance::elementary {
 
 // Of this processor and its system; known once the module is loaded.
 extern const bool has_fused_multiply_add;
+extern const bool has_wide_lanes;  // of four doubles, with fused multiply-add (lanes/instruction_set.hpp)
 
 namespace by_instruction {
 double exp(double x);

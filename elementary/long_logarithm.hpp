@@ -21,26 +21,28 @@ struct Long {
 // Of a positive x: its bits, those below the normal ones as bits_as_normal gives them
 // Error  2^-68
 template <typename N>
-Long<N> long_log(std::uint64_t bits) {
+Long<N> long_log(typename N::Bits bits) {
     constexpr std::uint64_t first = 0x3fe6955500000000;  // 0.7057
-    constexpr N a0{-0.5};
-    constexpr N a1{-0x1.555555555556p-1};
-    constexpr N a2{0x1.0000000000006p-1};
-    constexpr N a3{0x1.999999959554ep-1};
-    constexpr N a4{-0x1.555555529a47ap-1};
-    constexpr N a5{-0x1.2495b9b4845e9p+0};
-    constexpr N a6{0x1.0002b8b263fc3p+0};
+    const N a0{-0.5};
+    const N a1{-0x1.555555555556p-1};
+    const N a2{0x1.0000000000006p-1};
+    const N a3{0x1.999999959554ep-1};
+    const N a4{-0x1.555555529a47ap-1};
+    const N a5{-0x1.2495b9b4845e9p+0};
+    const N a6{0x1.0002b8b263fc3p+0};
     const Parted<N> x = parted<N>(bits, first);
-    const LongLogarithmPart& part = long_logarithm_parts[x.i];
-    const N r = fused(x.z, N{part.inverse}, N{-1.0});
-    const N whole = fused(x.k, ln_2_high<N>, N{part.logarithm});
+    const auto part = [&x](double LongLogarithmPart::*figure) {
+        return N::entry(long_logarithm_parts.data(), figure, x.i);
+    };
+    const N r = fused(x.z, part(&LongLogarithmPart::inverse), N{-1.0});
+    const N whole = fused(x.k, N{ln_2_high}, part(&LongLogarithmPart::logarithm));
     const N sum = whole + r;
     const N half = a0 * r;
     const N square = r * half;
     const N cube = r * square;
     const N high = sum + square;
     const N p = fused(square, fused(square, fused(r, a6, a5), fused(r, a4, a3)), fused(r, a2, a1));
-    const N low1 = fused(x.k, ln_2_low<N>, N{part.rest}) + (whole - sum + r);
+    const N low1 = fused(x.k, N{ln_2_low}, part(&LongLogarithmPart::rest)) + (whole - sum + r);
     const N low2 = low1 + fused(half, r, N{0.0} - square) + (sum - high + square);
     const N low = fused(cube, p, low2);
     const N result = high + low;

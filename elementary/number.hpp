@@ -1,4 +1,5 @@
-// A double in the formulas of exp, log and pow. What processors do differently stands in fused alone.
+// A double in the formulas of exp, log and pow, which lanes of doubles go through as well (lanes/lanes.hpp). What processors
+// do differently stands in fused alone.
 #pragma once
 
 #include <bit>
@@ -20,6 +21,8 @@ constexpr bool is_normal_positive(std::uint64_t bits) {
 
 template <typename Processor>
 struct Number {
+    using Bits = std::uint64_t;
+
     double value;
 
     friend Number operator+(Number a, Number b) { return {a.value + b.value}; }
@@ -29,7 +32,19 @@ struct Number {
     // a b + c, rounded once
     friend Number fused(Number a, Number b, Number c) { return {Processor::fused(a.value, b.value, c.value)}; }
 
-    static Number of_bits(std::uint64_t bits) { return {std::bit_cast<double>(bits)}; }
+    static Number of_bits(Bits bits) { return {std::bit_cast<double>(bits)}; }
+    [[nodiscard]] Bits bits() const { return bits_of(value); }
+
+    // The twelve bits on top as a whole number with a sign.
+    static Number of_top_bits(Bits bits) {
+        return {static_cast<double>(static_cast<std::int32_t>(static_cast<std::int64_t>(bits) >> 52))};
+    }
+    // A figure of the i-th of records of figures, and the i-th of bits.
+    template <typename Record>
+    static Number entry(const Record* table, double Record::*figure, Bits i) {
+        return {table[i].*figure};
+    }
+    static Bits entry(const std::uint64_t* table, Bits i) { return table[i]; }
 };
 
 }  // namespace finance::elementary

@@ -22,7 +22,7 @@ double exp_of_long(Long<N> x, std::uint64_t sign) {
     to.r = to.r + x.low;
     Exponential<N> e = exponential(to);
     e.scale += sign;
-    return is_plain_exponent(field) ? scaled(e) : scaled_far(e);
+    return is_plain_exponent(field) ? scaled(e).value : scaled_far(e);
 }
 
 // Error  0.52 ulp

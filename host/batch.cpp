@@ -1,8 +1,10 @@
 #include "host/batch.hpp"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <exception>
+#include <map>
 #include <thread>
 #include <vector>
 
@@ -15,6 +17,7 @@ namespace {
 
 constexpr double missing_value = std::bit_cast<double>(ZELKOVAN_MISSING_VALUE_BITS);
 constexpr std::size_t fewest_rows_a_thread = 1024;  // less is done before a thread has begun
+constexpr std::size_t fewest_rows_side_by_side = 4;
 
 // A column that varies, and where a row's value goes.
 struct Moving {
@@ -31,32 +34,140 @@ void move_to(const Moving& moving, std::size_t row, CallFrame& frame) {
     }
 }
 
+// Slots and descriptors of a column of arguments, for some of its rows.
+class ArgumentSlots {
+public:
+    const ArgSlot* lay_out(const Column& column, std::size_t first, std::size_t rows) {
+        slots_.assign(rows, {});
+        descriptors_.assign(rows, {});
+        for (std::size_t r = 0; r < rows; ++r) {
+            lay_out(*static_cast<const Argument*>(column.at(first + r)), slots_[r], descriptors_[r]);
+        }
+        return slots_.data();
+    }
+
+private:
+    static void lay_out(const Argument& argument, ArgSlot& slot, CharacterDescriptor& descriptor) {
+        slot.type = ZELKOVAN_TYPE_NUMERIC;
+        if (argument.kind() == Argument::Kind::number) slot.value = const_cast<double*>(&argument.number());
+        if (argument.kind() != Argument::Kind::text) return;
+        slot.type = ZELKOVAN_TYPE_CHARACTER;
+        CallFrame::point_to(descriptor, argument.text());
+        slot.value = &descriptor;
+    }
+
+    std::vector<ArgSlot> slots_{};
+    std::vector<CharacterDescriptor> descriptors_{};
+};
+
+// Rows that are calls of their own, in this thread.
+class SingleCalls {
+public:
+    explicit SingleCalls(const RowCalls& calls) : calls_{calls}, current_{calls.desk, said_} {
+        for (const Column& column : calls.batch.columns) {
+            samples_.push_back(column.sample());
+            if (column.varies()) moving_.push_back({&column, samples_.size()});
+        }
+        frame_.fill(calls.batch.name, samples_, calls.note_mode, false);
+    }
+
+    void make(std::size_t row) {
+        for (const Moving& column : moving_) move_to(column, row, frame_);
+        double result = missing_value;
+        const std::uint32_t status = calls_.dispatcher(frame_.context(), &result);
+        const bool answered = status == ZELKOVAN_STATUS_SUCCESS;
+        calls_.batch.store(row, status, answered ? result : missing_value, answered ? -1 : frame_.take_first_flag());
+        refused_ += answered ? 0U : 1U;
+        frame_.forget_notes();
+        said_.log.clear();
+        said_.notes.clear();
+    }
+
+    [[nodiscard]] std::size_t refused() const { return refused_; }
+    // The record as it is laid out; its slots stand for those of columns that do not vary.
+    [[nodiscard]] CallFrame& frame() { return frame_; }
+
+private:
+    const RowCalls& calls_;
+    CallFrame& frame_ = CallFrame::of_this_thread();
+    std::vector<Argument> samples_{};  // the record points to their numbers
+    std::vector<Moving> moving_{};
+    Evaluation said_{};  // what the module logs and notes
+    CurrentEvaluation current_;
+    std::size_t refused_ = 0;
+};
+
+// The module's columns for rows that come one behind the other.
+class PlainRows {
+public:
+    static constexpr std::size_t most_rows = 4096;  // at a time: what they read and write stays near
+    static constexpr std::size_t rows_of_word = 64;
+
+    PlainRows(const RowCalls& calls, CallFrame& frame) : calls_{calls} {
+        std::size_t slot = 0;
+        for (const Column& column : calls.batch.columns) columns_.push_back(column_of(column, frame.slot(++slot)));
+    }
+
+    // Answers those of the rows that it can; bit r of the answer's words: row first + r.
+    const std::array<std::uint64_t, most_rows / rows_of_word>& answer(std::size_t first, std::size_t rows) {
+        const Batch& batch = calls_.batch;
+        for (std::size_t i = 0; i < columns_.size(); ++i) set_first(i, first, rows);
+        const ZelkovanColumns request{.name = batch.name.data(),
+                                      .name_length = static_cast<std::int64_t>(batch.name.size()),
+                                      .columns = columns_.data(),
+                                      .column_count = static_cast<std::int64_t>(columns_.size()),
+                                      .rows = static_cast<std::int64_t>(rows),
+                                      .results = batch.results + first,
+                                      .answered = answered_.data(),
+                                      .instructions = batch.instructions,
+                                      .reserved = 0};
+        calls_.columns(&request);
+        return answered_;
+    }
+
+private:
+    static ZelkovanColumn column_of(const Column& column, const ArgSlot& slot) {
+        if (column.kind() == Column::Kind::numbers) return {ZELKOVAN_COLUMN_NUMBERS, 0, nullptr, column.stride()};
+        return {ZELKOVAN_COLUMN_SLOTS, 0, &slot, column.varies() ? std::int64_t{sizeof(ArgSlot)} : 0};
+    }
+
+    void set_first(std::size_t i, std::size_t first, std::size_t rows) {
+        const Column& column = calls_.batch.columns[i];
+        if (column.kind() == Column::Kind::numbers) columns_[i].first = column.at(first);
+        if (column.kind() == Column::Kind::arguments) columns_[i].first = slots_[i].lay_out(column, first, rows);
+    }
+
+    const RowCalls& calls_;
+    std::vector<ZelkovanColumn> columns_{};
+    std::map<std::size_t, ArgumentSlots> slots_{};
+    std::array<std::uint64_t, most_rows / rows_of_word> answered_{};
+};
+
+std::uint64_t first_bits(std::size_t count) {
+    return count < PlainRows::rows_of_word ? (std::uint64_t{1} << count) - 1 : ~std::uint64_t{0};
+}
+
 // Rows first to last - 1, in this thread.
 std::size_t call_rows(const RowCalls& calls, std::size_t first, std::size_t last) {
-    const Batch& batch = calls.batch;
-    CallFrame& frame = CallFrame::of_this_thread();
-    std::vector<Argument> samples;
-    std::vector<Moving> moving;
-    for (const Column& column : batch.columns) {
-        samples.push_back(column.sample());
-        if (column.varies()) moving.push_back({&column, samples.size()});
+    SingleCalls single{calls};
+    if (calls.columns == nullptr || calls.batch.instructions == ZELKOVAN_INSTRUCTIONS_NONE ||
+        last - first < fewest_rows_side_by_side) {
+        for (; first < last; ++first) single.make(first);
+        return single.refused();
     }
-    frame.fill(batch.name, samples, calls.note_mode, false);
-    Evaluation said;  // what the module logs and notes
-    const CurrentEvaluation current{calls.desk, said};
-    std::size_t refused = 0;
-    for (std::size_t row = first; row < last; ++row) {
-        for (const Moving& column : moving) move_to(column, row, frame);
-        double result = missing_value;
-        const std::uint32_t status = calls.dispatcher(frame.context(), &result);
-        const bool answered = status == ZELKOVAN_STATUS_SUCCESS;
-        batch.store(row, status, answered ? result : missing_value, answered ? -1 : frame.take_first_flag());
-        refused += answered ? 0U : 1U;
-        frame.forget_notes();
-        said.log.clear();
-        said.notes.clear();
+    PlainRows plain{calls, single.frame()};
+    for (; first < last; first += PlainRows::most_rows) {
+        const std::size_t rows = std::min(last - first, PlainRows::most_rows);
+        const auto& answered = plain.answer(first, rows);
+        calls.batch.store_answered(first, rows);
+        for (std::size_t r = 0; r < rows; r += PlainRows::rows_of_word) {
+            std::uint64_t left = ~answered[r / PlainRows::rows_of_word] & first_bits(rows - r);
+            for (; left != 0; left &= left - 1) {
+                single.make(first + r + static_cast<std::size_t>(std::countr_zero(left)));
+            }
+        }
     }
-    return refused;
+    return single.refused();
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 //     const Column columns[] = {Column::numbers(rates), Argument{360}, Column::numbers(amounts)};
 //     const auto refused = host.evaluate_rows({.name = "PMT", .columns = columns, .rows = n, .results = payments}, 2);
 //
-// Rows are the calls that EmbeddedHost::evaluate makes, bit for bit, but for what is done once: the record is laid out
-// once a thread, and a row only moves its value pointers. What the module logs and notes is not kept.
+// Rows have the answers that EmbeddedHost::evaluate gives, bit for bit. Plain ones go through the module's entry for columns,
+// several side by side; the others are calls of a record that is laid out once a thread, a row only moves its value
+// pointers. What the module logs and notes is not kept.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -36,6 +38,7 @@ public:
     // What lays out the slot: the constant, or some argument of the column's kind.
     [[nodiscard]] const Argument& sample() const { return constant_; }
     [[nodiscard]] Kind kind() const { return kind_; }
+    [[nodiscard]] std::ptrdiff_t stride() const { return stride_; }  // bytes
     [[nodiscard]] bool varies() const { return kind_ != Kind::constant; }
     // Of a column that varies.
     [[nodiscard]] const void* at(std::size_t row) const {
@@ -70,6 +73,7 @@ struct Batch {
     double* results = nullptr;          // one a row; the missing value (a NaN) where there is no answer
     std::uint32_t* statuses = nullptr;  // one a row, or null: 0 answered, 120836 refused
     std::int32_t* flagged = nullptr;    // one a row, or null: as Evaluation::flagged
+    std::uint32_t instructions = ZELKOVAN_INSTRUCTIONS_BEST;  // for plain rows, side by side
 
     // Where they are wanted.
     void store(std::size_t row, std::uint32_t status, double value, int flag) const {
@@ -77,12 +81,18 @@ struct Batch {
         if (statuses != nullptr) statuses[row] = status;
         if (flagged != nullptr) flagged[row] = flag;
     }
+    // Of rows whose results are there already.
+    void store_answered(std::size_t first, std::size_t count) const {
+        if (statuses != nullptr) std::fill_n(statuses + first, count, ZELKOVAN_STATUS_SUCCESS);
+        if (flagged != nullptr) std::fill_n(flagged + first, count, -1);
+    }
 };
 
 // What EmbeddedHost::evaluate_rows does where records have no junk in them.
 struct RowCalls {
     const Batch& batch;
     Dispatcher dispatcher;
+    ColumnsEntry columns;  // null: every row is a call of its own
     ServiceDesk& desk;
     std::uint8_t note_mode;
 };

@@ -79,19 +79,20 @@ void CallFrame::put(std::size_t i, const Argument& argument, bool junk) {
 }
 
 CharacterDescriptor* CallFrame::put_text(std::size_t i, std::string_view text, bool junk) {
-    check_size(text);
     const std::size_t offset = slot_offset(slots_) + i * sizeof(CharacterDescriptor);
     auto* descriptor = new (bytes() + offset) CharacterDescriptor{blanks(junk).descriptor};
-    descriptor->length = static_cast<std::uint32_t>(text.size());
-    descriptor->text = const_cast<char*>(text.data());
+    point_to(*descriptor, text);
     return descriptor;
 }
 
-void CallFrame::set_text(std::size_t i, std::string_view text) {
+void CallFrame::point_to(CharacterDescriptor& descriptor, std::string_view text) {
     check_size(text);
-    auto* descriptor = static_cast<CharacterDescriptor*>(slot(i).value);
-    descriptor->length = static_cast<std::uint32_t>(text.size());
-    descriptor->text = const_cast<char*>(text.data());
+    descriptor.length = static_cast<std::uint32_t>(text.size());
+    descriptor.text = const_cast<char*>(text.data());
+}
+
+void CallFrame::set_text(std::size_t i, std::string_view text) {
+    point_to(*static_cast<CharacterDescriptor*>(slot(i).value), text);
 }
 
 int CallFrame::take_first_flag() {

@@ -37,6 +37,9 @@ public:
     int take_first_flag();
     void forget_notes();
 
+    // Throws std::length_error for a text of 4 GiB or more.
+    static void point_to(CharacterDescriptor& descriptor, std::string_view text);
+
     // The record's bytes before a call, and whether the module has since written where it may not: anywhere but bit 0
     // of the slots' flags and, in the modes that count notes, the note counter.
     [[nodiscard]] std::vector<std::byte> snapshot() const;

@@ -35,8 +35,10 @@ Argument Argument::missing() { return Argument{missing_value}; }
 
 // Destroyed from the last to the first: the module's blocks go back before the memory goes, all before its code.
 struct EmbeddedHost::State {
-    State(SharedObject object, EntryPoint entry, const std::string& name, const Options& options_)
+    State(SharedObject object, EntryPoint entry, ColumnsEntry columns_, const std::string& name,
+          const Options& options_)
         : options{options_},
+          columns{columns_},
           shared_object{std::move(object)},
           claim{entry, name},
           control_block{memory.entry_points(), options.toolkit ? toolkit.object() : nullptr},
@@ -63,6 +65,7 @@ struct EmbeddedHost::State {
     }
 
     Options options;
+    ColumnsEntry columns;
     SharedObject shared_object;
     ModuleClaim claim;
     MemoryVector memory;
@@ -75,11 +78,12 @@ struct EmbeddedHost::State {
 EmbeddedHost::EmbeddedHost(const std::filesystem::path& module, const Options& options) {
     SharedObject object{module};
     const EntryPoint entry = object.entry_point();
-    state_ = std::make_unique<State>(std::move(object), entry, module.string(), options);
+    const ColumnsEntry columns = object.columns_entry();
+    state_ = std::make_unique<State>(std::move(object), entry, columns, module.string(), options);
 }
 
-EmbeddedHost::EmbeddedHost(EntryPoint entry, const Options& options)
-    : state_{std::make_unique<State>(SharedObject{}, entry, "linked into the program", options)} {}
+EmbeddedHost::EmbeddedHost(EntryPoint entry, const Options& options, ColumnsEntry columns)
+    : state_{std::make_unique<State>(SharedObject{}, entry, columns, "linked into the program", options)} {}
 
 EmbeddedHost::~EmbeddedHost() = default;
 
@@ -108,7 +112,8 @@ Evaluation EmbeddedHost::evaluate(HostCallContext* context, double* result) cons
 // Among junk every call is checked: row by row.
 std::size_t EmbeddedHost::evaluate_rows(const Batch& batch, unsigned threads) const {
     if (!state_->options.junk_in_host_bits) {
-        return call_rows({batch, dispatcher(), state_->desk, state_->options.note_mode}, threads);
+        const RowCalls calls{batch, dispatcher(), state_->columns, state_->desk, state_->options.note_mode};
+        return call_rows(calls, threads);
     }
     std::vector<Argument> arguments(batch.columns.size(), Argument::absent());
     std::size_t refused = 0;

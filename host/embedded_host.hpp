@@ -108,6 +108,7 @@ private:
 
 using EntryPoint = const ImageInformation* (*)(void* gcb_anchor, void* pidb_anchor);
 using Dispatcher = std::uint32_t (*)(HostCallContext* context, double* result);
+using ColumnsEntry = std::int64_t (*)(const ZelkovanColumns* request);
 
 struct Batch;        // host/batch.hpp
 class MemoryVector;  // host/memory_vector.hpp: allocation with accounting and faults
@@ -118,8 +119,8 @@ public:
     // Loads the shared object at that path (a relative one starts at the current folder, not on the library path);
     // throws LoadError with the reason.
     explicit EmbeddedHost(const std::filesystem::path& module, const Options& options = {});
-    // Uses a module that is linked into the program.
-    explicit EmbeddedHost(EntryPoint entry, const Options& options = {});
+    // Uses a module that is linked into the program; batches go through its entry for columns, where there is one.
+    explicit EmbeddedHost(EntryPoint entry, const Options& options = {}, ColumnsEntry columns = nullptr);
     ~EmbeddedHost();
     EmbeddedHost(const EmbeddedHost&) = delete;
     EmbeddedHost& operator=(const EmbeddedHost&) = delete;

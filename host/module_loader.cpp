@@ -16,6 +16,7 @@ namespace finance::host {
 namespace {
 
 constexpr std::string_view entry_name = "mcn_main";
+constexpr std::string_view columns_name = "fnccols";
 constexpr std::string_view program_name = ZELKOVAN_PROGRAM_NAME;
 constexpr std::string_view function_name = ZELKOVAN_FUNCTION_NAME;
 constexpr std::string_view image_tag = ZELKOVAN_IMAGE_TAG;
@@ -81,6 +82,10 @@ EntryPoint SharedObject::entry_point() const {
     if (entry == nullptr)
         throw LoadError{"The module " + path_ + " has no entry point " + std::string{entry_name} + "."};
     return entry;
+}
+
+ColumnsEntry SharedObject::columns_entry() const {
+    return reinterpret_cast<ColumnsEntry>(::dlsym(handle_.get(), columns_name.data()));
 }
 
 void SharedObject::Closer::operator()(void* handle) const noexcept { ::dlclose(handle); }

@@ -21,7 +21,8 @@ public:
     SharedObject() = default;
     explicit SharedObject(const std::filesystem::path& path);  // throws LoadError
 
-    [[nodiscard]] EntryPoint entry_point() const;  // throws LoadError where there is none
+    [[nodiscard]] EntryPoint entry_point() const;      // throws LoadError where there is none
+    [[nodiscard]] ColumnsEntry columns_entry() const;  // null where there is none
 
 private:
     struct Closer {

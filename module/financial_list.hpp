@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "abi/arguments.hpp"
 
@@ -37,7 +38,15 @@ struct FinancialRow {
 };
 
 #define NAME_OF_ROW(name, minimum, maximum) #name,
-inline constexpr std::size_t calculation_count = std::to_array<const char*>({FINANCE_CALCULATIONS(NAME_OF_ROW)}).size();
+inline constexpr auto calculation_names = std::to_array<std::string_view>({FINANCE_CALCULATIONS(NAME_OF_ROW)});
+inline constexpr std::size_t calculation_count = calculation_names.size();
+
+// Of one that there is; for tables that are made while compiling.
+consteval std::size_t index_of(std::string_view name) {
+    std::size_t i = 0;
+    while (calculation_names[i] != name) ++i;
+    return i;
+}
 
 extern const std::array<FinancialRow, calculation_count> FinancialList;
 

@@ -16,7 +16,7 @@ using catalogue::Need;
 using catalogue::Parameter;
 
 const host::EmbeddedHost& shared_host() {
-    static const host::EmbeddedHost host{mcn_main};
+    static const host::EmbeddedHost host{mcn_main, {}, fnccols};
     return host;
 }
 

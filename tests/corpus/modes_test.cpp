@@ -9,9 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "host/batch.hpp"
 #include "module/financial_list.hpp"
-#include "tests/corpus/corpus.hpp"
+#include "tests/corpus/batches.hpp"
 
 namespace finance::test {
 namespace {
@@ -26,11 +25,6 @@ std::uint32_t in_callers_mode(HostCallContext* context, double* result) {
     mode_was_kept = mode_is(*callers_mode) && mode_was_kept;
     set_mode(usual_mode);
     return status;
-}
-
-bool as_drawn(const Draw& draw, const Outcome& got) {
-    return (got.status == STATUS_SUCCESS) == (draw.status == STATUS_SUCCESS) && got.flagged == draw.flagged &&
-           same_result(draw, got.written, got.value) && got.host_bytes_kept;
 }
 
 class Modes : public testing::TestWithParam<std::string> {};
@@ -50,33 +44,14 @@ TEST_P(Modes, SameBits) {
     }
 }
 
-// ---- Batches: rows are calls with the same number of arguments
-
-struct Rows {
-    std::vector<const Draw*> draws;
-    std::vector<std::vector<host::Argument>> arguments;  // of a column, one a row
-};
-
-std::map<std::size_t, Rows> rows_by_count(const std::vector<Draw>& draws) {
-    std::map<std::size_t, Rows> rows;
-    for (const Draw& draw : draws) {
-        Rows& group = rows[draw.arguments.size()];
-        const std::vector<host::Argument> arguments = host_arguments(draw);
-        group.draws.push_back(&draw);
-        group.arguments.resize(arguments.size());
-        for (std::size_t i = 0; i < arguments.size(); ++i) group.arguments[i].push_back(arguments[i]);
-    }
-    return rows;
-}
+// ---- Batches
 
 std::size_t rows_as_drawn(const Rows& rows, const FloatingPointMode& mode) {
     const std::size_t count = rows.draws.size();
     std::vector<host::Column> columns;
     for (const auto& column : rows.arguments) columns.push_back(host::Column::arguments(column.data()));
-    std::vector<double> results(count);
-    std::vector<std::uint32_t> statuses(count);
-    std::vector<std::int32_t> flagged(count);
-    const host::Batch batch{rows.draws[0]->name, columns, count, results.data(), statuses.data(), flagged.data()};
+    Answers answers{count};
+    const host::Batch batch = answers.batch(*rows.draws[0], columns);
     const host::EmbeddedHost& host = linked_host();
     set_mode(mode);
     (void)host.evaluate_rows(batch, 2);
@@ -84,15 +59,7 @@ std::size_t rows_as_drawn(const Rows& rows, const FloatingPointMode& mode) {
     set_mode(usual_mode);
     EXPECT_TRUE(kept) << mode.name;
     std::size_t same = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        Outcome got;
-        got.status = statuses[i];
-        got.written = rows.draws[i]->result != "untouched";  // the host presets it
-        got.value = results[i];
-        got.host_bytes_kept = true;
-        if (flagged[i] >= 0) got.flagged = {flagged[i]};
-        same += as_drawn(*rows.draws[i], got) ? 1U : 0U;
-    }
+    for (std::size_t i = 0; i < count; ++i) same += as_drawn(*rows.draws[i], answers, i) ? 1U : 0U;
     return same;
 }
 

@@ -4,5 +4,6 @@
 namespace finance::elementary {
 
 const bool has_fused_multiply_add = false;
+const bool has_wide_lanes = false;
 
 }  // namespace finance::elementary

@@ -1,14 +1,16 @@
-"""What is compiled for processors with a fused multiply-add keeps to itself: a function that the linker may share with
-other files would run there too.
+"""What is compiled for processors with more than SSE2 keeps to itself: a function that the linker may share with other files
+would run on those without, too.
 
     instructions_test.py OBJECT... (those of the module's code)
 
 Exit status 0 where all is as it should be.
 """
+import re
 import subprocess
 import sys
 
-FUSED = "by_instruction"
+# Objects with such code, by what is in their names.
+SPECIAL = ("by_instruction", "columns_avx2")
 
 
 def output_of(*command):
@@ -19,17 +21,16 @@ def shared_functions(path):
     return [line.split()[-1] for line in output_of("nm", path).splitlines() if line.split()[-2] in "WV"]
 
 
-def fuses(path):
-    return "vfmadd" in output_of("objdump", "-d", "--no-show-raw-insn", path)
+def is_special(path):
+    return re.search(r"\bv[a-z0-9]+\s.*%[xy]mm", output_of("objdump", "-d", "--no-show-raw-insn", path)) is not None
 
 
 def problems_of(objects):
-    fused = [path for path in objects if fuses(path)]
-    if [FUSED in path for path in fused] != [True]:
-        yield f"fused multiply-adds stand in {fused}, not in {FUSED} alone"
-    for path in objects:
-        if FUSED in path:
-            yield from (f"{path}: others may come to run {name}" for name in shared_functions(path))
+    special = [path for path in objects if is_special(path)]
+    if len(special) != len(SPECIAL) or not all(any(name in path for path in special) for name in SPECIAL):
+        yield f"instructions beyond SSE2 stand in {special}, not in {SPECIAL} alone"
+    for path in special:
+        yield from (f"{path}: others may come to run {name}" for name in shared_functions(path))
 
 
 def main():

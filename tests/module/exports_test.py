@@ -9,7 +9,7 @@ import subprocess
 import sys
 
 EXPORTS = """
-    mcn_main zelkovan vi_mcn mcn_pcns pcn_ZELKOVAN fncitems fncfin fncnmis fnccmis fncmis kxvercn1
+    mcn_main zelkovan vi_mcn mcn_pcns pcn_ZELKOVAN fncitems fncfin fnccols fncnmis fnccmis fncmis kxvercn1
     vmalloc_handler vmalcp_handler vmfree_handler zexpm1 zln1px zlnSumOfExp zvasum zvamx zpower
 """.split()
 OBJECTS = {"vi_mcn": 120, "mcn_pcns": 16, "pcn_ZELKOVAN": 80, "fncitems": 56}

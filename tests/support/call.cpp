@@ -19,7 +19,7 @@ constexpr std::uint64_t untouched_bits = 0x7FF4123456789ABC;
 }  // namespace
 
 host::EmbeddedHost& linked_host() {
-    static host::EmbeddedHost host{mcn_main};
+    static host::EmbeddedHost host{mcn_main, {}, fnccols};
     return host;
 }
 

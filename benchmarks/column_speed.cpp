@@ -1,0 +1,148 @@
+// What a row of a column costs: batches in which every row is a call of its own, beside the same batches side by side, by
+// each set of instructions. Bits are compared first. Best of so many runs, in turn; prints nanoseconds a row and ratios.
+//
+//     column_speed [NAME...]
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <limits>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/batch.hpp"
+
+namespace {
+
+using namespace finance::host;
+
+constexpr std::size_t rows = 8192;
+constexpr int runs = 41;
+
+class Random {
+public:
+    double uniform(double low, double high) {
+        return low + (high - low) * static_cast<double>(random_() >> 11U) * 0x1p-53;
+    }
+    double whole(int low, int high) {
+        return low + static_cast<double>(random_() % static_cast<std::uint64_t>(high - low + 1));
+    }
+
+private:
+    std::mt19937_64 random_{1};
+};
+
+struct Table {
+    std::vector<std::vector<double>> values{};  // a column each
+    std::vector<Column> columns{};
+
+    void add(const std::function<double()>& draw) {
+        values.emplace_back(rows);
+        std::generate(values.back().begin(), values.back().end(), draw);
+        columns.push_back(Column::numbers(values.back().data()));
+    }
+    void add(const Argument& constant) { columns.emplace_back(constant); }
+};
+
+struct Case {
+    const char* name;         // of the calculation
+    const char* description;  // of the rows
+    void (*fill)(Table& table, Random& random);
+};
+
+// ---- The tables
+
+constexpr double day_2008 = 17532;  // 1 January 2008
+
+void annuity(Table& table, Random& random) {
+    table.add([&] { return random.uniform(0.001, 0.011); });
+    table.add([&] { return random.whole(12, 400); });
+    table.add([&] { return random.uniform(1, 1e6); });
+}
+
+void two_dates(Table& table, Random& random) {
+    table.add([&] { return day_2008 + random.whole(0, 3000); });
+    table.add([&] { return day_2008 + random.whole(3001, 12000); });
+}
+
+void year_fraction(Table& table, Random& random) {
+    two_dates(table, random);
+    table.add(Argument{"30/360"});
+}
+
+void year_fraction_actual(Table& table, Random& random) {
+    two_dates(table, random);
+    table.add(Argument{"ACTUAL"});
+}
+
+void discount(Table& table, Random& random) {
+    two_dates(table, random);
+    table.add([&] { return random.uniform(80, 99); });
+    table.add([&] { return 100.0; });
+    table.add(Argument{"ACT/360"});
+}
+
+constexpr Case cases[] = {
+    {"PMT", "12 to 400 periods", annuity},
+    {"YEARFRAC", "30/360", year_fraction},
+    {"YEARFRAC", "ACTUAL", year_fraction_actual},
+    {"DISC", "ACT/360", discount},
+};
+
+// ---- The runs
+
+double nanoseconds_a_row(const EmbeddedHost& host, const Batch& batch) {
+    const auto start = std::chrono::steady_clock::now();
+    (void)host.evaluate_rows(batch);
+    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count() / rows;
+}
+
+constexpr std::array<std::uint32_t, 3> ways{ZELKOVAN_INSTRUCTIONS_NONE, ZELKOVAN_INSTRUCTIONS_SSE2,
+                                            ZELKOVAN_INSTRUCTIONS_AVX2};
+
+bool same_bits(const std::vector<double>& a, const std::vector<double>& b) {
+    return std::ranges::equal(
+        a, b, {}, [](double x) { return std::bit_cast<std::uint64_t>(x); },
+        [](double x) { return std::bit_cast<std::uint64_t>(x); });
+}
+
+bool run(const EmbeddedHost& host, const Case& of) {
+    Table table;
+    Random random;
+    of.fill(table, random);
+    std::array<std::vector<double>, ways.size()> results;
+    std::array<double, ways.size()> best;
+    best.fill(std::numeric_limits<double>::infinity());
+    for (int i = 0; i < runs; ++i) {
+        for (std::size_t way = 0; way < ways.size(); ++way) {
+            results[way].resize(rows);
+            const Batch batch{.name = of.name,
+                              .columns = table.columns,
+                              .rows = rows,
+                              .results = results[way].data(),
+                              .instructions = ways[way]};
+            best[way] = std::min(best[way], nanoseconds_a_row(host, batch));
+        }
+    }
+    const bool same = same_bits(results[0], results[1]) && same_bits(results[0], results[2]);
+    std::printf("| %s, %s | %.1f | %.1f | %.1f | %.1f | %.1f |%s\n", of.name, of.description, best[0], best[1],
+                best[0] / best[1], best[2], best[0] / best[2], same ? "" : " BITS DIFFER");
+    return same;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const EmbeddedHost host{ZELKOVAN_MODULE};
+    const std::vector<std::string_view> wanted(argv + 1, argv + argc);
+    std::puts("| column | call ns | SSE2 ns | times | AVX2 ns | times |\n|---|---:|---:|---:|---:|---:|");
+    bool same = true;
+    for (const Case& of : cases) {
+        if (wanted.empty() || std::ranges::count(wanted, of.name) > 0) same = run(host, of) && same;
+    }
+    return same ? 0 : 1;
+}

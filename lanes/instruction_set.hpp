@@ -1,0 +1,78 @@
+// What Lanes ask of the processor. A file that includes this is compiled once for each set of instructions, and keeps to
+// itself what it makes of it: a function that the linker may share would run on processors that lack them.
+#pragma once
+
+#include <immintrin.h>
+
+#include <bit>
+#include <cstdint>
+
+namespace finance {
+
+namespace {
+
+#ifdef __AVX2__
+
+struct InstructionSet {
+    static constexpr int width = 4;
+    static constexpr unsigned all_lanes = 15;
+    static constexpr bool has_fused = true;
+    using Doubles = double __attribute__((vector_size(32)));
+    using Words = std::uint64_t __attribute__((vector_size(32)));
+
+    static Doubles broadcast(double x) { return Doubles(_mm256_set1_pd(x)); }
+    static Doubles load(const double* from) { return Doubles(_mm256_loadu_pd(from)); }
+    static void store(double* to, Doubles x) { _mm256_storeu_pd(to, __m256d(x)); }
+    static unsigned signs(Words bits) { return static_cast<unsigned>(_mm256_movemask_pd(__m256d(bits))); }
+    static Doubles select(Words truth, Doubles yes, Doubles no) {
+        return Doubles(_mm256_blendv_pd(__m256d(no), __m256d(yes), __m256d(truth)));
+    }
+    static Doubles square_root(Doubles x) { return Doubles(_mm256_sqrt_pd(__m256d(x))); }
+    static Doubles truncated(Doubles x) {
+        return Doubles(_mm256_round_pd(__m256d(x), _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC));
+    }
+    static Doubles fused(Doubles a, Doubles b, Doubles c) {
+        return Doubles(_mm256_fmadd_pd(__m256d(a), __m256d(b), __m256d(c)));
+    }
+    static Words lane_bits(unsigned lanes) {
+        const Words each{1, 2, 4, 8};
+        return Words(((Words{} + std::uint64_t{lanes}) & each) == each);
+    }
+    template <typename F>
+    static Doubles gathered(F f) {
+        return Doubles{f(0), f(1), f(2), f(3)};
+    }
+};
+
+#else
+
+struct InstructionSet {
+    static constexpr int width = 2;
+    static constexpr unsigned all_lanes = 3;
+    static constexpr bool has_fused = false;
+    using Doubles = double __attribute__((vector_size(16)));
+    using Words = std::uint64_t __attribute__((vector_size(16)));
+
+    static Doubles broadcast(double x) { return Doubles(_mm_set1_pd(x)); }
+    static Doubles load(const double* from) { return Doubles(_mm_loadu_pd(from)); }
+    static void store(double* to, Doubles x) { _mm_storeu_pd(to, __m128d(x)); }
+    static unsigned signs(Words bits) { return static_cast<unsigned>(_mm_movemask_pd(__m128d(bits))); }
+    static Doubles select(Words truth, Doubles yes, Doubles no) {
+        return Doubles((truth & Words(yes)) | (~truth & Words(no)));
+    }
+    static Doubles square_root(Doubles x) { return Doubles(_mm_sqrt_pd(__m128d(x))); }
+    static Doubles truncated(Doubles x) { return Doubles(_mm_cvtepi32_pd(_mm_cvttpd_epi32(__m128d(x)))); }
+    static Words lane_bits(unsigned lanes) {
+        return Words{std::uint64_t{0} - (lanes & 1), std::uint64_t{0} - (lanes >> 1 & 1)};
+    }
+    template <typename F>
+    static Doubles gathered(F f) {
+        return Doubles{f(0), f(1)};
+    }
+};
+
+#endif
+
+}  // namespace
+
+}  // namespace finance

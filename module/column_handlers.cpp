@@ -1,0 +1,34 @@
+// Compiled once for each set of instructions: nothing of what is made here may be shared with other files.
+#include "lanes/elementary.hpp"
+#include "lanes/instruction_set.hpp"
+//
+#include "cashflow/annuities.hpp"
+#include "module/column_list.hpp"
+
+namespace finance {
+
+namespace {
+
+// In one piece: lanes are to stay in registers. What is rare is kept apart (lanes/elementary.hpp).
+#define COLUMN_HANDLER(name, basis)                                                                \
+    [[gnu::flatten]] std::uint64_t columns_of_##name(const RowBlock& block) {                      \
+        return in_lanes<InstructionSet>(block, [](auto& rows) { return calculate_##name(rows); }); \
+    }
+FINANCE_COLUMNS(COLUMN_HANDLER)
+
+constexpr ColumnList make_list() {
+    ColumnList list{};
+#define LIST_HANDLER(name, basis) list[index_of(#name)] = columns_of_##name;
+    FINANCE_COLUMNS(LIST_HANDLER)
+    return list;
+}
+
+}  // namespace
+
+#ifdef __AVX2__
+constexpr ColumnList columns_avx2 = make_list();
+#else
+constexpr ColumnList columns_sse2 = make_list();
+#endif
+
+}  // namespace finance

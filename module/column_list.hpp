@@ -1,0 +1,26 @@
+// The calculations that columns know, once for each set of instructions.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "lanes/rows.hpp"
+#include "module/financial_list.hpp"
+
+// Where the basis stands among the arguments; 0: there is none.
+// clang-format off
+#define FINANCE_COLUMNS(ROW) \
+    ROW(FV, 0)    ROW(IPMT, 0)  ROW(ISPMT, 0) ROW(PMT, 0)   ROW(PPMT, 0)  ROW(PV, 0)
+// clang-format on
+
+namespace finance {
+
+// Calculates what is plain in a block. Bit r of the answer: row r has its result.
+using ColumnHandler = std::uint64_t(const RowBlock& block);
+
+// By the calculation's index in FinancialList; null where there is nothing to gain.
+using ColumnList = std::array<ColumnHandler*, calculation_count>;
+extern const ColumnList columns_sse2;
+extern const ColumnList columns_avx2;
+
+}  // namespace finance
