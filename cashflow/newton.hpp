@@ -29,7 +29,10 @@ struct NewtonProblem {
 //      residualScale is success. The objective is called maxIterations + 1 times at the most.
 int CallSpecialNewton(NewtonProblem* problem);
 
-// The search that all calculations make: to 1e-12 in at most 100 steps. False, and *rate as it was, where it finds none.
+inline constexpr double rate_tolerance = 1e-12;
+inline constexpr std::int32_t most_rate_steps = 100;
+
+// The search that all calculations make, with the two figures above. False, and *rate as it was, where it finds none.
 // What userData is may be asked of record_of.
 bool find_rate(NewtonProblem::Objective objective, void* record, double start, double* rate, double residual_scale = 0);
 
