@@ -20,7 +20,7 @@ namespace finance {
 
 // e = (1 + r)^periods - 1 for L = ln(1 + r); false where it overflows (2).
 template <typename N>
-TruthOf<N> growth(N periods, N L, N& e) {
+[[gnu::always_inline]] inline TruthOf<N> growth(N periods, N L, N& e) {
     const N x = periods * L;
     e = choose(
         periods == 0.0, [] { return N{0.0}; }, [&] { return zexpm1(x); });
@@ -37,7 +37,7 @@ bool at_start(const AnnuityRecordOf<N>& a) {
 // Worth at the end of n payments and an initial amount P: fvResult.
 //   -(1+r)^n P - pmt ((1+r)^n - 1)/r           at the start of each period the second term times 1 + r
 template <typename N>
-TruthOf<N> future_value(AnnuityRecordOf<N>& a) {
+[[gnu::always_inline]] inline TruthOf<N> future_value(AnnuityRecordOf<N>& a) {
     const N r = a.rate;
     N e;
     const auto fits = growth(as_number(a.nper), zln1px(r), e);
@@ -49,7 +49,7 @@ TruthOf<N> future_value(AnnuityRecordOf<N>& a) {
 // Worth today of n payments and a final amount F: pvResult.
 //   -F (1+r)^-n + pmt ((1+r)^-n - 1)/r         at the start of each period the second term times 1 + r
 template <typename N>
-TruthOf<N> present_value(AnnuityRecordOf<N>& a) {
+[[gnu::always_inline]] inline TruthOf<N> present_value(AnnuityRecordOf<N>& a) {
     const N r = a.rate;
     N e;
     const auto fits = growth(-as_number(a.nper), zln1px(r), e);
@@ -61,7 +61,7 @@ TruthOf<N> present_value(AnnuityRecordOf<N>& a) {
 // Level payment that repays P and leaves F: pmt.
 //   -r (P (1+r)^n + F) / ((1+r)^n - 1)         at the start of each period divided by 1 + r
 template <typename N>
-TruthOf<N> level_payment(AnnuityRecordOf<N>& a) {
+[[gnu::always_inline]] inline TruthOf<N> level_payment(AnnuityRecordOf<N>& a) {
     const N r = a.rate;
     N e;
     const auto fits = growth(as_number(a.nper), zln1px(r), e);

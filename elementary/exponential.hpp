@@ -45,8 +45,9 @@ Exponential<N> exponential(Reduced<N> x) {
     const typename N::Bits j = x.k & 127;
     const N r = x.r;
     const N r2 = r * r;
-    const N low = fused(r2, fused(r, c3, c2), N::entry(powers_of_two.data(), &PowerOfTwo::rest, j) + r);
-    return {fused(r2 * r2, fused(r, c5, c4), low), N::entry(power_bits.data(), j) + (x.k << 45), x.k};
+    const Two<N> part = N::entries(exponential_parts.data(), &ExponentialPart::rest, &ExponentialPart::scale, j);
+    const N low = fused(r2, fused(r, c3, c2), part.first + r);
+    return {fused(r2 * r2, fused(r, c5, c4), low), part.second.bits() + (x.k << 45), x.k};
 }
 
 template <typename N>

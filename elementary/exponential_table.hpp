@@ -144,14 +144,20 @@ inline constexpr std::array<PowerOfTwo, 128> powers_of_two{{
     {0x1.fd3c22b8f71f1p+0, 0x1.305c14160cc89p-58},
 }};
 
-// The bits of what is rounded less j << 45, so that k << 45 added gives those of 2^(k/128) for any k whose last seven bits
-// are j.
-inline constexpr std::array<std::uint64_t, 128> power_bits = [] {
-    std::array<std::uint64_t, 128> bits{};
-    for (std::size_t j = 0; j < bits.size(); ++j) {
-        bits[j] = std::bit_cast<std::uint64_t>(powers_of_two[j].rounded) - (std::uint64_t{j} << 45);
+// What e^x takes of them: with the bits of what is rounded less j << 45, so that k << 45 added gives those of 2^(k/128) for
+// any k whose last seven bits are j.
+struct ExponentialPart {
+    double rest;
+    double scale;  // these bits
+};
+
+inline constexpr std::array<ExponentialPart, 128> exponential_parts = [] {
+    std::array<ExponentialPart, 128> parts{};
+    for (std::size_t j = 0; j < parts.size(); ++j) {
+        const std::uint64_t bits = std::bit_cast<std::uint64_t>(powers_of_two[j].rounded) - (std::uint64_t{j} << 45);
+        parts[j] = {powers_of_two[j].rest, std::bit_cast<double>(bits)};
     }
-    return bits;
+    return parts;
 }();
 
 }  // namespace finance::elementary

@@ -70,8 +70,9 @@ N log_of_parts(Parted<N> x) {
     const N a2{-0x1.fffffffeb459p-3};
     const N a3{0x1.999b324f10111p-3};
     const N a4{-0x1.55575e506c89fp-3};
-    const N r = fused(x.z, N::entry(logarithm_parts.data(), &LogarithmPart::inverse, x.i), N{-1.0});
-    const N whole = fused(x.k, N{ln_2_high}, N::entry(logarithm_parts.data(), &LogarithmPart::logarithm, x.i));
+    const Two<N> part = N::entries(logarithm_parts.data(), &LogarithmPart::inverse, &LogarithmPart::logarithm, x.i);
+    const N r = fused(x.z, part.first, N{-1.0});
+    const N whole = fused(x.k, N{ln_2_high}, part.second);
     const N high = whole + r;
     const N low = fused(x.k, N{ln_2_low}, whole - high + r);
     const N r2 = r * r;

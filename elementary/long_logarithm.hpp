@@ -31,18 +31,18 @@ Long<N> long_log(typename N::Bits bits) {
     const N a5{-0x1.2495b9b4845e9p+0};
     const N a6{0x1.0002b8b263fc3p+0};
     const Parted<N> x = parted<N>(bits, first);
-    const auto part = [&x](double LongLogarithmPart::*figure) {
-        return N::entry(long_logarithm_parts.data(), figure, x.i);
-    };
-    const N r = fused(x.z, part(&LongLogarithmPart::inverse), N{-1.0});
-    const N whole = fused(x.k, N{ln_2_high}, part(&LongLogarithmPart::logarithm));
+    using Part = LongLogarithmPart;
+    const Two<N> part = N::entries(long_logarithm_parts.data(), &Part::inverse, &Part::logarithm, x.i);
+    const N rest = N::entry(long_logarithm_parts.data(), &Part::rest, x.i);
+    const N r = fused(x.z, part.first, N{-1.0});
+    const N whole = fused(x.k, N{ln_2_high}, part.second);
     const N sum = whole + r;
     const N half = a0 * r;
     const N square = r * half;
     const N cube = r * square;
     const N high = sum + square;
     const N p = fused(square, fused(square, fused(r, a6, a5), fused(r, a4, a3)), fused(r, a2, a1));
-    const N low1 = fused(x.k, N{ln_2_low}, part(&LongLogarithmPart::rest)) + (whole - sum + r);
+    const N low1 = fused(x.k, N{ln_2_low}, rest) + (whole - sum + r);
     const N low2 = low1 + fused(half, r, N{0.0} - square) + (sum - high + square);
     const N low = fused(cube, p, low2);
     const N result = high + low;

@@ -19,6 +19,12 @@ constexpr bool is_normal_positive(std::uint64_t bits) {
     return bits - bits_of(0x1p-1022) < bits_of(infinity) - bits_of(0x1p-1022);
 }
 
+template <typename N>
+struct Two {
+    N first;
+    N second;
+};
+
 template <typename Processor>
 struct Number {
     using Bits = std::uint64_t;
@@ -39,12 +45,15 @@ struct Number {
     static Number of_top_bits(Bits bits) {
         return {static_cast<double>(static_cast<std::int32_t>(static_cast<std::int64_t>(bits) >> 52))};
     }
-    // A figure of the i-th of records of figures, and the i-th of bits.
+    // A figure of the i-th record of a table; or two, of which the second stands right behind the first.
     template <typename Record>
     static Number entry(const Record* table, double Record::*figure, Bits i) {
         return {table[i].*figure};
     }
-    static Bits entry(const std::uint64_t* table, Bits i) { return table[i]; }
+    template <typename Record>
+    static Two<Number> entries(const Record* table, double Record::*first, double Record::*second, Bits i) {
+        return {{table[i].*first}, {table[i].*second}};
+    }
 };
 
 }  // namespace finance::elementary

@@ -1,34 +1,29 @@
 // exp, log and pow of lanes: side by side where the processor multiplies and adds at once and no lane is a special case,
-// else one lane after the other, as a single call.
+// else one lane after the other, as a single call. Lanes of SSE2 ask for the former at run time.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 
 #include "elementary/functions.hpp"
 #include "elementary/logarithm.hpp"
 #include "elementary/long_logarithm.hpp"
 #include "elementary/power.hpp"
+#include "lanes/fused_lanes.hpp"
 #include "lanes/lanes.hpp"
 
 namespace finance::elementary {
 
 namespace lanes {
 
+// True where lowest <= |x| < end in all lanes: of powers of 2, as their exponents' fields say.
 template <typename Set>
-typename Set::Words words(std::uint64_t word) {
-    return typename Set::Words{} + word;
+bool all_sizes_between(Lanes<Set> x, double lowest, double end) {
+    const Lanes<Set> size = abs(x);
+    return all((size >= lowest) & (size < end));
 }
 
-// True where first <= field < end of all lanes' exponent fields.
-template <typename Set>
-bool all_fields_between(Lanes<Set> x, std::uint64_t first, std::uint64_t end) {
-    using Truth = LaneTruth<Set>;
-    const typename Set::Words field = x.bits() >> 52 & words<Set>(0x7FF);
-    return all(Truth{typename Set::Words(field >= words<Set>(first))} &
-               Truth{typename Set::Words(field < words<Set>(end))});
-}
-
-// By comparisons of doubles: of positive ones the bits ascend with them.
+// Of positive doubles the bits ascend with them.
 template <typename Set>
 LaneTruth<Set> is_near_1(Lanes<Set> x) {
     return (x >= Lanes<Set>{std::bit_cast<double>(near_1)}) & (x < Lanes<Set>{std::bit_cast<double>(near_1_end)});
@@ -56,20 +51,28 @@ template <typename Set>
 }  // namespace lanes
 
 template <typename Set>
-Lanes<Set> exp(Lanes<Set> x) {
+[[gnu::always_inline]] inline Lanes<Set> exp(Lanes<Set> x) {
     if constexpr (!Set::has_fused) {
-        return each([](double lane) { return exp(lane); }, x);
+        if (!has_fused_multiply_add) return lanes::exp_of_each(x);
+        double four[Set::width];
+        x.store(four);
+        fused_lanes::exp(four, four);
+        return Lanes<Set>::load(four);
     } else {
-        if (lanes::all_fields_between(x, exponent_field(0x1p-54), exponent_field(512.0))) [[likely]]
+        if (lanes::all_sizes_between(x, 0x1p-54, 512.0)) [[likely]]
             return scaled(exponential(reduced(x)));
         return lanes::exp_of_each(x);
     }
 }
 
 template <typename Set>
-Lanes<Set> log(Lanes<Set> x) {
+[[gnu::always_inline]] inline Lanes<Set> log(Lanes<Set> x) {
     if constexpr (!Set::has_fused) {
-        return each([](double lane) { return log(lane); }, x);
+        if (!has_fused_multiply_add) return lanes::log_of_each(x);
+        double four[Set::width];
+        x.store(four);
+        fused_lanes::log(four, four);
+        return Lanes<Set>::load(four);
     } else {
         if (!lanes::all_normal_positive(x)) [[unlikely]]
             return lanes::log_of_each(x);
@@ -80,18 +83,23 @@ Lanes<Set> log(Lanes<Set> x) {
 }
 
 template <typename Set>
-Lanes<Set> pow(Lanes<Set> x, Lanes<Set> y) {
+[[gnu::always_inline]] inline Lanes<Set> pow(Lanes<Set> x, Lanes<Set> y) {
     using N = Lanes<Set>;
     if constexpr (!Set::has_fused) {
-        return each([](double base, double exponent) { return pow(base, exponent); }, x, y);
+        if (!has_fused_multiply_add) return lanes::pow_of_each(x, y);
+        double bases[Set::width];
+        double exponents[Set::width];
+        x.store(bases);
+        y.store(exponents);
+        fused_lanes::pow(bases, exponents, bases);
+        return Lanes<Set>::load(bases);
     } else {
-        const bool usual = lanes::all_normal_positive(x) &&
-                           lanes::all_fields_between(y, exponent_field(0x1p-65), exponent_field(0x1p63));
+        const bool usual = lanes::all_normal_positive(x) && lanes::all_sizes_between(y, 0x1p-65, 0x1p63);
         if (!usual) [[unlikely]]
             return lanes::pow_of_each(x, y);
         const Long<N> l = long_log<N>(x.bits());
         const N high = y * l.high;
-        if (!lanes::all_fields_between(high, exponent_field(0x1p-54), exponent_field(512.0))) [[unlikely]]
+        if (!lanes::all_sizes_between(high, 0x1p-54, 512.0)) [[unlikely]]
             return lanes::pow_of_each(x, y);
         const N low = fused(y, l.low, fused(y, l.high, N{0.0} - high));
         Reduced<N> to = reduced(high);

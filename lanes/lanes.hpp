@@ -7,9 +7,12 @@
 //  (3) Fields that decide how rows are calculated, a basis or a frequency, are the same in all lanes (lanes/rows.hpp).
 #pragma once
 
-#include <bit>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+
+#include "elementary/number.hpp"
 
 namespace finance {
 
@@ -113,13 +116,15 @@ struct Lanes {
     // f of each lane by itself
     template <typename F>
     friend Lanes each(F f, Lanes x) {
-        for (int lane = 0; lane < width; ++lane) x.value[lane] = f(x.value[lane]);
-        return x;
+        std::array<double, std::size_t{Set::width}> of_lanes;
+        for (int lane = 0; lane < width; ++lane) of_lanes[static_cast<std::size_t>(lane)] = f(x[lane]);
+        return load(of_lanes.data());
     }
     template <typename F>
     friend Lanes each(F f, Lanes x, Lanes y) {
-        for (int lane = 0; lane < width; ++lane) x.value[lane] = f(x.value[lane], y.value[lane]);
-        return x;
+        std::array<double, std::size_t{Set::width}> of_lanes;
+        for (int lane = 0; lane < width; ++lane) of_lanes[static_cast<std::size_t>(lane)] = f(x[lane], y[lane]);
+        return load(of_lanes.data());
     }
 
     // ---- As a number of the elementary functions (elementary/number.hpp)
@@ -130,15 +135,18 @@ struct Lanes {
     static Lanes of_top_bits(Bits bits) {
         constexpr double whole = 0x1p52;
         constexpr double without_sign = 2048.0;
-        const Bits top = (bits ^ (Bits{} + (std::uint64_t{1} << 63))) >> 52;
+        const Bits top = (bits ^ Lanes{-0.0}.bits()) >> 52;
         return of_bits(top | Lanes{whole}.bits()) - Lanes{whole + without_sign};
     }
     template <typename Record>
     static Lanes entry(const Record* table, double Record::*figure, Bits i) {
         return Lanes{Set::gathered([=](int lane) { return table[i[lane]].*figure; })};
     }
-    static Bits entry(const std::uint64_t* table, Bits i) {
-        return Bits(Set::gathered([=](int lane) { return std::bit_cast<double>(table[i[lane]]); }));
+    template <typename Record>
+    static elementary::Two<Lanes> entries(const Record* table, double Record::*first, double Record::*, Bits i) {
+        elementary::Two<Lanes> two;
+        Set::gather_pairs([=](int lane) { return &(table[i[lane]].*first); }, two.first.value, two.second.value);
+        return two;
     }
 };
 

@@ -10,7 +10,7 @@ import subprocess
 import sys
 
 # Objects with such code, by what is in their names.
-SPECIAL = ("by_instruction", "columns_avx2")
+SPECIAL = ("by_instruction", "lanes/fused_lanes", "columns_avx2")
 
 
 def output_of(*command):
