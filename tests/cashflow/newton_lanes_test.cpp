@@ -1,6 +1,8 @@
 // Searches side by side: each ends as it does by itself, whatever its neighbour does.
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include <bit>
 #include <cmath>
 #include <limits>
@@ -105,24 +107,25 @@ struct Pair {
     int passes;
 };
 
+Number lanes_of(double first, double second) {
+    const std::array<double, std::size_t{InstructionSet::width}> values{first, second};
+    return Number::load(values.data());
+}
+
 Pair side_by_side(const Way& first, const Way& second, unsigned wanted) {
     NewtonProblemOf<Number> problem{};
     problem.maxIterations = limit;
     problem.start = 0.1;
-    problem.residualScale.value[0] = first.scale;
-    problem.residualScale.value[1] = second.scale;
+    problem.residualScale = lanes_of(first.scale, second.scale);
     Pair pair{};
     const auto objective = [&](NewtonProblemOf<Number>& at, Truth searching) {
         EXPECT_NE(searching.lanes(), 0U);
         ++pair.passes;
-        unsigned there = 0;
-        for (int lane = 0; lane < 2; ++lane) {
-            const Sides sides = (lane == 0 ? first : second).objective(at.x[lane]);
-            at.value.value[lane] = sides.value;
-            at.derivative.value[lane] = sides.derivative;
-            there |= (sides.there ? 1U : 0U) << lane;
-        }
-        return Truth::of_lanes(there);
+        const Sides of_first = first.objective(at.x[0]);
+        const Sides of_second = second.objective(at.x[1]);
+        at.value = lanes_of(of_first.value, of_second.value);
+        at.derivative = lanes_of(of_first.derivative, of_second.derivative);
+        return Truth::of_lanes((of_first.there ? 1U : 0U) | (of_second.there ? 2U : 0U));
     };
     pair.found = newton_search<Number>(problem, Truth::of_lanes(wanted), objective).lanes();
     pair.x = problem.x;
