@@ -6,6 +6,7 @@
 #include "abi/host_control.hpp"
 #include "abi/text.hpp"
 #include "module/financial_list.hpp"
+#include "module/find_by_letters.hpp"
 
 namespace finance {
 
@@ -39,23 +40,29 @@ std::int32_t find_row(Order order_to) {
     return unknown_calculation;
 }
 
+[[gnu::noinline]] std::int32_t search_by_host(const char* name, std::int64_t length) {
+    translate_copy(name, length);
+    return find_row([=](const FinancialRow& row) { return wzstcmn(name, length, row.name, row.name_length, 0); });
+}
+
+[[gnu::noinline]] std::int32_t search_by_table(const unsigned char* mapped, const char* name, std::int64_t length) {
+    const std::int32_t first = mapped[static_cast<unsigned char>(*name)];
+    return find_row([=](const FinancialRow& row) {
+        const std::int32_t order = first - mapped[static_cast<unsigned char>(*row.name)];
+        return order != 0 ? order : order_by_table(mapped, name, length, row.name, row.name_length);
+    });
+}
+
 }  // namespace
 
 std::int32_t find_calculation(CharacterValue name) {
     if (name.text == nullptr) return unknown_calculation;
-    const char* text = name.text;
-    const std::int64_t length = wzstrip(text, name.length);
-    if (length == 0 || *text == blank) return unknown_calculation;
-    if (multibyte_mode()) {
-        translate_copy(text, length);
-        return find_row([=](const FinancialRow& row) { return wzstcmn(text, length, row.name, row.name_length, 0); });
-    }
+    const std::int64_t length = wzstrip(name.text, name.length);
+    if (length == 0 || *name.text == blank) return unknown_calculation;
+    if (multibyte_mode()) return search_by_host(name.text, length);
     const unsigned char* mapped = collating_table();
-    const std::int32_t first = mapped[static_cast<unsigned char>(*text)];
-    return find_row([=](const FinancialRow& row) {
-        const std::int32_t order = first - mapped[static_cast<unsigned char>(*row.name)];
-        return order != 0 ? order : order_by_table(mapped, text, length, row.name, row.name_length);
-    });
+    const std::int32_t row = find_by_letters(mapped, name.text, length);
+    return row != unknown_calculation ? row : search_by_table(mapped, name.text, length);
 }
 
 }  // namespace finance

@@ -1,0 +1,42 @@
+// The short way to a calculation's name, by its letters.
+//
+//  (1) What a name means is what a binary search through the host's collating table finds (find_calculation.cpp). Where
+//      that table has the letters in ascending order, each after what pads a shorter text, it has the names in the order
+//      of the list, no two of them equal: the search then finds each row by the row's own name.
+//  (2) A text whose bytes the table maps to those of a name, as many of them, goes that name's way through the search.
+//  (3) So a name in capitals means its row with every table of (1), and in other letters with those that fold case as
+//      well. Of everything else only the search can tell.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "module/collating_letters.hpp"
+#include "module/financial_list.hpp"
+#include "module/find_calculation.hpp"
+#include "module/known_names.hpp"
+
+namespace finance {
+
+#define VIEW_OF_ROW(name, minimum, maximum) std::string_view{#name},
+inline constexpr std::array<std::string_view, calculation_count> names_of_rows{FINANCE_CALCULATIONS(VIEW_OF_ROW)};
+static_assert(std::ranges::all_of(names_of_rows, may_be_known));
+
+inline constexpr KnownNames known_rows{names_of_rows};
+static_assert(known_rows.are_apart(), "no multiplier gives each name a slot of its own");
+
+// Index in FinancialList of what a text without trailing blanks means, or unknown_calculation where (3) leaves it open.
+inline std::int32_t find_by_letters(const unsigned char* mapped, const char* text, std::int64_t length) {
+    if (length < least_known_length) return unknown_calculation;
+    const NameKey key = key_of(text, length);
+    const NameKey lower = in_lower_case(key);
+    const std::size_t row = known_rows.candidate(lower);
+    if (lower != known_rows[row]) return unknown_calculation;
+    if (has_lower_case(key) && !case_is_folded(mapped)) return unknown_calculation;
+    return letters_ascend(mapped) ? static_cast<std::int32_t>(row) : unknown_calculation;
+}
+
+}  // namespace finance
