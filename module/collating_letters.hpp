@@ -1,8 +1,11 @@
-// What the host's collating table says of letters, sixteen at a time. (Texts are compared in abi/text.hpp.)
+// What the host's collating table says of letters. (Texts are compared in abi/text.hpp.)
 #pragma once
 
 #include <emmintrin.h>
 
+#include <cstdint>
+
+#include "abi/steps.hpp"
 #include "abi/text.hpp"
 
 namespace finance {
@@ -10,6 +13,8 @@ namespace finance {
 inline __m128i sixteen_from(const unsigned char* mapped, char letter) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(mapped + static_cast<unsigned char>(letter)));
 }
+
+inline constexpr unsigned char case_bit = 0x20;  // set in lower-case letters
 
 // Each letter from A to Z comes before the next one, and after what pads a shorter text.
 inline bool letters_ascend(const unsigned char* mapped) {
@@ -21,12 +26,14 @@ inline bool letters_ascend(const unsigned char* mapped) {
     return _mm_movemask_epi8(_mm_cmpeq_epi8(least, _mm_setzero_si128())) == 0;
 }
 
-// Each letter from a to z is its upper-case one.
-inline bool case_is_folded(const unsigned char* mapped) {
-    constexpr int all_bytes = 0xFFFF;
-    const __m128i to_p = _mm_cmpeq_epi8(sixteen_from(mapped, 'a'), sixteen_from(mapped, 'A'));
-    const __m128i to_z = _mm_cmpeq_epi8(sixteen_from(mapped, 'k'), sixteen_from(mapped, 'K'));
-    return _mm_movemask_epi8(_mm_and_si128(to_p, to_z)) == all_bytes;
+// Each letter of a text is mapped as the upper-case one is.
+inline bool case_is_folded(const unsigned char* mapped, const char* text, std::int64_t length) {
+    for (std::int64_t i = 0; i < length; ++i) {
+        count_step();
+        const auto letter = static_cast<unsigned char>(text[i]);
+        if (mapped[letter] != mapped[letter & ~case_bit]) return false;
+    }
+    return true;
 }
 
 }  // namespace finance

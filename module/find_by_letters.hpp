@@ -3,9 +3,9 @@
 //  (1) What a name means is what a binary search through the host's collating table finds (find_calculation.cpp). Where
 //      that table has the letters in ascending order, each after what pads a shorter text, it has the names in the order
 //      of the list, no two of them equal: the search then finds each row by the row's own name.
-//  (2) A text whose bytes the table maps to those of a name, as many of them, goes that name's way through the search.
-//  (3) So a name in capitals means its row with every table of (1), and in other letters with those that fold case as
-//      well. Of everything else only the search can tell.
+//  (2) A text of as many bytes, each of which the table maps as it maps the name's, goes the name's way through the search:
+//      with every table of (1) a name in capitals does, and one in other letters where the table folds their case.
+//  (3) Of everything else only the search can tell.
 #pragma once
 
 #include <algorithm>
@@ -28,15 +28,16 @@ static_assert(std::ranges::all_of(names_of_rows, may_be_known));
 inline constexpr KnownNames known_rows{names_of_rows};
 static_assert(known_rows.are_apart(), "no multiplier gives each name a slot of its own");
 
-// Index in FinancialList of what a text without trailing blanks means, or unknown_calculation where (3) leaves it open.
+// Index in FinancialList of the name that a text without trailing blanks is by (2), where the table is one of (1);
+// unknown_calculation where it is none.
 inline std::int32_t find_by_letters(const unsigned char* mapped, const char* text, std::int64_t length) {
     if (length < least_known_length) return unknown_calculation;
     const NameKey key = key_of(text, length);
     const NameKey lower = in_lower_case(key);
     const std::size_t row = known_rows.candidate(lower);
     if (lower != known_rows[row]) return unknown_calculation;
-    if (has_lower_case(key) && !case_is_folded(mapped)) return unknown_calculation;
-    return letters_ascend(mapped) ? static_cast<std::int32_t>(row) : unknown_calculation;
+    if (has_lower_case(key) && !case_is_folded(mapped, text, length)) return unknown_calculation;
+    return static_cast<std::int32_t>(row);
 }
 
 }  // namespace finance

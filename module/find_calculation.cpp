@@ -5,6 +5,7 @@
 
 #include "abi/host_control.hpp"
 #include "abi/text.hpp"
+#include "module/collating_letters.hpp"
 #include "module/financial_list.hpp"
 #include "module/find_by_letters.hpp"
 
@@ -61,8 +62,11 @@ std::int32_t find_calculation(CharacterValue name) {
     if (length == 0 || *name.text == blank) return unknown_calculation;
     if (multibyte_mode()) return search_by_host(name.text, length);
     const unsigned char* mapped = collating_table();
-    const std::int32_t row = find_by_letters(mapped, name.text, length);
-    return row != unknown_calculation ? row : search_by_table(mapped, name.text, length);
+    if (letters_ascend(mapped)) {
+        const std::int32_t row = find_by_letters(mapped, name.text, length);
+        if (row != unknown_calculation) return row;
+    }
+    return search_by_table(mapped, name.text, length);
 }
 
 }  // namespace finance
