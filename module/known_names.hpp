@@ -27,7 +27,10 @@ struct NameKey {
     std::uint64_t last = 0;
     std::int64_t length = 0;
 
-    friend constexpr bool operator==(const NameKey&, const NameKey&) = default;
+    // One question, not three.
+    friend constexpr bool operator==(const NameKey& a, const NameKey& b) {
+        return ((a.first ^ b.first) | (a.last ^ b.last) | static_cast<std::uint64_t>(a.length ^ b.length)) == 0;
+    }
 };
 
 template <std::size_t... places>

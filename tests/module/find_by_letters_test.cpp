@@ -131,6 +131,14 @@ TEST(KnownNames, EndsOfATextByHand) {
     EXPECT_EQ(key_of("ABCDEFGHI", 9), (NameKey{0x4847464544434241, 0x4948474645444342, 9}));
 }
 
+TEST(KnownNames, KeysAreOneWhereAllPartsAre) {
+    const NameKey key{1, 2, 3};
+    EXPECT_TRUE(key == (NameKey{1, 2, 3}));
+    for (const NameKey& other : {NameKey{0, 2, 3}, NameKey{1, 3, 3}, NameKey{1, 2, 2}, NameKey{2, 1, 3}}) {
+        EXPECT_FALSE(key == other);
+    }
+}
+
 TEST(KnownNames, EachLeadsToItself) {
     const std::array names{"NO"sv, "ONE"sv, "AA"sv, "AAA"sv, "AAAA"sv, "AAAAA"sv};
     const KnownNames known{names};
