@@ -34,9 +34,10 @@ inline std::int32_t find_by_letters(const unsigned char* mapped, const char* tex
     if (length < least_known_length) return unknown_calculation;
     const NameKey key = key_of(text, length);
     const NameKey lower = in_lower_case(key);
+    const bool in_capitals = !has_lower_case(key);  // asked here, the key is done with: no register is saved for it
     const std::size_t row = known_rows.candidate(lower);
     if (lower != known_rows[row]) return unknown_calculation;
-    if (has_lower_case(key) && !case_is_folded(mapped, text, length)) return unknown_calculation;
+    if (!in_capitals && !case_is_folded(mapped, text, length)) return unknown_calculation;
     return static_cast<std::int32_t>(row);
 }
 
