@@ -63,8 +63,8 @@ std::vector<std::string> names_and_neighbours(std::mt19937_64& draw) {
             changed[i] = static_cast<char>(draw());
             names.insert(changed);
         }
-        for (const std::string& end :
-             {" "s, "   "s, std::string(40, ' '), "_"s, "__"s, "\0"s, " _"s, std::string(1, ' ').append(name), name})
+        for (const std::string& end : {" "s, "   "s, std::string(40, ' '), "_"s, "__"s, "\0"s, "\0\0"s, "\0\0\0\0\0\0"s,
+                                       " _"s, std::string(1, ' ').append(name), name})
             names.insert(name + end);
         names.insert(std::string(1, ' ').append(name));
     }
