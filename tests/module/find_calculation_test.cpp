@@ -79,17 +79,28 @@ std::string random_bytes(std::mt19937_64& draw, std::string_view of) {
 
 class FindCalculation : public testing::Test {
 protected:
-    // How many of the names are found.
+    // How many of the names are found; -1 at the first that is not found as it should be.
     int check(const NamedTable& one, const std::vector<std::string>& names) {
         host.collating = one.table;
         int found = 0;
         for (const std::string& name : names) {
             const int expected = meaning_by_search(one.table, name);
-            EXPECT_EQ(meaning_of(name), expected) << '"' << name << "\", table " << one.name;
-            if (HasFailure()) return 0;
-            if (expected >= 0) ++found;
+            const int got = meaning_of(name);
+            if (got != expected) {
+                ADD_FAILURE() << '"' << name << "\" is " << got << ", not " << expected << ", table " << one.name;
+                return -1;
+            }
+            found += expected >= 0 ? 1 : 0;
         }
         return found;
+    }
+
+    // The names themselves, and a quarter of their neighbours, others for each table.
+    std::vector<std::string> share_of(const std::vector<std::string>& neighbours) {
+        std::vector<std::string> names;
+        for (const FinancialRow& row : FinancialList) names.emplace_back(row.name);
+        for (std::size_t i = draw() % 8; i < neighbours.size(); i += 1 + draw() % 7) names.push_back(neighbours[i]);
+        return names;
     }
 
     BareHost host;
@@ -127,20 +138,18 @@ TEST_F(FindCalculation, TablesWithOneChange) {
     const std::vector<std::string> names = names_and_neighbours(draw);
     const std::vector<NamedTable> tables = tables_with_one_change();
     ASSERT_GT(tables.size(), 700U);
-    for (const NamedTable& one : tables) {
-        check(one, names);
-        ASSERT_FALSE(HasFailure());
-    }
+    for (const NamedTable& one : tables) ASSERT_GE(check(one, share_of(names)), 0);
 }
 
 TEST_F(FindCalculation, RandomTables) {
     const std::vector<std::string> names = names_and_neighbours(draw);
     int found = 0;
     for (const NamedTable& one : random_tables(draw, 100)) {
-        found += check(one, names);
-        ASSERT_FALSE(HasFailure());
+        const int of_table = check(one, share_of(names));
+        ASSERT_GE(of_table, 0);
+        found += of_table;
     }
-    EXPECT_GT(found, 100'000);
+    EXPECT_GT(found, 50'000);
 }
 
 TEST_F(FindCalculation, RandomBytes) {
@@ -149,8 +158,7 @@ TEST_F(FindCalculation, RandomBytes) {
     for (const NamedTable& one : tables) {
         std::vector<std::string> names;
         for (int i = 0; i < 2000; ++i) names.push_back(random_bytes(draw, i % 2 == 0 ? "" : "PVMTDBFpvmtdbf "));
-        check(one, names);
-        ASSERT_FALSE(HasFailure());
+        ASSERT_GE(check(one, names), 0);
     }
 }
 
