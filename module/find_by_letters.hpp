@@ -23,10 +23,10 @@ namespace finance {
 
 #define VIEW_OF_ROW(name, minimum, maximum) std::string_view{#name},
 inline constexpr std::array<std::string_view, calculation_count> names_of_rows{FINANCE_CALCULATIONS(VIEW_OF_ROW)};
-static_assert(std::ranges::all_of(names_of_rows, may_be_known));
+static_assert(std::ranges::all_of(names_of_rows, may_be_known), "names are of 2 to 16 capitals");
 
-inline constexpr KnownNames known_rows{names_of_rows};
-static_assert(known_rows.are_apart(), "no multiplier gives each name a slot of its own");
+inline constexpr KnownNames<calculation_count> known_rows = known_names(names_of_rows);
+static_assert(known_rows.are_apart, "no multiplier gives each name a slot of its own");
 
 // Index in FinancialList of the name that a text without trailing blanks is by (2), where the table is one of (1);
 // unknown_calculation where it is none.
@@ -36,7 +36,7 @@ inline std::int32_t find_by_letters(const unsigned char* mapped, const char* tex
     const NameKey lower = in_lower_case(key);
     const bool in_capitals = !has_lower_case(key);  // asked here, the key is done with: no register is saved for it
     const std::size_t row = known_rows.candidate(lower);
-    if (lower != known_rows[row]) return unknown_calculation;
+    if (lower != known_rows.keys[row]) return unknown_calculation;
     if (!in_capitals && !case_is_folded(mapped, text, length)) return unknown_calculation;
     return static_cast<std::int32_t>(row);
 }

@@ -23,9 +23,9 @@ inline constexpr std::int64_t most_known_length = 16;
 
 // Both ends of a text and its length (1).
 struct NameKey {
-    std::uint64_t first = 0;
-    std::uint64_t last = 0;
-    std::int64_t length = 0;
+    std::uint64_t first;
+    std::uint64_t last;
+    std::int64_t length;
 
     // One question, not three.
     friend constexpr bool operator==(const NameKey& a, const NameKey& b) {
@@ -64,55 +64,53 @@ constexpr bool may_be_known(std::string_view name) {
            std::ranges::all_of(name, [](char c) { return c >= 'A' && c <= 'Z'; });
 }
 
-// Names and what leads to them.
+// Names and what leads to them. (Without a constructor: compilers put a constant that has one where it can be written.)
 template <std::size_t count>
-class KnownNames {
-public:
+struct KnownNames {
     static constexpr int slot_bits = 8;  // of 54 names, one multiplier in 400 gives each a slot
     static_assert(count <= std::size_t{1} << slot_bits);
 
-    // Names of 2 to 16 letters.
-    constexpr explicit KnownNames(const std::array<std::string_view, count>& names) {
-        for (std::size_t i = 0; i < count; ++i) {
-            keys_[i] = in_lower_case(key_of(names[i].data(), static_cast<std::int64_t>(names[i].size())));
-        }
-        constexpr int most_tries = 20'000;
-        for (int tries = 0; tries < most_tries && !are_apart_; ++tries) {
-            // Odd numbers of all sizes: Weyl's sequence of the golden ratio.
-            multiplier_ += 0x9E3779B97F4A7C16;
-            are_apart_ = fill_slots();
-        }
-    }
-
-    // Each name has a slot of its own.
-    [[nodiscard]] constexpr bool are_apart() const { return are_apart_; }
+    std::array<NameKey, count> keys;
+    std::array<std::uint8_t, std::size_t{1} << slot_bits> slots;
+    std::uint64_t multiplier;
+    bool are_apart;  // each name has a slot of its own
 
     // The index of the one name that the key can be, in lower case.
-    [[nodiscard]] constexpr std::size_t candidate(const NameKey& key) const { return slots_[slot_of(key)]; }
-    [[nodiscard]] constexpr const NameKey& operator[](std::size_t index) const { return keys_[index]; }
+    [[nodiscard]] constexpr std::size_t candidate(const NameKey& key) const { return slots[slot_of(key)]; }
 
-private:
     [[nodiscard]] constexpr std::size_t slot_of(const NameKey& key) const {
         constexpr int turn = 21;
         const std::uint64_t letters = std::rotl(key.first, turn) ^ key.last;
-        return ((letters + static_cast<std::uint64_t>(key.length)) * multiplier_) >> (64 - slot_bits);
+        return ((letters + static_cast<std::uint64_t>(key.length)) * multiplier) >> (64 - slot_bits);
     }
 
+    // Whether this multiplier will do.
     constexpr bool fill_slots() {
         std::array<bool, std::size_t{1} << slot_bits> taken{};
         for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t slot = slot_of(keys_[i]);
+            const std::size_t slot = slot_of(keys[i]);
             if (taken[slot]) return false;
             taken[slot] = true;
-            slots_[slot] = static_cast<std::uint8_t>(i);
+            slots[slot] = static_cast<std::uint8_t>(i);
         }
         return true;
     }
-
-    std::array<NameKey, count> keys_{};
-    std::array<std::uint8_t, std::size_t{1} << slot_bits> slots_{};
-    std::uint64_t multiplier_ = 1;
-    bool are_apart_ = false;
 };
+
+// Of names that may_be_known.
+template <std::size_t count>
+constexpr KnownNames<count> known_names(const std::array<std::string_view, count>& names) {
+    KnownNames<count> known{};
+    for (std::size_t i = 0; i < count; ++i) {
+        known.keys[i] = in_lower_case(key_of(names[i].data(), static_cast<std::int64_t>(names[i].size())));
+    }
+    constexpr int most_tries = 20'000;
+    known.multiplier = 1;
+    for (int tries = 0; tries < most_tries && !known.are_apart; ++tries) {
+        known.multiplier += 0x9E3779B97F4A7C16;  // the golden ratio's bits, made even: odd numbers of all sizes
+        known.are_apart = known.fill_slots();
+    }
+    return known;
+}
 
 }  // namespace finance

@@ -139,20 +139,21 @@ TEST(KnownNames, KeysAreOneWhereAllPartsAre) {
     }
 }
 
+// (Not of constants, from which the compiler would make the answer: the routine itself runs.)
 TEST(KnownNames, EachLeadsToItself) {
-    const std::array names{"NO"sv, "ONE"sv, "AA"sv, "AAA"sv, "AAAA"sv, "AAAAA"sv};
-    const KnownNames known{names};
-    ASSERT_TRUE(known.are_apart());
+    std::array names{"NO"sv, "ONE"sv, "AA"sv, "AAA"sv, "AAAA"sv, "AAAAA"sv};
+    const KnownNames known = known_names(names);
+    ASSERT_TRUE(known.are_apart);
     for (std::size_t i = 0; i < names.size(); ++i) {
         const NameKey key = in_lower_case(key_of(names[i].data(), static_cast<std::int64_t>(names[i].size())));
         EXPECT_EQ(known.candidate(key), i);
-        EXPECT_EQ(known[i], key);
+        EXPECT_EQ(known.keys[i], key);
     }
 }
 
 TEST(KnownNames, NoSlotsForANameThatIsThereTwice) {
-    const std::array names{"ONE"sv, "TWO"sv, "ONE"sv};
-    EXPECT_FALSE(KnownNames{names}.are_apart());
+    std::array names{"ONE"sv, "TWO"sv, "ONE"sv};
+    EXPECT_FALSE(known_names(names).are_apart);
 }
 
 TEST(KnownNames, WhatAListMayHave) {
