@@ -251,8 +251,8 @@ ZELKOVAN_EXPORT void* vmfree_handler(void* vector, uint64_t a, uint64_t b, int32
  * Rows that are plain, with every argument there and usual, are calculated side by side, with the bits that fncfin gives
  * each. All others (refusals, missing and rare values, calculations that have nothing to gain) are left to fncfin. */
 
-#define ZELKOVAN_COLUMN_NUMBERS 0 /* a double in each row; a NaN is missing */
-#define ZELKOVAN_COLUMN_SLOTS 1   /* an ArgSlot in each row, read as in a call */
+#define ZELKOVAN_COLUMN_NUMBERS UINT32_C(0) /* a double in each row; a NaN is missing */
+#define ZELKOVAN_COLUMN_SLOTS UINT32_C(1)   /* an ArgSlot in each row, read as in a call */
 
 typedef struct ZelkovanColumn {
     uint32_t kind;
@@ -261,10 +261,10 @@ typedef struct ZelkovanColumn {
     int64_t stride;    /* bytes from a row's to the next one's; 0: the same in all rows */
 } ZelkovanColumn;
 
-#define ZELKOVAN_INSTRUCTIONS_BEST 0 /* that the processor has */
-#define ZELKOVAN_INSTRUCTIONS_SSE2 1
-#define ZELKOVAN_INSTRUCTIONS_AVX2 2 /* with fused multiply-add; without them no row is answered */
-#define ZELKOVAN_INSTRUCTIONS_NONE 3 /* no row is answered */
+#define ZELKOVAN_INSTRUCTIONS_BEST UINT32_C(0) /* that the processor has */
+#define ZELKOVAN_INSTRUCTIONS_SSE2 UINT32_C(1)
+#define ZELKOVAN_INSTRUCTIONS_AVX2 UINT32_C(2) /* with fused multiply-add; without them no row is answered */
+#define ZELKOVAN_INSTRUCTIONS_NONE UINT32_C(3) /* no row is answered */
 
 typedef struct ZelkovanColumns {
     const char* name; /* of the calculation, as in a call */

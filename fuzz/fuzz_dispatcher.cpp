@@ -11,6 +11,7 @@
 //  (6) With memory running out a call answers the same or is refused, and keeps to all these rules.
 #include <span>
 
+#include "abi/arguments.hpp"
 #include "abi/status.hpp"
 #include "fuzz/call_record.hpp"
 #include "fuzz/linked_host.hpp"
@@ -200,6 +201,37 @@ void check_counters(const CallRecord& record) {
     must(counted == (missing_by_type(slots[0]) ? 1.0 : 0.0), "the first value missing");
 }
 
+// The call in every row of columns: a row that they answer has the call's result.
+void check_columns(const CallRecord& record, const Outcome& outcome) {
+    constexpr std::int64_t rows = 5;
+    const CharacterValue name = character_value(record.slots()[0]);
+    std::vector<ZelkovanColumn> columns;
+    for (std::size_t i = 1; i < record.size(); ++i) columns.push_back({ZELKOVAN_COLUMN_SLOTS, 0, record.slots() + i, 0});
+    for (const std::uint32_t instructions : {ZELKOVAN_INSTRUCTIONS_SSE2, ZELKOVAN_INSTRUCTIONS_AVX2}) {
+        std::array<double, rows> results{};
+        std::uint64_t answered = ~std::uint64_t{0};
+        const ZelkovanColumns request{.name = name.text,
+                                      .name_length = name.length,
+                                      .columns = columns.data(),
+                                      .column_count = static_cast<std::int64_t>(columns.size()),
+                                      .rows = rows,
+                                      .results = results.data(),
+                                      .answered = &answered,
+                                      .instructions = instructions,
+                                      .reserved = 0};
+        steps_made = 0;
+        const std::int64_t count = fnccols(&request);
+        must(steps_made <= rows * test::most_steps(record.size(), record.characters()), "columns make no more steps");
+        must(count == std::popcount(answered), "columns count what they answer");
+        must(answered == 0 || answered == 31, "rows that are the same are answered alike");
+        if (answered == 0) continue;
+        must(outcome.status == STATUS_SUCCESS, "columns answer no row that is refused");
+        for (const double result : results) {
+            must(std::bit_cast<std::uint64_t>(result) == outcome.result, "a row has the bits of its call");
+        }
+    }
+}
+
 void run(Bytes in) {
     static CallRecord record;
     const std::uint8_t host_mode = in.byte();
@@ -218,6 +250,9 @@ void run(Bytes in) {
     const bool many_steps = steps_made > 10'000;
     check(expected, first, sentinels[0], false);
     check_notes(expected, record, before, first);
+    record.restore(before);
+    const bool is_whole = expected.verdict == Verdict::calculation && expected.count == static_cast<int>(record.size());
+    if (is_whole) check_columns(record, first);
     if (many_steps) return;  // slow under sanitizers, each time
 
     Outcome second = call(record, before, &result, sentinels[1]);
