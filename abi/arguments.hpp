@@ -145,6 +145,9 @@ public:
     bool refuses(int i, bool at_fault) { return at_fault && !refuse(i); }
     bool settles(bool settled, double value) { return settled && answer(value) == STATUS_SUCCESS; }
 
+    // What is rare is left to single calls: this is one.
+    static constexpr bool leaves(bool) { return false; }
+
     // -- the end of the call
     // An argument that is found at fault after it was read: as a taker (false), or as the call's status.
     bool reject(int i) { return refuse(i); }

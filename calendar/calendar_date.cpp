@@ -18,7 +18,6 @@ DateOrder zCompareDates(const CalendarDate* a, const CalendarDate* b) {
 
 namespace {
 
-constexpr std::int64_t march_1_of_year_0 = 1721120;
 constexpr std::int64_t march_1_of_year_1 = 1721485;
 constexpr std::int64_t end_of_year_9999 = 5373484;
 
@@ -30,11 +29,11 @@ std::int64_t usual_day(std::int32_t year, std::int32_t month, std::int32_t day) 
     const std::uint32_t m = static_cast<std::uint32_t>(month) + 12 * next_year;
     const std::uint32_t century = y / 100;
     const std::uint32_t days = 1461 * y / 4 - century + century / 4 + (979 * m - 2919) / 32;
-    return march_1_of_year_0 - 1 + std::int64_t{days} + day;
+    return MARCH_1_OF_YEAR_0 - 1 + std::int64_t{days} + day;
 }
 
 void split_usual_day(CalendarDate* date) {
-    const std::uint32_t quarters = 4 * static_cast<std::uint32_t>(date->julianDay - march_1_of_year_0) + 3;
+    const std::uint32_t quarters = 4 * static_cast<std::uint32_t>(date->julianDay - MARCH_1_OF_YEAR_0) + 3;
     const std::uint32_t century = quarters / 146097;
     const std::uint32_t quarters_of_century = quarters % 146097 | 3;
     const std::uint64_t years = std::uint64_t{2939745} * quarters_of_century;

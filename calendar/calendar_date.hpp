@@ -11,13 +11,26 @@
 #include <cstdint>
 
 #include "abi/zelkovan.h"
+#include "lanes/lanes.hpp"
 
 namespace finance {
 
 // 1 January 1960, day 0 of the host, as a Julian day number.
 inline constexpr std::int64_t HOST_EPOCH_JULIAN_DAY = ZELKOVAN_EPOCH_JULIAN_DAY;
 
-struct CalendarDate {
+inline constexpr std::int64_t MARCH_1_OF_YEAR_0 = 1721120;  // as a Julian day number
+
+// A date, or several side by side (dates_in_lanes.hpp), whose month's end is asked for where it counts.
+template <typename N>
+struct CalendarDateOf {
+    N day;
+    N month;
+    N year;
+    N julianDay;
+};
+
+template <>
+struct CalendarDateOf<double> {
     std::int32_t day;         // of the month, 1..31
     std::int32_t month;       // 1..12
     std::int32_t year;        // historical: no year 0
@@ -25,13 +38,20 @@ struct CalendarDate {
     std::int32_t anchorDay;   // the day of the month that stepping aims for; below 1: day itself
     std::int32_t endOfMonth;  // 1: was the last day of its month when it was split (3)
 };
+using CalendarDate = CalendarDateOf<double>;
 
 enum DateOrder : std::int32_t { DATE_BEFORE = 1, DATE_EQUAL = 2, DATE_AFTER = 3 };
 
 DateOrder zCompareDates(const CalendarDate* a, const CalendarDate* b);
 
-inline bool before(const CalendarDate& a, const CalendarDate& b) { return a.julianDay < b.julianDay; }
-inline bool same_day(const CalendarDate& a, const CalendarDate& b) { return a.julianDay == b.julianDay; }
+template <typename N>
+TruthOf<N> before(const CalendarDateOf<N>& a, const CalendarDateOf<N>& b) {
+    return a.julianDay < b.julianDay;
+}
+template <typename N>
+TruthOf<N> same_day(const CalendarDateOf<N>& a, const CalendarDateOf<N>& b) {
+    return a.julianDay == b.julianDay;
+}
 
 // Of the years that 25 divides, those that 16 divides: a fourth of the centuries, and every fourth of the others.
 inline bool is_leap_year(std::int32_t year) { return year % 4 == 0 && (year % 25 != 0 || year % 16 == 0); }

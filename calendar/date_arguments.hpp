@@ -19,17 +19,20 @@ inline bool read_julian_day(Arguments& in, int i, std::int64_t& julian_day) {
 inline bool read_date(Arguments& in, int i, CalendarDate& date) { return read_julian_day(in, i, date.julianDay); }
 
 // Coupons per year, and the basis in the next position: every whole frequency of at least 1 is taken.
-inline bool read_coupon_terms(Arguments& in, int frequency, CouponTerms& terms) {
+template <typename In>
+bool read_coupon_terms(In& in, int frequency, CouponTerms& terms) {
     if (!in.whole_from_1(frequency, terms.frequency)) return false;
     terms.stepUnit = STEP_MONTHS;
     zComputePeriod(&terms);
+    if (in.leaves(terms.monthsPerPeriod == no_months_per_period)) return false;
     if (!in.basis(frequency + 1, terms.basis)) return false;
     zComputeDaysInPeriod(&terms);
     return true;
 }
 
 // The basis of a calculation over one stretch of time.
-inline bool read_one_period_terms(Arguments& in, int basis, CouponTerms& terms, Day31 day_31) {
+template <typename In>
+bool read_one_period_terms(In& in, int basis, CouponTerms& terms, Day31 day_31) {
     set_one_period(terms, day_31);
     if (!in.basis(basis, terms.basis)) return false;
     zComputeDaysInPeriod(&terms);

@@ -8,12 +8,14 @@ namespace finance {
 
 // ---- The fraction of a year between two dates
 
-struct YearFractionRecord {
-    CalendarDate start;
-    CalendarDate end;
+template <typename N>
+struct YearFractionRecordOf {
+    CalendarDateOf<N> start;
+    CalendarDateOf<N> end;
     CouponTerms terms;
-    double fraction;
+    N fraction;
 };
+using YearFractionRecord = YearFractionRecordOf<double>;
 
 // fraction from the two dates, of which only julianDay need be set. Returns 0, or 1 for a negative fraction.
 int zComputeYEARFRAC(YearFractionRecord* record);
@@ -36,14 +38,16 @@ double zComputeCOUPPCD(CouponDateRecord* record);     // previous coupon date, a
 
 // ---- Securities that pay no coupon between settlement and maturity
 
-struct DiscountRecord {
-    CalendarDate settlement;  // of both dates only julianDay need be set
-    CalendarDate maturity;
-    double first;  // arguments 3 and 4, both above 0
-    double second;
-    double answer;
+template <typename N>
+struct DiscountRecordOf {
+    CalendarDateOf<N> settlement;  // of both dates only julianDay need be set
+    CalendarDateOf<N> maturity;
+    N first;  // arguments 3 and 4, both above 0
+    N second;
+    N answer;
     CouponTerms terms;
 };
+using DiscountRecord = DiscountRecordOf<double>;
 
 // Each leaves its answer in the record and returns 0, or 1 where there is none.
 int zComputeDISC(DiscountRecord* record);       // price, redemption -> discount rate

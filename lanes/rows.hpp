@@ -1,7 +1,7 @@
 // How rows of columns are read: the takers of abi/arguments.hpp for several rows at once.
 //
 //  (1) A row is plain when every argument is there, keeps its rule at its first reading, and is a usual one: whole numbers
-//      exactly so and below 2^31, days of the years 1 to 9999. Rows that are not plain leave, and are made as single calls:
+//      exactly so and below 2^31, days of the years 3 to 9999. Rows that are not plain leave, and are made as single calls:
 //      what is refused, flagged, logged or rare is decided in one place.
 //  (2) What decides how a row is calculated (a basis, a frequency, a payment timing) is one value for all lanes: those that
 //      have another wait for a later pass.
@@ -57,6 +57,11 @@ public:
         const Number x = column(i);
         return keep(is_whole(x) & (x >= 1.0), x, value);
     }
+    // At least lowest and at most highest, which are below 2^31 in size; 1 is to be one of them.
+    bool whole_between(int i, double lowest, double highest, Number& value) {
+        const Number x = column(i);
+        return keep((x >= lowest) & (x <= highest) & (truncated(x) == x), x, value);
+    }
     bool whole_from_1(int i, Number& value) { return count(i, value); }
     bool whole_from_1(int i, std::int32_t& value) {
         Number x;
@@ -100,6 +105,8 @@ public:
     // -- what is found at fault, or settled, after it was read: such rows leave
     bool refuses(int, Truth at_fault) { return !keep(!at_fault); }
     bool settles(Truth settled, double) { return !keep(!settled); }
+    // What decides how the rows of the pass are calculated is a rare one: they leave.
+    bool leaves(bool is_rare) { return is_rare && !refuse_pass(); }
 
     // -- the end
     Outcome status() const { return Truth::of_lanes(0); }

@@ -2,6 +2,8 @@
 #include "lanes/elementary.hpp"
 #include "lanes/instruction_set.hpp"
 //
+#include "calendar/discount_securities.hpp"
+#include "calendar/year_fraction.hpp"
 #include "cashflow/annuities.hpp"
 #include "module/column_list.hpp"
 

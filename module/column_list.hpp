@@ -10,7 +10,8 @@
 // Where the basis stands among the arguments; 0: there is none.
 // clang-format off
 #define FINANCE_COLUMNS(ROW) \
-    ROW(FV, 0)    ROW(IPMT, 0)  ROW(ISPMT, 0) ROW(PMT, 0)   ROW(PPMT, 0)  ROW(PV, 0)
+    ROW(FV, 0)    ROW(IPMT, 0)  ROW(ISPMT, 0) ROW(PMT, 0)   ROW(PPMT, 0)  ROW(PV, 0) \
+    ROW(DISC, 5)  ROW(INTRATE, 5)  ROW(PRICEDISC, 5)  ROW(RECEIVED, 5)  ROW(YEARFRAC, 3)  ROW(YIELDDISC, 5)
 // clang-format on
 
 namespace finance {
