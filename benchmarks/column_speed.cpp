@@ -61,6 +61,7 @@ struct Case {
 // ---- The tables
 
 constexpr double day_2008 = 17532;  // 1 January 2008
+constexpr std::chrono::sys_days epoch{std::chrono::year{1960} / 1 / 1};
 
 void annuity(Table& table, Random& random) {
     table.add([&] { return random.uniform(0.001, 0.011); });
@@ -97,12 +98,49 @@ void constant_principal(Table& table, Random& random) {
     table.add([&] { return random.uniform(1, 1e6); });
 }
 
+// settlement, maturity, rate, yield or price, redemption, frequency, basis
+void bond(Table& table, Random& random, int fewest_coupons, int most_coupons, double low, double high,
+          bool month_ends) {
+    std::vector<double> maturities;
+    table.add([&] {
+        const int months = 6 * static_cast<int>(random.whole(fewest_coupons, most_coupons)) - 2;
+        const std::chrono::year_month from{std::chrono::year{2008}, std::chrono::February};
+        const std::chrono::year_month month = from + std::chrono::months{months};
+        const bool at_end = month_ends && random.whole(1, 10) == 1;
+        const std::chrono::sys_days day = at_end ? std::chrono::sys_days{month / std::chrono::last}
+                                                 : std::chrono::sys_days{month / static_cast<int>(random.whole(1, 28))};
+        maturities.push_back(static_cast<double>((day - epoch).count()));
+        return day_2008 + 31 + random.whole(14, 28);
+    });
+    std::size_t next = 0;
+    table.add([&] { return maturities[next++]; });
+    table.add([&] { return random.uniform(0.01, 0.09); });
+    table.add([&] { return random.uniform(low, high); });
+    table.add(Argument{100});
+    table.add(Argument{2});
+    table.add(Argument{"30/360"});
+}
+
+void price_60(Table& table, Random& random) { bond(table, random, 60, 60, 0.01, 0.09, false); }
+void price_any(Table& table, Random& random) { bond(table, random, 2, 60, 0.01, 0.09, true); }
+void yield_60(Table& table, Random& random) { bond(table, random, 60, 60, 70.0, 130.0, false); }
+void yield_any(Table& table, Random& random) { bond(table, random, 2, 60, 90.0, 110.0, true); }
+void duration_60(Table& table, Random& random) {
+    bond(table, random, 60, 60, 0.01, 0.09, false);
+    table.columns.erase(table.columns.begin() + 4);
+}
+
 constexpr Case cases[] = {
     {"ISPMT", "1 to 12 of 12 to 400 periods", constant_principal},
     {"PMT", "12 to 400 periods", annuity},
     {"YEARFRAC", "30/360", year_fraction},
     {"YEARFRAC", "ACTUAL", year_fraction_actual},
     {"DISC", "ACT/360", discount},
+    {"PRICE", "60 coupons", price_60},
+    {"PRICE", "2 to 60 coupons, a tenth at month's ends", price_any},
+    {"DURATION", "60 coupons", duration_60},
+    {"YIELD", "60 coupons", yield_60},
+    {"YIELD", "2 to 60 coupons, a tenth at month's ends", yield_any},
 };
 
 // ---- The runs

@@ -6,6 +6,8 @@
 #include "calendar/year_fraction.hpp"
 #include "cashflow/annuities.hpp"
 #include "module/column_list.hpp"
+#include "securities/duration.hpp"
+#include "securities/regular_bond.hpp"
 
 namespace finance {
 

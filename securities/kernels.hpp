@@ -7,10 +7,6 @@
 
 namespace finance {
 
-// What price, yield and duration need to know of the coupon period that holds settlement: splits both dates and fills
-// couponCount; daysInPeriod and daysAccrued as counted. True where settlement is a coupon date.
-bool find_coupon_quantities(SecurityComputeRecord* record);
-
 // Coupons in regular periods. 1 or 2 where the yield has no discount factor; a search 1 where it found none.
 int zComputePRICE(SecurityComputeRecord* record);     // price
 int zComputeYIELD(SecurityComputeRecord* record);     // yield

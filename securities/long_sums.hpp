@@ -15,6 +15,7 @@
 
 #include "abi/conversions.hpp"
 #include "abi/limits.hpp"
+#include "lanes/lanes.hpp"
 
 namespace finance {
 
@@ -61,9 +62,9 @@ inline double walk_terms(Sums& sums, double k, double end, double limit, Step st
 template <typename Sum>
 inline void with_division_by(double f, Sum sum) {
     if (f == 1.0 || f == 2.0 || f == 4.0) {
-        sum([inverse = 1.0 / f](double x) { return x * inverse; });
+        sum([inverse = 1.0 / f](auto x) { return x * inverse; });
     } else {
-        sum([f](double x) { return x / f; });
+        sum([f](auto x) { return x / f; });
     }
 }
 
@@ -85,12 +86,27 @@ double sum_of_powers(double v, double n);
 
 // Discounted coupons of 1 at v = 1 / (1 + x/f), paid e, e + 1, .. periods from now.
 // Error  relative, 8e-14 worst of 2e5 such draws, e to 1e10: the last exponent is rounded to a double
-struct DiscountSums {
-    double S;  // sum of v^e
-    double t;  // the last v^e
-    double D;  // sum of its derivatives by x, -e v^(e+1) / f
-    double g;  // the last derivative
+template <typename N>
+struct DiscountSumsOf {
+    N S;  // sum of v^e
+    N t;  // the last v^e
+    N D;  // sum of its derivatives by x, -e v^(e+1) / f
+    N g;  // the last derivative
+
+    // The next term, at e; over_f divides by f.
+    template <typename OverF>
+    void step(N v, N e, OverF over_f) {
+        t = t * v;
+        S = S + t;
+        g = over_f(-(v * e) * t);
+        D = D + g;
+    }
+    friend DiscountSumsOf select(TruthOf<N> truth, const DiscountSumsOf& yes, const DiscountSumsOf& no) {
+        return {select(truth, yes.S, no.S), select(truth, yes.t, no.t), select(truth, yes.D, no.D),
+                select(truth, yes.g, no.g)};
+    }
 };
+using DiscountSums = DiscountSumsOf<double>;
 DiscountSums closed_discount_sums(double v, double f, double e, double n);
 
 }  // namespace finance

@@ -5,63 +5,68 @@
 
 #include <algorithm>
 
+#include "calendar/coupons_in_lanes.hpp"
 #include "calendar/date_arguments.hpp"
+#include "lanes/lanes.hpp"
 
 namespace finance {
 
-struct SecurityComputeRecord {
-    CalendarDate* settlement;
-    CalendarDate* maturity;
-    double rate;        // annual coupon rate
-    double yield;       // annual; while a solver runs, its trial value
-    double redemption;  // R
-    double price;       // P of PRICE and YIELD
+template <typename N>
+struct SecurityComputeRecordOf {
+    CalendarDateOf<N>* settlement;
+    CalendarDateOf<N>* maturity;
+    N rate;        // annual coupon rate
+    N yield;       // annual; while a solver runs, its trial value
+    N redemption;  // R
+    N price;       // P of PRICE and YIELD
     CouponTerms* terms;
-    double accruedFraction;    // days accrued in coupon periods; odd first period: periods since issue
-    double remainingFraction;  // settlement to the next coupon, in coupon periods
-    double daysToNextCoupon;   // DSC
-    double daysInPeriod;       // E
-    double daysAccrued;        // A
-    double couponCount;        // N
-    double duration;           // years
-    double termsAdded;         // by the sums of a search so far (long_sums.hpp)
+    N accruedFraction;    // days accrued in coupon periods; odd first period: periods since issue
+    N remainingFraction;  // settlement to the next coupon, in coupon periods
+    N daysToNextCoupon;   // DSC
+    N daysInPeriod;       // E
+    N daysAccrued;        // A
+    N couponCount;        // N
+    N duration;           // years
+    N termsAdded;         // by the sums of a search so far (long_sums.hpp)
     // accrued interest
-    CalendarDate* issue;
-    CalendarDate* firstInterest;
-    double par;
-    double yearFraction;
-    double accruedInterest;
+    CalendarDateOf<N>* issue;
+    CalendarDateOf<N>* firstInterest;
+    N par;
+    N yearFraction;
+    N accruedInterest;
     // odd first period
-    CalendarDate* firstCoupon;
-    double oddFirstPrice;
-    double issueToMaturity;    // in coupon periods
-    double firstPeriodLength;  // DFC, in coupon periods
-    double wholeCoupons;       // W, settlement to the first coupon
+    CalendarDateOf<N>* firstCoupon;
+    N oddFirstPrice;
+    N issueToMaturity;    // in coupon periods
+    N firstPeriodLength;  // DFC, in coupon periods
+    N wholeCoupons;       // W, settlement to the first coupon
     // odd last period, all in coupon periods
-    CalendarDate* lastInterest;
-    double oddLastPrice;
-    double accruedPeriods;    // since the last interest date
-    double lastPeriodLength;  // DC, the last interest date to maturity
-    double remainingPeriods;  // settlement to maturity
+    CalendarDateOf<N>* lastInterest;
+    N oddLastPrice;
+    N accruedPeriods;    // since the last interest date
+    N lastPeriodLength;  // DC, the last interest date to maturity
+    N remainingPeriods;  // settlement to maturity
     // interest at maturity
-    double maturityPrice;
+    N maturityPrice;
 };
+using SecurityComputeRecord = SecurityComputeRecordOf<double>;
 
 // Coupons per year as most formulas take it: at least 1.
 inline double clamped_frequency(const CouponTerms& terms) { return std::max<double>(terms.frequency, 1.0); }
 
 // A security of one call: the dates, terms and record that a handler owns, tied together. A date is empty until it is
 // read, and complete when it is split; clearing five of them costs a hundredth of a short call.
-struct Security {
-    CalendarDate settlement;
-    CalendarDate maturity;
-    CalendarDate issue;
-    CalendarDate first_coupon;  // or first interest date
-    CalendarDate last_interest;
+template <typename N>
+struct SecurityOf {
+    CalendarDateOf<N> settlement;
+    CalendarDateOf<N> maturity;
+    CalendarDateOf<N> issue;
+    CalendarDateOf<N> first_coupon;  // or first interest date
+    CalendarDateOf<N> last_interest;
     CouponTerms terms{};
-    SecurityComputeRecord record{};
+    SecurityComputeRecordOf<N> record{};
 
-    Security() {
+    SecurityOf() {
         record.settlement = &settlement;
         record.maturity = &maturity;
         record.issue = &issue;
@@ -70,21 +75,36 @@ struct Security {
         record.lastInterest = &last_interest;
         record.terms = &terms;
     }
-    Security(const Security&) = delete;
-    Security& operator=(const Security&) = delete;
+    SecurityOf(const SecurityOf&) = delete;
+    SecurityOf& operator=(const SecurityOf&) = delete;
 };
+using Security = SecurityOf<double>;
 
 // settlement and maturity, in order of time; equal dates pass.
-inline bool read_settlement_and_maturity(Arguments& in, Security& security) {
-    if (!read_date(in, 1, security.settlement) || !read_date(in, 2, security.maturity)) return false;
-    return !before(security.maturity, security.settlement) || in.reject(2);
+template <typename In, typename N>
+bool read_settlement_and_maturity(In& in, SecurityOf<N>& security) {
+    return read_date(in, 1, security.settlement) && read_date(in, 2, security.maturity) &&
+           !in.refuses(2, before(security.maturity, security.settlement));
 }
 
 // From position i on: coupon rate, what is given (yield or price), redemption, frequency, basis.
-inline bool read_bond_terms(Arguments& in, int i, bool (Arguments::*take)(int, double&), double& given,
-                            Security& bond) {
+template <typename In, typename N>
+bool read_bond_terms(In& in, int i, bool (In::*take)(int, N&), N& given, SecurityOf<N>& bond) {
     return in.positive(i, bond.record.rate) && (in.*take)(i + 1, given) && in.positive(i + 2, bond.record.redemption) &&
            read_coupon_terms(in, i + 3, bond.terms);
+}
+
+// What price, yield and duration need to know of the coupon period that holds settlement: splits both dates and fills
+// couponCount; daysInPeriod and daysAccrued as counted. True where settlement is a coupon date.
+bool find_coupon_quantities(SecurityComputeRecord* record);
+
+template <typename Set>
+LaneTruth<Set> find_coupon_quantities(SecurityComputeRecordOf<Lanes<Set>>* record) {
+    const auto quantities = find_coupon_quantities(*record->settlement, *record->maturity, *record->terms);
+    record->couponCount = quantities.couponCount;
+    record->daysInPeriod = quantities.daysInPeriod;
+    record->daysAccrued = quantities.daysAccrued;
+    return quantities.onCouponDate;
 }
 
 }  // namespace finance

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-
 #include <bit>
 #include <cmath>
 #include <limits>

@@ -1,0 +1,65 @@
+// Sums over the coupons of a regular bond, and of several side by side: their steps are the same, and a lane that has its
+// last term keeps its sums. One bond's may end early, or in a closed form (long_sums.hpp); bonds of so many coupons that
+// this pays are left to single calls.
+#pragma once
+
+#include <algorithm>
+
+#include "lanes/lanes.hpp"
+#include "securities/long_sums.hpp"
+
+namespace finance {
+
+// Coupons of rows side by side: a hundred years of months.
+constexpr double most_coupons_in_lanes = 1200.0;
+constexpr bool has_too_many_coupons(double) { return false; }
+template <typename Set>
+LaneTruth<Set> has_too_many_coupons(Lanes<Set> n) {
+    return n > most_coupons_in_lanes;
+}
+
+// The terms after k up to n of each lane, by step(sums).
+template <typename Sums, typename Set, typename Step>
+void walk_lanes(Sums& sums, double k, Lanes<Set> n, Step step) {
+    double least = n[0];
+    double most = n[0];
+    for (int lane = 1; lane < Set::width; ++lane) {
+        least = std::min(least, n[lane]);
+        most = std::max(most, n[lane]);
+    }
+    most = std::min(most, most_coupons_in_lanes);
+    if (most > k) count_steps(static_cast<std::int64_t>(most - k));
+    for (; k < least && k < most; k += 1.0) step(sums);
+    for (; k < most; k += 1.0) {
+        Sums next = sums;
+        step(next);
+        sums = select(Lanes<Set>{k} < n, next, sums);
+    }
+}
+
+// ---- 1 + v + .. + v^(n-1), by a running product
+
+template <typename N>
+struct PowersSum {
+    N S = 0.0;
+    N term = 1.0;  // the next one
+
+    void step(N v) {
+        S = S + term;
+        term = term * v;
+    }
+    friend PowersSum select(TruthOf<N> truth, const PowersSum& yes, const PowersSum& no) {
+        return {select(truth, yes.S, no.S), select(truth, yes.term, no.term)};
+    }
+};
+
+double sum_of_discounts(double v, double n);
+
+template <typename Set>
+Lanes<Set> sum_of_discounts(Lanes<Set> v, Lanes<Set> n) {
+    PowersSum<Lanes<Set>> sums;
+    walk_lanes(sums, 0.0, n, [v](auto& now) { now.step(v); });
+    return sums.S;
+}
+
+}  // namespace finance

@@ -1,0 +1,169 @@
+// PRICE and YIELD: a security with N coupons to be paid, in regular periods.
+//
+//  (1) f is the number of coupons a year, c = 100 rate / f the coupon, R the redemption, v = 1 / (1 + y/f).
+//  (2) A of the E days of the coupon period have accrued at settlement; E - A remain, whatever a count of them says. On
+//      a coupon date, and where nothing would remain, nothing has accrued.
+//  (3) Settlement on maturity: both answer 0, whatever the other arguments. Settlement after it is refused.
+//  (4) With one coupon left interest is simple, and YIELD is a closed form; otherwise it is searched from 0.1.
+#pragma once
+
+#include "cashflow/newton_search.hpp"
+#include "elementary/functions.hpp"
+#include "lanes/lanes.hpp"
+#include "securities/coupon_sums.hpp"
+#include "securities/security_record.hpp"
+
+namespace finance {
+
+// ---- Kernels
+
+// The quantities of (2).
+template <typename N>
+void find_period_fractions(SecurityComputeRecordOf<N>& record) {
+    const auto on_coupon_date = find_coupon_quantities(&record);
+    const N E = record.daysInPeriod;
+    const N A = record.daysAccrued;
+    const auto whole = either((E - A) / E <= 0.0, on_coupon_date);
+    record.daysAccrued = select(whole, N{0.0}, A);
+    record.daysToNextCoupon = select(whole, E, E - A);
+    record.accruedFraction = record.daysAccrued / E;
+    record.remainingFraction = record.daysToNextCoupon / E;
+}
+
+// One coupon left   (R + c) / (1 + (y/f) d) - c a
+// More              v^d (R v^(N-1) + c (1 + v + .. + v^(N-1))) - c a
+//   with a and d the fractions of the period accrued and remaining
+// Guard  1 + y/f at least 2^-26.5
+// Error  one coupon left 2.3 ulp, more 307 ulp, of price plus twice c a: worst of 1e4 draws, 1 to 360 coupons, 200 bits
+template <typename N>
+TruthOf<N> price_of_regular_bond(SecurityComputeRecordOf<N>& record) {
+    find_period_fractions(record);
+    const double f = clamped_frequency(*record.terms);
+    const N y = record.yield;
+    const N R = record.redemption;
+    const N n = record.couponCount;
+    const N d = record.remainingFraction;
+    const N a = record.accruedFraction;
+    const N v = 1.0 / (1.0 + y / f);
+    const auto no_factor =
+        either(either(1.0 + y / f < smallest_that_counts, -(y / f) * v <= -1.0), has_too_many_coupons(n));
+    if (all(no_factor)) return !no_factor;
+    const N c = 100.0 * record.rate / f;
+    record.price = choose(
+        n == 1.0, [&] { return (R + c) / (1.0 + (y / f) * d) - c * a; },
+        [&] {
+            return choose(
+                n > 1.0,
+                [&] {
+                    return elementary::pow(v, d) * (R * elementary::pow(v, n - 1.0) + c * sum_of_discounts(v, n)) -
+                           c * a;
+                },
+                [&] { return 0.0 * record.price - c * a; });
+        });
+    return !no_factor;
+}
+
+// Simple interest to the one coupon left; the frequency as it is stored.
+// Error  2.5 ulp of the yield with ratio + 1 for ratio - 1, worst of 1e4 draws, against 200 bits
+template <typename N>
+N yield_of_last_period(const SecurityComputeRecordOf<N>& record) {
+    const double f0 = record.terms->frequency;
+    const N E = record.daysInPeriod;
+    const N a = record.daysAccrued / E;
+    const N ratio = (record.redemption / 100.0 + record.rate / f0) / (record.price / 100.0 + a * record.rate / f0);
+    return (ratio - 1.0) * f0 * E / record.daysToNextCoupon;
+}
+
+template <typename N>
+struct YieldObjective {
+    N value;
+    N derivative;
+};
+
+// F and F' of the sums, for a last power t and its derivative g.
+template <typename N>
+YieldObjective<N> price_and_slope(const SecurityComputeRecordOf<N>& record, N c, const DiscountSumsOf<N>& sums, N t,
+                                  N g) {
+    const N R = record.redemption;
+    return {c * (sums.S - record.accruedFraction) + (R * t - record.price), c * sums.D + R * g};
+}
+
+// F(x)  = c (S - a) + (R t - P), the price at yield x less the price
+// F'(x) = c D + R g
+// Error  F 312 ulp of its terms added up, F' 340 ulp, worst of 1e4 draws, 2 to 360 coupons, against 200 bits
+//   for s = 1 + x/f; the coupons after the first are added by add(sums, v, f, c).
+template <typename N, typename Add>
+YieldObjective<N> price_less_given(const SecurityComputeRecordOf<N>& record, N s, Add add) {
+    const double f = clamped_frequency(*record.terms);
+    const N c = 100.0 * record.rate / f;
+    const N v = 1.0 / s;
+    const N first = elementary::pow(v, record.remainingFraction);
+    const N slope = first * v * (-record.remainingFraction) / f;
+    DiscountSumsOf<N> sums{first, first, slope, slope};
+    add(sums, v, f, c);
+    return price_and_slope(record, c, sums, sums.t, sums.g);
+}
+
+// Where a yield is found, from 0.1: of one bond, or of those in lanes that are searched for.
+bool search_yield(SecurityComputeRecord& record, bool searching);
+
+template <typename Set>
+LaneTruth<Set> search_yield(SecurityComputeRecordOf<Lanes<Set>>& record, LaneTruth<Set> searching) {
+    using N = Lanes<Set>;
+    NewtonProblemOf<N> problem;
+    problem.start = 0.1;
+    const auto found = newton_search<N>(problem, searching, [&record](NewtonProblemOf<N>& now, LaneTruth<Set>) {
+        const N s = 1.0 + now.x / clamped_frequency(*record.terms);
+        const auto add = [&record](DiscountSumsOf<N>& sums, N v, double f, N) {
+            N e = record.remainingFraction;
+            with_division_by(f, [&](auto over_f) {
+                walk_lanes(sums, 1.0, record.couponCount, [&](DiscountSumsOf<N>& terms) {
+                    e = e + 1.0;
+                    terms.step(v, e, over_f);
+                });
+            });
+        };
+        const YieldObjective<N> at = price_less_given(record, s, add);
+        now.value = at.value;
+        now.derivative = at.derivative;
+        return !(s < smallest_that_counts);
+    });
+    record.yield = problem.x;
+    return found;
+}
+
+template <typename N>
+TruthOf<N> yield_of_regular_bond(SecurityComputeRecordOf<N>& record) {
+    find_period_fractions(record);
+    const auto last = record.couponCount == 1.0;
+    if (all(last)) {
+        record.yield = yield_of_last_period(record);
+        return last;
+    }
+    const auto too_many = has_too_many_coupons(record.couponCount);
+    const auto found = search_yield(record, !either(last, too_many));
+    record.yield = choose(
+        last, [&] { return yield_of_last_period(record); }, [&] { return record.yield; });
+    return either(last, found);
+}
+
+// ---- Calculations
+
+// settlement, maturity, rate, given (yield or price), redemption, frequency, basis
+FINANCE_CALCULATION(PRICE) {
+    SecurityOf<typename In::Number> bond;
+    if (!read_settlement_and_maturity(in, bond)) return in.status();
+    if (in.settles(same_day(bond.settlement, bond.maturity), 0.0)) return in.status();
+    if (!read_bond_terms(in, 3, &In::number, bond.record.yield, bond)) return in.status();
+    return in.answer_where(price_of_regular_bond(bond.record), bond.record.price);
+}
+
+FINANCE_CALCULATION(YIELD) {
+    SecurityOf<typename In::Number> bond;
+    if (!read_settlement_and_maturity(in, bond)) return in.status();
+    if (in.settles(same_day(bond.settlement, bond.maturity), 0.0)) return in.status();
+    if (!read_bond_terms(in, 3, &In::positive, bond.record.price, bond)) return in.status();
+    return in.answer_where(yield_of_regular_bond(bond.record), bond.record.yield);
+}
+
+}  // namespace finance
