@@ -48,10 +48,10 @@ public:
 
 private:
     static void lay_out(const Argument& argument, ArgSlot& slot, CharacterDescriptor& descriptor) {
-        slot.type = ZELKOVAN_TYPE_NUMERIC;
+        const bool numeric = argument.kind() == Argument::Kind::number || argument.kind() == Argument::Kind::absent;
+        slot.type = numeric ? ZELKOVAN_TYPE_NUMERIC : ZELKOVAN_TYPE_CHARACTER;
         if (argument.kind() == Argument::Kind::number) slot.value = const_cast<double*>(&argument.number());
         if (argument.kind() != Argument::Kind::text) return;
-        slot.type = ZELKOVAN_TYPE_CHARACTER;
         CallFrame::point_to(descriptor, argument.text());
         slot.value = &descriptor;
     }
