@@ -16,7 +16,7 @@ struct Reduced {
 };
 
 template <typename N>
-Reduced<N> reduced(N x) {
+[[gnu::always_inline]] inline Reduced<N> reduced(N x) {
     const N parts{0x1.71547652b82fep+7};  // 128 / ln 2
     const N whole{0x1.8p+52};             // added, it leaves a whole number in the last digits
     const N part_high{-0x1.62e42fefap-8};
@@ -37,7 +37,7 @@ struct Exponential {
 // rest = t + r + r^2 (c2 + c3 r) + r^4 (c4 + c5 r), t being what rounding left of 2^(k/128)
 // Error  0.511 ulp of e^x
 template <typename N>
-Exponential<N> exponential(Reduced<N> x) {
+[[gnu::always_inline]] inline Exponential<N> exponential(Reduced<N> x) {
     const N c2{0x1.ffffffffffdbdp-2};
     const N c3{0x1.555555555543cp-3};
     const N c4{0x1.55555cf172b91p-5};
@@ -51,7 +51,7 @@ Exponential<N> exponential(Reduced<N> x) {
 }
 
 template <typename N>
-N scaled(const Exponential<N>& e) {
+[[gnu::always_inline]] inline N scaled(const Exponential<N>& e) {
     const N scale = N::of_bits(e.scale);
     return fused(scale, e.rest, scale);
 }

@@ -20,7 +20,7 @@ struct Parted {
 inline constexpr std::uint64_t sign_and_exponent = std::uint64_t{0xFFF} << 52;
 
 template <typename N>
-Parted<N> parted(typename N::Bits bits, std::uint64_t first) {
+[[gnu::always_inline]] inline Parted<N> parted(typename N::Bits bits, std::uint64_t first) {
     const typename N::Bits above = bits - first;
     return {N::of_bits(bits - (above & sign_and_exponent)), N::of_top_bits(above), above >> 45 & 127};
 }
@@ -64,7 +64,7 @@ N log_near_1(N x) {
 }
 
 template <typename N>
-N log_of_parts(Parted<N> x) {
+[[gnu::always_inline]] inline N log_of_parts(Parted<N> x) {
     const N a0{-0x1.0000000000001p-1};
     const N a1{0x1.555555551305bp-2};
     const N a2{-0x1.fffffffeb459p-3};

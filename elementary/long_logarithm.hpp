@@ -21,7 +21,7 @@ struct Long {
 // Of a positive x: its bits, those below the normal ones as bits_as_normal gives them
 // Error  2^-68
 template <typename N>
-Long<N> long_log(typename N::Bits bits) {
+[[gnu::always_inline]] inline Long<N> long_log(typename N::Bits bits) {
     constexpr std::uint64_t first = 0x3fe6955500000000;  // 0.7057
     const N a0{-0.5};
     const N a1{-0x1.555555555556p-1};

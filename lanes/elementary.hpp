@@ -56,7 +56,7 @@ template <typename Set>
         if (!has_fused_multiply_add) return lanes::exp_of_each(x);
         double four[Set::width];
         x.store(four);
-        fused_lanes::exp(four, four);
+        for (int lane = 0; lane < Set::width; lane += 4) fused_lanes::exp(four + lane, four + lane);
         return Lanes<Set>::load(four);
     } else {
         if (lanes::all_sizes_between(x, 0x1p-54, 512.0)) [[likely]]
@@ -71,7 +71,7 @@ template <typename Set>
         if (!has_fused_multiply_add) return lanes::log_of_each(x);
         double four[Set::width];
         x.store(four);
-        fused_lanes::log(four, four);
+        for (int lane = 0; lane < Set::width; lane += 4) fused_lanes::log(four + lane, four + lane);
         return Lanes<Set>::load(four);
     } else {
         if (!lanes::all_normal_positive(x)) [[unlikely]]
@@ -82,29 +82,55 @@ template <typename Set>
     }
 }
 
+// Powers of one base, whose logarithm is formed once.
+template <typename Set>
+class PowersOf<Lanes<Set>> {
+public:
+    using N = Lanes<Set>;
+
+    [[gnu::always_inline]] explicit PowersOf(N base) : base_{base} {
+        if constexpr (Set::has_fused) {
+            is_usual_ = lanes::all_normal_positive(base);
+            if (is_usual_) logarithm_ = long_log<N>(base.bits());
+        }
+    }
+
+    [[gnu::always_inline]] N to(N y) const {
+        if constexpr (!Set::has_fused) {
+            return pow(base_, y);
+        } else {
+            if (!is_usual_ || !lanes::all_sizes_between(y, 0x1p-65, 0x1p63)) [[unlikely]]
+                return lanes::pow_of_each(base_, y);
+            const N high = y * logarithm_.high;
+            if (!lanes::all_sizes_between(high, 0x1p-54, 512.0)) [[unlikely]]
+                return lanes::pow_of_each(base_, y);
+            const N low = fused(y, logarithm_.low, fused(y, logarithm_.high, N{0.0} - high));
+            Reduced<N> to = reduced(high);
+            to.r = to.r + low;
+            return scaled(exponential(to));
+        }
+    }
+
+private:
+    N base_;
+    bool is_usual_ = false;
+    Long<N> logarithm_;
+};
+
 template <typename Set>
 [[gnu::always_inline]] inline Lanes<Set> pow(Lanes<Set> x, Lanes<Set> y) {
-    using N = Lanes<Set>;
-    if constexpr (!Set::has_fused) {
+    if constexpr (Set::has_fused) {
+        return PowersOf<Lanes<Set>>{x}.to(y);
+    } else {
         if (!has_fused_multiply_add) return lanes::pow_of_each(x, y);
         double bases[Set::width];
         double exponents[Set::width];
         x.store(bases);
         y.store(exponents);
-        fused_lanes::pow(bases, exponents, bases);
+        for (int lane = 0; lane < Set::width; lane += 4) {
+            fused_lanes::pow(bases + lane, exponents + lane, bases + lane);
+        }
         return Lanes<Set>::load(bases);
-    } else {
-        const bool usual = lanes::all_normal_positive(x) && lanes::all_sizes_between(y, 0x1p-65, 0x1p63);
-        if (!usual) [[unlikely]]
-            return lanes::pow_of_each(x, y);
-        const Long<N> l = long_log<N>(x.bits());
-        const N high = y * l.high;
-        if (!lanes::all_sizes_between(high, 0x1p-54, 512.0)) [[unlikely]]
-            return lanes::pow_of_each(x, y);
-        const N low = fused(y, l.low, fused(y, l.high, N{0.0} - high));
-        Reduced<N> to = reduced(high);
-        to.r = to.r + low;
-        return scaled(exponential(to));
     }
 }
 

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "lanes/twice.hpp"
+
 namespace finance {
 
 namespace {
@@ -38,92 +40,50 @@ struct InstructionSet {
         const Words each{1, 2, 4, 8};
         return Words((broadcast(std::uint64_t{lanes}) & each) == each);
     }
-    template <typename F>
-    static Doubles gathered(F f) {
-        return Doubles{f(0), f(1), f(2), f(3)};
-    }
-    // The two doubles that stand at place(lane).
+    static double lane(Doubles x, int lane) { return x[lane]; }
+    // What stands at place(i) of each lane's i; or the two doubles that stand there.
     template <typename Place>
-    static void gather_pairs(Place place, Doubles& first, Doubles& second) {
-        const __m256d even = _mm256_set_m128d(_mm_loadu_pd(place(2)), _mm_loadu_pd(place(0)));
-        const __m256d odd = _mm256_set_m128d(_mm_loadu_pd(place(3)), _mm_loadu_pd(place(1)));
+    static Doubles gathered(Place place, Words i) {
+        return Doubles{*place(i[0]), *place(i[1]), *place(i[2]), *place(i[3])};
+    }
+    template <typename Place>
+    static void gather_pairs(Place place, Words i, Doubles& first, Doubles& second) {
+        const __m256d even = _mm256_set_m128d(_mm_loadu_pd(place(i[2])), _mm_loadu_pd(place(i[0])));
+        const __m256d odd = _mm256_set_m128d(_mm_loadu_pd(place(i[3])), _mm_loadu_pd(place(i[1])));
         first = Doubles(_mm256_unpacklo_pd(even, odd));
         second = Doubles(_mm256_unpackhi_pd(even, odd));
     }
 };
+using TwoVectors = Twice<InstructionSet>;
+using FourVectors = Twice<TwoVectors>;
 
 #else
 
-// Four lanes as two vectors of two: the steps of four rows overlap.
-template <typename Vector>
-struct Halves {
-    Vector low;
-    Vector high;
-
-    Halves() : low{}, high{} {}
-    Halves(Vector l, Vector h) : low{l}, high{h} {}
-    template <typename Other>
-    explicit Halves(const Halves<Other>& bits) : low(Vector(bits.low)), high(Vector(bits.high)) {}
-
-    auto operator[](int lane) const { return lane < 2 ? low[lane] : high[lane - 2]; }
-
-    friend Halves operator+(Halves a, Halves b) { return {a.low + b.low, a.high + b.high}; }
-    friend Halves operator-(Halves a, Halves b) { return {a.low - b.low, a.high - b.high}; }
-    friend Halves operator*(Halves a, Halves b) { return {a.low * b.low, a.high * b.high}; }
-    friend Halves operator/(Halves a, Halves b) { return {a.low / b.low, a.high / b.high}; }
-    friend Halves operator&(Halves a, Halves b) { return {a.low & b.low, a.high & b.high}; }
-    friend Halves operator|(Halves a, Halves b) { return {a.low | b.low, a.high | b.high}; }
-    friend Halves operator^(Halves a, Halves b) { return {a.low ^ b.low, a.high ^ b.high}; }
-    friend Halves operator~(Halves a) { return {~a.low, ~a.high}; }
-    friend auto operator<(Halves a, Halves b) {
-        return Halves<decltype(a.low < b.low)>{a.low < b.low, a.high < b.high};
-    }
-    friend auto operator<=(Halves a, Halves b) {
-        return Halves<decltype(a.low < b.low)>{a.low <= b.low, a.high <= b.high};
-    }
-    friend auto operator>(Halves a, Halves b) {
-        return Halves<decltype(a.low < b.low)>{a.low > b.low, a.high > b.high};
-    }
-    friend auto operator>=(Halves a, Halves b) {
-        return Halves<decltype(a.low < b.low)>{a.low >= b.low, a.high >= b.high};
-    }
-    friend auto operator==(Halves a, Halves b) {
-        return Halves<decltype(a.low < b.low)>{a.low == b.low, a.high == b.high};
-    }
-    friend auto operator!=(Halves a, Halves b) {
-        return Halves<decltype(a.low < b.low)>{a.low != b.low, a.high != b.high};
-    }
-};
-
-struct InstructionSet {
-    static constexpr int width = 4;
-    static constexpr unsigned all_lanes = 15;
+// Two lanes; four of them are two of these (twice.hpp), so that the steps of four rows overlap.
+struct Sse2 {
+    static constexpr int width = 2;
+    static constexpr unsigned all_lanes = 3;
     static constexpr bool has_fused = false;
-    using Doubles = Halves<double __attribute__((vector_size(16)))>;
-    using Words = Halves<std::uint64_t __attribute__((vector_size(16)))>;
+    using Doubles = double __attribute__((vector_size(16)));
+    using Words = std::uint64_t __attribute__((vector_size(16)));
 
-    static Doubles broadcast(double x) { return {_mm_set1_pd(x), _mm_set1_pd(x)}; }
-    static Doubles load(const double* from) { return {_mm_loadu_pd(from), _mm_loadu_pd(from + 2)}; }
-    static void store(double* to, Doubles x) {
-        _mm_storeu_pd(to, x.low);
-        _mm_storeu_pd(to + 2, x.high);
-    }
-    static unsigned signs(Words bits) {
-        return static_cast<unsigned>(_mm_movemask_pd(__m128d(bits.low)) | _mm_movemask_pd(__m128d(bits.high)) << 2);
-    }
+    static Doubles broadcast(double x) { return Doubles(_mm_set1_pd(x)); }
+    static Doubles load(const double* from) { return Doubles(_mm_loadu_pd(from)); }
+    static void store(double* to, Doubles x) { _mm_storeu_pd(to, __m128d(x)); }
+    static unsigned signs(Words bits) { return static_cast<unsigned>(_mm_movemask_pd(__m128d(bits))); }
     static Doubles select(Words truth, Doubles yes, Doubles no) {
         return Doubles((truth & Words(yes)) | (~truth & Words(no)));
     }
-    static Doubles square_root(Doubles x) { return {_mm_sqrt_pd(x.low), _mm_sqrt_pd(x.high)}; }
-    static Doubles truncated(Doubles x) {
-        return {_mm_cvtepi32_pd(_mm_cvttpd_epi32(x.low)), _mm_cvtepi32_pd(_mm_cvttpd_epi32(x.high))};
-    }
+    static Doubles square_root(Doubles x) { return Doubles(_mm_sqrt_pd(__m128d(x))); }
+    static Doubles truncated(Doubles x) { return Doubles(_mm_cvtepi32_pd(_mm_cvttpd_epi32(__m128d(x)))); }
     static Words lane_bits(unsigned lanes) {
-        const auto all = [lanes](int lane) { return std::uint64_t{0} - (lanes >> lane & 1); };
-        using Vector = decltype(Words::low);
-        return {Vector{all(0), all(1)}, Vector{all(2), all(3)}};
+        return Words{std::uint64_t{0} - (lanes & 1), std::uint64_t{0} - (lanes >> 1 & 1)};
     }
+    static double lane(Doubles x, int lane) { return x[lane]; }
 };
+using InstructionSet = Twice<Sse2>;
+using TwoVectors = InstructionSet;
+using FourVectors = Twice<InstructionSet>;
 
 #endif
 

@@ -80,13 +80,13 @@ struct Lanes {
 
     typename Set::Doubles value;
 
-    Lanes() : value{} {}
+    Lanes() = default;
     Lanes(double x) : value{Set::broadcast(x)} {}
     explicit Lanes(typename Set::Doubles lanes) : value{lanes} {}
 
     static Lanes load(const double* from) { return Lanes{Set::load(from)}; }
     void store(double* to) const { Set::store(to, value); }
-    double operator[](int lane) const { return value[lane]; }
+    double operator[](int lane) const { return Set::lane(value, lane); }
 
     friend Lanes operator+(Lanes a, Lanes b) { return Lanes{a.value + b.value}; }
     friend Lanes operator-(Lanes a, Lanes b) { return Lanes{a.value - b.value}; }
@@ -140,12 +140,13 @@ struct Lanes {
     }
     template <typename Record>
     static Lanes entry(const Record* table, double Record::*figure, Bits i) {
-        return Lanes{Set::gathered([=](int lane) { return table[i[lane]].*figure; })};
+        return Lanes{Set::gathered([=](std::uint64_t entry) { return &(table[entry].*figure); }, i)};
     }
     template <typename Record>
     static elementary::Two<Lanes> entries(const Record* table, double Record::*first, double Record::*, Bits i) {
         elementary::Two<Lanes> two;
-        Set::gather_pairs([=](int lane) { return &(table[i[lane]].*first); }, two.first.value, two.second.value);
+        Set::gather_pairs([=](std::uint64_t entry) { return &(table[entry].*first); }, i, two.first.value,
+                          two.second.value);
         return two;
     }
 };
@@ -153,8 +154,8 @@ struct Lanes {
 template <typename Set, typename Yes, typename No>
 [[gnu::always_inline]] inline Lanes<Set> choose(LaneTruth<Set> truth, Yes yes, No no) {
     const unsigned lanes = truth.lanes();
-    Lanes<Set> of_yes;
-    Lanes<Set> of_no;
+    Lanes<Set> of_yes = 0.0;
+    Lanes<Set> of_no = 0.0;
     if (lanes != 0) of_yes = yes();
     if (lanes != Set::all_lanes) of_no = no();
     return select(truth, of_yes, of_no);
@@ -168,6 +169,8 @@ template <typename Set>
 Lanes<Set> log(Lanes<Set> x);
 template <typename Set>
 Lanes<Set> pow(Lanes<Set> x, Lanes<Set> y);
+template <typename N>
+class PowersOf;
 }  // namespace elementary
 
 }  // namespace finance

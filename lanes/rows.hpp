@@ -117,6 +117,9 @@ public:
         select(good, value, Number::load(to)).store(to);
         return good;
     }
+    // For what takes more than one step: the rows that have not left, and where they begin in the block.
+    [[nodiscard]] Truth live() const { return live_; }
+    [[nodiscard]] std::size_t first() const { return first_; }
     // Rows of another basis, frequency or timing than those of this pass.
     [[nodiscard]] Truth waiting() const { return waiting_; }
 

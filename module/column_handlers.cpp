@@ -6,8 +6,7 @@
 #include "calendar/year_fraction.hpp"
 #include "cashflow/annuities.hpp"
 #include "module/column_list.hpp"
-#include "securities/duration.hpp"
-#include "securities/regular_bond.hpp"
+#include "securities/bond_columns.hpp"
 
 namespace finance {
 
@@ -20,10 +19,20 @@ namespace {
     }
 FINANCE_COLUMNS(COLUMN_HANDLER)
 
+std::uint64_t columns_of_PRICE(const RowBlock& block) { return prices_of_block<InstructionSet, TwoVectors>(block); }
+std::uint64_t columns_of_YIELD(const RowBlock& block) { return yields_of_block<InstructionSet, TwoVectors>(block); }
+std::uint64_t columns_of_DURATION(const RowBlock& block) {
+    return durations_of_block<InstructionSet, TwoVectors, false>(block);
+}
+std::uint64_t columns_of_MDURATION(const RowBlock& block) {
+    return durations_of_block<InstructionSet, TwoVectors, true>(block);
+}
+
 constexpr ColumnList make_list() {
     ColumnList list{};
 #define LIST_HANDLER(name, basis) list[index_of(#name)] = columns_of_##name;
     FINANCE_COLUMNS(LIST_HANDLER)
+    FINANCE_BLOCK_COLUMNS(LIST_HANDLER)
     return list;
 }
 

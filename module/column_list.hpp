@@ -11,7 +11,9 @@
 // clang-format off
 #define FINANCE_COLUMNS(ROW) \
     ROW(FV, 0)    ROW(IPMT, 0)  ROW(ISPMT, 0) ROW(PMT, 0)   ROW(PPMT, 0)  ROW(PV, 0) \
-    ROW(DISC, 5)  ROW(INTRATE, 5)  ROW(PRICEDISC, 5)  ROW(RECEIVED, 5)  ROW(YEARFRAC, 3)  ROW(YIELDDISC, 5) \
+    ROW(DISC, 5)  ROW(INTRATE, 5)  ROW(PRICEDISC, 5)  ROW(RECEIVED, 5)  ROW(YEARFRAC, 3)  ROW(YIELDDISC, 5)
+// Those that take the rows of a block in another order.
+#define FINANCE_BLOCK_COLUMNS(ROW) \
     ROW(DURATION, 6)  ROW(MDURATION, 6)  ROW(PRICE, 7)  ROW(YIELD, 7)
 // clang-format on
 

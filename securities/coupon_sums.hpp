@@ -4,7 +4,9 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 
+#include "abi/conversions.hpp"
 #include "lanes/lanes.hpp"
 #include "securities/long_sums.hpp"
 
@@ -18,22 +20,23 @@ LaneTruth<Set> has_too_many_coupons(Lanes<Set> n) {
     return n > most_coupons_in_lanes;
 }
 
-// The terms after k up to n of each lane, by step(sums).
+// The terms after k up to n of each lane, by step(sums). Counted in whole numbers, which leaves registers to the sums.
 template <typename Sums, typename Set, typename Step>
-void walk_lanes(Sums& sums, double k, Lanes<Set> n, Step step) {
-    double least = n[0];
+[[gnu::always_inline]] inline void walk_lanes(Sums& sums, std::int32_t k, Lanes<Set> n, Step step) {
+    double fewest = n[0];
     double most = n[0];
     for (int lane = 1; lane < Set::width; ++lane) {
-        least = std::min(least, n[lane]);
+        fewest = std::min(fewest, n[lane]);
         most = std::max(most, n[lane]);
     }
-    most = std::min(most, most_coupons_in_lanes);
-    if (most > k) count_steps(static_cast<std::int64_t>(most - k));
-    for (; k < least && k < most; k += 1.0) step(sums);
-    for (; k < most; k += 1.0) {
+    const std::int32_t end = truncate_to_int32(std::min(most, most_coupons_in_lanes));
+    const std::int32_t end_of_all = std::min(truncate_to_int32(fewest), end);
+    if (end > k) count_steps(end - k);
+    for (; k < end_of_all; ++k) step(sums);
+    for (; k < end; ++k) {
         Sums next = sums;
         step(next);
-        sums = select(Lanes<Set>{k} < n, next, sums);
+        sums = select(Lanes<Set>{static_cast<double>(k)} < n, next, sums);
     }
 }
 
@@ -58,7 +61,7 @@ double sum_of_discounts(double v, double n);
 template <typename Set>
 Lanes<Set> sum_of_discounts(Lanes<Set> v, Lanes<Set> n) {
     PowersSum<Lanes<Set>> sums;
-    walk_lanes(sums, 0.0, n, [v](auto& now) { now.step(v); });
+    walk_lanes(sums, 0, n, [v](auto& now) { now.step(v); });
     return sums.S;
 }
 

@@ -9,8 +9,23 @@
 
 namespace finance {
 
-FINANCE_HANDLER_OF(DURATION)
-FINANCE_HANDLER_OF(MDURATION)
+// ---- Handlers
+
+FINANCE_HANDLER(DURATION) {
+    Arguments in{context, result, count};
+    Security bond;
+    if (!read_duration(in, bond)) return in.status();
+    return in.answer_where(duration_of_bond(bond.record), bond.record.duration);
+}
+
+FINANCE_HANDLER(MDURATION) {
+    Arguments in{context, result, count};
+    Security bond;
+    if (!read_duration(in, bond)) return in.status();
+    const double s = modified_divisor(bond);
+    if (s < smallest_that_counts || !duration_of_bond(bond.record)) return in.fail();
+    return in.answer(bond.record.duration / s);
+}
 
 // ---- Kernel
 

@@ -43,16 +43,25 @@ template <typename Set>
 CashFlowSumsOf<Lanes<Set>> sum_cash_flows(Lanes<Set> c, Lanes<Set> w, Lanes<Set> t, Lanes<Set> v, double f,
                                           Lanes<Set> n) {
     CashFlowSumsOf<Lanes<Set>> sums{c * w, t * c * w, w, t};
-    walk_lanes(sums, 1.0, n, [=](auto& now) { now.step(c, v, f); });
+    walk_lanes(sums, 1, n, [=](auto& now) { now.step(c, v, f); });
     return sums;
 }
 
-// (sum of t w c + T W 100) / (sum of w c + W 100), T and W time and weight of the last coupon
-//   with weights d, d v, d v^2, .. (1, v, .. for d = 0): they share the factor that makes the first one v^d
-// Guard  1 + y/f at least 2^-26.5
-// Error  103 ulp worst of 1e4 draws, 1 to 360 coupons and d above 0, against 200 bits
+// What a duration is made of.
 template <typename N>
-TruthOf<N> duration_of_bond(SecurityComputeRecordOf<N>& record) {
+struct DurationParts {
+    double f;
+    N n;  // coupons
+    N c;
+    N w;  // weight and time of the first
+    N t;
+    N v;
+    TruthOf<N> has_factor;
+};
+
+// Guard  1 + y/f at least 2^-26.5
+template <typename N>
+[[gnu::always_inline]] inline DurationParts<N> duration_parts(SecurityComputeRecordOf<N>& record) {
     const auto on_coupon_date = find_coupon_quantities(&record);
     record.daysAccrued = select(on_coupon_date, N{0.0}, record.daysAccrued);
     const N E = record.daysInPeriod;
@@ -63,44 +72,42 @@ TruthOf<N> duration_of_bond(SecurityComputeRecordOf<N>& record) {
 
     const double f = clamped_frequency(*record.terms);
     const N y = record.yield;
-    const N n = record.couponCount;
     const N v = 1.0 / (1.0 + y / f);
-    const auto no_factor =
-        either(either(1.0 + y / f < smallest_that_counts, -(y / f) * v <= -1.0), has_too_many_coupons(n));
-    if (all(no_factor)) return !no_factor;
-    const N c = 100.0 * record.rate / f;
-    const N t = select(d == 0.0, N{0.0}, d / f);
-    const N w = select(d == 0.0, N{1.0}, d);
-    const CashFlowSumsOf<N> sums = sum_cash_flows(c, w, t, v, f, n);
-    const N R = 100.0 * sums.w;
-    record.duration = (sums.TW + R * sums.t) / (sums.PV + R);
-    return !no_factor;
+    const auto no_factor = either(1.0 + y / f < smallest_that_counts, -(y / f) * v <= -1.0);
+    return {
+        f, record.couponCount, 100.0 * record.rate / f, select(d == 0.0, N{1.0}, d), select(d == 0.0, N{0.0}, d / f),
+        v, !no_factor};
 }
 
-// ---- Calculations
+// (sum of t w c + T W 100) / (sum of w c + W 100), T and W time and weight of the last coupon
+//   with weights d, d v, d v^2, .. (1, v, .. for d = 0): they share the factor that makes the first one v^d
+// Error  103 ulp worst of 1e4 draws, 1 to 360 coupons and d above 0, against 200 bits
+template <typename N>
+N duration_of_sums(const CashFlowSumsOf<N>& sums) {
+    const N R = 100.0 * sums.w;
+    return (sums.TW + R * sums.t) / (sums.PV + R);
+}
+
+inline bool duration_of_bond(SecurityComputeRecord& record) {
+    const DurationParts<double> p = duration_parts(record);
+    if (!p.has_factor) return false;
+    record.duration = duration_of_sums(sum_cash_flows(p.c, p.w, p.t, p.v, p.f, p.n));
+    return true;
+}
+
+// ---- Calculations (of rows of columns: bond_columns.hpp)
 
 // settlement, maturity, coupon rate, yield, frequency, basis
 template <typename In, typename N>
-bool read_duration(In& in, SecurityOf<N>& bond) {
+[[gnu::always_inline]] inline bool read_duration(In& in, SecurityOf<N>& bond) {
     return read_settlement_and_maturity(in, bond) && !in.settles(same_day(bond.settlement, bond.maturity), 0.0) &&
            in.positive(3, bond.record.rate) && in.number(4, bond.record.yield) && read_coupon_terms(in, 5, bond.terms);
 }
 
-FINANCE_CALCULATION(DURATION) {
-    SecurityOf<typename In::Number> bond;
-    if (!read_duration(in, bond)) return in.status();
-    return in.answer_where(duration_of_bond(bond.record), bond.record.duration);
-}
-
-FINANCE_CALCULATION(MDURATION) {
-    using N = typename In::Number;
-    SecurityOf<N> bond;
-    if (!read_duration(in, bond)) return in.status();
-    const N s = bond.record.yield / bond.terms.frequency + 1.0;
-    const auto too_low = s < smallest_that_counts;
-    if (all(too_low)) return in.answer_where(!too_low, s);
-    const auto found = duration_of_bond(bond.record);
-    return in.answer_where(both(!too_low, found), bond.record.duration / s);
+// What MDURATION divides by.
+template <typename N>
+N modified_divisor(const SecurityOf<N>& bond) {
+    return bond.record.yield / bond.terms.frequency + 1.0;
 }
 
 }  // namespace finance

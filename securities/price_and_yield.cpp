@@ -8,8 +8,21 @@
 
 namespace finance {
 
-FINANCE_HANDLER_OF(PRICE)
-FINANCE_HANDLER_OF(YIELD)
+// ---- Handlers
+
+FINANCE_HANDLER(PRICE) {
+    Arguments in{context, result, count};
+    Security bond;
+    if (!read_regular_bond(in, bond, &Arguments::number, bond.record.yield)) return in.status();
+    return in.answer_where(price_of_regular_bond(bond.record), bond.record.price);
+}
+
+FINANCE_HANDLER(YIELD) {
+    Arguments in{context, result, count};
+    Security bond;
+    if (!read_regular_bond(in, bond, &Arguments::positive, bond.record.price)) return in.status();
+    return in.answer_if(zComputeYIELD(&bond.record), bond.record.yield);
+}
 
 // ---- Kernels
 
@@ -29,7 +42,14 @@ int zComputePRICE(SecurityComputeRecord* record) {
     return 1.0 + record->yield / clamped_frequency(*record->terms) < smallest_that_counts ? 2 : 1;
 }
 
-int zComputeYIELD(SecurityComputeRecord* record) { return yield_of_regular_bond(*record) ? 0 : 1; }
+int zComputeYIELD(SecurityComputeRecord* record) {
+    find_period_fractions(*record);
+    if (record->couponCount == 1.0) {
+        record->yield = yield_of_last_period(*record);
+        return 0;
+    }
+    return find_rate(ComputeF_YIELD, record, 0.1, &record->yield) ? 0 : 1;
+}
 
 // Terms shrink, or grow beyond all bounds: where one no longer counts, none does. Ones add up to n exactly.
 double sum_of_discounts(double v, double n) {
@@ -40,10 +60,6 @@ double sum_of_discounts(double v, double n) {
     const auto closed = [v, n] { return PowersSum<double>{sum_of_powers(v, n), 0.0}; };
     walk_terms(sums, 0.0, n, longest_literal_sum, step, at_rest, closed);
     return sums.S;
-}
-
-bool search_yield(SecurityComputeRecord& record, bool /*searching*/) {
-    return find_rate(ComputeF_YIELD, &record, 0.1, &record.yield);
 }
 
 namespace {

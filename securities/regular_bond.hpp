@@ -19,7 +19,7 @@ namespace finance {
 
 // The quantities of (2).
 template <typename N>
-void find_period_fractions(SecurityComputeRecordOf<N>& record) {
+[[gnu::always_inline]] inline void find_period_fractions(SecurityComputeRecordOf<N>& record) {
     const auto on_coupon_date = find_coupon_quantities(&record);
     const N E = record.daysInPeriod;
     const N A = record.daysAccrued;
@@ -30,37 +30,65 @@ void find_period_fractions(SecurityComputeRecordOf<N>& record) {
     record.remainingFraction = record.daysToNextCoupon / E;
 }
 
+// What a price is made of.
+template <typename N>
+struct PriceParts {
+    N v;
+    N n;  // coupons
+    N c;
+    N R;
+    N d;    // of the period remaining
+    N a;    // and accrued
+    N y_f;  // y/f
+    TruthOf<N> has_factor;
+};
+
+// Guard  1 + y/f at least 2^-26.5
+template <typename N>
+[[gnu::always_inline]] inline PriceParts<N> price_parts(SecurityComputeRecordOf<N>& record) {
+    find_period_fractions(record);
+    const double f = clamped_frequency(*record.terms);
+    const N y_f = record.yield / f;
+    const N v = 1.0 / (1.0 + y_f);
+    const auto no_factor = either(1.0 + y_f < smallest_that_counts, -y_f * v <= -1.0);
+    return {v,
+            record.couponCount,
+            100.0 * record.rate / f,
+            record.redemption,
+            record.remainingFraction,
+            record.accruedFraction,
+            y_f,
+            !no_factor};
+}
+
+template <typename N>
+N price_with_one_coupon(const PriceParts<N>& p) {
+    return (p.R + p.c) / (1.0 + p.y_f * p.d) - p.c * p.a;
+}
+
+// Of v^d, R v^(n-1), c, 1 + v + .. + v^(n-1) and c a.
+template <typename N>
+N price_with_more_coupons(N first, N last, N c, N sum, N accrued) {
+    return first * (last + c * sum) - accrued;
+}
+
 // One coupon left   (R + c) / (1 + (y/f) d) - c a
 // More              v^d (R v^(N-1) + c (1 + v + .. + v^(N-1))) - c a
 //   with a and d the fractions of the period accrued and remaining
-// Guard  1 + y/f at least 2^-26.5
 // Error  one coupon left 2.3 ulp, more 307 ulp, of price plus twice c a: worst of 1e4 draws, 1 to 360 coupons, 200 bits
-template <typename N>
-TruthOf<N> price_of_regular_bond(SecurityComputeRecordOf<N>& record) {
-    find_period_fractions(record);
-    const double f = clamped_frequency(*record.terms);
-    const N y = record.yield;
-    const N R = record.redemption;
-    const N n = record.couponCount;
-    const N d = record.remainingFraction;
-    const N a = record.accruedFraction;
-    const N v = 1.0 / (1.0 + y / f);
-    const auto no_factor =
-        either(either(1.0 + y / f < smallest_that_counts, -(y / f) * v <= -1.0), has_too_many_coupons(n));
-    if (all(no_factor)) return !no_factor;
-    const N c = 100.0 * record.rate / f;
-    record.price = choose(
-        n == 1.0, [&] { return (R + c) / (1.0 + (y / f) * d) - c * a; },
-        [&] {
-            return choose(
-                n > 1.0,
-                [&] {
-                    return elementary::pow(v, d) * (R * elementary::pow(v, n - 1.0) + c * sum_of_discounts(v, n)) -
-                           c * a;
-                },
-                [&] { return 0.0 * record.price - c * a; });
-        });
-    return !no_factor;
+inline bool price_of_regular_bond(SecurityComputeRecord& record) {
+    const PriceParts<double> p = price_parts(record);
+    if (!p.has_factor) return false;
+    if (p.n == 1.0) {
+        record.price = price_with_one_coupon(p);
+    } else if (p.n > 1.0) {
+        const double first = elementary::pow(p.v, p.d);
+        const double last = p.R * elementary::pow(p.v, p.n - 1.0);
+        record.price = price_with_more_coupons(first, last, p.c, sum_of_discounts(p.v, p.n), p.c * p.a);
+    } else {
+        record.price = 0.0 * record.price - p.c * p.a;
+    }
+    return true;
 }
 
 // Simple interest to the one coupon left; the frequency as it is stored.
@@ -104,20 +132,19 @@ YieldObjective<N> price_less_given(const SecurityComputeRecordOf<N>& record, N s
     return price_and_slope(record, c, sums, sums.t, sums.g);
 }
 
-// Where a yield is found, from 0.1: of one bond, or of those in lanes that are searched for.
-bool search_yield(SecurityComputeRecord& record, bool searching);
-
+// Where a yield is found, from 0.1, of those in lanes that are searched for.
 template <typename Set>
 LaneTruth<Set> search_yield(SecurityComputeRecordOf<Lanes<Set>>& record, LaneTruth<Set> searching) {
     using N = Lanes<Set>;
     NewtonProblemOf<N> problem;
     problem.start = 0.1;
+    problem.residualScale = 0.0;
     const auto found = newton_search<N>(problem, searching, [&record](NewtonProblemOf<N>& now, LaneTruth<Set>) {
         const N s = 1.0 + now.x / clamped_frequency(*record.terms);
         const auto add = [&record](DiscountSumsOf<N>& sums, N v, double f, N) {
             N e = record.remainingFraction;
             with_division_by(f, [&](auto over_f) {
-                walk_lanes(sums, 1.0, record.couponCount, [&](DiscountSumsOf<N>& terms) {
+                walk_lanes(sums, 1, record.couponCount, [&](DiscountSumsOf<N>& terms) {
                     e = e + 1.0;
                     terms.step(v, e, over_f);
                 });
@@ -132,38 +159,13 @@ LaneTruth<Set> search_yield(SecurityComputeRecordOf<Lanes<Set>>& record, LaneTru
     return found;
 }
 
-template <typename N>
-TruthOf<N> yield_of_regular_bond(SecurityComputeRecordOf<N>& record) {
-    find_period_fractions(record);
-    const auto last = record.couponCount == 1.0;
-    if (all(last)) {
-        record.yield = yield_of_last_period(record);
-        return last;
-    }
-    const auto too_many = has_too_many_coupons(record.couponCount);
-    const auto found = search_yield(record, !either(last, too_many));
-    record.yield = choose(
-        last, [&] { return yield_of_last_period(record); }, [&] { return record.yield; });
-    return either(last, found);
-}
-
-// ---- Calculations
+// ---- Calculations (of rows of columns: bond_columns.hpp)
 
 // settlement, maturity, rate, given (yield or price), redemption, frequency, basis
-FINANCE_CALCULATION(PRICE) {
-    SecurityOf<typename In::Number> bond;
-    if (!read_settlement_and_maturity(in, bond)) return in.status();
-    if (in.settles(same_day(bond.settlement, bond.maturity), 0.0)) return in.status();
-    if (!read_bond_terms(in, 3, &In::number, bond.record.yield, bond)) return in.status();
-    return in.answer_where(price_of_regular_bond(bond.record), bond.record.price);
-}
-
-FINANCE_CALCULATION(YIELD) {
-    SecurityOf<typename In::Number> bond;
-    if (!read_settlement_and_maturity(in, bond)) return in.status();
-    if (in.settles(same_day(bond.settlement, bond.maturity), 0.0)) return in.status();
-    if (!read_bond_terms(in, 3, &In::positive, bond.record.price, bond)) return in.status();
-    return in.answer_where(yield_of_regular_bond(bond.record), bond.record.yield);
+template <typename In, typename N>
+[[gnu::always_inline]] inline bool read_regular_bond(In& in, SecurityOf<N>& bond, bool (In::*take)(int, N&), N& given) {
+    return read_settlement_and_maturity(in, bond) && !in.settles(same_day(bond.settlement, bond.maturity), 0.0) &&
+           read_bond_terms(in, 3, take, given, bond);
 }
 
 }  // namespace finance

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <type_traits>
 
 #include "calendar/coupons_in_lanes.hpp"
 #include "calendar/date_arguments.hpp"
@@ -64,9 +65,16 @@ struct SecurityOf {
     CalendarDateOf<N> first_coupon;  // or first interest date
     CalendarDateOf<N> last_interest;
     CouponTerms terms{};
-    SecurityComputeRecordOf<N> record{};
+    SecurityComputeRecordOf<N> record;
 
-    SecurityOf() {
+    SecurityOf() requires std::is_same_v<N, double> : record{} { tie(); }
+    // Lanes set all figures before they read them; clearing them takes as long as half a sum.
+    SecurityOf() { tie(); }
+    SecurityOf(const SecurityOf&) = delete;
+    SecurityOf& operator=(const SecurityOf&) = delete;
+
+private:
+    void tie() {
         record.settlement = &settlement;
         record.maturity = &maturity;
         record.issue = &issue;
@@ -75,21 +83,20 @@ struct SecurityOf {
         record.lastInterest = &last_interest;
         record.terms = &terms;
     }
-    SecurityOf(const SecurityOf&) = delete;
-    SecurityOf& operator=(const SecurityOf&) = delete;
 };
 using Security = SecurityOf<double>;
 
 // settlement and maturity, in order of time; equal dates pass.
 template <typename In, typename N>
-bool read_settlement_and_maturity(In& in, SecurityOf<N>& security) {
+[[gnu::always_inline]] inline bool read_settlement_and_maturity(In& in, SecurityOf<N>& security) {
     return read_date(in, 1, security.settlement) && read_date(in, 2, security.maturity) &&
            !in.refuses(2, before(security.maturity, security.settlement));
 }
 
 // From position i on: coupon rate, what is given (yield or price), redemption, frequency, basis.
 template <typename In, typename N>
-bool read_bond_terms(In& in, int i, bool (In::*take)(int, N&), N& given, SecurityOf<N>& bond) {
+[[gnu::always_inline]] inline bool read_bond_terms(In& in, int i, bool (In::*take)(int, N&), N& given,
+                                                   SecurityOf<N>& bond) {
     return in.positive(i, bond.record.rate) && (in.*take)(i + 1, given) && in.positive(i + 2, bond.record.redemption) &&
            read_coupon_terms(in, i + 3, bond.terms);
 }
@@ -99,7 +106,7 @@ bool read_bond_terms(In& in, int i, bool (In::*take)(int, N&), N& given, Securit
 bool find_coupon_quantities(SecurityComputeRecord* record);
 
 template <typename Set>
-LaneTruth<Set> find_coupon_quantities(SecurityComputeRecordOf<Lanes<Set>>* record) {
+[[gnu::always_inline]] inline LaneTruth<Set> find_coupon_quantities(SecurityComputeRecordOf<Lanes<Set>>* record) {
     const auto quantities = find_coupon_quantities(*record->settlement, *record->maturity, *record->terms);
     record->couponCount = quantities.couponCount;
     record->daysInPeriod = quantities.daysInPeriod;
