@@ -34,18 +34,18 @@ bool all_normal_positive(Lanes<Set> x) {
     return all((x >= Lanes<Set>{0x1p-1022}) & (x < Lanes<Set>{infinity}));
 }
 
-// One lane after the other, as a single call.
+// One lane after the other, as a single call: not by the inline functions, which the linker might share with other files.
 template <typename Set>
 [[gnu::cold, gnu::noinline]] Lanes<Set> exp_of_each(Lanes<Set> x) {
-    return each([](double lane) { return exp(lane); }, x);
+    return each(Set::has_fused ? by_instruction::exp : in_whole_numbers::exp, x);
 }
 template <typename Set>
 [[gnu::cold, gnu::noinline]] Lanes<Set> log_of_each(Lanes<Set> x) {
-    return each([](double lane) { return log(lane); }, x);
+    return each(Set::has_fused ? by_instruction::log : in_whole_numbers::log, x);
 }
 template <typename Set>
 [[gnu::cold, gnu::noinline]] Lanes<Set> pow_of_each(Lanes<Set> x, Lanes<Set> y) {
-    return each([](double base, double exponent) { return pow(base, exponent); }, x, y);
+    return each(Set::has_fused ? by_instruction::pow : in_whole_numbers::pow, x, y);
 }
 
 }  // namespace lanes
