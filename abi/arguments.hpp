@@ -164,6 +164,10 @@ public:
     // What a kernel left behind, unless it failed. (By reference: the kernel runs in the same argument list.)
     Status answer_if(int kernel_failure, const double& value) { return kernel_failure == 0 ? answer(value) : fail(); }
     Status answer_where(bool answered, const double& value) { return answered ? answer(value) : fail(); }
+    // Without an answer the result is left as the caller had it.
+    Status answer_or_leave(bool answered, const double& value) {
+        return answered ? answer(value) : STATUS_INVALID_ARGUMENT;
+    }
     // What the failed taker decided.
     [[nodiscard]] Status status() const { return status_; }
 

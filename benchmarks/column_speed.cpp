@@ -130,6 +130,37 @@ void duration_60(Table& table, Random& random) {
     table.columns.erase(table.columns.begin() + 4);
 }
 
+void interest_at_maturity(Table& table, Random& random) {
+    two_dates(table, random);
+    table.add([&] { return day_2008 - random.whole(1, 3000); });
+    table.add([&] { return random.uniform(0.01, 0.1); });
+    table.add([&] { return random.uniform(0.01, 0.1); });
+    table.add(Argument{"30/360"});
+}
+
+void coupons(Table& table, Random& random) {
+    two_dates(table, random);
+    table.add([&] { return 2.0; });
+    table.add(Argument{"30/360"});
+}
+
+void coupons_actual(Table& table, Random& random) {
+    two_dates(table, random);
+    table.add([&] { return 2.0; });
+    table.add(Argument{"ACTUAL"});
+}
+
+void bill(Table& table, Random& random) {
+    table.add([&] { return day_2008 + random.whole(0, 3000); });
+    table.add([&] { return day_2008 + random.whole(3001, 3300); });
+    table.add([&] { return random.uniform(0.01, 0.1); });
+}
+
+void fractional_price(Table& table, Random& random) {
+    table.add([&] { return random.uniform(1, 200); });
+    table.add([&] { return random.whole(2, 64); });
+}
+
 constexpr Case cases[] = {
     {"ISPMT", "1 to 12 of 12 to 400 periods", constant_principal},
     {"PMT", "12 to 400 periods", annuity},
@@ -141,6 +172,13 @@ constexpr Case cases[] = {
     {"DURATION", "60 coupons", duration_60},
     {"YIELD", "60 coupons", yield_60},
     {"YIELD", "2 to 60 coupons, a tenth at month's ends", yield_any},
+    {"PRICEMAT", "30/360", interest_at_maturity},
+    {"COUPDAYBS", "30/360", coupons},
+    {"COUPDAYS", "ACTUAL", coupons_actual},
+    {"COUPNCD", "30/360", coupons},
+    {"COUPNUM", "30/360", coupons},
+    {"TBILLEQ", "up to 6300 days", bill},
+    {"DOLLARDE", "2 to 64 parts", fractional_price},
 };
 
 // ---- The runs

@@ -1,54 +1,13 @@
-// COUPDAYBS, COUPDAYS, COUPDAYSNC, COUPNCD, COUPNUM, COUPPCD: the coupon period around a settlement date.
-//
-//  (1) Settlement before maturity, or for three of the six at most equal to it.
-//  (2) A settlement out of order is the fault of the maturity; COUPDAYBS alone names the frequency.
-//  (3) Every frequency of at least 1 is taken; schedules mean something for 1, 2, 4, 6 and 12.
-//  (4) A settlement on a coupon date begins its period: its coupon is the previous one and is not counted.
-#include "abi/host_services.hpp"
-#include "calendar/date_arguments.hpp"
-#include "calendar/kernels.hpp"
+#include "calendar/coupon_dates.hpp"
 
 namespace finance {
 
-// ---- Handlers
-
-namespace {
-
-enum class EqualDates : bool { refused, accepted };
-
-using Compute = double (*)(CouponDateRecord* record);
-
-// settlement, maturity, frequency, basis
-Status coupon_question(Arguments&& in, EqualDates equal_dates, int flagged_for_order, Compute compute) {
-    CouponDateRecord record{};
-    if (!read_date(in, 1, record.settlement) || !read_date(in, 2, record.maturity)) return in.status();
-    if (before(record.maturity, record.settlement) ||
-        (equal_dates == EqualDates::refused && same_day(record.settlement, record.maturity))) {
-        return in.invalid(flagged_for_order);
-    }
-    if (!read_coupon_terms(in, 3, record.terms)) return in.status();
-    return in.answer(compute(&record));
-}
-
-}  // namespace
-
-FINANCE_HANDLER(COUPDAYBS) {
-    return coupon_question({context, result, count}, EqualDates::refused, 3, zComputeCOUPDAYBS);
-}
-
-FINANCE_HANDLER(COUPDAYS) {
-    return coupon_question({context, result, count}, EqualDates::accepted, 2, zComputeCOUPDAYS);
-}
-
-FINANCE_HANDLER(COUPDAYSNC) {
-    return coupon_question({context, result, count}, EqualDates::accepted, 2, zComputeCOUPDAYSNC);
-}
-
-FINANCE_HANDLER(COUPNCD) { return coupon_question({context, result, count}, EqualDates::refused, 2, zComputeCOUPNCD); }
-
-FINANCE_HANDLER(COUPNUM) { return coupon_question({context, result, count}, EqualDates::accepted, 2, zComputeCOUPNUM); }
-
-FINANCE_HANDLER(COUPPCD) { return coupon_question({context, result, count}, EqualDates::refused, 2, zComputeCOUPPCD); }
+FINANCE_HANDLER_OF(COUPDAYBS)
+FINANCE_HANDLER_OF(COUPDAYS)
+FINANCE_HANDLER_OF(COUPDAYSNC)
+FINANCE_HANDLER_OF(COUPNCD)
+FINANCE_HANDLER_OF(COUPNUM)
+FINANCE_HANDLER_OF(COUPPCD)
 
 // ---- Answers
 

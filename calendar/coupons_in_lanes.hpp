@@ -20,7 +20,8 @@ public:
     using Truth = LaneTruth<Set>;
 
     // Of complete dates.
-    LaneSchedule(const LaneDate<Set>& settlement, const LaneDate<Set>& maturity, const CouponTerms& terms)
+    [[gnu::noinline]] LaneSchedule(const LaneDate<Set>& settlement, const LaneDate<Set>& maturity,
+                                   const CouponTerms& terms)
         : maturity_month_{month_number(maturity)},
           period_{static_cast<double>(terms.monthsPerPeriod)},
           day_{select(ends_month(maturity), N{longest_month}, maturity.day)} {
@@ -67,7 +68,7 @@ private:
     }
 
     // So many periods before maturity.
-    [[nodiscard]] LaneDate<Set> coupon(N periods) const {
+    [[nodiscard, gnu::noinline]] LaneDate<Set> coupon(N periods) const {
         const N number = maturity_month_ - periods * period_;
         const N year = lanes::quotient(number, months_of_year);
         const N month = number - months_of_year * year + 1.0;
@@ -96,8 +97,9 @@ struct CouponQuantitiesOf {
 
 // Of dates of which only julianDay is set; completes them.
 template <typename Set>
-CouponQuantitiesOf<Lanes<Set>> find_coupon_quantities(LaneDate<Set>& settlement, LaneDate<Set>& maturity,
-                                                      const CouponTerms& terms) {
+[[gnu::noinline]] CouponQuantitiesOf<Lanes<Set>> find_coupon_quantities(LaneDate<Set>& settlement,
+                                                                        LaneDate<Set>& maturity,
+                                                                        const CouponTerms& terms) {
     using N = Lanes<Set>;
     zgetMonthDayYear(&settlement);
     zgetMonthDayYear(&maturity);

@@ -20,7 +20,7 @@ inline bool read_date(Arguments& in, int i, CalendarDate& date) { return read_ju
 
 // Coupons per year, and the basis in the next position: every whole frequency of at least 1 is taken.
 template <typename In>
-bool read_coupon_terms(In& in, int frequency, CouponTerms& terms) {
+[[gnu::always_inline]] inline bool read_coupon_terms(In& in, int frequency, CouponTerms& terms) {
     if (!in.whole_from_1(frequency, terms.frequency)) return false;
     terms.stepUnit = STEP_MONTHS;
     zComputePeriod(&terms);
@@ -32,7 +32,7 @@ bool read_coupon_terms(In& in, int frequency, CouponTerms& terms) {
 
 // The basis of a calculation over one stretch of time.
 template <typename In>
-bool read_one_period_terms(In& in, int basis, CouponTerms& terms, Day31 day_31) {
+[[gnu::always_inline]] inline bool read_one_period_terms(In& in, int basis, CouponTerms& terms, Day31 day_31) {
     set_one_period(terms, day_31);
     if (!in.basis(basis, terms.basis)) return false;
     zComputeDaysInPeriod(&terms);

@@ -70,7 +70,7 @@ void zgetMonthDayYear(LaneDate<Set>* date) {
     const N m = lanes::quotient(day_of_year, lanes::days_of_month);
     const auto next_year = m >= 10.0;  // January and February
     date->day = day_of_year - lanes::days_before_month(m) + 1.0;
-    date->month = m + select(next_year, N{-9.0}, N{3.0});
+    date->month = m + 3.0 - select(next_year, N{12.0}, N{0.0});
     date->year = y + select(next_year, N{1.0}, N{0.0});
 }
 
@@ -79,7 +79,7 @@ Lanes<Set> julian_day_of(Lanes<Set> year, Lanes<Set> month, Lanes<Set> day) {
     using N = Lanes<Set>;
     const auto next_year = month <= 2.0;
     const N y = year - select(next_year, N{1.0}, N{0.0});
-    const N m = month + select(next_year, N{9.0}, N{-3.0});
+    const N m = month - 3.0 + select(next_year, N{12.0}, N{0.0});
     const N days = lanes::days_before_year(y) - lanes::leap_days_left_out(lanes::quotient(y, 100.0));
     return days + lanes::days_before_month(m) + day + (lanes::march_1_of_year_0 - 1.0);
 }
@@ -101,7 +101,7 @@ template <typename Set>
 Lanes<Set> zlastDay(Lanes<Set> year, Lanes<Set> month) {
     using N = Lanes<Set>;
     const auto has_30 = (month == 4.0) | (month == 6.0) | (month == 9.0) | (month == 11.0);
-    const N last = select(has_30, N{30.0}, N{31.0});
+    const N last = 31.0 - select(has_30, N{1.0}, N{0.0});
     const auto february = month == 2.0;
     if (!any(february)) return last;
     return select(february, select(is_leap_year(year), N{29.0}, N{28.0}), last);

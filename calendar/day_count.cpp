@@ -97,35 +97,6 @@ double divided(double days, double year_length, CouponTerms* terms) {
 
 }  // namespace
 
-void zComputePeriod(CouponTerms* terms) {
-    switch (terms->frequency) {
-        case 1:
-        case 2:
-        case 4:
-        case 6:
-        case 12:
-            terms->monthsPerPeriod = 12 / terms->frequency;
-            break;
-        default:
-            terms->monthsPerPeriod = no_months_per_period;
-    }
-}
-
-void zComputeDaysInPeriod(CouponTerms* terms) {
-    switch (terms->basis) {
-        case BASIS_30_360:
-        case BASIS_ACT_360:
-        case BASIS_EU30_360:
-            terms->periodDays = 360.0 / terms->frequency;
-            break;
-        case BASIS_ACT_365:
-            terms->periodDays = 365.0 / terms->frequency;
-            break;
-        default:
-            terms->periodDays = largest_double;
-    }
-}
-
 std::int64_t zdays360(const CalendarDate* start, const CalendarDate* end, std::int32_t method) {
     if (method == method_us) return days_us(*start, *end);
     return method == method_european ? days_european(*start, *end) : largest_whole_number;

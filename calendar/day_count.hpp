@@ -47,11 +47,36 @@ struct CouponTerms {
 // What frequencies other than 1, 2, 4, 6 and 12 have instead of months. Such schedules mean nothing, and end.
 inline constexpr std::int64_t no_months_per_period = -2147483647;
 
-// monthsPerPeriod from frequency.
-void zComputePeriod(CouponTerms* terms);
+// monthsPerPeriod from frequency. (Both in place: in lanes, terms are to stay in registers.)
+[[gnu::always_inline]] inline void zComputePeriod(CouponTerms* terms) {
+    switch (terms->frequency) {
+        case 1:
+        case 2:
+        case 4:
+        case 6:
+        case 12:
+            terms->monthsPerPeriod = 12 / terms->frequency;
+            break;
+        default:
+            terms->monthsPerPeriod = no_months_per_period;
+    }
+}
 
 // periodDays from frequency and basis: 360 or 365 over the frequency; ACTUAL: the largest double.
-void zComputeDaysInPeriod(CouponTerms* terms);
+[[gnu::always_inline]] inline void zComputeDaysInPeriod(CouponTerms* terms) {
+    switch (terms->basis) {
+        case BASIS_30_360:
+        case BASIS_ACT_360:
+        case BASIS_EU30_360:
+            terms->periodDays = 360.0 / terms->frequency;
+            break;
+        case BASIS_ACT_365:
+            terms->periodDays = 365.0 / terms->frequency;
+            break;
+        default:
+            terms->periodDays = largest_double;
+    }
+}
 
 // 30/360 days. method 0: with the month-end rules of the US; 4: European. Any other: 2^53.
 //   method 0: a start on a 31st before an end below the 30th moves to the 1st of the next month; the end of February

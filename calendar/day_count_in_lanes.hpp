@@ -15,7 +15,7 @@ namespace lanes {
 
 template <typename Set>
 Lanes<Set> at_most_30(Lanes<Set> day) {
-    return select(day > 30.0, Lanes<Set>{30.0}, day);
+    return day - select(day > 30.0, Lanes<Set>{1.0}, Lanes<Set>{0.0});
 }
 
 template <typename Set>
@@ -23,12 +23,12 @@ Lanes<Set> days_of_360(const LaneDate<Set>& start, Lanes<Set> d1, const LaneDate
     return 360.0 * (end.year - start.year) + 30.0 * (end.month - start.month) - d1 + d2;
 }
 
-// A start on a 31st that moves to the 1st of the next month is 31 days from its month's beginning. Between two equal dates
-// nothing is counted, at the end of February as well.
+// A start on a 31st is the 30th only before an end on the 30th or later: before others it moves to the 1st of the next month,
+// 31 days from its own month's beginning. Between two equal dates nothing is counted, at the end of February as well.
 template <typename Set>
 Lanes<Set> days_us(const LaneDate<Set>& start, const LaneDate<Set>& end) {
     using N = Lanes<Set>;
-    const N d1 = select((start.day == 31.0) & (end.day < 30.0), start.day, at_most_30(start.day));
+    const N d1 = start.day - select((start.day > 30.0) & (end.day >= 30.0), N{1.0}, N{0.0});
     N d2 = at_most_30(end.day);
     const auto late_february = (end.month == 2.0) & (end.day >= 28.0);
     if (any(late_february)) {
@@ -86,26 +86,41 @@ Lanes<Set> average_year(const LaneDate<Set>& start, const LaneDate<Set>& end, bo
     return (365.0 * A + 366.0 * B) / (A + B);
 }
 
+// What decides how a ratio is taken.
+struct RatioTerms {
+    std::int32_t basis;
+    bool day_31;
+    bool start_year;
+    bool all_leap_years;
+};
+
 template <typename Set>
-Lanes<Set> annual_year_length(const LaneDate<Set>& start, const LaneDate<Set>& end, const CouponTerms& terms) {
+Lanes<Set> annual_year_length(const LaneDate<Set>& start, const LaneDate<Set>& end, RatioTerms terms) {
     using N = Lanes<Set>;
-    if (terms.startYearLength != 0) return select(is_leap_year(start.year), N{366.0}, N{365.0});
-    return average_year(start, end, terms.allLeapYears != 1);
+    if (terms.start_year) return select(is_leap_year(start.year), N{366.0}, N{365.0});
+    return average_year(start, end, !terms.all_leap_years);
+}
+
+// From and to a Julian day number. In one place for all that ask: in each of them it would be the larger part.
+template <typename Set>
+[[gnu::noinline]] Lanes<Set> annual_ratio(Lanes<Set> from, Lanes<Set> to, RatioTerms terms) {
+    if (terms.basis == BASIS_ACT_360) return (to - from) / 360.0;
+    if (terms.basis == BASIS_ACT_365) return (to - from) / 365.0;
+    LaneDate<Set> start{};
+    LaneDate<Set> end{};
+    start.julianDay = from;
+    end.julianDay = to;
+    zgetMonthDayYear(&start);
+    zgetMonthDayYear(&end);
+    if (terms.basis == BASIS_30_360) return days_us(start, end, terms.day_31) / 360.0;
+    if (terms.basis == BASIS_EU30_360) return days_european(start, end) / 360.0;
+    return (to - from) / annual_year_length(start, end, terms);
 }
 
 }  // namespace lanes
 
 // Whether days are differences of day numbers.
 constexpr bool counts_actual_days(std::int32_t basis) { return basis != BASIS_30_360 && basis != BASIS_EU30_360; }
-
-// ---- One call, or several rows
-
-// Splits a date for ComputeTheAnnualRatio; in lanes only where the basis needs its fields.
-inline void split_for_ratio(CalendarDate* date, const CouponTerms& /*terms*/) { zgetMonthDayYear(date); }
-template <typename Set>
-void split_for_ratio(LaneDate<Set>* date, const CouponTerms& terms) {
-    if (terms.basis != BASIS_ACT_360 && terms.basis != BASIS_ACT_365) zgetMonthDayYear(date);
-}
 
 template <typename Set>
 Lanes<Set> days_between(const LaneDate<Set>& start, const LaneDate<Set>& end, const CouponTerms& terms) {
@@ -114,29 +129,28 @@ Lanes<Set> days_between(const LaneDate<Set>& start, const LaneDate<Set>& end, co
     return lanes::actual_days(start, end);
 }
 
+// Of dates of which only julianDay need be set.
 template <typename Set>
 Lanes<Set> ComputeTheAnnualRatio(const LaneDate<Set>* start, const LaneDate<Set>* end, const CouponTerms* terms) {
-    switch (terms->basis) {
-        case BASIS_30_360: {
-            const bool day_31 = terms->day31Adjust != 0 && terms->noDay31Adjust == 0;
-            return lanes::days_us(*start, *end, day_31) / 360.0;
-        }
-        case BASIS_EU30_360:
-            return lanes::days_european(*start, *end) / 360.0;
-        case BASIS_ACT_360:
-            return lanes::actual_days(*start, *end) / 360.0;
-        case BASIS_ACT_365:
-            return lanes::actual_days(*start, *end) / 365.0;
-        default:
-            return lanes::actual_days(*start, *end) / lanes::annual_year_length(*start, *end, *terms);
-    }
+    return lanes::annual_ratio(start->julianDay, end->julianDay,
+                               {.basis = terms->basis,
+                                .day_31 = terms->day31Adjust != 0 && terms->noDay31Adjust == 0,
+                                .start_year = terms->startYearLength != 0,
+                                .all_leap_years = terms->allLeapYears == 1});
 }
+
+// ---- One call, or several rows
+
+// Splits a date for ComputeTheAnnualRatio. In lanes that does so itself where the basis needs it.
+inline void split_for_ratio(CalendarDate* date) { zgetMonthDayYear(date); }
+template <typename Set>
+void split_for_ratio(LaneDate<Set>* /*date*/) {}
 
 // The time from start to end in years, dates of which only julianDay need be set.
 template <typename N>
 N years_between(CalendarDateOf<N>& start, CalendarDateOf<N>& end, CouponTerms& terms) {
-    split_for_ratio(&start, terms);
-    split_for_ratio(&end, terms);
+    split_for_ratio(&start);
+    split_for_ratio(&end);
     return ComputeTheAnnualRatio(&start, &end, &terms);
 }
 

@@ -22,12 +22,20 @@ int zComputeYEARFRAC(YearFractionRecord* record);
 
 // ---- Questions about the coupon period that holds a settlement date
 
-struct CouponDateRecord {
+template <typename N>
+struct CouponDateRecordOf {
+    CalendarDateOf<N> settlement;
+    CalendarDateOf<N> maturity;
+    CouponTerms terms;
+};
+template <>
+struct CouponDateRecordOf<double> {
     CalendarDate settlement;
     CalendarDate maturity;
     CouponTerms terms;
     CouponInfo info;
 };
+using CouponDateRecord = CouponDateRecordOf<double>;
 
 double zComputeCOUPDAYBS(CouponDateRecord* record);   // days from the previous coupon date to settlement
 double zComputeCOUPDAYS(CouponDateRecord* record);    // days in the coupon period

@@ -107,6 +107,7 @@ public:
     bool settles(Truth settled, double) { return !keep(!settled); }
     // What decides how the rows of the pass are calculated is a rare one: they leave.
     bool leaves(bool is_rare) { return is_rare && !refuse_pass(); }
+    bool leaves(Truth is_rare) { return !keep(!is_rare); }
 
     // -- the end
     Outcome status() const { return Truth::of_lanes(0); }
@@ -120,6 +121,7 @@ public:
     // For what takes more than one step: the rows that have not left, and where they begin in the block.
     [[nodiscard]] Truth live() const { return live_; }
     [[nodiscard]] std::size_t first() const { return first_; }
+    Outcome answer_or_leave(Truth answered, const Number& value) { return answer_where(answered, value); }
     // Rows of another basis, frequency or timing than those of this pass.
     [[nodiscard]] Truth waiting() const { return waiting_; }
 

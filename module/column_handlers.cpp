@@ -2,11 +2,16 @@
 #include "lanes/elementary.hpp"
 #include "lanes/instruction_set.hpp"
 //
+#include "calendar/coupon_dates.hpp"
 #include "calendar/discount_securities.hpp"
 #include "calendar/year_fraction.hpp"
 #include "cashflow/annuities.hpp"
 #include "module/column_list.hpp"
+#include "moneymarket/fractional_prices.hpp"
+#include "moneymarket/treasury_bills.hpp"
+#include "securities/accrued_interest.hpp"
 #include "securities/bond_columns.hpp"
+#include "securities/interest_at_maturity.hpp"
 
 namespace finance {
 

@@ -1,9 +1,11 @@
-// ACCRINT and ACCRINTM: interest accrued from issue to settlement, on coupons or all at maturity.
+// ACCRINT: interest accrued on coupons from issue to settlement; ACCRINTM (accrued_interest.hpp) is in place here.
 //
 //  (1) Settlement may not be before issue. On the day of issue nothing has accrued, whatever the other arguments.
 //  (2) ACCRINT takes its coupon dates from the first interest date, which is compared with nothing: it may lie before
 //      issue or after settlement.
 //  (3) A call that ends before the par value has one of 1000. (The dispatcher lets none through.)
+#include "securities/accrued_interest.hpp"
+
 #include "calendar/coupon_days.hpp"
 #include "securities/accrual.hpp"
 #include "securities/kernels.hpp"
@@ -11,17 +13,6 @@
 namespace finance {
 
 // ---- Handlers
-
-namespace {
-
-constexpr double usual_par = 1000.0;
-
-bool read_par(Arguments& in, int i, double& par) {
-    par = usual_par;
-    return !in.given(i) || in.positive(i, par);
-}
-
-}  // namespace
 
 // issue, first interest date, settlement, rate, par, frequency, basis
 FINANCE_HANDLER(ACCRINT) {
@@ -39,20 +30,7 @@ FINANCE_HANDLER(ACCRINT) {
     return in.answer_if(zComputeACCRINT(&bond.record), bond.record.accruedInterest);
 }
 
-// issue, settlement, rate, par, basis
-FINANCE_HANDLER(ACCRINTM) {
-    Arguments in{context, result, count};
-    Security bond;
-    if (!read_date(in, 1, bond.issue) || !read_date(in, 2, bond.settlement)) return in.status();
-    if (before(bond.settlement, bond.issue)) return in.invalid(2);
-    if (same_day(bond.settlement, bond.issue)) return in.answer(0.0);
-    if (!in.positive(3, bond.record.rate) || !read_par(in, 4, bond.record.par)) return in.status();
-    bond.terms.frequency = 1;
-    bond.terms.stepUnit = STEP_YEARS;
-    if (!in.basis(5, bond.terms.basis)) return in.status();
-    if (zComputeACCRINTM(&bond.record) != 0) return in.fail();
-    return in.answer(bond.record.rate * bond.record.yearFraction * bond.record.par);
-}
+FINANCE_HANDLER_OF(ACCRINTM)
 
 // ---- Kernels
 
@@ -90,11 +68,8 @@ int zComputeACCRINT(SecurityComputeRecord* record) {
     return 0;
 }
 
-// Error  of rate yearFraction par: 2 ulp worst of 1e4 draws, up to 4000 days, against 200 bits
 int zComputeACCRINTM(SecurityComputeRecord* record) {
-    zgetMonthDayYear(record->issue);
-    zgetMonthDayYear(record->settlement);
-    record->yearFraction = ComputeTheAnnualRatio(record->issue, record->settlement, record->terms);
+    record->yearFraction = years_between(*record->issue, *record->settlement, *record->terms);
     return record->yearFraction < 0.0 ? 1 : 0;
 }
 
