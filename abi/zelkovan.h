@@ -253,12 +253,15 @@ ZELKOVAN_EXPORT void* vmfree_handler(void* vector, uint64_t a, uint64_t b, int32
 
 #define ZELKOVAN_COLUMN_NUMBERS UINT32_C(0) /* a double in each row; a NaN is missing */
 #define ZELKOVAN_COLUMN_SLOTS UINT32_C(1)   /* an ArgSlot in each row, read as in a call */
+#define ZELKOVAN_COLUMN_LISTS \
+    UINT32_C(2) /* arguments first[starts[r]] .. first[starts[r + 1] - 1], doubles, in row r */
 
 typedef struct ZelkovanColumn {
     uint32_t kind;
-    uint32_t reserved; /* 0 */
-    const void* first; /* the first row's */
-    int64_t stride;    /* bytes from a row's to the next one's; 0: the same in all rows */
+    uint32_t reserved;     /* 0 */
+    const void* first;     /* the first row's; of lists the values of all */
+    int64_t stride;        /* bytes from a row's to the next one's; 0: the same in all rows */
+    const int64_t* starts; /* of lists: rows + 1 of them, none below the one before */
 } ZelkovanColumn;
 
 #define ZELKOVAN_INSTRUCTIONS_BEST UINT32_C(0) /* that the processor has */

@@ -24,7 +24,9 @@ namespace {
 
 using namespace finance::host;
 
-constexpr std::size_t rows = 8192;
+constexpr std::size_t usual_rows = 8192;
+constexpr std::size_t rows_of_lists = 512;
+constexpr int flows = 250;  // in a list
 constexpr int runs = 41;
 
 class Random {
@@ -43,13 +45,38 @@ private:
 struct Table {
     std::vector<std::vector<double>> values{};  // a column each
     std::vector<Column> columns{};
+    std::vector<Column> columns_of_calls{};  // the same: each value of a list is a column
+    std::vector<std::int64_t> starts{};      // of the lists
+    std::size_t rows = usual_rows;
 
     void add(const std::function<double()>& draw) {
         values.emplace_back(rows);
         std::generate(values.back().begin(), values.back().end(), draw);
         columns.push_back(Column::numbers(values.back().data()));
+        columns_of_calls.push_back(columns.back());
     }
-    void add(const Argument& constant) { columns.emplace_back(constant); }
+    void add(const Argument& constant) {
+        columns.emplace_back(constant);
+        columns_of_calls.emplace_back(constant);
+    }
+    // Of a table without lists.
+    void take_out(std::ptrdiff_t column) {
+        columns.erase(columns.begin() + column);
+        columns_of_calls = columns;
+    }
+    // draw(i) is the i-th value of a row's list.
+    void add_lists(const std::function<double(int i)>& draw) {
+        std::vector<double>& list = values.emplace_back();
+        starts.assign(1, 0);
+        for (std::size_t row = 0; row < rows; ++row) {
+            for (int i = 0; i < flows; ++i) list.push_back(draw(i));
+            starts.push_back(static_cast<std::int64_t>(list.size()));
+        }
+        columns.push_back(Column::lists(list.data(), starts.data()));
+        for (int i = 0; i < flows; ++i) {
+            columns_of_calls.push_back(Column::numbers(list.data() + i, std::ptrdiff_t{flows} * sizeof(double)));
+        }
+    }
 };
 
 struct Case {
@@ -127,7 +154,25 @@ void yield_60(Table& table, Random& random) { bond(table, random, 60, 60, 70.0, 
 void yield_any(Table& table, Random& random) { bond(table, random, 2, 60, 90.0, 110.0, true); }
 void duration_60(Table& table, Random& random) {
     bond(table, random, 60, 60, 0.01, 0.09, false);
-    table.columns.erase(table.columns.begin() + 4);
+    table.take_out(4);
+}
+
+// A loan of 20 years that is paid back on any days.
+void dated_flows(Table& table, Random& random) {
+    constexpr double days = 7300.0;
+    table.add_lists([&](int i) { return i == 0 ? -1e6 : random.uniform(5000, 9000); });
+    table.add_lists([&](int i) { return day_2008 + (i == 0 ? 0.0 : random.whole(1, static_cast<int>(days))); });
+}
+
+void dated_present_value(Table& table, Random& random) {
+    table.rows = rows_of_lists;
+    table.add([&] { return random.uniform(0.01, 0.2); });
+    dated_flows(table, random);
+}
+
+void dated_rate(Table& table, Random& random) {
+    table.rows = rows_of_lists;
+    dated_flows(table, random);
 }
 
 void interest_at_maturity(Table& table, Random& random) {
@@ -164,6 +209,8 @@ void fractional_price(Table& table, Random& random) {
 constexpr Case cases[] = {
     {"ISPMT", "1 to 12 of 12 to 400 periods", constant_principal},
     {"PMT", "12 to 400 periods", annuity},
+    {"XIRR", "250 flows", dated_rate},
+    {"XNPV", "250 flows", dated_present_value},
     {"YEARFRAC", "30/360", year_fraction},
     {"YEARFRAC", "ACTUAL", year_fraction_actual},
     {"DISC", "ACT/360", discount},
@@ -186,7 +233,8 @@ constexpr Case cases[] = {
 double nanoseconds_a_row(const EmbeddedHost& host, const Batch& batch) {
     const auto start = std::chrono::steady_clock::now();
     (void)host.evaluate_rows(batch);
-    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count() / rows;
+    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count() /
+           static_cast<double>(batch.rows);
 }
 
 constexpr std::array<std::uint32_t, 3> ways{ZELKOVAN_INSTRUCTIONS_NONE, ZELKOVAN_INSTRUCTIONS_SSE2,
@@ -207,13 +255,14 @@ bool run(const EmbeddedHost& host, const EmbeddedHost& host_of_calls, const Case
     best.fill(std::numeric_limits<double>::infinity());
     for (int i = 0; i < runs; ++i) {
         for (std::size_t way = 0; way < ways.size(); ++way) {
-            results[way].resize(rows);
+            results[way].resize(table.rows);
+            const bool calls = ways[way] == ZELKOVAN_INSTRUCTIONS_NONE;
             const Batch batch{.name = of.name,
-                              .columns = table.columns,
-                              .rows = rows,
+                              .columns = calls ? table.columns_of_calls : table.columns,
+                              .rows = table.rows,
                               .results = results[way].data(),
                               .instructions = ways[way]};
-            const EmbeddedHost& by = ways[way] == ZELKOVAN_INSTRUCTIONS_NONE ? host_of_calls : host;
+            const EmbeddedHost& by = calls ? host_of_calls : host;
             best[way] = std::min(best[way], nanoseconds_a_row(by, batch));
         }
     }

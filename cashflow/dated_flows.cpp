@@ -8,14 +8,15 @@
 //      322 no usable flows. In four modes of the host's context five notes are written, a sixth says that they end
 //      (323), and no more.
 //  (5) The working arrays are the host's. Without memory the call ends with a status of its own, the result untouched.
-#include <algorithm>
 #include <cmath>
 
 #include "abi/host_services.hpp"
 #include "abi/steps.hpp"
 #include "calendar/date_arguments.hpp"
+#include "cashflow/discounting.hpp"
 #include "cashflow/host_array.hpp"
 #include "cashflow/kernels.hpp"
+#include "cashflow/list_rows.hpp"
 #include "cashflow/numeric_kernels.hpp"
 #include "elementary/functions.hpp"
 
@@ -106,9 +107,7 @@ FINANCE_HANDLER(XIRR) {
 
 namespace {
 
-double years_from_first(const DatedCashFlows& flows, int i) {
-    return static_cast<double>(wrapping_add(flows.dates[i], -flows.dates[0])) / 365.0;
-}
+DatedFlows<std::int64_t> list_of(const DatedCashFlows& flows) { return {flows.values, flows.dates, flows.count}; }
 
 // A rate from the earliest and the latest flow that count for anything, as if they were the only ones.
 XirrOutcome two_point_start(const DatedCashFlows& flows, double* start) {
@@ -141,43 +140,80 @@ XirrOutcome two_point_start(const DatedCashFlows& flows, double* start) {
 
 // v_0 + sum of v_i q^t_i          q = 1 / (1 + rate), t_i years of 365 days from the first date
 int zComputeXNPV(DatedCashFlows* flows) {
-    const double q = 1.0 / (1.0 + flows->rate);
-    double result = flows->values[0];
     count_steps(flows->count);
-    for (int i = 1; i < flows->count; ++i) {
-        result = result + flows->values[i] * elementary::pow(q, years_from_first(*flows, i));
-    }
-    flows->result = result;
+    flows->result = best_discounting().value(list_of(*flows), 1.0 / (1.0 + flows->rate));
     return 0;
 }
 
 std::uint32_t ComputeF_XIRR(NewtonProblem* problem) {
     const auto& flows = record_of<const DatedCashFlows>(problem);
-    const double q = 1.0 / (problem->x + 1.0);
-    double value = flows.values[0];
-    double derivative = 0.0;
-    double largest = std::abs(flows.values[0]);
     count_steps(flows.count);
-    for (int i = 1; i < flows.count; ++i) {
-        const double t = years_from_first(flows, i);
-        const double p = elementary::pow(q, t) * flows.values[i];
-        derivative = derivative + (0.0 - t * q) * p;
-        value = value + p;
-        largest = std::max(std::abs(p), largest);
-    }
-    problem->value = value;
-    problem->derivative = derivative;
-    problem->residualScale = largest;
+    best_discounting().sides(list_of(flows), *problem);
     return 0;
 }
 
-int zComputeXIRR(DatedCashFlows* flows) {
+namespace {
+
+// From the guess, and where that finds none from near the lowest rate.
+bool find_from_guess(NewtonProblem::Objective objective, void* record, double guess, double* rate) {
     constexpr double second_start = -0.9;
-    const auto solve_from = [flows](double start) { return find_rate(ComputeF_XIRR, flows, start, &flows->rate); };
-    if (solve_from(flows->guessGiven != 0 ? flows->guess : 0.0) || solve_from(second_start)) return XIRR_SOLVED;
+    return find_rate(objective, record, guess, rate) || find_rate(objective, record, second_start, rate);
+}
+
+}  // namespace
+
+int zComputeXIRR(DatedCashFlows* flows) {
+    const double guess = flows->guessGiven != 0 ? flows->guess : 0.0;
+    if (find_from_guess(ComputeF_XIRR, flows, guess, &flows->rate)) return XIRR_SOLVED;
     double start = 0.0;
     if (const XirrOutcome outcome = two_point_start(*flows, &start); outcome != XIRR_SOLVED) return outcome;
-    return solve_from(start) ? XIRR_SOLVED : XIRR_NO_CONVERGENCE;
+    return find_rate(ComputeF_XIRR, flows, start, &flows->rate) ? XIRR_SOLVED : XIRR_NO_CONVERGENCE;
+}
+
+// ---- Rows of lists
+
+namespace {
+
+// A row's amounts and dates: as many of the one as of the other, none missing, dates whole and not far out.
+bool read_list(const ListRow& row, int first, const Discounting& discounting, DatedFlows<double>& flows) {
+    const ListValues& values = row.columns[first];
+    const ListValues& dates = row.columns[first + 1];
+    flows = {values.first, dates.first, values.count};
+    return values.count >= 1 && values.count == dates.count && discounting.is_usual(flows);
+}
+
+struct ListSearch {
+    const Discounting& discounting;
+    DatedFlows<double> flows{};
+
+    static std::uint32_t objective(NewtonProblem* problem) {
+        const auto& search = record_of<const ListSearch>(problem);
+        search.discounting.sides_of_list(search.flows, *problem);
+        return 0;
+    }
+};
+
+}  // namespace
+
+// rate, amounts, dates
+bool list_XNPV(const ListRow& row, const Discounting& discounting, double& result) {
+    DatedFlows<double> flows{};
+    if (row.count != 3 || row.columns[0].count != 1 || !read_list(row, 1, discounting, flows)) return false;
+    const double rate = row.columns[0].first[0];
+    result = discounting.value_of_list(flows, 1.0 / (1.0 + rate));
+    return !is_missing(rate) && !is_missing(result);
+}
+
+// amounts, dates, guess
+bool list_XIRR(const ListRow& row, const Discounting& discounting, double& result) {
+    ListSearch search{discounting};
+    if (row.count < 2 || row.count > 3 || !read_list(row, 0, discounting, search.flows)) return false;
+    double guess = 0.0;
+    if (row.count == 3) {
+        if (row.columns[2].count != 1) return false;
+        guess = row.columns[2].first[0];
+    }
+    return !is_missing(guess) && find_from_guess(ListSearch::objective, &search, guess, &result);
 }
 
 }  // namespace finance

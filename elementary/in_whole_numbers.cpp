@@ -1,6 +1,7 @@
 #include "elementary/exact_fused.hpp"
 #include "elementary/functions.hpp"
 #include "elementary/power.hpp"
+#include "elementary/powers.hpp"
 
 namespace finance::elementary::in_whole_numbers {
 
@@ -18,6 +19,11 @@ double expm1(double x) { return elementary::expm1<Value>(x); }
 double log(double x) { return elementary::log<Value>(x); }
 double log1p(double x) { return elementary::log1p<Value>(x); }
 double pow(double x, double y) { return elementary::pow<Value>(x, y); }
+LongLogarithm long_log(double x) {
+    const Long<Value> l = elementary::long_log<Value>(bits_of(x));
+    return {l.high.value, l.low.value};
+}
+double pow_of_log(const LongLogarithm& l, double y) { return elementary::pow_of_log<Value>({{l.high}, {l.low}}, y); }
 double fused(double a, double b, double c) { return exact_fused(a, b, c); }
 
 }  // namespace finance::elementary::in_whole_numbers

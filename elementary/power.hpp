@@ -25,6 +25,27 @@ double exp_of_long(Long<N> x, std::uint64_t sign) {
     return is_plain_exponent(field) ? scaled(e).value : scaled_far(e);
 }
 
+// The same where x.high is below 512 in size, and there is no sign
+template <typename N>
+[[gnu::always_inline]] inline N exp_of_plain_long(Long<N> x) {
+    Reduced<N> to = reduced(x.high);
+    to.r = to.r + x.low;
+    return scaled(exponential(to));
+}
+
+// y (l.high + l.low)
+template <typename N>
+[[gnu::always_inline]] inline Long<N> multiplied(N y, Long<N> l) {
+    const N high = y * l.high;
+    return {high, fused(y, l.low, fused(y, l.high, N{0.0} - high))};
+}
+
+// x^y from ln x, for x a normal positive number and y a plain power
+template <typename N>
+double pow_of_log(Long<N> l, double y) {
+    return exp_of_long(multiplied(N{y}, l), 0);
+}
+
 // Error  0.52 ulp
 template <typename N>
 double pow(double x, double y) {
@@ -36,11 +57,7 @@ double pow(double x, double y) {
         bits = special.bits;
         sign = special.sign;
     }
-    const Long<N> l = long_log<N>(bits);
-    const N exponent{y};
-    const N high = exponent * l.high;
-    const N low = fused(exponent, l.low, fused(exponent, l.high, N{0.0} - high));
-    return exp_of_long(Long<N>{high, low}, sign);
+    return exp_of_long(multiplied(N{y}, long_log<N>(bits)), sign);
 }
 
 }  // namespace finance::elementary

@@ -37,6 +37,12 @@ void move_to(const Moving& moving, std::size_t row, CallFrame& frame) {
 // Slots and descriptors of a column of arguments, for some of its rows.
 class ArgumentSlots {
 public:
+    const ArgSlot* lay_out(const Argument& constant) {
+        slots_.assign(1, {});
+        descriptors_.assign(1, {});
+        lay_out(constant, slots_[0], descriptors_[0]);
+        return slots_.data();
+    }
     const ArgSlot* lay_out(const Column& column, std::size_t first, std::size_t rows) {
         slots_.assign(rows, {});
         descriptors_.assign(rows, {});
@@ -65,14 +71,19 @@ class SingleCalls {
 public:
     explicit SingleCalls(const RowCalls& calls) : calls_{calls}, current_{calls.desk, said_} {
         for (const Column& column : calls.batch.columns) {
-            samples_.push_back(column.sample());
-            if (column.varies()) moving_.push_back({&column, samples_.size()});
+            has_lists_ = has_lists_ || column.kind() == Column::Kind::lists;
+            arguments_.push_back(column.sample());
+            if (column.varies()) moving_.push_back({&column, arguments_.size()});
         }
-        frame_.fill(calls.batch.name, samples_, calls.note_mode, false);
+        if (!has_lists_) lay_out();
     }
 
     void make(std::size_t row) {
-        for (const Moving& column : moving_) move_to(column, row, frame_);
+        if (has_lists_) {
+            lay_out(row);
+        } else {
+            for (const Moving& column : moving_) move_to(column, row, frame_);
+        }
         double result = missing_value;
         const std::uint32_t status = calls_.dispatcher(frame_.context(), &result);
         const bool answered = status == ZELKOVAN_STATUS_SUCCESS;
@@ -84,14 +95,21 @@ public:
     }
 
     [[nodiscard]] std::size_t refused() const { return refused_; }
-    // The record as it is laid out; its slots stand for those of columns that do not vary.
-    [[nodiscard]] CallFrame& frame() { return frame_; }
 
 private:
+    void lay_out() { frame_.fill(calls_.batch.name, arguments_, calls_.note_mode, false); }
+    // Lists have a length of their own in each row.
+    void lay_out(std::size_t row) {
+        arguments_.clear();
+        for (const Column& column : calls_.batch.columns) column.append_to(arguments_, row);
+        lay_out();
+    }
+
     const RowCalls& calls_;
     CallFrame& frame_ = CallFrame::of_this_thread();
-    std::vector<Argument> samples_{};  // the record points to their numbers
+    std::vector<Argument> arguments_{};  // the record points to their numbers
     std::vector<Moving> moving_{};
+    bool has_lists_ = false;
     Evaluation said_{};  // what the module logs and notes
     CurrentEvaluation current_;
     std::size_t refused_ = 0;
@@ -103,9 +121,11 @@ public:
     static constexpr std::size_t most_rows = 4096;  // at a time: what they read and write stays near
     static constexpr std::size_t rows_of_word = 64;
 
-    PlainRows(const RowCalls& calls, CallFrame& frame) : calls_{calls} {
-        std::size_t slot = 0;
-        for (const Column& column : calls.batch.columns) columns_.push_back(column_of(column, frame.slot(++slot)));
+    explicit PlainRows(const RowCalls& calls) : calls_{calls} {
+        for (const Column& column : calls.batch.columns) {
+            columns_.push_back(column_of(column));
+            if (!column.varies()) columns_.back().first = slots_[columns_.size() - 1].lay_out(column.sample());
+        }
     }
 
     // Answers those of the rows that it can; bit r of the answer's words: row first + r.
@@ -126,15 +146,23 @@ public:
     }
 
 private:
-    static ZelkovanColumn column_of(const Column& column, const ArgSlot& slot) {
-        if (column.kind() == Column::Kind::numbers) return {ZELKOVAN_COLUMN_NUMBERS, 0, nullptr, column.stride()};
-        return {ZELKOVAN_COLUMN_SLOTS, 0, &slot, column.varies() ? std::int64_t{sizeof(ArgSlot)} : 0};
+    static ZelkovanColumn column_of(const Column& column) {
+        switch (column.kind()) {
+            case Column::Kind::numbers:
+                return {ZELKOVAN_COLUMN_NUMBERS, 0, nullptr, column.stride(), nullptr};
+            case Column::Kind::lists:
+                return {ZELKOVAN_COLUMN_LISTS, 0, column.at(0), column.stride(), nullptr};
+            default:
+                return {ZELKOVAN_COLUMN_SLOTS, 0, nullptr, column.varies() ? std::int64_t{sizeof(ArgSlot)} : 0,
+                        nullptr};
+        }
     }
 
     void set_first(std::size_t i, std::size_t first, std::size_t rows) {
         const Column& column = calls_.batch.columns[i];
         if (column.kind() == Column::Kind::numbers) columns_[i].first = column.at(first);
         if (column.kind() == Column::Kind::arguments) columns_[i].first = slots_[i].lay_out(column, first, rows);
+        if (column.kind() == Column::Kind::lists) columns_[i].starts = column.starts() + first;
     }
 
     const RowCalls& calls_;
@@ -155,7 +183,7 @@ std::size_t call_rows(const RowCalls& calls, std::size_t first, std::size_t last
         for (; first < last; ++first) single.make(first);
         return single.refused();
     }
-    PlainRows plain{calls, single.frame()};
+    PlainRows plain{calls};
     for (; first < last; first += PlainRows::most_rows) {
         const std::size_t rows = std::min(last - first, PlainRows::most_rows);
         const auto& answered = plain.answer(first, rows);

@@ -115,10 +115,11 @@ std::size_t EmbeddedHost::evaluate_rows(const Batch& batch, unsigned threads) co
         const RowCalls calls{batch, dispatcher(), state_->columns, state_->desk, state_->options.note_mode};
         return call_rows(calls, threads);
     }
-    std::vector<Argument> arguments(batch.columns.size(), Argument::absent());
+    std::vector<Argument> arguments;
     std::size_t refused = 0;
     for (std::size_t row = 0; row < batch.rows; ++row) {
-        for (std::size_t i = 0; i < arguments.size(); ++i) arguments[i] = batch.columns[i].argument(row);
+        arguments.clear();
+        for (const Column& column : batch.columns) column.append_to(arguments, row);
         const Evaluation evaluation = evaluate(batch.name, arguments);
         batch.store(row, evaluation.status, evaluation.value, evaluation.flagged);
         refused += evaluation.answered() ? 0U : 1U;

@@ -82,13 +82,13 @@ template <typename Set>
     }
 }
 
-// Powers of one base, whose logarithm is formed once.
+// Powers of one base in each lane, whose logarithm is formed once.
 template <typename Set>
-class PowersOf<Lanes<Set>> {
+class LanePowers {
 public:
     using N = Lanes<Set>;
 
-    [[gnu::always_inline]] explicit PowersOf(N base) : base_{base} {
+    [[gnu::always_inline]] explicit LanePowers(N base) : base_{base} {
         if constexpr (Set::has_fused) {
             is_usual_ = lanes::all_normal_positive(base);
             if (is_usual_) logarithm_ = long_log<N>(base.bits());
@@ -101,13 +101,10 @@ public:
         } else {
             if (!is_usual_ || !lanes::all_sizes_between(y, 0x1p-65, 0x1p63)) [[unlikely]]
                 return lanes::pow_of_each(base_, y);
-            const N high = y * logarithm_.high;
-            if (!lanes::all_sizes_between(high, 0x1p-54, 512.0)) [[unlikely]]
+            const Long<N> power = multiplied(y, logarithm_);
+            if (!lanes::all_sizes_between(power.high, 0x1p-54, 512.0)) [[unlikely]]
                 return lanes::pow_of_each(base_, y);
-            const N low = fused(y, logarithm_.low, fused(y, logarithm_.high, N{0.0} - high));
-            Reduced<N> to = reduced(high);
-            to.r = to.r + low;
-            return scaled(exponential(to));
+            return exp_of_plain_long(power);
         }
     }
 
@@ -120,7 +117,7 @@ private:
 template <typename Set>
 [[gnu::always_inline]] inline Lanes<Set> pow(Lanes<Set> x, Lanes<Set> y) {
     if constexpr (Set::has_fused) {
-        return PowersOf<Lanes<Set>>{x}.to(y);
+        return LanePowers<Set>{x}.to(y);
     } else {
         if (!has_fused_multiply_add) return lanes::pow_of_each(x, y);
         double bases[Set::width];

@@ -169,8 +169,6 @@ template <typename Set>
 Lanes<Set> log(Lanes<Set> x);
 template <typename Set>
 Lanes<Set> pow(Lanes<Set> x, Lanes<Set> y);
-template <typename N>
-class PowersOf;
 }  // namespace elementary
 
 }  // namespace finance

@@ -19,6 +19,7 @@
 #include "elementary/functions.hpp"
 #include "module/column_list.hpp"
 #include "module/find_calculation.hpp"
+#include "module/list_columns.hpp"
 
 namespace finance {
 
@@ -124,43 +125,40 @@ constexpr std::array<int, calculation_count> make_basis_positions() {
 }
 constexpr std::array<int, calculation_count> basis_positions = make_basis_positions();
 
-const ColumnList* list_for(std::uint32_t instructions) {
-    switch (instructions) {
+// What there is for a set of instructions; null where all rows are left to single calls.
+struct Instructions {
+    const ColumnList* columns;
+    const Discounting* discounting;
+};
+constexpr Instructions sse2{&columns_sse2, &discounting_sse2};
+constexpr Instructions avx2{&columns_avx2, &discounting_avx2};
+
+const Instructions* instructions_of(const ZelkovanColumns& request) {
+    switch (request.instructions) {
         case ZELKOVAN_INSTRUCTIONS_BEST:
-            return elementary::has_wide_lanes ? &columns_avx2 : &columns_sse2;
+            return elementary::has_wide_lanes ? &avx2 : &sse2;
         case ZELKOVAN_INSTRUCTIONS_SSE2:
-            return &columns_sse2;
+            return &sse2;
         case ZELKOVAN_INSTRUCTIONS_AVX2:
-            return elementary::has_wide_lanes ? &columns_avx2 : nullptr;
+            return elementary::has_wide_lanes ? &avx2 : nullptr;
         default:
             return nullptr;
     }
 }
 
-struct ColumnCalculation {
-    ColumnHandler* handler;
-    int basis;
-};
-
-// Without a handler where all rows are left to single calls.
-ColumnCalculation find_columns(const ZelkovanColumns& request) {
-    const ColumnList* list = list_for(request.instructions);
-    const std::int32_t found = find_calculation({request.name, request.name_length});
-    if (list == nullptr || found == unknown_calculation) return {};
-    const FinancialRow& row = FinancialList[static_cast<std::uint32_t>(found)];
+bool fits(const ZelkovanColumns& request, std::uint32_t calculation) {
+    const FinancialRow& row = FinancialList[calculation];
     const std::int64_t count = request.column_count + 1;
-    const bool fits = count >= row.minimum_count && count <= static_cast<std::int64_t>(RowBlock::most_columns) &&
-                      (row.maximum_count == 0 || count <= row.maximum_count);
-    if (!fits) return {};
-    return {(*list)[static_cast<std::uint32_t>(found)], basis_positions[static_cast<std::uint32_t>(found)]};
+    return count >= row.minimum_count && count <= static_cast<std::int64_t>(RowBlock::most_columns) &&
+           (row.maximum_count == 0 || count <= row.maximum_count);
 }
 
-std::int64_t calculate_rows(const ZelkovanColumns& request, const ColumnCalculation& calculation) {
+std::int64_t calculate_rows(const ZelkovanColumns& request, ColumnHandler* handler, int basis) {
     BlockColumn columns[RowBlock::most_columns];
     RowBlock block{};
     block.count = static_cast<std::size_t>(request.column_count) + 1;
     for (std::size_t i = 1; i < block.count; ++i) {
-        columns[i] = {request.columns[i - 1], static_cast<int>(i) == calculation.basis};
+        columns[i] = {request.columns[i - 1], static_cast<int>(i) == basis};
     }
     double last_results[RowBlock::most_rows];
     std::int64_t answered = 0;
@@ -173,7 +171,7 @@ std::int64_t calculate_rows(const ZelkovanColumns& request, const ColumnCalculat
             block.columns[i] = columns[i].values(first, block.rows, block.wanted);
         }
         block.results = whole ? request.results + first : last_results;
-        const std::uint64_t done = calculation.handler(block);
+        const std::uint64_t done = handler(block);
         if (!whole) std::copy_n(last_results, block.rows, request.results + first);
         request.answered[first / rows_of_block] = done;
         answered += std::popcount(done);
@@ -183,8 +181,16 @@ std::int64_t calculate_rows(const ZelkovanColumns& request, const ColumnCalculat
 
 [[gnu::noinline]] std::int64_t answer_columns(const ZelkovanColumns* request) {
     if (request->rows < 1 || request->column_count < 0) return 0;
-    const ColumnCalculation calculation = find_columns(*request);
-    if (calculation.handler != nullptr) return calculate_rows(*request, calculation);
+    const Instructions* instructions = instructions_of(*request);
+    const std::int32_t found = find_calculation({request->name, request->name_length});
+    if (instructions != nullptr && found != unknown_calculation) {
+        if (has_lists(*request)) return calculate_lists(*request, found, *instructions->discounting);
+        const auto calculation = static_cast<std::uint32_t>(found);
+        ColumnHandler* handler = (*instructions->columns)[calculation];
+        if (handler != nullptr && fits(*request, calculation)) {
+            return calculate_rows(*request, handler, basis_positions[calculation]);
+        }
+    }
     std::fill_n(request->answered, (request->rows - 1) / 64 + 1, std::uint64_t{0});
     return 0;
 }

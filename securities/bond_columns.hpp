@@ -20,7 +20,7 @@ std::uint64_t prices_of_block(const RowBlock& block) {
         const auto more = rows.live() & parts.has_factor & (parts.n > 1.0) & !has_too_many_coupons(parts.n);
         if (any(more)) {
             const Lanes<Set> f{static_cast<double>(bond.terms.frequency)};
-            const elementary::PowersOf<Lanes<Set>> v_to{parts.v};
+            const elementary::LanePowers<Set> v_to{parts.v};
             staged.lay_down(
                 rows.first(), more,
                 {f, parts.n, parts.v, v_to.to(parts.d), parts.R * v_to.to(parts.n - 1.0), parts.c, parts.c * parts.a});

@@ -1,9 +1,10 @@
 // The corpus in columns, in every set of instructions: the same statuses, flags and bits as the calls, four rows in ten of
 // which are refused; in batches of 1 to 70 rows, so that blocks end anywhere; as columns of arguments and as columns of
-// numbers.
+// numbers; and calls of flows as columns of lists.
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -102,6 +103,93 @@ std::vector<std::string> names() {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Columns, testing::ValuesIn(names()), [](const auto& name) { return name.param; });
+
+// ---- Lists: calls of numbers alone, whose lengths differ from row to row
+
+struct ListRows {
+    std::vector<const Draw*> draws;
+    std::vector<std::vector<double>> values;  // of a column
+    std::vector<std::vector<std::int64_t>> starts{};
+
+    void add(const Draw& draw, const std::vector<std::size_t>& lengths) {
+        values.resize(lengths.size());
+        starts.resize(lengths.size(), {0});
+        auto argument = draw.arguments.begin();
+        for (std::size_t k = 0; k < lengths.size(); ++k) {
+            for (std::size_t i = 0; i < lengths[k]; ++i) values[k].push_back((argument++)->number());
+            starts[k].push_back(std::ssize(values[k]));
+        }
+        draws.push_back(&draw);
+    }
+    [[nodiscard]] std::vector<host::Column> columns() const {
+        std::vector<host::Column> all;
+        for (std::size_t k = 0; k < values.size(); ++k) {
+            all.push_back(host::Column::lists(values[k].data(), starts[k].data()));
+        }
+        return all;
+    }
+};
+
+// How long the lists of a call with n arguments are, and what stands before and behind them.
+struct ListCalculation {
+    const char* name;
+    std::vector<std::size_t> (*lengths)(std::size_t n);
+};
+
+const ListCalculation list_calculations[] = {
+    {"FVSCHEDULE",
+     [](std::size_t n) {
+         return std::vector{std::size_t{1}, n - 1};
+     }},
+    {"IRR", [](std::size_t n) { return std::vector{n}; }},
+    {"MIRR",
+     [](std::size_t n) {
+         return n < 2 ? std::vector{n} : std::vector{n - 2, std::size_t{1}, std::size_t{1}};
+     }},
+    {"NPV",
+     [](std::size_t n) {
+         return std::vector{std::size_t{1}, n - 1};
+     }},
+    {"XIRR",
+     [](std::size_t n) {
+         return n % 2 == 0 ? std::vector{n / 2, n / 2} : std::vector{n / 2, n / 2, std::size_t{1}};
+     }},
+    {"XNPV",
+     [](std::size_t n) {
+         return std::vector{std::size_t{1}, (n - 1) / 2, n - 1 - (n - 1) / 2};
+     }},
+};
+
+bool all_numbers(const Draw& draw) {
+    return std::ranges::all_of(draw.arguments, [](const Arg& one) { return one.kind() == Arg::Kind::number; });
+}
+
+TEST(ListColumns, HaveTheBitsOfCalls) {
+    for (const ListCalculation& calculation : list_calculations) {
+        const std::vector<Draw> draws = corpus_of(calculation.name);
+        std::map<std::size_t, ListRows> by_columns;
+        for (const Draw& draw : draws) {
+            if (draw.arguments.empty() || !all_numbers(draw)) continue;
+            const std::vector<std::size_t> lengths = calculation.lengths(draw.arguments.size());
+            by_columns[lengths.size()].add(draw, lengths);
+        }
+        for (const Instructions& instructions : all_instructions) {
+            std::size_t checked = 0;
+            for (const auto& [count, rows] : by_columns) {
+                const std::vector<host::Column> columns = rows.columns();
+                Answers answers{rows.draws.size()};
+                host::Batch batch = answers.batch(*rows.draws[0], columns);
+                batch.instructions = instructions.number;
+                (void)linked_host().evaluate_rows(batch);
+                for (std::size_t i = 0; i < rows.draws.size(); ++i) {
+                    EXPECT_TRUE(as_drawn(*rows.draws[i], answers, i)) << calculation.name << " " << instructions.name;
+                }
+                checked += rows.draws.size();
+            }
+            EXPECT_GT(checked, 1000U) << calculation.name;
+        }
+    }
+}
 
 }  // namespace
 }  // namespace finance::test

@@ -1,4 +1,6 @@
 // x^y where x or y is 0, infinite, no number or out of the common range: as the C standard has them (F.10.4.4).
+#include "elementary/powers.hpp"
+
 #include <gtest/gtest.h>
 
 #include "elementary/functions.hpp"
@@ -85,6 +87,31 @@ TEST(ElementaryPowers, SignallingNaN) {
     const auto signalling = std::bit_cast<double>(std::uint64_t{0x7FF0000000000001});
     EXPECT_TRUE(std::isnan(elementary::pow(signalling, 0.0)));
     EXPECT_TRUE(std::isnan(elementary::pow(1.0, signalling)));
+}
+
+// The logarithm that powers of one base have in common makes no difference to any.
+TEST(PowersOfOneBase, AreThoseOfPow) {
+    for (const double x : edge_doubles) {
+        const elementary::PowersOf powers{x};
+        for (const double y : edge_doubles) {
+            const double expected = elementary::pow(x, y);
+            const double got = powers(y);
+            EXPECT_TRUE(std::bit_cast<std::uint64_t>(got) == std::bit_cast<std::uint64_t>(expected) ||
+                        (std::isnan(got) && std::isnan(expected)))
+                << x << " to " << y;
+        }
+    }
+}
+
+TEST(PowersOfOneBase, InWholeNumbersToo) {
+    for (const double x : edge_doubles) {
+        if (!elementary::is_normal_positive(elementary::bits_of(x))) continue;
+        const elementary::LongLogarithm l = elementary::in_whole_numbers::long_log(x);
+        for (const double y : edge_doubles) {
+            if (!elementary::is_plain_power(y)) continue;
+            EXPECT_EQ(elementary::in_whole_numbers::pow_of_log(l, y), elementary::pow(x, y)) << x << " to " << y;
+        }
+    }
 }
 
 }  // namespace

@@ -1,0 +1,49 @@
+// Many powers of one base, which have its logarithm in common: it is formed once. The bits are those of pow.
+#pragma once
+
+#include "elementary/functions.hpp"
+#include "elementary/number.hpp"
+#include "elementary/special_powers.hpp"
+
+namespace finance::elementary {
+
+// ln x in two doubles (elementary/long_logarithm.hpp)
+struct LongLogarithm {
+    double high;
+    double low;
+};
+
+// Of a normal positive x; and x^y for a y that is a plain power.
+namespace by_instruction {
+LongLogarithm long_log(double x);
+double pow_of_log(const LongLogarithm& l, double y);
+}  // namespace by_instruction
+
+namespace in_whole_numbers {
+LongLogarithm long_log(double x);
+double pow_of_log(const LongLogarithm& l, double y);
+}  // namespace in_whole_numbers
+
+class PowersOf {
+public:
+    [[gnu::always_inline]] explicit PowersOf(double base) : base_{base} {
+        if (!is_normal_positive(bits_of(base))) return;
+        logarithm_ = has_fused_multiply_add ? by_instruction::long_log(base) : in_whole_numbers::long_log(base);
+    }
+
+    [[gnu::always_inline]] double operator()(double y) const {
+        if (logarithm_.high == infinity || !is_plain_power(y)) [[unlikely]]
+            return pow(base_, y);
+        return has_fused_multiply_add ? by_instruction::pow_of_log(logarithm_, y)
+                                      : in_whole_numbers::pow_of_log(logarithm_, y);
+    }
+
+    // Infinite where the base is not a normal positive number.
+    [[nodiscard, gnu::always_inline]] const LongLogarithm& logarithm() const { return logarithm_; }
+
+private:
+    double base_;
+    LongLogarithm logarithm_{infinity, 0.0};
+};
+
+}  // namespace finance::elementary
