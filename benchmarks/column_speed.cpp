@@ -206,7 +206,43 @@ void fractional_price(Table& table, Random& random) {
     table.add([&] { return random.whole(2, 64); });
 }
 
+void periodic_rate(Table& table, Random& random) {
+    table.add([&] { return random.whole(12, 400); });
+    table.add([&] { return random.uniform(-2000, -1000); });
+    table.add([&] { return random.uniform(10000, 100000); });
+}
+
+void periods(Table& table, Random& random) {
+    table.add([&] { return random.uniform(0.001, 0.011); });
+    table.add([&] { return random.uniform(-2000, -1000); });
+    table.add([&] { return random.uniform(10000, 50000); });
+}
+
+void compounded(Table& table, Random& random) {
+    table.add([&] { return random.uniform(0.01, 0.2); });
+    table.add([&] { return random.whole(1, 365); });
+}
+
+void asset(Table& table, Random& random) {
+    table.add([&] { return random.uniform(1e4, 1e6); });
+    table.add([&] { return random.uniform(1e2, 1e4); });
+    table.add([&] { return random.whole(10, 40); });
+}
+
+void asset_in_period(Table& table, Random& random) {
+    asset(table, random);
+    table.add([&] { return random.whole(1, 10); });
+}
+
 constexpr Case cases[] = {
+    {"DB", "1 to 10 of 10 to 40 years", asset_in_period},
+    {"DDB", "1 to 10 of 10 to 40 years", asset_in_period},
+    {"EFFECT", "1 to 365 periods", compounded},
+    {"NOMINAL", "1 to 365 periods", compounded},
+    {"NPER", "a loan", periods},
+    {"RATE", "12 to 400 periods", periodic_rate},
+    {"SLN", "10 to 40 years", asset},
+    {"SYD", "1 to 10 of 10 to 40 years", asset_in_period},
     {"ISPMT", "1 to 12 of 12 to 400 periods", constant_principal},
     {"PMT", "12 to 400 periods", annuity},
     {"XIRR", "250 flows", dated_rate},

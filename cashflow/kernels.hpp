@@ -40,18 +40,20 @@ int zComputePPMT(AnnuityRecord* record);      // principalPart (and interestPart
 int zComputeCUMIPMT(AnnuityRecord* record);   // cumulative
 int zComputeCUMPRINC(AnnuityRecord* record);  // cumulative
 
-// ---- RATE: the periodic rate of an annuity, and NPER's closed form beside it in rate.cpp
+// ---- RATE: the periodic rate of an annuity, and NPER's closed form beside it in rate.hpp
 
-struct RateRecord {
-    std::int32_t nper;    // n
-    std::int32_t type;    // 1: payments at the start of each period
-    double pmt;           // a
-    double presentValue;  // P
-    double futureValue;   // F
-    double rate;          // the answer
-    double c;             // F / a
-    double d;             // -P / a
+template <typename N>
+struct RateRecordOf {
+    WholeOf<N> nper;    // n
+    std::int32_t type;  // 1: payments at the start of each period
+    N pmt;              // a
+    N presentValue;     // P
+    N futureValue;      // F
+    N rate;             // the answer
+    N c;                // F / a
+    N d;                // -P / a
 };
+using RateRecord = RateRecordOf<double>;
 
 // rate from the other fields. Returns 0, or 1 where there is no rate or none was found.
 int zComputeRATE(RateRecord* record);

@@ -8,12 +8,14 @@
 
 namespace finance {
 
-struct DecliningAsset {
-    double cost;
-    double depreciable;  // cost - salvage
-    double life;         // periods
-    double factor;       // of the straight-line rate; q = factor / life is what a period takes of the rest
+template <typename N>
+struct DecliningAssetOf {
+    N cost;
+    N depreciable;  // cost - salvage
+    N life;         // periods
+    N factor;       // of the straight-line rate; q = factor / life is what a period takes of the rest
 };
+using DecliningAsset = DecliningAssetOf<double>;
 
 // Depreciation of the periods s .. e - 1, by what is left after i periods: cost (1 - q)^i, but no less than salvage.
 double closed_declining(const DecliningAsset& a, std::int32_t s, std::int32_t e);

@@ -207,7 +207,7 @@ void check_columns(const CallRecord& record, const Outcome& outcome) {
     const CharacterValue name = character_value(record.slots()[0]);
     std::vector<ZelkovanColumn> columns;
     for (std::size_t i = 1; i < record.size(); ++i)
-        columns.push_back({ZELKOVAN_COLUMN_SLOTS, 0, record.slots() + i, 0});
+        columns.push_back({ZELKOVAN_COLUMN_SLOTS, 0, record.slots() + i, 0, nullptr});
     for (const std::uint32_t instructions : {ZELKOVAN_INSTRUCTIONS_SSE2, ZELKOVAN_INSTRUCTIONS_AVX2}) {
         std::array<double, rows> results{};
         std::uint64_t answered = ~std::uint64_t{0};

@@ -29,24 +29,30 @@ double choose(bool truth, Yes yes, No no) {
     return truth ? yes() : no();
 }
 constexpr double select(bool truth, double yes, double no) { return truth ? yes : no; }
+constexpr std::int64_t select(bool truth, std::int64_t yes, std::int64_t no) { return truth ? yes : no; }
 
 // What N's comparisons give, and what N's whole numbers are kept in.
 template <typename N>
 struct KindsOf {
     using Truth = typename N::Truth;
     using Whole = N;
+    using LongWhole = N;
 };
 template <>
 struct KindsOf<double> {
     using Truth = bool;
     using Whole = std::int32_t;
+    using LongWhole = std::int64_t;
 };
 template <typename N>
 using TruthOf = typename KindsOf<N>::Truth;
 template <typename N>
 using WholeOf = typename KindsOf<N>::Whole;
+template <typename N>
+using LongWholeOf = typename KindsOf<N>::LongWhole;
 
 constexpr double as_number(std::int32_t whole) { return whole; }
+constexpr double as_number(std::int64_t whole) { return static_cast<double>(whole); }
 
 // Both, or one of the two, each formed already.
 constexpr bool both(bool a, bool b) { return a && b; }
