@@ -1,7 +1,6 @@
 #include "catalogue/text.hpp"
 
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <cmath>
 
@@ -29,12 +28,22 @@ int digits(std::string_view text) {
     return value;
 }
 
-void append(std::string& text, unsigned value, std::size_t width) {
-    const std::string plain = std::to_string(value);
-    text.append(width - plain.size(), '0').append(plain);
+char* write_digits(char* to, unsigned value, std::size_t width) {
+    for (std::size_t i = width; i-- > 0; value /= 10) to[i] = static_cast<char>('0' + value % 10);
+    return to + width;
 }
 
 }  // namespace
+
+char* write_date(char* to, double host_date) {
+    if (!(host_date >= first_host_day && host_date <= last_host_day) || host_date != std::trunc(host_date)) return nullptr;
+    const year_month_day date{epoch + days{static_cast<int>(host_date)}};
+    to = write_digits(to, static_cast<unsigned>(static_cast<int>(date.year())), 4);
+    *to++ = '-';
+    to = write_digits(to, static_cast<unsigned>(date.month()), 2);
+    *to++ = '-';
+    return write_digits(to, static_cast<unsigned>(date.day()), 2);
+}
 
 std::optional<double> host_date(std::string_view iso) {
     if (iso.size() != 10 || iso[4] != '-' || iso[7] != '-') return {};
@@ -48,13 +57,10 @@ std::optional<double> host_date(std::string_view iso) {
 }
 
 std::optional<std::string> iso_date(double host_date) {
-    if (!(host_date >= first_host_day && host_date <= last_host_day) || host_date != std::trunc(host_date)) return {};
-    const year_month_day date{epoch + days{static_cast<int>(host_date)}};
-    std::string text;
-    append(text, static_cast<unsigned>(static_cast<int>(date.year())), 4);
-    append(text += '-', static_cast<unsigned>(date.month()), 2);
-    append(text += '-', static_cast<unsigned>(date.day()), 2);
-    return text;
+    std::array<char, date_room> buffer;
+    const char* const end = write_date(buffer.data(), host_date);
+    if (end == nullptr) return {};
+    return std::string{buffer.data(), static_cast<std::size_t>(end - buffer.data())};
 }
 
 // ---- Texts of others
@@ -163,55 +169,6 @@ std::string shown(std::string_view text, std::size_t most) {
 std::string in_quotes(std::string_view text) {
     std::string result = "'";
     return result.append(shown(text)).append("'");
-}
-
-// ---- Numbers
-
-namespace {
-
-// Room for the longest shortest text (-2.2250738585072014e-308, 24 characters) and for 2^63 in plain digits.
-using Buffer = std::array<char, 32>;
-
-template <class... Format>
-void append(std::string& text, double value, Format... format) {
-    Buffer buffer;
-    const double shown = value + 0.0;  // -0 + 0 is 0
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), shown, format...).ptr;
-    text.append(buffer.data(), end);
-}
-
-void append_shortest(std::string& text, double value) {
-    if (std::isnan(value)) {
-        text += '.';
-    } else {
-        append(text, value);
-    }
-}
-
-}  // namespace
-
-std::string shortest_text(double value) {
-    std::string text;
-    append_shortest(text, value);
-    return text;
-}
-
-void append_plain(std::string& text, double value) {
-    const bool plain = value == std::trunc(value) && std::abs(value) < 0x1p63;
-    plain ? append(text, value, std::chars_format::fixed) : append_shortest(text, value);
-}
-
-std::string plain_text(double value) {
-    std::string text;
-    append_plain(text, value);
-    return text;
-}
-
-std::string value_text(double value, bool dated) {
-    if (dated) {
-        if (const auto date = iso_date(value)) return *date;
-    }
-    return plain_text(value);
 }
 
 }  // namespace finance::catalogue

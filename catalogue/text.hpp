@@ -59,6 +59,11 @@ std::string plain_text(double value);
 // Appends plain_text.
 void append_plain(std::string& text, double value);
 
+// Writes plain_text, or value_text; gives where it ends. Bytes behind it, within the room, may change too.
+inline constexpr std::size_t plain_room = 40;
+char* write_plain(char* to, double value);
+char* write_value(char* to, double value, bool dated);
+
 // A date as year-month-day where its year has four digits, else as plain_text.
 std::string value_text(double value, bool dated);
 
@@ -72,5 +77,9 @@ std::optional<double> host_date(std::string_view iso);
 
 // Nothing where the value is no whole day or its year is outside 0001 to 9999.
 std::optional<std::string> iso_date(double host_date);
+
+// Writes it and gives where it ends; null where it is none.
+inline constexpr std::size_t date_room = 10;
+char* write_date(char* to, double host_date);
 
 }  // namespace finance::catalogue

@@ -8,6 +8,7 @@
 
 #include "calls/meant.hpp"
 #include "catalogue/text.hpp"
+#include "command/plain_decimal.hpp"
 
 namespace finance::command {
 
@@ -52,6 +53,7 @@ Reading read_percentage(std::string_view number) {
 }
 
 Reading read_number(std::string_view text) {
+    if (Reading plain; read_plain_decimal(text, plain.value)) return plain;
     return text.ends_with('%') ? read_percentage(text.substr(0, text.size() - 1)) : read_plain(text);
 }
 

@@ -28,31 +28,38 @@ public:
     BlockWorker(const host::EmbeddedHost& host, const TableRun& run)
         : evaluator_{host, run.plan, run.form()},
           filter_{run.plan, run.table.header().names, run.table.delimiter()},
-          delimiter_{run.table.delimiter()},
-          columns_{run.plan.columns} {}
+          index_{run.table.delimiter(), run.plan.columns} {}
 
     void process(const Block& block, BlockResult& result) {
-        RowCursor cursor{block, delimiter_, columns_};
-        while (!result.stop && !interrupted() && take_rows(cursor)) {
+        index_.begin(block);
+        place_ = 0;
+        while (!result.stop && !interrupted() && take_rows()) {
             result.stop = !evaluator_.evaluate(result.output, result.summary);
         }
     }
 
 private:
     // As many as are evaluated together; false where none is left.
-    bool take_rows(RowCursor& cursor) {
+    bool take_rows() {
         RowColumns& rows = evaluator_.rows();
-        for (Record record; !rows.full() && cursor.next(record);) {
-            cursor.empty_line() ? rows.add_empty_line(record, cursor.line()) : add(record, cursor.line());
-        }
+        while (!rows.full() && (place_ < index_.size() || next_records())) add(place_++);
+        rows.read(index_);
         return rows.size() > 0;
     }
 
-    void add(const Record& record, std::uint64_t line) {
+    bool next_records() {
+        evaluator_.rows().read(index_);
+        place_ = 0;
+        return index_.next();
+    }
+
+    void add(std::size_t place) {
         RowColumns& rows = evaluator_.rows();
+        const auto& [record, line, fields, first_end] = index_[place];
+        if (index_.empty_line(place)) return rows.add_empty_line(record, line);
         switch (filter_.of(record)) {
             case RowFilter::Verdict::taken:
-                return rows.add(record, line);
+                return rows.add(index_, place);
             case RowFilter::Verdict::unknown:
                 return rows.add_refused(record, line, filter_.fault());
             case RowFilter::Verdict::left_out:
@@ -62,8 +69,8 @@ private:
 
     RowEvaluator evaluator_;
     RowFilter filter_;
-    char delimiter_;
-    std::size_t columns_;
+    RecordIndex index_;
+    std::size_t place_ = 0;  // in the index, of the next record
 };
 
 // From the table to the writer, in order.

@@ -72,6 +72,11 @@ public:
         return worst;
     }
 
+    // The columns of a result that is answered, the delimiter before them included; gives where they end. Within the
+    // room more may be written.
+    static constexpr std::size_t answer_room = 80;
+    char* write_answer(char* to, const PlannedCall& call, double value) const;
+
 private:
     void append_columns(const PlannedCall& call, const CallResult& result, std::string& output) const;
     void append_object(const PlannedCall& call, const CallResult& result, std::string& output);

@@ -5,6 +5,7 @@
 //  (2) An empty line is no row, but keeps its place among them.
 //  (3) Where there is no value, or none that can be read, a missing value stands in its place, so that each place can
 //      be called.
+//  (4) A column is read at a time, and only those that a call names: all others are bytes of their record.
 #pragma once
 
 #include <algorithm>
@@ -21,6 +22,7 @@
 #include "catalogue/wording.hpp"
 #include "command/argument_text.hpp"
 #include "command/tables/call_plan.hpp"
+#include "command/tables/record_index.hpp"
 #include "command/tables/table_record.hpp"
 #include "host/batch.hpp"
 
@@ -47,47 +49,38 @@ struct TableRow {
     std::size_t fields = 0;  // 0: an empty line that is no row
     bool fits = false;       // has as many fields as the table has columns, and is not refused as a whole
     bool readable = false;   // so have all its inputs
+    std::size_t place = 0;   // in the index of records
 };
 
 class RowColumns {
 public:
     static constexpr std::size_t most_rows = Formula::block_rows;  // their text and values stay in a core's own cache
 
-    RowColumns(const CallPlan& plan, char delimiter)
-        : plan_{plan}, delimiter_{delimiter}, fields_(plan.used_columns), columns_(plan.inputs.size()) {
-        rows_.reserve(most_rows);
-        for (std::size_t i = 0; i < columns_.size(); ++i) {
-            columns_[i].readable.resize(most_rows);
-            if (mixed(i)) columns_[i].arguments.resize(most_rows, host::Argument::absent());
-            if (!mixed(i)) columns_[i].numbers.resize(most_rows);
-        }
-    }
+    RowColumns(const CallPlan& plan, char delimiter);
 
     [[nodiscard]] std::size_t size() const { return rows_.size(); }
     [[nodiscard]] bool full() const { return size() == most_rows; }
     [[nodiscard]] const TableRow& row(std::size_t row) const { return rows_[row]; }
 
-    // The record must live until the columns are cleared.
-    void add(const Record& record, std::uint64_t line) {
-        const std::size_t fields = split_record(record, delimiter_, fields_);
-        const bool fits = fields == plan_.columns;
-        rows_.push_back({.record = record, .line = line, .fields = fields, .fits = fits});
-        bool readable = fits;
-        for (std::size_t i = 0; i < columns_.size(); ++i) readable &= fits ? put(i) : put_missing(i);
-        rows_.back().readable = readable;
+    // Rows are added first; read takes what all that were added since the last time say, while they are in the index.
+    // The bytes of their records must live until the columns are cleared.
+    void add(const RecordIndex& index, std::size_t place) {
+        const RecordIndex::Entry& entry = index[place];
+        const bool fits = entry.fields == plan_.columns;
+        rows_.push_back({entry.record, entry.line, entry.fields, fits, fits, place});
     }
     // A row of which nobody knows whether it is wanted.
     void add_refused(const Record& record, std::uint64_t line, const std::string& fault) {
-        add_empty_line(record, line);
-        rows_.back().fields = plan_.columns;
+        rows_.push_back({.record = record, .line = line, .fields = plan_.columns});
         faults_.emplace_back(rows_.size() - 1, fault);
     }
     void add_empty_line(const Record& record, std::uint64_t line) {
         rows_.push_back({.record = record, .line = line});
-        for (std::size_t i = 0; i < columns_.size(); ++i) put_missing(i);
     }
+    void read(const RecordIndex& index);
     void clear() {
         rows_.clear();
+        unread_ = 0;
         texts_.clear();
         faults_.clear();
     }
@@ -121,37 +114,16 @@ private:
         std::vector<double> numbers{};            // or, where kinds are mixed,
         std::vector<host::Argument> arguments{};  // these
         std::vector<char> readable{};
+        bool quick = false;  // whether plain fields can be read in the quick way
     };
 
     // Bases are numbers in one row and keywords in another.
     [[nodiscard]] bool mixed(std::size_t input) const { return plan_.inputs[input].kind == catalogue::Kind::basis; }
 
-    // The last row's value, from the fields. false where it cannot be read.
-    bool put(std::size_t input) {
-        const auto [column, kind, in_formula] = plan_.inputs[input];
-        const auto value = read_field(plan_.fields, fields_[column], kind, scratch_);
-        if (!value) return put_missing(input);
-        const std::size_t row = rows_.size() - 1;
-        if (mixed(input)) {
-            const bool in_scratch = value->kind() == host::Argument::Kind::text && fields_[column].starts_with('"');
-            columns_[input].arguments[row] = in_scratch ? kept(value->text()) : *value;
-        } else {
-            columns_[input].numbers[row] = value->number();
-        }
-        columns_[input].readable[row] = 1;
-        return true;
-    }
-    bool put_missing(std::size_t input) {
-        const host::Argument missing = host::Argument::missing();
-        const std::size_t row = rows_.size() - 1;
-        if (mixed(input)) {
-            columns_[input].arguments[row] = missing;
-        } else {
-            columns_[input].numbers[row] = missing.number();
-        }
-        columns_[input].readable[row] = 0;
-        return false;
-    }
+    void read_input(std::size_t input, const RecordIndex& index);
+    // false where the field cannot be read.
+    bool put(std::size_t input, std::size_t row, std::string_view field);
+    void put_missing(std::size_t input, std::size_t row);
 
     // Where the next row leaves it.
     host::Argument kept(std::string_view text) { return host::Argument{texts_.emplace_back(text)}; }
@@ -160,6 +132,7 @@ private:
     char delimiter_;
     std::vector<std::string_view> fields_;  // of one row
     std::vector<TableRow> rows_;
+    std::size_t unread_ = 0;  // the first row that has been added and not read
     std::vector<Values> columns_;                              // by input
     std::string scratch_;                                      // of one field
     std::vector<std::pair<std::size_t, std::string>> faults_;  // by row

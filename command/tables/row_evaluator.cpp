@@ -172,7 +172,7 @@ Verdict RowEvaluator::append_results(std::size_t row, std::string& output, RunSu
 }
 
 Verdict RowEvaluator::append_row(std::size_t row, std::string& output, RunSummary& summary) {
-    const auto& [record, line, fields, fits, readable] = rows_.row(row);
+    const auto& [record, line, fields, fits, readable, place] = rows_.row(row);
     const bool is_row = fields > 0;
     const bool objects = writer_.form().objects;
     if (!objects) output += record.text;
@@ -183,18 +183,52 @@ Verdict RowEvaluator::append_row(std::size_t row, std::string& output, RunSummar
     return verdict;
 }
 
+// Such answers need no look at their arguments, nor have they notes.
+void RowEvaluator::find_plain_rows() {
+    for (std::size_t row = 0; row < rows_.size(); ++row) plain_[row] = rows_.row(row).readable ? 1 : 0;
+    for (std::size_t call = 0; call < plan_.calls.size(); ++call) {
+        const Answers& answers = answers_[call];
+        const bool searched = plan_.calls[call].calculation->searches;
+        for (std::size_t row = 0; row < rows_.size(); ++row) {
+            const bool answered = answers.statuses[row] == ZELKOVAN_STATUS_SUCCESS && std::isfinite(answers.values[row]);
+            if (searched || !answered) plain_[row] = 0;
+        }
+    }
+}
+
+// false: the line may be too long for the buffer.
+bool RowEvaluator::write_plain_row(std::size_t row, std::string& output) {
+    const Record& record = rows_.row(row).record;
+    const std::string_view end = line_end(record);
+    const std::size_t bytes = record.text.size() + plan_.calls.size() * ResultWriter::answer_room + end.size();
+    if (bytes > LineBuffer::most_bytes) return false;
+    char* to = copy_text(lines_.room(bytes, output), record.text);
+    for (std::size_t call = 0; call < plan_.calls.size(); ++call) {
+        to = writer_.write_answer(to, plan_.calls[call], answers_[call].values[row]);
+    }
+    lines_.end_at(copy_text(to, end));
+    return true;
+}
+
 bool RowEvaluator::evaluate(std::string& output, RunSummary& summary) {
     const bool in_rows = !writer_.form().objects || !plan_.formulas.empty();
     for (std::size_t i = 0; i < plan_.calls.size() && in_rows; ++i) {
         call_rows(i);
         if (plan_.calls[i].wanted_later) carry(i);
     }
+    if (!writer_.form().objects) find_plain_rows();
     bool goes_on = true;
     for (std::size_t row = 0; row < rows_.size() && goes_on; ++row) {
+        if (plain_[row] != 0 && write_plain_row(row, output)) {
+            summary.count(Verdict::answered);
+            continue;
+        }
+        lines_.flush(output);
         const std::size_t begin = output.size();
         goes_on = !is_failure(append_row(row, output, summary)) || !writer_.form().strict;
         if (!goes_on) output.resize(begin);
     }
+    lines_.flush(output);
     rows_.clear();
     return goes_on;
 }

@@ -6,7 +6,9 @@
 //  (3) A call that is not answered leaves its result empty. Where its reason is wanted, it is made again, alone.
 //  (4) Formulas are calculated for all rows at once, of columns and of what earlier calls came to. Where an earlier call
 //      has no answer, the value is missing; where it was refused, so is what wants it.
-//  (5) An object wants everything that the call said: there each is made alone.
+//  (5) Most rows are answered plainly: every field can be read, every call has a finite answer that was not searched for.
+//      They are written without more ado.
+//  (6) An object wants everything that the call said: there each is made alone.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +17,7 @@
 #include <vector>
 
 #include "command/tables/call_plan.hpp"
+#include "command/tables/line_buffer.hpp"
 #include "command/tables/result_writer.hpp"
 #include "command/tables/row_columns.hpp"
 #include "command/tables/row_object.hpp"
@@ -61,6 +64,8 @@ private:
     [[nodiscard]] std::size_t unread_argument(Place at) const;
     CallResult unread_result(Place at, std::size_t position);
     CallResult result(Place at);
+    void find_plain_rows();
+    bool write_plain_row(std::size_t row, std::string& output);
     Verdict append_row(std::size_t row, std::string& output, RunSummary& summary);
     Verdict append_results(std::size_t row, std::string& output, RunSummary& summary);
     [[nodiscard]] std::string_view line_end(const Record& record) const {
@@ -80,6 +85,8 @@ private:
     std::vector<host::Column> columns_;                   // of one call
     std::vector<std::vector<host::Argument>> arguments_;  // by call, of the row that wants them; constants in place
     host::Evaluation evaluation_;                         // of the result that is written
+    std::vector<char> plain_ = std::vector<char>(RowColumns::most_rows);  // by row: whether it is answered plainly
+    LineBuffer lines_;                                                    // of rows that are
 };
 
 }  // namespace finance::command

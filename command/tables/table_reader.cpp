@@ -114,9 +114,9 @@ std::size_t TableReader::before_first_nul(std::string_view text, std::size_t who
     const std::size_t nul = text.substr(0, whole).find('\0');
     if (nul == std::string_view::npos) return whole;
     const std::size_t before = whole_records(text.substr(0, nul), delimiter_);
-    line_ += static_cast<std::uint64_t>(std::ranges::count(text.substr(0, before), '\n'));
+    line_ += count_line_feeds(text.substr(0, before));
     fault_ = at_line() + std::string{binary};
-    line_ -= static_cast<std::uint64_t>(std::ranges::count(text.substr(0, before), '\n'));
+    line_ -= count_line_feeds(text.substr(0, before));
     if (before == 0) throw TableError{fault_};
     ended_ = true;
     return before;
@@ -153,7 +153,7 @@ bool TableReader::next(Block& block) {
     ahead_.buffer.assign(left);
     ahead_.end = left.size();
     block.end = whole;
-    line_ += static_cast<std::uint64_t>(std::ranges::count(block.text(), '\n'));
+    line_ += count_line_feeds(block.text());
     if (!fault_.empty() && ended_) ahead_.end = 0;
     return whole > 0;
 }

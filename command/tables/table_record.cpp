@@ -10,11 +10,10 @@ namespace finance::command {
 
 namespace {
 
-constexpr char mark = '"';
+constexpr char mark = quotation_mark;
 
-const char* find(const char* begin, const char* end, char c) {
-    const void* found = begin == end ? nullptr : std::memchr(begin, c, static_cast<std::size_t>(end - begin));
-    return found != nullptr ? static_cast<const char*>(found) : end;
+__m128i sixteen_bytes(const char* p) {
+    return _mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(p)));
 }
 
 std::string_view between(const char* begin, const char* end) { return {begin, static_cast<std::size_t>(end - begin)}; }
@@ -22,20 +21,11 @@ std::string_view between(const char* begin, const char* end) { return {begin, st
 // One past the mark that closes the field whose first character after the opening mark is at p; null where none does.
 const char* after_closing_mark(const char* p, const char* end) {
     for (;;) {
-        p = find(p, end, mark);
+        p = find_byte(p, end, mark);
         if (p == end) return nullptr;
         if (p + 1 == end || p[1] != mark) return p + 1;
         p += 2;
     }
-}
-
-Record without_line_end(const char* begin, const char* end, bool quoted) {
-    const char* stop = end;
-    if (stop != begin && stop[-1] == '\n') {
-        --stop;
-        if (stop != begin && stop[-1] == '\r') --stop;
-    }
-    return {.text = between(begin, stop), .line_end = between(stop, end), .quoted = quoted};
 }
 
 // Takes the fields of a record one by one, as they are found.
@@ -63,8 +53,7 @@ std::size_t split_plain(std::string_view text, char delimiter, std::vector<std::
     FieldTaker taker{p, fields};
     const __m128i wanted = _mm_set1_epi8(delimiter);
     for (; end - p >= width; p += width) {
-        const __m128i bytes = _mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(p)));
-        auto places = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted)));
+        auto places = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(sixteen_bytes(p), wanted)));
         for (; places != 0; places &= places - 1) taker.take(p + std::countr_zero(places));
     }
     for (; p != end; ++p) {
@@ -83,7 +72,7 @@ std::size_t split_quoted(std::string_view text, char delimiter, std::vector<std:
             const char* closed = after_closing_mark(p + 1, end);
             p = closed != nullptr ? closed : end;
         }
-        p = find(p, end, delimiter);
+        p = find_byte(p, end, delimiter);
         taker.take(p);
         if (p == end) return taker.count();
         ++p;
@@ -92,11 +81,44 @@ std::size_t split_quoted(std::string_view text, char delimiter, std::vector<std:
 
 }  // namespace
 
+const char* find_byte(const char* begin, const char* end, char c) {
+    const void* found = begin == end ? nullptr : std::memchr(begin, c, static_cast<std::size_t>(end - begin));
+    return found != nullptr ? static_cast<const char*>(found) : end;
+}
+
+// Sixteen counters of a byte each, which are added up before one could overflow.
+std::size_t count_line_feeds(std::string_view text) {
+    constexpr std::size_t width = 16;
+    constexpr std::size_t most_steps = 255;
+    const __m128i wanted = _mm_set1_epi8('\n');
+    std::size_t count = 0;
+    while (text.size() >= width) {
+        const std::size_t steps = std::min(text.size() / width, most_steps);
+        __m128i counters = _mm_setzero_si128();
+        for (std::size_t i = 0; i < steps; ++i) {
+            counters = _mm_sub_epi8(counters, _mm_cmpeq_epi8(sixteen_bytes(text.data() + i * width), wanted));
+        }
+        const __m128i sums = _mm_sad_epu8(counters, _mm_setzero_si128());
+        count += static_cast<std::size_t>(_mm_cvtsi128_si64(_mm_add_epi64(sums, _mm_unpackhi_epi64(sums, sums))));
+        text.remove_prefix(steps * width);
+    }
+    return count + static_cast<std::size_t>(std::ranges::count(text, '\n'));
+}
+
+Record without_line_end(const char* begin, const char* end, bool quoted) {
+    const char* stop = end;
+    if (stop != begin && stop[-1] == '\n') {
+        --stop;
+        if (stop != begin && stop[-1] == '\r') --stop;
+    }
+    return {.text = between(begin, stop), .line_end = between(stop, end), .quoted = quoted};
+}
+
 RecordEnd find_record_end(const char* begin, const char* end, char delimiter) {
     for (const char* p = begin;;) {
-        const char* newline = find(p, end, '\n');
-        const char* quote = find(p, newline, mark);
-        while (quote != newline && quote != begin && quote[-1] != delimiter) quote = find(quote + 1, newline, mark);
+        const char* newline = find_byte(p, end, '\n');
+        const char* quote = find_byte(p, newline, mark);
+        while (quote != newline && quote != begin && quote[-1] != delimiter) quote = find_byte(quote + 1, newline, mark);
         if (quote == newline) return {.next = newline == end ? nullptr : newline + 1};
         p = after_closing_mark(quote + 1, end);
         if (p == nullptr) return {.in_quotes = true};
@@ -117,12 +139,12 @@ std::size_t whole_records(std::string_view text, char delimiter) {
 }
 
 RecordCursor::RecordCursor(std::string_view text, char delimiter)
-    : at_{text.data()}, end_{at_ + text.size()}, quote_{find(at_, end_, mark)}, delimiter_{delimiter} {}
+    : at_{text.data()}, end_{at_ + text.size()}, quote_{find_byte(at_, end_, mark)}, delimiter_{delimiter} {}
 
 bool RecordCursor::next(Record& record) {
     if (at_ == end_) return false;
-    if (quote_ < at_) quote_ = find(at_, end_, mark);
-    const char* newline = find(at_, end_, '\n');
+    if (quote_ < at_) quote_ = find_byte(at_, end_, mark);
+    const char* newline = find_byte(at_, end_, '\n');
     const bool quoted = quote_ < newline;
     const char* next = newline == end_ ? end_ : newline + 1;
     if (quoted) next = find_record_end(at_, end_, delimiter_).next;
@@ -158,9 +180,10 @@ std::string_view field_text(std::string_view raw, std::string& scratch) {
 }
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t";
-    text.remove_prefix(std::min(text.size(), text.find_first_not_of(blanks)));
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
+    const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
+    while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+    return text;
 }
 
 void append_field(std::string& output, std::string_view text, char delimiter) {

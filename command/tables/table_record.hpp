@@ -20,6 +20,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+inline constexpr char quotation_mark = '"';
+
+// The first byte that is c; end where there is none.
+const char* find_byte(const char* begin, const char* end, char c);
+
+std::size_t count_line_feeds(std::string_view text);
+
 struct RecordEnd {
     const char* next = nullptr;  // one past the record's line feed; null where the text ends before
     bool in_quotes = false;      // then: whether it ends within a quoted field
@@ -35,6 +42,9 @@ struct Record {
     std::string_view line_end{};  // empty, "\n" or "\r\n"
     bool quoted = false;          // there is a quotation mark in it
 };
+
+// The record between two places, its line feed, if it has one, included.
+Record without_line_end(const char* begin, const char* end, bool quoted);
 
 // Walks over the records of a text.
 class RecordCursor {
