@@ -1,5 +1,6 @@
 // Numbers, and what is a number or a date, as people read them.
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -17,71 +18,63 @@ namespace {
 static_assert(plain_room > 24);
 using Buffer = std::array<char, plain_room>;
 
-constexpr std::size_t most_digits = 17;  // of a shortest text
+__extension__ using Sixteen = unsigned __int128;  // characters, the first one lowest
+constexpr std::uint64_t zeros = 0x3030303030303030;
+constexpr unsigned bits = 8;  // of a character
 
-constexpr auto digit_pairs = [] {
-    std::array<char, 200> made{};
-    for (std::size_t i = 0; i < made.size(); ++i) {
-        made[i] = static_cast<char>('0' + (i % 2 == 0 ? i / 20 : i / 2 % 10));
-    }
-    return made;
-}();
-
-void write_pair(char* to, std::uint32_t number) { std::memcpy(to, &digit_pairs[std::size_t{2} * number], 2); }
-
-// Zeros before it included.
-void write_eight_digits(char* to, std::uint32_t number) {
-    const std::uint32_t high = number / 10'000;
-    const std::uint32_t low = number % 10'000;
-    write_pair(to, high / 100);
-    write_pair(to + 2, high % 100);
-    write_pair(to + 4, low / 100);
-    write_pair(to + 6, low % 100);
+// The eight digits of a number, the first one lowest, each in a byte: two numbers of four, four of two, eight of one. A
+// product and a shift divide: by 100 what is below 10,000, by 10 what is below 100.
+constexpr std::uint64_t eight_digits(std::uint64_t number) {
+    const std::uint64_t fours = number / 10'000 | number % 10'000 << 32U;
+    const std::uint64_t hundreds = (fours * 10'486 >> 20U) & 0x7F'0000'007F;
+    const std::uint64_t twos = hundreds | (fours - 100 * hundreds) << 16U;
+    const std::uint64_t tens = (twos * 103 >> 10U) & 0xF'000F'000F'000F;
+    return tens | (twos - 10 * tens) << bits;
 }
 
-// At most 17 digits, which end after so many characters; gives where the first one stands.
-constexpr std::size_t digits_room = 24;
-using Digits = std::array<char, digits_room + most_digits>;
-const char* write_digits(Digits& to, std::uint64_t number) {
-    constexpr std::uint64_t eight_digits = 100'000'000;
-    const std::uint64_t high = number / eight_digits;
-    write_eight_digits(to.data(), static_cast<std::uint32_t>(high / eight_digits));
-    write_eight_digits(to.data() + 8, static_cast<std::uint32_t>(high % eight_digits));
-    write_eight_digits(to.data() + 16, static_cast<std::uint32_t>(number % eight_digits));
-    const char* first = to.data() + (high / eight_digits > 0 ? 7 : high > 0 ? 8 : 16);
-    while (*first == '0') ++first;
-    return first;
+constexpr Sixteen sixteen_digits(std::uint64_t number) {
+    constexpr std::uint64_t half = 100'000'000;
+    return eight_digits(number / half) | Sixteen{eight_digits(number % half)} << 64U;
 }
+
+constexpr unsigned zeros_in_front(Sixteen digits) {
+    const auto first = static_cast<std::uint64_t>(digits);
+    const auto second = static_cast<std::uint64_t>(digits >> 64U);
+    const int places = first != 0 ? std::countr_zero(first) : 64 + std::countr_zero(second);
+    return static_cast<unsigned>(places) / bits;
+}
+
+void write_sixteen(char* to, Sixteen characters) { std::memcpy(to, &characters, sizeof characters); }
 
 char* write_as_library(char* to, double value) { return std::to_chars(to, to + plain_room, value).ptr; }
 
-// As many bytes whatever the number of digits: what is too much is written over, or lies in the room behind the text.
-char* copy_digits(char* to, const char* from, std::size_t count) {
-    std::memcpy(to, from, most_digits);
-    return to + count;
-}
-
-// digits * 10^-places in plain digits: 0.00123, 1199.1010503055047.
-char* write_fraction(char* to, const char* digits, std::size_t count, std::size_t places) {
-    const std::size_t whole = count > places ? count - places : 0;
-    if (whole == 0) *to++ = '0';
-    to = copy_digits(to, digits, whole);
-    *to++ = '.';
-    for (std::size_t zeros = places - (count - whole); zeros > 0; --zeros) *to++ = '0';
-    return copy_digits(to, digits + whole, count - whole);
-}
-
 // The shortest text of a number that is not whole. 1e-04 is shorter than 0.0001, and 1.2e-05 than 0.000012; among equally
-// long ones plain digits go first.
+// long ones plain digits go first. Sixteen characters are written where fewer are wanted: others go over the rest.
 char* write_not_whole(char* to, double value) {
+    constexpr std::uint64_t seventeenth = 10'000'000'000'000'000;
     const auto [number, exponent] = shortest_digits(std::abs(value));
-    Digits buffer{};
-    const char* const first = write_digits(buffer, number);
-    const auto count = static_cast<std::size_t>(buffer.data() + digits_room - first);
-    const auto places = static_cast<std::size_t>(-exponent);
+    const std::uint64_t top = number / seventeenth;
+    const Sixteen found = sixteen_digits(number % seventeenth);
+    const unsigned skipped = top != 0 ? 0 : zeros_in_front(found);
+    const Sixteen digits = (Sixteen{zeros} << 64U | zeros) + (found >> (bits * skipped));
+    const unsigned others = 16 - skipped;
+    const unsigned count = others + (top != 0 ? 1 : 0);
+    const auto places = static_cast<unsigned>(-exponent);
     if (places > count + (count == 1 ? 2 : 3)) return write_as_library(to, value);
-    if (std::signbit(value)) *to++ = '-';
-    return write_fraction(to, first, count, places);
+    *to = '-';
+    to += std::signbit(value) ? 1 : 0;
+    if (count <= places) {
+        std::memcpy(to, "0.000", 5);
+        to += 2 + (places - count);
+    }
+    *to = static_cast<char>('0' + top);
+    to += top != 0 ? 1 : 0;
+    write_sixteen(to, digits);
+    if (count <= places) return to + others;
+    const unsigned whole = others - places;
+    to[whole] = '.';
+    write_sixteen(to + whole + 1, digits >> (bits * whole));
+    return to + others + 1;
 }
 
 char* write_whole(char* to, double value) {

@@ -134,17 +134,18 @@ ShortestDigits nearest_digits(uint64_t c, int q, bool lowest) {
     const uint64_t value = scaled(power, (4 * c) << shift);
     const uint64_t low = scaled(power, (4 * c - (lowest ? 1U : 2U)) << shift) + odd;
     const uint64_t high = scaled(power, (4 * c + 2) << shift) - odd;
-    const auto within = [&](uint64_t s) { return low <= 4 * s && 4 * s <= high; };
-
+    // Each choice is made by a comparison and no jump: half of all numbers have a digit less than the others.
     const uint64_t tens = value / 40;
-    if (within(10 * tens) != within(10 * tens + 10)) {
-        return {.digits = tens + (within(10 * tens) ? 0U : 1U), .exponent = k + 1};
-    }
+    const bool tens_below = low <= 40 * tens;
+    const bool tens_above = 40 * tens + 40 <= high;
     const uint64_t s = value / 4;
-    if (within(s) != within(s + 1)) return {.digits = s + (within(s) ? 0U : 1U), .exponent = k};
+    const bool below = low <= 4 * s;
+    const bool above = 4 * s + 4 <= high;
     const uint64_t middle = 4 * s + 2;
-    const bool up = value > middle || (value == middle && s % 2 != 0);
-    return {.digits = s + (up ? 1U : 0U), .exponent = k};
+    const bool nearer_above = value + s % 2 > middle;
+    const bool up = below != above ? above : nearer_above;
+    const bool shorter = tens_below != tens_above;
+    return {.digits = shorter ? tens + (tens_above ? 1U : 0U) : s + (up ? 1U : 0U), .exponent = k + (shorter ? 1 : 0)};
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // The records of a block, many at a time, and where their fields end.
 //
-//  (1) Delimiters and line feeds are found together, sixteen bytes at a time, each byte being looked at once.
-//  (2) Records with a quotation mark are split one by one (table_record.hpp).
+//  (1) Delimiters, line feeds and quotation marks are found together (separators.hpp), each byte being looked at once.
+//  (2) A record with a mark where none belongs is split alone (table_record.hpp), and so is one that has no end.
 //  (3) Of a record that has not as many fields as the table has columns, nothing but their number is sure to be known.
 #pragma once
 
@@ -48,28 +48,22 @@ public:
     }
 
 private:
-    struct Separators;
-
-    [[nodiscard]] const char* end_of_plain() const;
-    [[nodiscard]] Separators separators_at(const char* p, const char* end) const;
-    void index_plain(const char* end);
-    void index_with_marks();
-    void index_crowded();
-    void keep(std::uint64_t delimiters, const char* from);
+    void index_chunks();
+    bool index_alone();
+    void keep(std::uint64_t delimiters, const char* chunk);
     void add(const Record& record, std::size_t first_end, std::size_t fields);
     [[nodiscard]] bool full() const { return entries_.size() == most_records; }
 
     char delimiter_;
     std::size_t columns_;
-    const char* base_ = nullptr;   // of the block's text
-    const char* at_ = nullptr;     // the next record
+    const char* base_ = nullptr;  // of the block's text
+    const char* at_ = nullptr;    // the next record
     const char* end_ = nullptr;
-    const char* quote_ = nullptr;  // the first quotation mark from at_ on, or the end
     std::uint64_t line_ = 1;
     std::vector<Entry> entries_;
     std::vector<std::uint32_t> ends_;  // where delimiters stand, from the block's first byte; blocks are below 4 GiB
     std::size_t kept_ = 0;             // of ends_
-    std::vector<std::string_view> fields_;  // of one record with marks
+    std::vector<std::string_view> fields_;  // of a record that is split alone
 };
 
 }  // namespace finance::command

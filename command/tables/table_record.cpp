@@ -6,6 +6,8 @@
 #include <bit>
 #include <cstring>
 
+#include "command/tables/separators.hpp"
+
 namespace finance::command {
 
 namespace {
@@ -126,11 +128,31 @@ RecordEnd find_record_end(const char* begin, const char* end, char delimiter) {
     }
 }
 
+namespace {
+
+// Where the last record ends before which no mark is in doubt; the beginning where there is none.
+const char* end_of_sure_records(const char* begin, const char* end, char delimiter) {
+    SeparatorScan scan{delimiter};
+    const char* whole = begin;
+    for (const char* p = begin; p != end;) {
+        const std::size_t size = std::min(chunk_bytes, static_cast<std::size_t>(end - p));
+        const Separators found = scan.next(p, size);
+        const std::uint64_t line_feeds = found.line_feeds & below_lowest(found.doubtful);
+        if (line_feeds != 0) whole = p + std::bit_width(line_feeds);
+        if (found.doubtful != 0) break;
+        p += size;
+    }
+    return whole;
+}
+
+}  // namespace
+
 std::size_t whole_records(std::string_view text, char delimiter) {
     if (text.find(mark) == std::string_view::npos) return text.rfind('\n') + 1;
     const char* p = text.data();
     const char* end = p + text.size();
     while (p != end) {
+        p = end_of_sure_records(p, end, delimiter);
         const char* next = find_record_end(p, end, delimiter).next;
         if (next == nullptr) break;
         p = next;

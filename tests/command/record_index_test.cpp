@@ -15,12 +15,12 @@ using command::Block;
 using command::RecordIndex;
 
 struct Row {
-    std::string text;
-    std::string line_end;
+    std::string text{};
+    std::string_view line_end{};
     bool quoted = false;
     std::uint64_t line = 0;
     std::size_t count = 0;
-    std::vector<std::string> fields;  // of a record that fits
+    std::vector<std::string> fields{};  // of a record that fits
 
     friend bool operator==(const Row&, const Row&) = default;
 };
@@ -35,6 +35,11 @@ Place after(Place place, char c, char delimiter) {
     if (place == Place::after_mark && c == '"') return Place::in_quotes;
     if (c == delimiter) return Place::at_field;
     return place == Place::at_field && c == '"' ? Place::in_quotes : Place::in_plain;
+}
+
+void cut_last(Row& row) {
+    row.text.pop_back();
+    row.fields.back().pop_back();
 }
 
 std::vector<Row> obvious_rows(const std::string& text, char delimiter, std::size_t columns) {
@@ -59,11 +64,13 @@ std::vector<Row> obvious_rows(const std::string& text, char delimiter, std::size
             }
             place = after(place, c, delimiter);
         }
-        row.line_end = ended ? "\n" : "";
-        if (ended && row.text.ends_with('\r')) {
-            row.text.pop_back();
+        // A last line feed ends the record even where its marks are not closed.
+        const bool within = !ended && row.text.ends_with('\n');
+        row.line_end = ended || within ? "\n" : "";
+        if (within) cut_last(row);
+        if (!row.line_end.empty() && row.text.ends_with('\r')) {
             row.line_end = "\r\n";
-            row.fields.back().pop_back();
+            cut_last(row);
         }
         row.count = row.fields.size();
         if (row.count != columns) row.fields.clear();
@@ -88,7 +95,7 @@ std::vector<Row> indexed_rows(RecordIndex& index, const Block& block, std::size_
             const auto& [record, line, count, first_end] = index[i];
             Row& row = rows.emplace_back();
             row = {.text = std::string{record.text},
-                   .line_end = std::string{record.line_end},
+                   .line_end = record.line_end,
                    .quoted = record.quoted,
                    .line = line,
                    .count = count};
@@ -142,9 +149,29 @@ TEST(RecordIndex, Draws) {
     }
 }
 
+// Well-formed fields with everything in them, and now and then a mark where none belongs.
+TEST(RecordIndex, QuotedFields) {
+    std::mt19937_64 draw{4};
+    const std::vector<std::string> fields{"a", "", "123.45", "\"\"", "\"a,b\"", "\"a\nb\"", "\"a \"\"b\"\", c\"", "\"\"\"\"", "\"\r\n\n\""};
+    const std::vector<std::string> others{"5\" pipe", "\"a\"x", "\"a\"x\"y", " \"a\"", "\"a\" "};
+    for (int i = 0; i < 400; ++i) {
+        std::string text;
+        for (std::size_t row = 0; row < 300; ++row) {
+            for (int column = 0; column < 3; ++column) {
+                const bool other = i % 2 == 1 && draw() % 50 == 0;
+                text += other ? others[draw() % others.size()] : fields[draw() % fields.size()];
+                if (column < 2) text += ',';
+            }
+            text += i % 3 == 0 ? "\r\n" : "\n";
+        }
+        expect_same(text, 3);
+        if (i % 4 == 0) expect_same(text.substr(0, text.size() - draw() % 100), 3, draw() % 64);
+    }
+}
+
 TEST(RecordIndex, MoreRecordsThanOneIndexHas) {
     std::string text;
-    for (int i = 0; i < 1000; ++i) text += std::to_string(i) + (i % 100 == 99 ? ",\"x\ny\"\n" : ",x\n");
+    for (int i = 0; i < 1000; ++i) text.append(std::to_string(i)).append(i % 100 == 99 ? ",\"x\ny\"\n" : ",x\n");
     expect_same(text, 2);
     expect_same(text, 3);
     expect_same(std::string(1000, '\n'), 2);
@@ -153,9 +180,10 @@ TEST(RecordIndex, MoreRecordsThanOneIndexHas) {
 // More fields than an index of a narrow table has room for: alone, after others, before others, at the end.
 TEST(RecordIndex, CrowdedRecords) {
     const std::string crowded(5000, ',');
-    const std::string marked = "\"," + crowded + "\"";
-    for (const std::string& text : {crowded, crowded + "\na,b\n", "a,b\n" + crowded, "a,b\n" + crowded + "\r\nc,d\n",
-                                    "a,b\n" + crowded.substr(0, 500) + "\n" + crowded.substr(0, 60) + "\nc,d\n",
+    const std::string marked = std::string{"\","}.append(crowded).append("\"");
+    const std::string row = "a,b\n";
+    for (const std::string& text : {crowded, crowded + "\na,b\n", row + crowded, row + crowded + "\r\nc,d\n",
+                                    row + crowded.substr(0, 500) + "\n" + crowded.substr(0, 60) + "\nc,d\n",
                                     crowded + "\n" + marked + ",x\n" + crowded + ",\"\"\nc,d\n", marked + "\n" + crowded}) {
         expect_same(text, 2);
         expect_same(text, 5002);
@@ -165,7 +193,8 @@ TEST(RecordIndex, CrowdedRecords) {
 // Records that do not fit leave less room for those with marks after them.
 TEST(RecordIndex, LittleRoom) {
     for (std::size_t commas = 0; commas < 600; ++commas) {
-        std::string text = std::string(commas, ',') + "\n";
+        std::string text(commas, ',');
+        text += '\n';
         for (int i = 0; i < 5; ++i) text += "\"a\",b,c\nd,e,f\n";
         expect_same(text, 3);
     }
@@ -184,6 +213,24 @@ TEST(RecordIndex, BeginsAnew) {
     EXPECT_EQ(index[0].line, 7U);
     EXPECT_EQ(index.field(1, 1), "\"i\"");
     EXPECT_FALSE(index.next());
+}
+
+// Up to the last line feed outside of marks, as the obvious way has it.
+TEST(WholeRecords, Draws) {
+    std::mt19937_64 draw{5};
+    for (const std::string_view letters : {"a,\n\"", "aaaaaaaaaa,,,,\n\n\"", "aa,\"\"\"\n\r", "\"\n", "aaaa,,\n"}) {
+        for (int i = 0; i < 2000; ++i) {
+            const std::string text = draw_text(draw, letters, draw() % 400);
+            std::size_t whole = 0;
+            Place place = Place::at_field;
+            for (std::size_t k = 0; k < text.size(); ++k) {
+                const bool ends = text[k] == '\n' && place != Place::in_quotes;
+                if (ends) whole = k + 1;
+                place = ends ? Place::at_field : after(place, text[k], ',');
+            }
+            ASSERT_EQ(command::whole_records(text, ','), whole) << text;
+        }
+    }
 }
 
 TEST(LineFeeds, AreCountedAtEveryAlignment) {
