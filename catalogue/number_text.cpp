@@ -84,7 +84,8 @@ char* write_whole(char* to, double value) {
 }  // namespace
 
 char* write_plain(char* to, double value) {
-    if (std::abs(value) < 0x1p63) return value == std::trunc(value) ? write_whole(to, value) : write_not_whole(to, value);
+    if (std::abs(value) < 0x1p63)
+        return value == std::trunc(value) ? write_whole(to, value) : write_not_whole(to, value);
     if (!std::isnan(value)) return write_as_library(to, value);
     *to = '.';
     return to + 1;

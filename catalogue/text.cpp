@@ -18,15 +18,25 @@ constexpr int last_year = 9999;
 static_assert((sys_days{year{first_year} / January / 1} - epoch).count() == first_host_day);
 static_assert((sys_days{year{last_year} / December / 31} - epoch).count() == last_host_day);
 
-// Digits only, all of them; -1 otherwise.
-int digits(std::string_view text) {
-    int value = 0;
-    for (const char c : text) {
-        if (!is_digit(c)) return -1;
-        value = value * 10 + (c - '0');
+// Reads numbers of two digits, and remembers whether anything was none.
+class DigitPairs {
+public:
+    explicit DigitPairs(std::string_view text) : text_{text} {}
+
+    unsigned at(std::size_t place) {
+        const unsigned tens = digit(text_[place]);
+        const unsigned ones = digit(text_[place + 1]);
+        all_digits_ = all_digits_ && tens < 10 && ones < 10;
+        return tens * 10 + ones;
     }
-    return value;
-}
+    [[nodiscard]] bool all_digits() const { return all_digits_; }
+
+private:
+    static unsigned digit(char c) { return static_cast<unsigned char>(c) - unsigned{'0'}; }
+
+    std::string_view text_;
+    bool all_digits_ = true;
+};
 
 char* write_digits(char* to, unsigned value, std::size_t width) {
     for (std::size_t i = width; i-- > 0; value /= 10) to[i] = static_cast<char>('0' + value % 10);
@@ -36,7 +46,8 @@ char* write_digits(char* to, unsigned value, std::size_t width) {
 }  // namespace
 
 char* write_date(char* to, double host_date) {
-    if (!(host_date >= first_host_day && host_date <= last_host_day) || host_date != std::trunc(host_date)) return nullptr;
+    if (!(host_date >= first_host_day && host_date <= last_host_day) || host_date != std::trunc(host_date))
+        return nullptr;
     const year_month_day date{epoch + days{static_cast<int>(host_date)}};
     to = write_digits(to, static_cast<unsigned>(static_cast<int>(date.year())), 4);
     *to++ = '-';
@@ -47,11 +58,12 @@ char* write_date(char* to, double host_date) {
 
 std::optional<double> host_date(std::string_view iso) {
     if (iso.size() != 10 || iso[4] != '-' || iso[7] != '-') return {};
-    const int y = digits(iso.substr(0, 4));
-    const int m = digits(iso.substr(5, 2));
-    const int d = digits(iso.substr(8, 2));
-    if (y < first_year || m < 1 || d < 1) return {};
-    const year_month_day date{year{y}, month{static_cast<unsigned>(m)}, day{static_cast<unsigned>(d)}};
+    DigitPairs pairs{iso};
+    const unsigned y = pairs.at(0) * 100 + pairs.at(2);
+    const unsigned m = pairs.at(5);
+    const unsigned d = pairs.at(8);
+    if (!pairs.all_digits() || y < first_year) return {};
+    const year_month_day date{year{static_cast<int>(y)}, month{m}, day{d}};
     if (!date.ok()) return {};
     return static_cast<double>((sys_days{date} - epoch).count());
 }

@@ -31,19 +31,6 @@ bool RecordIndex::next() {
     return !entries_.empty();
 }
 
-void RecordIndex::add(const Record& record, std::size_t first_end, std::size_t fields) {
-    entries_.push_back({.record = record, .line = line_, .fields = fields, .first_end = first_end});
-    ++line_;
-    at_ = record.text.data() + record.text.size() + record.line_end.size();
-}
-
-void RecordIndex::keep(std::uint64_t delimiters, const char* chunk) {
-    const auto place = static_cast<std::uint32_t>(chunk - base_);
-    for (; delimiters != 0; delimiters &= delimiters - 1) {
-        ends_[kept_++] = place + static_cast<std::uint32_t>(std::countr_zero(delimiters));
-    }
-}
-
 // Up to the end, to as many records as an index has, to a record whose fields there is no room for, or to one that must
 // be split alone.
 void RecordIndex::index_chunks() {
@@ -61,7 +48,8 @@ void RecordIndex::index_chunks() {
             const char* line_feed = p + std::countr_zero(line_feeds);
             marks |= found.marks & before;
             add(without_line_end(at_, line_feed + 1, marks != 0), first_end, kept_ - first_end + 1);
-            if (marks != 0) line_ += static_cast<unsigned>(quoted_lines + std::popcount(found.quoted_line_feeds & before));
+            if (marks != 0)
+                line_ += static_cast<unsigned>(quoted_lines + std::popcount(found.quoted_line_feeds & before));
             first_end = kept_;
             if (full()) return;
             found.delimiters &= ~before;

@@ -5,6 +5,7 @@
 //  (3) Of a record that has not as many fields as the table has columns, nothing but their number is sure to be known.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -21,7 +22,7 @@ public:
 
     struct Entry {
         Record record{};
-        std::uint64_t line = 0;     // the number of the line that it begins on
+        std::uint64_t line = 0;  // the number of the line that it begins on
         std::size_t fields = 0;
         std::size_t first_end = 0;  // of the ends of its fields
     };
@@ -50,8 +51,19 @@ public:
 private:
     void index_chunks();
     bool index_alone();
-    void keep(std::uint64_t delimiters, const char* chunk);
-    void add(const Record& record, std::size_t first_end, std::size_t fields);
+    void keep(std::uint64_t delimiters, const char* chunk) {
+        const auto place = static_cast<std::uint32_t>(chunk - base_);
+        std::uint32_t* to = ends_.data() + kept_;
+        for (; delimiters != 0; delimiters &= delimiters - 1) {
+            *to++ = place + static_cast<std::uint32_t>(std::countr_zero(delimiters));
+        }
+        kept_ = static_cast<std::size_t>(to - ends_.data());
+    }
+    void add(const Record& record, std::size_t first_end, std::size_t fields) {
+        entries_.push_back({.record = record, .line = line_, .fields = fields, .first_end = first_end});
+        ++line_;
+        at_ = record.text.data() + record.text.size() + record.line_end.size();
+    }
     [[nodiscard]] bool full() const { return entries_.size() == most_records; }
 
     char delimiter_;

@@ -10,7 +10,7 @@ namespace {
 using catalogue::Kind;
 
 // What read_field makes of fields that are empty, or no more than a plain number or a year-month-day; false: of any
-// other, or one that is not meant.
+// other, or one that is not meant. Not of a basis.
 bool read_quickly(Kind kind, std::string_view field, double& value) {
     if (field.empty()) {
         value = host::Argument::missing().number();
@@ -24,12 +24,26 @@ bool read_quickly(Kind kind, std::string_view field, double& value) {
     return read_plain_decimal(field, value) && calls::is_meant(kind, value);
 }
 
-// Whether options leave plain fields what they are. A text that is missing by them may be one.
+// The same of a basis: a code, or a keyword as the catalogue writes it.
+std::optional<host::Argument> quick_basis(std::string_view field) {
+    double code = 0.0;
+    if (read_plain_decimal(field, code)) {
+        return calls::is_meant(Kind::basis, code) ? std::optional<host::Argument>{code} : std::nullopt;
+    }
+    const auto keyword = std::ranges::find(catalogue::basis_keywords, field);
+    if (keyword == catalogue::basis_keywords.end()) return {};
+    return host::Argument{*keyword};
+}
+
+// Whether options leave plain fields what they are. A text that is missing by them may be one; keywords are such whatever
+// their case.
 bool reads_quickly(const FieldForm& form, Kind kind) {
-    if (kind == Kind::basis || form.decimal_comma || form.loose) return false;
-    if (form.dates && catalogue::is_dated(kind)) return false;
-    double value = 0.0;
-    return std::ranges::none_of(form.missing, [&](std::string_view text) { return read_quickly(kind, text, value); });
+    if (form.decimal_comma || form.loose || (form.dates && catalogue::is_dated(kind))) return false;
+    if (kind == Kind::basis) return form.missing.empty();
+    return std::ranges::none_of(form.missing, [&](std::string_view text) {
+        double value = 0.0;
+        return read_quickly(kind, text, value);
+    });
 }
 
 }  // namespace
@@ -68,9 +82,22 @@ bool RowColumns::put(std::size_t input, std::size_t row, std::string_view field)
     return true;
 }
 
-void RowColumns::read_input(std::size_t input, const RecordIndex& index) {
-    const auto [column, kind, in_formula] = plan_.inputs[input];
+bool RowColumns::put_quickly(std::size_t input, std::size_t row, std::string_view field) {
     Values& values = columns_[input];
+    if (!values.quick) return false;
+    if (mixed(input)) {
+        const auto basis = quick_basis(field);
+        if (!basis) return false;
+        values.arguments[row] = *basis;
+    } else if (!read_quickly(plan_.inputs[input].kind, field, values.numbers[row])) {
+        return false;
+    }
+    values.readable[row] = 1;
+    return true;
+}
+
+void RowColumns::read_input(std::size_t input, const RecordIndex& index) {
+    const std::size_t column = plan_.inputs[input].column;
     for (std::size_t row = unread_; row < rows_.size(); ++row) {
         TableRow& read = rows_[row];
         if (!read.fits) {
@@ -78,12 +105,9 @@ void RowColumns::read_input(std::size_t input, const RecordIndex& index) {
             continue;
         }
         const std::string_view field = index.field(read.place, column);
-        if (values.quick && read_quickly(kind, field, values.numbers[row])) {
-            values.readable[row] = 1;
-        } else if (!put(input, row, field)) {
-            put_missing(input, row);
-            read.readable = false;
-        }
+        if (put_quickly(input, row, field) || put(input, row, field)) continue;
+        put_missing(input, row);
+        read.readable = false;
     }
 }
 

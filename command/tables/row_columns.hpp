@@ -74,9 +74,7 @@ public:
         rows_.push_back({.record = record, .line = line, .fields = plan_.columns});
         faults_.emplace_back(rows_.size() - 1, fault);
     }
-    void add_empty_line(const Record& record, std::uint64_t line) {
-        rows_.push_back({.record = record, .line = line});
-    }
+    void add_empty_line(const Record& record, std::uint64_t line) { rows_.push_back({.record = record, .line = line}); }
     void read(const RecordIndex& index);
     void clear() {
         rows_.clear();
@@ -121,6 +119,8 @@ private:
     [[nodiscard]] bool mixed(std::size_t input) const { return plan_.inputs[input].kind == catalogue::Kind::basis; }
 
     void read_input(std::size_t input, const RecordIndex& index);
+    // false: of a field that is not plain.
+    bool put_quickly(std::size_t input, std::size_t row, std::string_view field);
     // false where the field cannot be read.
     bool put(std::size_t input, std::size_t row, std::string_view field);
     void put_missing(std::size_t input, std::size_t row);
@@ -132,7 +132,7 @@ private:
     char delimiter_;
     std::vector<std::string_view> fields_;  // of one row
     std::vector<TableRow> rows_;
-    std::size_t unread_ = 0;  // the first row that has been added and not read
+    std::size_t unread_ = 0;                                   // the first row that has been added and not read
     std::vector<Values> columns_;                              // by input
     std::string scratch_;                                      // of one field
     std::vector<std::pair<std::size_t, std::string>> faults_;  // by row

@@ -190,7 +190,8 @@ void RowEvaluator::find_plain_rows() {
         const Answers& answers = answers_[call];
         const bool searched = plan_.calls[call].calculation->searches;
         for (std::size_t row = 0; row < rows_.size(); ++row) {
-            const bool answered = answers.statuses[row] == ZELKOVAN_STATUS_SUCCESS && std::isfinite(answers.values[row]);
+            const bool answered =
+                answers.statuses[row] == ZELKOVAN_STATUS_SUCCESS && std::isfinite(answers.values[row]);
             if (searched || !answered) plain_[row] = 0;
         }
     }

@@ -1,7 +1,5 @@
 #include "command/tables/table_record.hpp"
 
-#include <emmintrin.h>
-
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -13,10 +11,6 @@ namespace finance::command {
 namespace {
 
 constexpr char mark = quotation_mark;
-
-__m128i sixteen_bytes(const char* p) {
-    return _mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(p)));
-}
 
 std::string_view between(const char* begin, const char* end) { return {begin, static_cast<std::size_t>(end - begin)}; }
 
@@ -53,9 +47,8 @@ std::size_t split_plain(std::string_view text, char delimiter, std::vector<std::
     const char* p = text.data();
     const char* end = p + text.size();
     FieldTaker taker{p, fields};
-    const __m128i wanted = _mm_set1_epi8(delimiter);
     for (; end - p >= width; p += width) {
-        auto places = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(sixteen_bytes(p), wanted)));
+        std::uint64_t places = equal_bytes(sixteen_bytes(p), delimiter);
         for (; places != 0; places &= places - 1) taker.take(p + std::countr_zero(places));
     }
     for (; p != end; ++p) {
@@ -107,20 +100,12 @@ std::size_t count_line_feeds(std::string_view text) {
     return count + static_cast<std::size_t>(std::ranges::count(text, '\n'));
 }
 
-Record without_line_end(const char* begin, const char* end, bool quoted) {
-    const char* stop = end;
-    if (stop != begin && stop[-1] == '\n') {
-        --stop;
-        if (stop != begin && stop[-1] == '\r') --stop;
-    }
-    return {.text = between(begin, stop), .line_end = between(stop, end), .quoted = quoted};
-}
-
 RecordEnd find_record_end(const char* begin, const char* end, char delimiter) {
     for (const char* p = begin;;) {
         const char* newline = find_byte(p, end, '\n');
         const char* quote = find_byte(p, newline, mark);
-        while (quote != newline && quote != begin && quote[-1] != delimiter) quote = find_byte(quote + 1, newline, mark);
+        while (quote != newline && quote != begin && quote[-1] != delimiter)
+            quote = find_byte(quote + 1, newline, mark);
         if (quote == newline) return {.next = newline == end ? nullptr : newline + 1};
         p = after_closing_mark(quote + 1, end);
         if (p == nullptr) return {.in_quotes = true};

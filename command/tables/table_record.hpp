@@ -44,7 +44,16 @@ struct Record {
 };
 
 // The record between two places, its line feed, if it has one, included.
-Record without_line_end(const char* begin, const char* end, bool quoted);
+inline Record without_line_end(const char* begin, const char* end, bool quoted) {
+    const char* stop = end;
+    if (stop != begin && stop[-1] == '\n') {
+        --stop;
+        if (stop != begin && stop[-1] == '\r') --stop;
+    }
+    return {.text = {begin, static_cast<std::size_t>(stop - begin)},
+            .line_end = {stop, static_cast<std::size_t>(end - stop)},
+            .quoted = quoted};
+}
 
 // Walks over the records of a text.
 class RecordCursor {

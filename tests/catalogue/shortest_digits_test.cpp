@@ -63,7 +63,8 @@ TEST(ShortestDigits, PowersOfTwoAndTheirNeighbours) {
 TEST(ShortestDigits, PowersOfTenAndTheirMultiples) {
     for (int exponent = -322; exponent <= 308; ++exponent) {
         for (int digit = 1; digit < 10; ++digit) {
-            const double value = value_of(std::string{"0."}.append(std::to_string(digit)).append("e").append(std::to_string(exponent)));
+            const double value =
+                value_of(std::string{"0."}.append(std::to_string(digit)).append("e").append(std::to_string(exponent)));
             expect_neighbours_as_library(value);
         }
     }

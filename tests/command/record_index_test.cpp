@@ -144,7 +144,8 @@ TEST(RecordIndex, EverySeparatorAtEveryPlace) {
 // Quotation marks in each record, in some, in none.
 TEST(RecordIndex, Draws) {
     std::mt19937_64 draw{2};
-    for (const std::string_view letters : {"a,\n", "aa,\n\r", "a,\n\"", "aaaaaaaaaa,,,,\n\n\"", "aa,\"\"\"\n\r", "\n", "\"\n"}) {
+    for (const std::string_view letters :
+         {"a,\n", "aa,\n\r", "a,\n\"", "aaaaaaaaaa,,,,\n\n\"", "aa,\"\"\"\n\r", "\n", "\"\n"}) {
         for (int i = 0; i < 300; ++i) expect_same(draw_text(draw, letters, draw() % 1000), 1 + draw() % 4);
     }
 }
@@ -152,7 +153,8 @@ TEST(RecordIndex, Draws) {
 // Well-formed fields with everything in them, and now and then a mark where none belongs.
 TEST(RecordIndex, QuotedFields) {
     std::mt19937_64 draw{4};
-    const std::vector<std::string> fields{"a", "", "123.45", "\"\"", "\"a,b\"", "\"a\nb\"", "\"a \"\"b\"\", c\"", "\"\"\"\"", "\"\r\n\n\""};
+    const std::vector<std::string> fields{
+        "a", "", "123.45", "\"\"", "\"a,b\"", "\"a\nb\"", "\"a \"\"b\"\", c\"", "\"\"\"\"", "\"\r\n\n\""};
     const std::vector<std::string> others{"5\" pipe", "\"a\"x", "\"a\"x\"y", " \"a\"", "\"a\" "};
     for (int i = 0; i < 400; ++i) {
         std::string text;
@@ -182,9 +184,10 @@ TEST(RecordIndex, CrowdedRecords) {
     const std::string crowded(5000, ',');
     const std::string marked = std::string{"\","}.append(crowded).append("\"");
     const std::string row = "a,b\n";
-    for (const std::string& text : {crowded, crowded + "\na,b\n", row + crowded, row + crowded + "\r\nc,d\n",
-                                    row + crowded.substr(0, 500) + "\n" + crowded.substr(0, 60) + "\nc,d\n",
-                                    crowded + "\n" + marked + ",x\n" + crowded + ",\"\"\nc,d\n", marked + "\n" + crowded}) {
+    for (const std::string& text :
+         {crowded, crowded + "\na,b\n", row + crowded, row + crowded + "\r\nc,d\n",
+          row + crowded.substr(0, 500) + "\n" + crowded.substr(0, 60) + "\nc,d\n",
+          crowded + "\n" + marked + ",x\n" + crowded + ",\"\"\nc,d\n", marked + "\n" + crowded}) {
         expect_same(text, 2);
         expect_same(text, 5002);
     }
