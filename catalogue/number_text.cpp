@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "catalogue/shortest_digits.hpp"
 #include "catalogue/text.hpp"
@@ -64,7 +65,8 @@ char* write_not_whole(char* to, double value) {
     *to = '-';
     to += std::signbit(value) ? 1 : 0;
     if (count <= places) {
-        std::memcpy(to, "0.000", 5);
+        constexpr std::string_view front = "0.000";
+        front.copy(to, front.size());
         to += 2 + (places - count);
     }
     *to = static_cast<char>('0' + top);
