@@ -33,10 +33,7 @@ constexpr std::uint64_t eight_digits(std::uint64_t number) {
     return tens | (twos - 10 * tens) << bits;
 }
 
-constexpr Sixteen sixteen_digits(std::uint64_t number) {
-    constexpr std::uint64_t half = 100'000'000;
-    return eight_digits(number / half) | Sixteen{eight_digits(number % half)} << 64U;
-}
+constexpr std::uint64_t eight_zeros = 100'000'000;
 
 constexpr unsigned zeros_in_front(Sixteen digits) {
     const auto first = static_cast<std::uint64_t>(digits);
@@ -52,10 +49,10 @@ char* write_as_library(char* to, double value) { return std::to_chars(to, to + p
 // The shortest text of a number that is not whole. 1e-04 is shorter than 0.0001, and 1.2e-05 than 0.000012; among equally
 // long ones plain digits go first. Sixteen characters are written where fewer are wanted: others go over the rest.
 char* write_not_whole(char* to, double value) {
-    constexpr std::uint64_t seventeenth = 10'000'000'000'000'000;
     const auto [number, exponent] = shortest_digits(std::abs(value));
-    const std::uint64_t top = number / seventeenth;
-    const Sixteen found = sixteen_digits(number % seventeenth);
+    const std::uint64_t front = number / eight_zeros;
+    const std::uint64_t top = front / eight_zeros;
+    const Sixteen found = eight_digits(front % eight_zeros) | Sixteen{eight_digits(number % eight_zeros)} << 64U;
     const unsigned skipped = top != 0 ? 0 : zeros_in_front(found);
     const Sixteen digits = (Sixteen{zeros} << 64U | zeros) + (found >> (bits * skipped));
     const unsigned others = 16 - skipped;

@@ -2,7 +2,8 @@
 //
 //  (1) Records put together again are the text, byte for byte; a record's fields joined by delimiters are the record.
 //  (2) A field that says something says the same after it has been written and read again.
-//  (3) Records and fault are the same whatever the size of the blocks that are read, and a fault comes after all
+//  (3) An index of the records has the same ones, with the same fields where they fit the first one.
+//  (4) Records and fault are the same whatever the size of the blocks that are read, and a fault comes after all
 //      records before it.
 #include <sys/mman.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "command/tables/foreign_format.hpp"
+#include "command/tables/record_index.hpp"
 #include "command/tables/table_reader.hpp"
 #include "command/tables/table_record.hpp"
 #include "fuzz/input.hpp"
@@ -115,6 +117,36 @@ void check_records(std::string_view text, char delimiter) {
     must(command::whole_records(text, delimiter) == whole, "the size of the whole records");
 }
 
+void check_entry(const command::RecordIndex& index, std::size_t i, const ModelRecord& expected, std::size_t columns) {
+    const auto& [record, line, fields, first_end] = index[i];
+    must(std::string{record.text}.append(record.line_end) == expected.text, "the bytes of a record in an index");
+    if (!expected.closed) return;
+    must(fields == expected.fields.size(), "the number of a record's fields in an index");
+    for (std::size_t column = 0; column < columns && fields == columns; ++column) {
+        must(index.field(i, column) == expected.fields[column], "a field in an index");
+    }
+}
+
+void check_index(std::string_view text, char delimiter) {
+    const std::vector<ModelRecord> records = model_records(text, delimiter);
+    const std::size_t columns = records.empty() ? 1 : records.front().fields.size();
+    const command::Block block{.buffer = std::string{text}, .begin = 0, .end = text.size(), .first_line = 1};
+    command::RecordIndex index{delimiter, columns};
+    index.begin(block);
+    std::size_t i = 0;
+    std::uint64_t line = 1;
+    for (const ModelRecord& expected : records) {
+        if (i == index.size()) {
+            must(index.next(), "an index has as many records");
+            i = 0;
+        }
+        must(index[i].line == line, "the line of a record in an index");
+        line += static_cast<std::uint64_t>(std::ranges::count(expected.text, '\n'));
+        check_entry(index, i++, expected, columns);
+    }
+    must(i == index.size() && !index.next(), "an index has no more records");
+}
+
 // ---- Blocks of a file
 
 struct ReadResult {
@@ -192,6 +224,7 @@ void run(Bytes in) {
     const std::size_t limit = in.flag() ? 4096 : 32 + in.below(64);
     const std::string_view text = in.rest();
     check_records(text, delimiter);
+    check_index(text, delimiter);
     if (!is_text_table(text)) return;
     const ReadResult expected = expected_reading(text, delimiter, limit);
     const int file = file_of(text);
