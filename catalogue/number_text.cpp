@@ -62,8 +62,8 @@ char* write_not_whole(char* to, double value) {
     *to = '-';
     to += std::signbit(value) ? 1 : 0;
     if (count <= places) {
-        constexpr std::string_view front = "0.000";
-        front.copy(to, front.size());
+        constexpr std::string_view nought = "0.000";
+        nought.copy(to, nought.size());
         to += 2 + (places - count);
     }
     *to = static_cast<char>('0' + top);
