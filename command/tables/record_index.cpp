@@ -7,9 +7,11 @@
 
 namespace finance::command {
 
-// There is room for all fields of as many records as fit the table.
+// Room for the fields of as many records as fit the table, or, where it is wide, of fewer.
 RecordIndex::RecordIndex(char delimiter, std::size_t columns)
-    : delimiter_{delimiter}, columns_{columns}, ends_(most_records * columns + chunk_bytes), fields_(columns) {
+    : delimiter_{delimiter},
+      columns_{columns},
+      ends_(std::max(columns, std::min(most_records * columns, most_ends)) + chunk_bytes) {
     entries_.reserve(most_records);
 }
 
@@ -74,6 +76,7 @@ bool RecordIndex::index_alone() {
     const Record whole = without_line_end(at_, next != nullptr ? next : end_, false);
     const Record record{whole.text, whole.line_end, whole.text.find(quotation_mark) != std::string_view::npos};
     const std::size_t first_end = kept_;
+    fields_.resize(columns_);
     const std::size_t count = split_record(record, delimiter_, fields_);
     for (std::size_t i = 0; i + 1 < columns_ && count == columns_; ++i) {
         ends_[kept_++] = static_cast<std::uint32_t>(fields_[i].data() + fields_[i].size() - base_);

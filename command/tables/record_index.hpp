@@ -19,6 +19,7 @@ namespace finance::command {
 class RecordIndex {
 public:
     static constexpr std::size_t most_records = 256;
+    static constexpr std::size_t most_ends = std::size_t{64} * 1024;  // of fields, unless one record has more
 
     struct Entry {
         Record record{};

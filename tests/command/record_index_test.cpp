@@ -193,6 +193,17 @@ TEST(RecordIndex, CrowdedRecords) {
     }
 }
 
+// Tables with so many columns that an index has room for a few records only, or for one.
+TEST(RecordIndex, WideTables) {
+    for (const std::size_t columns : {256U, 257U, 1000U, 20000U, 70000U}) {
+        std::string text;
+        for (std::size_t row = 0; row < 1'000'000 / columns; ++row) {
+            text.append(columns - 1 - (row % 10 == 7 ? 1 : 0), ',').append(row % 4 == 2 ? "\"\n\"\n" : "a\r\n");
+        }
+        expect_same(text, columns);
+    }
+}
+
 // Records that do not fit leave less room for those with marks after them.
 TEST(RecordIndex, LittleRoom) {
     for (std::size_t commas = 0; commas < 600; ++commas) {
