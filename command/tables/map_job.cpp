@@ -57,7 +57,7 @@ private:
         RowColumns& rows = evaluator_.rows();
         const auto& [record, line, fields, first_end] = index_[place];
         if (index_.empty_line(place)) return rows.add_empty_line(record, line);
-        switch (filter_.of(record)) {
+        switch (filter_.of(index_, place)) {
             case RowFilter::Verdict::taken:
                 return rows.add(index_, place);
             case RowFilter::Verdict::unknown:

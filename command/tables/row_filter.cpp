@@ -9,7 +9,11 @@ namespace finance::command {
 RowFilter::RowFilter(const CallPlan& plan, const std::vector<std::string>& names, char delimiter)
     : plan_{plan}, names_{names}, delimiter_{delimiter}, fields_(plan.where.empty() ? 0 : plan.columns) {
     std::size_t texts = 1;
-    for (const TableFormula& condition : plan.where) texts = std::max(texts, condition.texts.size());
+    for (const TableFormula& condition : plan.where) {
+        texts = std::max(texts, condition.texts.size());
+        for (const FormulaSource& source : condition.numbers) read_.push_back(source.index);
+        read_.insert(read_.end(), condition.texts.begin(), condition.texts.end());
+    }
     scratches_.resize(texts);
 }
 
@@ -33,9 +37,19 @@ std::optional<double> RowFilter::truth(const TableFormula& condition) {
     return condition.formula.value(numbers_, texts_, stack_);
 }
 
-// What surely does not hold of a row leaves it out, whatever else is unknown of it.
 RowFilter::Verdict RowFilter::of(const Record& record) {
     if (plan_.where.empty() || split_record(record, delimiter_, fields_) != plan_.columns) return Verdict::taken;
+    return of_fields();
+}
+
+RowFilter::Verdict RowFilter::of(const RecordIndex& index, std::size_t place) {
+    if (plan_.where.empty() || index[place].fields != plan_.columns) return Verdict::taken;
+    for (const std::size_t column : read_) fields_[column] = index.field(place, column);
+    return of_fields();
+}
+
+// What surely does not hold of a row leaves it out, whatever else is unknown of it.
+RowFilter::Verdict RowFilter::of_fields() {
     Verdict verdict = Verdict::taken;
     for (const TableFormula& condition : plan_.where) {
         const auto holds = truth(condition);

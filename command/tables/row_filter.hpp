@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "command/tables/call_plan.hpp"
+#include "command/tables/record_index.hpp"
 #include "command/tables/table_record.hpp"
 
 namespace finance::command {
@@ -21,10 +22,12 @@ public:
 
     // A row without as many fields as the table has columns is taken: others refuse it.
     Verdict of(const Record& record);
+    Verdict of(const RecordIndex& index, std::size_t place);
     // Why nobody knows.
     [[nodiscard]] const std::string& fault() const { return fault_; }
 
 private:
+    Verdict of_fields();
     // 1, 0, or missing; nothing where a field is no number.
     std::optional<double> truth(const TableFormula& condition);
 
@@ -32,6 +35,7 @@ private:
     const std::vector<std::string>& names_;
     char delimiter_;
     std::vector<std::string_view> fields_;
+    std::vector<std::size_t> read_{};  // columns
     std::vector<double> numbers_{};
     std::vector<std::string_view> texts_{};
     std::vector<std::string> scratches_{};  // of fields with marks: a text each
