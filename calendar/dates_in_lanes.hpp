@@ -117,7 +117,7 @@ LaneTruth<Set> ends_month(const LaneDate<Set>& date) {
 
 // Whole host dates of usual years (1), of which only julianDay is set.
 template <typename Set>
-bool read_date(Rows<Set>& in, int i, LaneDate<Set>& date) {
+[[gnu::always_inline]] inline bool read_date(Rows<Set>& in, int i, LaneDate<Set>& date) {
     constexpr double january_1_of_year_3 = 1722156;  // as Julian day numbers
     constexpr double end_of_year_9999 = 5373484;
     constexpr auto epoch = static_cast<double>(HOST_EPOCH_JULIAN_DAY);

@@ -54,6 +54,7 @@ struct InstructionSet {
         second = Doubles(_mm256_unpackhi_pd(even, odd));
     }
 };
+using OneVector = InstructionSet;
 using TwoVectors = Twice<InstructionSet>;
 using FourVectors = Twice<TwoVectors>;
 
@@ -81,6 +82,7 @@ struct Sse2 {
     }
     static double lane(Doubles x, int lane) { return x[lane]; }
 };
+using OneVector = Sse2;
 using InstructionSet = Twice<Sse2>;
 using TwoVectors = InstructionSet;
 using FourVectors = Twice<InstructionSet>;

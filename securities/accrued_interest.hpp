@@ -11,7 +11,7 @@
 namespace finance {
 
 template <typename In, typename N>
-bool read_par(In& in, int i, N& par) {
+[[gnu::always_inline]] inline bool read_par(In& in, int i, N& par) {
     constexpr double usual_par = 1000.0;
     par = usual_par;
     return !in.given(i) || in.positive(i, par);
