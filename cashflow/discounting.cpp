@@ -43,7 +43,7 @@ template <typename Day, typename Several, typename One>
 
 template <typename Day>
 [[gnu::flatten]] double value_of(const DatedFlows<Day>& flows, double q) {
-    const PowersInLanes<InstructionSet> powers{q};
+    const PowersInLanes<InstructionSet> powers{q, flows.count > width};
     const Day first = flows.days[0];
     double value = flows.values[0];
     for_flows(
@@ -58,7 +58,7 @@ template <typename Day>
 template <typename Day>
 [[gnu::flatten]] void sides_of(const DatedFlows<Day>& flows, NewtonProblem& problem) {
     const double q = 1.0 / (problem.x + 1.0);
-    const PowersInLanes<InstructionSet> powers{q};
+    const PowersInLanes<InstructionSet> powers{q, flows.count > width};
     const Day first = flows.days[0];
     double value = flows.values[0];
     double derivative = 0.0;
@@ -80,7 +80,7 @@ template <typename Day>
             value = value + p;
             largest = select(std::abs(p) < largest, largest, std::abs(p));
         });
-    for (int lane = 0; lane < width; ++lane) {
+    for (int lane = 0; lane < width && flows.count > width; ++lane) {
         largest = select(largest_of_lanes[lane] < largest, largest, largest_of_lanes[lane]);
     }
     problem.value = value;

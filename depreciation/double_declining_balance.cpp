@@ -9,10 +9,8 @@
 
 namespace finance {
 
-FINANCE_HANDLER_OF(DDB)
-
 // As the sum moves away from where an amount began to be taken, no later amount is that one again once another is.
-double amount_of_period(const DecliningAsset& a, double salvage, std::int32_t period) {
+static double amount_of_period(const DecliningAsset& a, double salvage, std::int32_t period) {
     double accumulated = 0.0;
     double before = 0.0;
     double d = 0.0;
@@ -35,5 +33,7 @@ double amount_of_period(const DecliningAsset& a, double salvage, std::int32_t pe
     }
     return d;
 }
+
+FINANCE_HANDLER_OF(DDB)
 
 }  // namespace finance

@@ -25,10 +25,7 @@ N amount_after(const DecliningAssetOf<N>& a, N salvage, N accumulated) {
         });
 }
 
-// The amount of the last of `period` periods.
-double amount_of_period(const DecliningAsset& a, double salvage, std::int32_t period);
-
-// Of short walks; the others leave.
+// The amount of the last of `period` periods, a short walk. (One call has a walk of its own, which knows how to end.)
 template <typename N>
 N amount_of_period(const DecliningAssetOf<N>& a, N salvage, N period) {
     N accumulated = 0.0;

@@ -23,7 +23,7 @@ LongLogarithm long_log(double x) {
     const Long<Value> l = elementary::long_log<Value>(bits_of(x));
     return {l.high.value, l.low.value};
 }
-double pow_of_log(const LongLogarithm& l, double y) { return elementary::pow_of_log<Value>({{l.high}, {l.low}}, y); }
+double pow_of_log(LongLogarithm l, double y) { return elementary::pow_of_log<Value>({{l.high}, {l.low}}, y); }
 double fused(double a, double b, double c) { return Instruction::fused(a, b, c); }
 
 }  // namespace finance::elementary::by_instruction

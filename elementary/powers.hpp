@@ -16,18 +16,19 @@ struct LongLogarithm {
 // Of a normal positive x; and x^y for a y that is a plain power.
 namespace by_instruction {
 LongLogarithm long_log(double x);
-double pow_of_log(const LongLogarithm& l, double y);
+double pow_of_log(LongLogarithm l, double y);
 }  // namespace by_instruction
 
 namespace in_whole_numbers {
 LongLogarithm long_log(double x);
-double pow_of_log(const LongLogarithm& l, double y);
+double pow_of_log(LongLogarithm l, double y);
 }  // namespace in_whole_numbers
 
 class PowersOf {
 public:
-    [[gnu::always_inline]] explicit PowersOf(double base) : base_{base} {
-        if (!is_normal_positive(bits_of(base))) return;
+    // For few, to form the logarithm first takes longer than to form it in each.
+    [[gnu::always_inline]] explicit PowersOf(double base, bool many = true) : base_{base} {
+        if (!many || !is_normal_positive(bits_of(base))) return;
         logarithm_ = has_fused_multiply_add ? by_instruction::long_log(base) : in_whole_numbers::long_log(base);
     }
 
@@ -38,8 +39,8 @@ public:
                                       : in_whole_numbers::pow_of_log(logarithm_, y);
     }
 
-    // Infinite where the base is not a normal positive number.
-    [[nodiscard, gnu::always_inline]] const LongLogarithm& logarithm() const { return logarithm_; }
+    // Infinite where it is not formed: for few, and where the base is not a normal positive number.
+    [[nodiscard, gnu::always_inline]] LongLogarithm logarithm() const { return logarithm_; }
 
 private:
     double base_;

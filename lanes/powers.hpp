@@ -12,28 +12,28 @@ class PowersInLanes {
 public:
     using N = Lanes<Set>;
 
-    explicit PowersInLanes(double base) : single_{base} {}
+    PowersInLanes(double base, bool many) : single_{base, many} {}
 
     // Of exponents that are 0 or from 2^-65 to below 2^63 in size: only their product with the logarithm may be beyond
     // what is plain. Down to 0 it is not, the sum with 1 being 1.
     N operator()(N y) const {
         if constexpr (Set::has_fused) {
-            const elementary::LongLogarithm& l = single_.logarithm();
+            const elementary::LongLogarithm l = single_.logarithm();
             if (l.high < elementary::infinity) [[likely]] {
                 const elementary::Long<N> power = multiplied(y, elementary::Long<N>{N{l.high}, N{l.low}});
                 if (all(abs(power.high) < 512.0)) [[likely]]
                     return exp_of_plain_long(power);
             }
         }
-        return of_each(y);
+        return of_each(single_, y);
     }
 
     double operator()(double y) const { return single_(y); }
 
 private:
     // Without fused multiply-add the usual way.
-    [[gnu::noinline]] N of_each(N y) const {
-        return each([this](double lane) { return single_(lane); }, y);
+    [[gnu::noinline]] static N of_each(elementary::PowersOf single, N y) {
+        return each([&single](double lane) { return single(lane); }, y);
     }
 
     elementary::PowersOf single_;

@@ -34,12 +34,11 @@ FINANCE_ONE_VECTOR_COLUMNS(ONE_VECTOR_HANDLER)
 
 std::uint64_t columns_of_PRICE(const RowBlock& block) { return prices_of_block<InstructionSet, TwoVectors>(block); }
 std::uint64_t columns_of_YIELD(const RowBlock& block) { return yields_of_block<InstructionSet, TwoVectors>(block); }
-std::uint64_t columns_of_DURATION(const RowBlock& block) {
-    return durations_of_block<InstructionSet, TwoVectors, false>(block);
+[[gnu::noinline]] std::uint64_t durations(const RowBlock& block, bool modified) {
+    return durations_of_block<InstructionSet, TwoVectors>(block, modified);
 }
-std::uint64_t columns_of_MDURATION(const RowBlock& block) {
-    return durations_of_block<InstructionSet, TwoVectors, true>(block);
-}
+std::uint64_t columns_of_DURATION(const RowBlock& block) { return durations(block, false); }
+std::uint64_t columns_of_MDURATION(const RowBlock& block) { return durations(block, true); }
 
 constexpr ColumnList make_list() {
     ColumnList list{};

@@ -74,17 +74,16 @@ std::uint64_t yields_of_block(const RowBlock& block) {
                           });
 }
 
-template <typename Set, typename TwoVectors, bool Modified>
-std::uint64_t durations_of_block(const RowBlock& block) {
+template <typename Set, typename TwoVectors>
+std::uint64_t durations_of_block(const RowBlock& block, bool modified) {
     enum Figure : std::size_t { f, n, c, w, t, v, divisor, figures };
     StagedRows<figures> staged;
-    in_lanes<Set>(block, [&staged](Rows<Set>& rows) {
+    in_lanes<Set>(block, [&staged, modified](Rows<Set>& rows) {
         SecurityOf<Lanes<Set>> bond;
         if (!read_duration(rows, bond)) return rows.status();
         const DurationParts<Lanes<Set>> parts = duration_parts(bond.record);
-        const Lanes<Set> s = modified_divisor(bond);
-        const auto good =
-            parts.has_factor & !has_too_many_coupons(parts.n) & !(Modified ? s < smallest_that_counts : s != s);
+        const Lanes<Set> s = modified ? modified_divisor(bond) : Lanes<Set>{1.0};
+        const auto good = parts.has_factor & !has_too_many_coupons(parts.n) & !(s < smallest_that_counts);
         staged.lay_down(rows.first(), rows.live() & good,
                         {Lanes<Set>{parts.f}, parts.n, parts.c, parts.w, parts.t, parts.v, s});
         return rows.status();
@@ -92,8 +91,7 @@ std::uint64_t durations_of_block(const RowBlock& block) {
     return staged.template solve_in_order<TwoVectors>(
         f, n, block.results, [](const auto& of, const auto& wanted, auto& duration) {
             const auto sums = sum_cash_flows(of[c], of[w], of[t], of[v], of[f][0], of[n]);
-            duration = duration_of_sums(sums);
-            if (Modified) duration = duration / of[divisor];
+            duration = duration_of_sums(sums) / of[divisor];
             return wanted;
         });
 }
