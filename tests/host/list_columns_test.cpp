@@ -147,29 +147,5 @@ TEST(ListColumns, ThreadsShareTheRows) {
     (void)expect_rows(host, "XNPV", {Argument{0.05}, flows.column(), days.column()}, flows.rows(), 3);
 }
 
-TEST(ListColumns, ValuesAtAnyPlace) {
-    (void)linked_host();  // the module of this program has a host
-    std::vector<char> bytes(amounts.values.size() * sizeof(double) + 1);
-    std::copy_n(reinterpret_cast<const char*>(amounts.values.data()), bytes.size() - 1, bytes.data() + 1);
-    std::uint64_t answered[] = {~std::uint64_t{0}};
-    double results[4];
-    const ZelkovanColumn columns[] = {
-        {ZELKOVAN_COLUMN_LISTS, 0, bytes.data() + 1, 0, amounts.starts.data()},
-        {ZELKOVAN_COLUMN_LISTS, 0, dates.values.data(), 0, dates.starts.data()},
-    };
-    ZelkovanColumns request{"XIRR", 4, columns, 2, 4, results, answered, ZELKOVAN_INSTRUCTIONS_BEST, 0};
-    EXPECT_EQ(fnccols(&request), 0);
-    EXPECT_EQ(answered[0], 0U);
-    // A start below the one before is no list.
-    const std::int64_t starts[] = {3, 0, 2, 5, 5};
-    const ZelkovanColumn descending[] = {
-        {ZELKOVAN_COLUMN_LISTS, 0, amounts.values.data(), 0, starts},
-        {ZELKOVAN_COLUMN_LISTS, 0, dates.values.data(), 0, starts},
-    };
-    request.columns = descending;
-    EXPECT_GE(fnccols(&request), 1);
-    EXPECT_EQ(answered[0] & 11U, 2U) << "the first descends and the last is empty";
-}
-
 }  // namespace
 }  // namespace finance::test
