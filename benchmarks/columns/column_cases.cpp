@@ -1,91 +1,10 @@
-// What a row of a column costs: batches in which every row is a call of its own, beside the same batches side by side, by
-// each set of instructions. Bits are compared first. Best of so many runs, in turn; prints nanoseconds a row and ratios.
-//
-//     column_speed [--calls-of MODULE] [NAME...]
-//
-// With another build of the module its calls are what is compared with.
-#include <algorithm>
-#include <array>
-#include <bit>
-#include <chrono>
-#include <cstdio>
-#include <filesystem>
-#include <functional>
-#include <limits>
-#include <optional>
-#include <random>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "benchmarks/columns/column_cases.hpp"
 
-#include "host/batch.hpp"
+#include <chrono>
+
+namespace finance::bench {
 
 namespace {
-
-using namespace finance::host;
-
-constexpr std::size_t usual_rows = 8192;
-constexpr std::size_t rows_of_lists = 512;
-constexpr int flows = 250;  // in a list
-constexpr int runs = 41;
-
-class Random {
-public:
-    double uniform(double low, double high) {
-        return low + (high - low) * static_cast<double>(random_() >> 11U) * 0x1p-53;
-    }
-    double whole(int low, int high) {
-        return low + static_cast<double>(random_() % static_cast<std::uint64_t>(high - low + 1));
-    }
-
-private:
-    std::mt19937_64 random_{1};
-};
-
-struct Table {
-    std::vector<std::vector<double>> values{};  // a column each
-    std::vector<Column> columns{};
-    std::vector<Column> columns_of_calls{};  // the same: each value of a list is a column
-    std::vector<std::int64_t> starts{};      // of the lists
-    std::size_t rows = usual_rows;
-
-    void add(const std::function<double()>& draw) {
-        values.emplace_back(rows);
-        std::generate(values.back().begin(), values.back().end(), draw);
-        columns.push_back(Column::numbers(values.back().data()));
-        columns_of_calls.push_back(columns.back());
-    }
-    void add(const Argument& constant) {
-        columns.emplace_back(constant);
-        columns_of_calls.emplace_back(constant);
-    }
-    // Of a table without lists.
-    void take_out(std::ptrdiff_t column) {
-        columns.erase(columns.begin() + column);
-        columns_of_calls = columns;
-    }
-    // draw(i) is the i-th value of a row's list.
-    void add_lists(const std::function<double(int i)>& draw) {
-        std::vector<double>& list = values.emplace_back();
-        starts.assign(1, 0);
-        for (std::size_t row = 0; row < rows; ++row) {
-            for (int i = 0; i < flows; ++i) list.push_back(draw(i));
-            starts.push_back(static_cast<std::int64_t>(list.size()));
-        }
-        columns.push_back(Column::lists(list.data(), starts.data()));
-        for (int i = 0; i < flows; ++i) {
-            columns_of_calls.push_back(Column::numbers(list.data() + i, std::ptrdiff_t{flows} * sizeof(double)));
-        }
-    }
-};
-
-struct Case {
-    const char* name;         // of the calculation
-    const char* description;  // of the rows
-    void (*fill)(Table& table, Random& random);
-};
-
-// ---- The tables
 
 constexpr double day_2008 = 17532;  // 1 January 2008
 constexpr std::chrono::sys_days epoch{std::chrono::year{1960} / 1 / 1};
@@ -264,65 +183,8 @@ constexpr Case cases[] = {
     {"DOLLARDE", "2 to 64 parts", fractional_price},
 };
 
-// ---- The runs
-
-double nanoseconds_a_row(const EmbeddedHost& host, const Batch& batch) {
-    const auto start = std::chrono::steady_clock::now();
-    (void)host.evaluate_rows(batch);
-    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count() /
-           static_cast<double>(batch.rows);
-}
-
-constexpr std::array<std::uint32_t, 3> ways{ZELKOVAN_INSTRUCTIONS_NONE, ZELKOVAN_INSTRUCTIONS_SSE2,
-                                            ZELKOVAN_INSTRUCTIONS_AVX2};
-
-bool same_bits(const std::vector<double>& a, const std::vector<double>& b) {
-    return std::ranges::equal(
-        a, b, {}, [](double x) { return std::bit_cast<std::uint64_t>(x); },
-        [](double x) { return std::bit_cast<std::uint64_t>(x); });
-}
-
-bool run(const EmbeddedHost& host, const EmbeddedHost& host_of_calls, const Case& of) {
-    Table table;
-    Random random;
-    of.fill(table, random);
-    std::array<std::vector<double>, ways.size()> results;
-    std::array<double, ways.size()> best;
-    best.fill(std::numeric_limits<double>::infinity());
-    for (int i = 0; i < runs; ++i) {
-        for (std::size_t way = 0; way < ways.size(); ++way) {
-            results[way].resize(table.rows);
-            const bool calls = ways[way] == ZELKOVAN_INSTRUCTIONS_NONE;
-            const Batch batch{.name = of.name,
-                              .columns = calls ? table.columns_of_calls : table.columns,
-                              .rows = table.rows,
-                              .results = results[way].data(),
-                              .instructions = ways[way]};
-            const EmbeddedHost& by = calls ? host_of_calls : host;
-            best[way] = std::min(best[way], nanoseconds_a_row(by, batch));
-        }
-    }
-    const bool same = same_bits(results[0], results[1]) && same_bits(results[0], results[2]);
-    std::printf("| %s, %s | %.1f | %.1f | %.1f | %.1f | %.1f |%s\n", of.name, of.description, best[0], best[1],
-                best[0] / best[1], best[2], best[0] / best[2], same ? "" : " BITS DIFFER");
-    return same;
-}
-
 }  // namespace
 
-int main(int argc, char** argv) {
-    const EmbeddedHost host{ZELKOVAN_MODULE};
-    std::vector<std::string_view> wanted(argv + 1, argv + argc);
-    std::optional<EmbeddedHost> other;
-    if (wanted.size() > 1 && wanted[0] == "--calls-of") {
-        other.emplace(std::filesystem::path{wanted[1]});
-        wanted.erase(wanted.begin(), wanted.begin() + 2);
-    }
-    std::puts("| column | call ns | SSE2 ns | times | AVX2 ns | times |\n|---|---:|---:|---:|---:|---:|");
-    bool same = true;
-    for (const Case& of : cases) {
-        if (wanted.empty() || std::ranges::count(wanted, of.name) > 0)
-            same = run(host, other ? *other : host, of) && same;
-    }
-    return same ? 0 : 1;
-}
+std::span<const Case> column_cases() { return cases; }
+
+}  // namespace finance::bench
