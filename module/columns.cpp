@@ -196,18 +196,14 @@ std::int64_t calculate_rows(const ZelkovanColumns& request, ColumnHandler* handl
     return 0;
 }
 
-// Puts the flags back (3).
-std::int64_t answer_quietly(const ZelkovanColumns* request) {
-    const std::uint32_t control = _mm_getcsr();
-    const std::int64_t answered = answer_columns(request);
-    _mm_setcsr(control);
-    return answered;
-}
-
 }  // namespace
 
 }  // namespace finance
 
+// Puts the flags back (3): in any mode, and those that the question for the mode raises.
 std::int64_t fnccols(const ZelkovanColumns* request) {
-    return finance::in_usual_mode(finance::answer_quietly, request);
+    const std::uint32_t control = _mm_getcsr();
+    const std::int64_t answered = finance::in_usual_mode(finance::answer_columns, request);
+    _mm_setcsr(control);
+    return answered;
 }

@@ -121,7 +121,8 @@ YieldObjective<N> price_and_slope(const SecurityComputeRecordOf<N>& record, N c,
 // Error  F 312 ulp of its terms added up, F' 340 ulp, worst of 1e4 draws, 2 to 360 coupons, against 200 bits
 //   for s = 1 + x/f; the coupons after the first are added by add(sums, v, f, c).
 template <typename N, typename Add>
-YieldObjective<N> price_less_given(const SecurityComputeRecordOf<N>& record, N s, Add add) {
+[[gnu::always_inline]] inline YieldObjective<N> price_less_given(const SecurityComputeRecordOf<N>& record, N s,
+                                                                 Add add) {
     const double f = clamped_frequency(*record.terms);
     const N c = 100.0 * record.rate / f;
     const N v = 1.0 / s;
