@@ -113,7 +113,7 @@ constexpr Discounting make_discounting() {
 
 }  // namespace
 
-#ifdef __AVX2__
+#ifdef ZELKOVAN_WIDE_LANES
 constexpr Discounting discounting_avx2 = make_discounting();
 #else
 constexpr Discounting discounting_sse2 = make_discounting();

@@ -1,5 +1,6 @@
 // What Lanes ask of the processor. A file that includes this is compiled once for each set of instructions, and keeps to
-// itself what it makes of it: a function that the linker may share would run on processors that lack them.
+// itself what it makes of it: a function that the linker may share would run on processors that lack them. Which one it is
+// for says ZELKOVAN_WIDE_LANES, not the compiler, whom a builder may have told of a newer processor.
 #pragma once
 
 #include <immintrin.h>
@@ -12,7 +13,7 @@ namespace finance {
 
 namespace {
 
-#ifdef __AVX__
+#ifdef ZELKOVAN_WIDE_LANES
 
 struct InstructionSet {
     static constexpr int width = 4;

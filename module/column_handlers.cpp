@@ -51,7 +51,7 @@ constexpr ColumnList make_list() {
 
 }  // namespace
 
-#ifdef __AVX2__
+#ifdef ZELKOVAN_WIDE_LANES
 constexpr ColumnList columns_avx2 = make_list();
 #else
 constexpr ColumnList columns_sse2 = make_list();

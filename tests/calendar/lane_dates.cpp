@@ -61,7 +61,7 @@ void find_quantities(const Quantities& to, std::size_t rows, const CouponTerms& 
 
 }  // namespace
 
-#ifdef __AVX2__
+#ifdef ZELKOVAN_WIDE_LANES
 constexpr LaneDates lane_dates_avx2{"AVX2", split, count, find_quantities};
 #else
 constexpr LaneDates lane_dates_sse2{"SSE2", split, count, find_quantities};
