@@ -3,6 +3,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 
 #include "elementary/functions.hpp"
@@ -34,6 +35,31 @@ bool all_normal_positive(Lanes<Set> x) {
     return all((x >= Lanes<Set>{0x1p-1022}) & (x < Lanes<Set>{infinity}));
 }
 
+// Lanes in memory, for functions of four: two lanes stand there twice.
+template <typename Set>
+class Fours {
+public:
+    explicit Fours(Lanes<Set> x) {
+        for (std::size_t lane = 0; lane < places; lane += width) x.store(at_ + lane);
+    }
+    template <typename F>
+    void each(F of_four) {
+        for (std::size_t lane = 0; lane < places; lane += 4) of_four(at_ + lane);
+    }
+    // The four of these that stand where those do among theirs.
+    [[nodiscard]] const double* beside(const Fours& others, const double* four) const {
+        return at_ + (four - others.at_);
+    }
+    [[nodiscard]] Lanes<Set> lanes() const { return Lanes<Set>::load(at_); }
+
+private:
+    static constexpr std::size_t width = Set::width;
+    static constexpr std::size_t places = width < 4 ? 4 : width;
+    static_assert(places % width == 0 && places % 4 == 0);
+
+    double at_[places];
+};
+
 // One lane after the other, as a single call: not by the inline functions, which the linker might share with other files.
 template <typename Set>
 [[gnu::cold, gnu::noinline]] Lanes<Set> exp_of_each(Lanes<Set> x) {
@@ -54,10 +80,9 @@ template <typename Set>
 [[gnu::always_inline]] inline Lanes<Set> exp(Lanes<Set> x) {
     if constexpr (!Set::has_fused) {
         if (!has_fused_multiply_add) return lanes::exp_of_each(x);
-        double four[Set::width];
-        x.store(four);
-        for (int lane = 0; lane < Set::width; lane += 4) fused_lanes::exp(four + lane, four + lane);
-        return Lanes<Set>::load(four);
+        lanes::Fours<Set> fours{x};
+        fours.each([](double* four) { fused_lanes::exp(four, four); });
+        return fours.lanes();
     } else {
         if (lanes::all_sizes_between(x, 0x1p-54, 512.0)) [[likely]]
             return scaled(exponential(reduced(x)));
@@ -69,10 +94,9 @@ template <typename Set>
 [[gnu::always_inline]] inline Lanes<Set> log(Lanes<Set> x) {
     if constexpr (!Set::has_fused) {
         if (!has_fused_multiply_add) return lanes::log_of_each(x);
-        double four[Set::width];
-        x.store(four);
-        for (int lane = 0; lane < Set::width; lane += 4) fused_lanes::log(four + lane, four + lane);
-        return Lanes<Set>::load(four);
+        lanes::Fours<Set> fours{x};
+        fours.each([](double* four) { fused_lanes::log(four, four); });
+        return fours.lanes();
     } else {
         if (!lanes::all_normal_positive(x)) [[unlikely]]
             return lanes::log_of_each(x);
@@ -95,7 +119,7 @@ public:
         }
     }
 
-    [[gnu::always_inline]] N to(N y) const {
+    [[nodiscard, gnu::always_inline]] N to(N y) const {
         if constexpr (!Set::has_fused) {
             return pow(base_, y);
         } else {
@@ -120,14 +144,10 @@ template <typename Set>
         return LanePowers<Set>{x}.to(y);
     } else {
         if (!has_fused_multiply_add) return lanes::pow_of_each(x, y);
-        double bases[Set::width];
-        double exponents[Set::width];
-        x.store(bases);
-        y.store(exponents);
-        for (int lane = 0; lane < Set::width; lane += 4) {
-            fused_lanes::pow(bases + lane, exponents + lane, bases + lane);
-        }
-        return Lanes<Set>::load(bases);
+        lanes::Fours<Set> bases{x};
+        const lanes::Fours<Set> exponents{y};
+        bases.each([&](double* four) { fused_lanes::pow(four, exponents.beside(bases, four), four); });
+        return bases.lanes();
     }
 }
 

@@ -110,6 +110,12 @@ struct Lanes {
     friend Truth operator==(Lanes a, Lanes b) { return {Bits(a.value == b.value)}; }
     friend Truth operator!=(Lanes a, Lanes b) { return {Bits(a.value != b.value)}; }
 
+    // Any NaN
+    friend Truth is_missing(Lanes x) {
+        const Lanes same = x;
+        return x != same;
+    }
+
     friend Lanes select(Truth truth, Lanes yes, Lanes no) {
         return Lanes{Set::select(truth.bits, yes.value, no.value)};
     }

@@ -42,7 +42,7 @@ public:
     // -- required
     bool number(int i, Number& value) {
         const Number x = column(i);
-        return keep(x == x, x, value);
+        return keep(!is_missing(x), x, value);
     }
     bool above(int i, double bound, Number& value) {
         const Number x = column(i);
@@ -72,18 +72,18 @@ public:
     void optional_number(int i, Number& value) const {
         if (!given(i)) return;
         const Number x = column(i);
-        value = select(x == x, x, value);
+        value = select(is_missing(x), value, x);
     }
     [[nodiscard]] Truth both_missing(int first, int second) const {
         if (!given(second)) return Truth::of_lanes(0);
         const Number x = column(first);
         const Number y = column(second);
-        return (x != x) & (y != y);
+        return is_missing(x) & is_missing(y);
     }
     bool optional_exact(int i, std::int32_t& value) {
         if (!given(i)) return true;
         const Number x = column(i);
-        const Number k = select(x == x, x, Number{static_cast<double>(value)});
+        const Number k = select(is_missing(x), Number{static_cast<double>(value)}, x);
         Number kept;
         return keep(is_whole(k), k, kept) && one_for_all(kept, value);
     }
@@ -110,7 +110,7 @@ public:
     bool leaves(Truth is_rare) { return !keep(!is_rare); }
 
     // -- the end
-    Outcome status() const { return Truth::of_lanes(0); }
+    [[nodiscard]] Outcome status() const { return Truth::of_lanes(0); }
     Outcome answer(Number value) { return answer_where(Truth::of_lanes(Set::all_lanes), value); }
     Outcome answer_where(Truth answered, const Number& value) {
         double* to = block_.results + first_;

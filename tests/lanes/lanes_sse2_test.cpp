@@ -1,3 +1,4 @@
+#define LANES_UNDER_TEST InstructionSet
 #include "tests/lanes/lanes_tests.hpp"
 
 namespace finance::test {

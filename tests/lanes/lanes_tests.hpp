@@ -1,5 +1,5 @@
 // Tests of lanes, for each set of instructions: a lane has the bits of one number alone. Each file that includes this says
-// whether its instructions can_run, and names its tests.
+// which lanes they are, whether its instructions can_run, and names its tests.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 namespace finance::test {
 namespace {
 
-using Set = InstructionSet;
+using Set = LANES_UNDER_TEST;
 using N = Lanes<Set>;
 using Several = std::array<double, static_cast<std::size_t>(Set::width)>;
 
