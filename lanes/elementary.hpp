@@ -60,95 +60,112 @@ private:
     double at_[places];
 };
 
-// One lane after the other, as a single call: not by the inline functions, which the linker might share with other files.
+}  // namespace lanes
+
+// ---- With fused multiply-add: side by side. One lane after the other, where one is a special case: not by the inline
+// functions, which the linker might share with other files.
+
+namespace lanes {
+
+template <typename Set, bool has_fused>
+struct Functions {
+    using N = Lanes<Set>;
+
+    [[gnu::always_inline]] static N exp(N x) {
+        if (!all_sizes_between(x, 0x1p-54, 512.0)) [[unlikely]]
+            return exp_of_each(x);
+        return scaled(exponential(reduced(x)));
+    }
+    [[gnu::always_inline]] static N log(N x) {
+        if (!all_normal_positive(x)) [[unlikely]]
+            return log_of_each(x);
+        return choose(
+            is_near_1(x), [&] { return log_near_1(x); }, [&] { return log_of_parts(parted<N>(x.bits(), first_part)); });
+    }
+
+    // Powers of one base in each lane, whose logarithm is formed once.
+    class Powers {
+    public:
+        [[gnu::always_inline]] explicit Powers(N base) : base_{base}, is_usual_{all_normal_positive(base)} {
+            if (is_usual_) logarithm_ = long_log<N>(base.bits());
+        }
+        [[nodiscard, gnu::always_inline]] N to(N y) const {
+            if (!is_usual_ || !all_sizes_between(y, 0x1p-65, 0x1p63)) [[unlikely]]
+                return pow_of_each(base_, y);
+            const Long<N> power = multiplied(y, logarithm_);
+            if (!all_sizes_between(power.high, 0x1p-54, 512.0)) [[unlikely]]
+                return pow_of_each(base_, y);
+            return exp_of_plain_long(power);
+        }
+
+    private:
+        N base_;
+        bool is_usual_;
+        Long<N> logarithm_;
+    };
+
+private:
+    [[gnu::cold, gnu::noinline]] static N exp_of_each(N x) { return each(by_instruction::exp, x); }
+    [[gnu::cold, gnu::noinline]] static N log_of_each(N x) { return each(by_instruction::log, x); }
+    [[gnu::cold, gnu::noinline]] static N pow_of_each(N x, N y) { return each(by_instruction::pow, x, y); }
+};
+
+// ---- Without it: those of four by the processor that has it nonetheless, else one lane after the other.
+
 template <typename Set>
-[[gnu::cold, gnu::noinline]] Lanes<Set> exp_of_each(Lanes<Set> x) {
-    return each(Set::has_fused ? by_instruction::exp : in_whole_numbers::exp, x);
-}
+struct Functions<Set, false> {
+    using N = Lanes<Set>;
+
+    static N exp(N x) {
+        if (!has_fused_multiply_add) return each(in_whole_numbers::exp, x);
+        Fours<Set> fours{x};
+        fours.each([](double* four) { fused_lanes::exp(four, four); });
+        return fours.lanes();
+    }
+    static N log(N x) {
+        if (!has_fused_multiply_add) return each(in_whole_numbers::log, x);
+        Fours<Set> fours{x};
+        fours.each([](double* four) { fused_lanes::log(four, four); });
+        return fours.lanes();
+    }
+
+    class Powers {
+    public:
+        explicit Powers(N base) : base_{base} {}
+        [[nodiscard]] N to(N y) const {
+            if (!has_fused_multiply_add) return each(in_whole_numbers::pow, base_, y);
+            Fours<Set> bases{base_};
+            const Fours<Set> exponents{y};
+            bases.each([&](double* four) { fused_lanes::pow(four, exponents.beside(bases, four), four); });
+            return bases.lanes();
+        }
+
+    private:
+        N base_;
+    };
+};
+
 template <typename Set>
-[[gnu::cold, gnu::noinline]] Lanes<Set> log_of_each(Lanes<Set> x) {
-    return each(Set::has_fused ? by_instruction::log : in_whole_numbers::log, x);
-}
-template <typename Set>
-[[gnu::cold, gnu::noinline]] Lanes<Set> pow_of_each(Lanes<Set> x, Lanes<Set> y) {
-    return each(Set::has_fused ? by_instruction::pow : in_whole_numbers::pow, x, y);
-}
+using FunctionsOf = Functions<Set, Set::has_fused>;
 
 }  // namespace lanes
 
 template <typename Set>
+using LanePowers = typename lanes::FunctionsOf<Set>::Powers;
+
+template <typename Set>
 [[gnu::always_inline]] inline Lanes<Set> exp(Lanes<Set> x) {
-    if constexpr (!Set::has_fused) {
-        if (!has_fused_multiply_add) return lanes::exp_of_each(x);
-        lanes::Fours<Set> fours{x};
-        fours.each([](double* four) { fused_lanes::exp(four, four); });
-        return fours.lanes();
-    } else {
-        if (lanes::all_sizes_between(x, 0x1p-54, 512.0)) [[likely]]
-            return scaled(exponential(reduced(x)));
-        return lanes::exp_of_each(x);
-    }
+    return lanes::FunctionsOf<Set>::exp(x);
 }
 
 template <typename Set>
 [[gnu::always_inline]] inline Lanes<Set> log(Lanes<Set> x) {
-    if constexpr (!Set::has_fused) {
-        if (!has_fused_multiply_add) return lanes::log_of_each(x);
-        lanes::Fours<Set> fours{x};
-        fours.each([](double* four) { fused_lanes::log(four, four); });
-        return fours.lanes();
-    } else {
-        if (!lanes::all_normal_positive(x)) [[unlikely]]
-            return lanes::log_of_each(x);
-        return choose(
-            lanes::is_near_1(x), [&] { return log_near_1(x); },
-            [&] { return log_of_parts(parted<Lanes<Set>>(x.bits(), first_part)); });
-    }
+    return lanes::FunctionsOf<Set>::log(x);
 }
-
-// Powers of one base in each lane, whose logarithm is formed once.
-template <typename Set>
-class LanePowers {
-public:
-    using N = Lanes<Set>;
-
-    [[gnu::always_inline]] explicit LanePowers(N base) : base_{base} {
-        if constexpr (Set::has_fused) {
-            is_usual_ = lanes::all_normal_positive(base);
-            if (is_usual_) logarithm_ = long_log<N>(base.bits());
-        }
-    }
-
-    [[nodiscard, gnu::always_inline]] N to(N y) const {
-        if constexpr (!Set::has_fused) {
-            return pow(base_, y);
-        } else {
-            if (!is_usual_ || !lanes::all_sizes_between(y, 0x1p-65, 0x1p63)) [[unlikely]]
-                return lanes::pow_of_each(base_, y);
-            const Long<N> power = multiplied(y, logarithm_);
-            if (!lanes::all_sizes_between(power.high, 0x1p-54, 512.0)) [[unlikely]]
-                return lanes::pow_of_each(base_, y);
-            return exp_of_plain_long(power);
-        }
-    }
-
-private:
-    N base_;
-    bool is_usual_ = false;
-    Long<N> logarithm_;
-};
 
 template <typename Set>
 [[gnu::always_inline]] inline Lanes<Set> pow(Lanes<Set> x, Lanes<Set> y) {
-    if constexpr (Set::has_fused) {
-        return LanePowers<Set>{x}.to(y);
-    } else {
-        if (!has_fused_multiply_add) return lanes::pow_of_each(x, y);
-        lanes::Fours<Set> bases{x};
-        const lanes::Fours<Set> exponents{y};
-        bases.each([&](double* four) { fused_lanes::pow(four, exponents.beside(bases, four), four); });
-        return bases.lanes();
-    }
+    return LanePowers<Set>{x}.to(y);
 }
 
 }  // namespace finance::elementary

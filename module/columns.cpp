@@ -151,7 +151,7 @@ bool fits(const ZelkovanColumns& request, std::uint32_t calculation) {
     const FinancialRow& row = FinancialList[calculation];
     const std::int64_t count = request.column_count + 1;
     return count >= row.minimum_count && count <= static_cast<std::int64_t>(RowBlock::most_columns) &&
-           (row.maximum_count == 0 || count <= row.maximum_count);
+           count <= row.maximum_count;
 }
 
 std::int64_t calculate_rows(const ZelkovanColumns& request, ColumnHandler* handler, int basis) {

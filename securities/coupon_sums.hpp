@@ -14,7 +14,6 @@ namespace finance {
 
 // Coupons of rows side by side: a hundred years of months.
 constexpr double most_coupons_in_lanes = 1200.0;
-constexpr bool has_too_many_coupons(double) { return false; }
 template <typename Set>
 LaneTruth<Set> has_too_many_coupons(Lanes<Set> n) {
     return n > most_coupons_in_lanes;

@@ -15,7 +15,7 @@ FINANCE_HANDLER(DURATION) {
     Arguments in{context, result, count};
     Security bond;
     if (!read_duration(in, bond)) return in.status();
-    return in.answer_where(duration_of_bond(bond.record), bond.record.duration);
+    return in.answer_if(zComputeDURATION(&bond.record), bond.record.duration);
 }
 
 FINANCE_HANDLER(MDURATION) {
@@ -23,7 +23,7 @@ FINANCE_HANDLER(MDURATION) {
     Security bond;
     if (!read_duration(in, bond)) return in.status();
     const double s = modified_divisor(bond);
-    if (s < smallest_that_counts || !duration_of_bond(bond.record)) return in.fail();
+    if (s < smallest_that_counts || zComputeDURATION(&bond.record) != 0) return in.fail();
     return in.answer(bond.record.duration / s);
 }
 

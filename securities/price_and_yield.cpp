@@ -14,7 +14,7 @@ FINANCE_HANDLER(PRICE) {
     Arguments in{context, result, count};
     Security bond;
     if (!read_regular_bond(in, bond, &Arguments::number, bond.record.yield)) return in.status();
-    return in.answer_where(price_of_regular_bond(bond.record), bond.record.price);
+    return in.answer_if(zComputePRICE(&bond.record), bond.record.price);
 }
 
 FINANCE_HANDLER(YIELD) {

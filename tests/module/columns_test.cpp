@@ -6,6 +6,7 @@
 #include <cfenv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string_view>
 #include <vector>
@@ -80,6 +81,23 @@ TEST(Columns, OneValueForAllRowsAndAnyStride) {
     EXPECT_EQ(got.results, back.results);
 }
 
+TEST(Columns, NumbersMayLieAnywhere) {
+    std::vector<char> bytes(sizeof(double) * 64 + 1);
+    for (std::size_t i = 0; i < 64; ++i) {
+        const double rate = 0.001 * static_cast<double>(i + 1);
+        std::memcpy(bytes.data() + 1 + sizeof(double) * i, &rate, sizeof rate);
+    }
+    ZelkovanColumn odd = numbers(nullptr);
+    odd.first = bytes.data() + 1;
+    const double twelve = 12;
+    const double thousand = 1000;
+    const Answered got = answer("PMT", {odd, numbers(&twelve, 0), numbers(&thousand, 0)}, 64);
+    EXPECT_EQ(got.rows[0], ~std::uint64_t{0});
+    const double rate = 0.001 * 64;
+    EXPECT_EQ(answer("PMT", {numbers(&rate), numbers(&twelve, 0), numbers(&thousand, 0)}, 1).results[0],
+              got.results[63]);
+}
+
 TEST(Columns, WordsOfABasisAreLookedUp) {
     const std::vector<double> starts(6, 17532);
     const std::vector<double> ends(6, 17897);
@@ -135,6 +153,15 @@ TEST(Columns, WhatIsNoColumnIsLeft) {
     EXPECT_EQ(answer("SLN", three, std::numeric_limits<std::int64_t>::min()).count, 0);
     EXPECT_EQ(answer("SLN", three, 3, ZELKOVAN_INSTRUCTIONS_NONE).count, 0);
     EXPECT_EQ(answer("SLN", three, 3, 77).count, 0);
+    ensure_host();
+    std::uint64_t word = 5;
+    ZelkovanColumns negative{};
+    negative.name = "SLN";
+    negative.name_length = 3;
+    negative.column_count = -1;
+    negative.rows = 3;
+    negative.answered = &word;
+    EXPECT_EQ(fnccols(&negative), 0) << "nothing of it is read";
     EXPECT_EQ(answer("sln  ", three, 3).count, 3) << "a name is found as in a call";
 }
 
