@@ -93,9 +93,44 @@ TEST(Columns, NumbersMayLieAnywhere) {
     const double thousand = 1000;
     const Answered got = answer("PMT", {odd, numbers(&twelve, 0), numbers(&thousand, 0)}, 64);
     EXPECT_EQ(got.rows[0], ~std::uint64_t{0});
+    std::vector<double> rates_in_place(64);
+    std::memcpy(rates_in_place.data(), bytes.data() + 1, bytes.size() - 1);
+    EXPECT_EQ(answer("PMT", {numbers(rates_in_place.data()), numbers(&twelve, 0), numbers(&thousand, 0)}, 64).results,
+              got.results);
     const double rate = 0.001 * 64;
     EXPECT_EQ(answer("PMT", {numbers(&rate), numbers(&twelve, 0), numbers(&thousand, 0)}, 1).results[0],
               got.results[63]);
+}
+
+// 2.9 is code 2, a missing one is ACTUAL, 7 is none.
+TEST(Columns, CodesOfABasisAreReadAsInCalls) {
+    const std::vector<double> starts(64, 17532);
+    const std::vector<double> ends(64, 17892);
+    std::vector<double> codes(64, 2.9);
+    codes[1] = nan;
+    codes[2] = 7;
+    const Answered got = answer("YEARFRAC", {numbers(starts.data()), numbers(ends.data()), numbers(codes.data())}, 64);
+    EXPECT_EQ(got.rows[0], ~std::uint64_t{4});
+    EXPECT_EQ(got.results[0], 1.0) << "360 days of 360";
+    EXPECT_EQ(got.results[1], 360.0 / 366.0) << "of the leap year 2008";
+}
+
+// The rate of XNPV is no list, and may lie at an odd place beside lists.
+TEST(Columns, NumbersBesideLists) {
+    const std::vector<double> flows{-1000, 1200};
+    const std::vector<double> days{17000, 17365};
+    const std::vector<std::int64_t> starts{0, 2};
+    const double rate = 0.25;
+    char bytes[sizeof rate + 1];
+    std::memcpy(bytes + 1, &rate, sizeof rate);
+    ZelkovanColumn odd = numbers(nullptr, 0);
+    odd.first = bytes + 1;
+    const auto list = [&](const std::vector<double>& values) {
+        return ZelkovanColumn{ZELKOVAN_COLUMN_LISTS, 0, values.data(), 0, starts.data()};
+    };
+    const Answered got = answer("XNPV", {odd, list(flows), list(days)}, 1);
+    EXPECT_EQ(got.rows[0], 1U);
+    EXPECT_EQ(got.results[0], -40.0);  // 1200 / 1.25 - 1000, a year apart
 }
 
 TEST(Columns, WordsOfABasisAreLookedUp) {
