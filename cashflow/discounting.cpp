@@ -16,14 +16,15 @@ constexpr std::int64_t width = InstructionSet::width;
 
 double years_between(double first, double day) { return (day - first) / 365.0; }
 double years_between(std::int64_t first, std::int64_t day) {
-    return static_cast<double>(wrapping_add(day, -first)) / 365.0;
+    return static_cast<double>(wrapping_add(day, wrapping_multiply(-1, first))) / 365.0;
 }
 
 Number years_from(double first, const double* days) { return (Number::load(days) - first) / 365.0; }
 
 Number years_from(std::int64_t first, const std::int64_t* days) {
     double years[width];
-    for (int lane = 0; lane < width; ++lane) years[lane] = static_cast<double>(wrapping_add(days[lane], -first));
+    for (int lane = 0; lane < width; ++lane)
+        years[lane] = static_cast<double>(wrapping_add(days[lane], wrapping_multiply(-1, first)));
     return Number::load(years) / 365.0;
 }
 

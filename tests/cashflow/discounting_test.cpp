@@ -28,7 +28,7 @@ Literal literally(const DatedFlows<std::int64_t>& flows, double x) {
     const double q = 1.0 / (x + 1.0);
     Literal sums{flows.values[0], 0.0, std::abs(flows.values[0])};
     for (std::int64_t i = 1; i < flows.count; ++i) {
-        const double t = static_cast<double>(wrapping_add(flows.days[i], -flows.days[0])) / 365.0;
+        const double t = static_cast<double>(wrapping_add(flows.days[i], wrapping_multiply(-1, flows.days[0]))) / 365.0;
         const double p = elementary::pow(q, t) * flows.values[i];
         sums.derivative = sums.derivative + (0.0 - t * q) * p;
         sums.value = sums.value + p;
