@@ -2,6 +2,7 @@
 #include "cashflow/discounting.hpp"
 
 #include "abi/conversions.hpp"
+#include "abi/status.hpp"
 #include "lanes/instruction_set.hpp"
 #include "lanes/powers.hpp"
 
@@ -14,18 +15,22 @@ constexpr std::int64_t width = InstructionSet::width;
 
 // ---- Years from the first flow
 
-double years_between(double first, double day) { return (day - first) / 365.0; }
-double years_between(std::int64_t first, std::int64_t day) {
-    return static_cast<double>(wrapping_add(day, wrapping_multiply(-1, first))) / 365.0;
+double days_between(double first, double day) { return day - first; }
+double days_between(std::int64_t first, std::int64_t day) {
+    return static_cast<double>(wrapping_add(day, wrapping_multiply(-1, first)));
+}
+
+template <typename Day>
+double years_between(Day first, Day day) {
+    return days_between(first, day) / 365.0;
 }
 
 Number years_from(double first, const double* days) { return (Number::load(days) - first) / 365.0; }
 
 Number years_from(std::int64_t first, const std::int64_t* days) {
-    double years[width];
-    for (int lane = 0; lane < width; ++lane)
-        years[lane] = static_cast<double>(wrapping_add(days[lane], wrapping_multiply(-1, first)));
-    return Number::load(years) / 365.0;
+    double from_first[width];
+    for (int lane = 0; lane < width; ++lane) from_first[lane] = days_between(first, days[lane]);
+    return Number::load(from_first) / 365.0;
 }
 
 // ---- Sums
@@ -89,14 +94,11 @@ template <typename Day>
     problem.residualScale = largest;
 }
 
-constexpr double beyond_usual_days = 0x1p31;
-
 bool is_usual(double value, double day) {
-    return value == value && std::abs(day) < beyond_usual_days && static_cast<double>(truncate_to_int32(day)) == day;
+    constexpr double beyond = 0x1p31;
+    return !is_missing(value) && std::abs(day) < beyond && static_cast<double>(truncate_to_int32(day)) == day;
 }
-LaneTruth<InstructionSet> is_usual(Number value, Number day) {
-    return (value == value) & (abs(day) < beyond_usual_days) & (truncated(day) == day);
-}
+LaneTruth<InstructionSet> is_usual(Number value, Number day) { return (!is_missing(value)) & is_whole(day); }
 
 [[gnu::flatten]] bool is_usual(const DatedFlows<double>& flows) {
     bool usual = is_usual(flows.values[0], flows.days[0]);

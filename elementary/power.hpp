@@ -11,6 +11,14 @@
 
 namespace finance::elementary {
 
+// Of x.high + x.low
+template <typename N>
+[[gnu::always_inline]] inline Exponential<N> exponential_of_long(Long<N> x) {
+    Reduced<N> to = reduced(x.high);
+    to.r = to.r + x.low;
+    return exponential(to);
+}
+
 // e^(x.high + x.low) with the sign, a bit of its own
 template <typename N>
 double exp_of_long(Long<N> x, std::uint64_t sign) {
@@ -18,9 +26,7 @@ double exp_of_long(Long<N> x, std::uint64_t sign) {
     if (field < exponent_field(0x1p-54)) return 1.0 + x.high.value;  // of no whole power but of 1: there is no sign
     if (field >= exponent_field(1024.0))
         return std::copysign(x.high.value < 0.0 ? 0.0 : infinity, sign != 0 ? -1.0 : 1.0);
-    Reduced<N> to = reduced(x.high);
-    to.r = to.r + x.low;
-    Exponential<N> e = exponential(to);
+    Exponential<N> e = exponential_of_long(x);
     e.scale += sign;
     return is_plain_exponent(field) ? scaled(e).value : scaled_far(e);
 }
@@ -28,9 +34,7 @@ double exp_of_long(Long<N> x, std::uint64_t sign) {
 // The same where x.high is below 512 in size, and there is no sign
 template <typename N>
 [[gnu::always_inline]] inline N exp_of_plain_long(Long<N> x) {
-    Reduced<N> to = reduced(x.high);
-    to.r = to.r + x.low;
-    return scaled(exponential(to));
+    return scaled(exponential_of_long(x));
 }
 
 // y (l.high + l.low)

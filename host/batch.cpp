@@ -54,9 +54,7 @@ public:
 
 private:
     static void lay_out(const Argument& argument, ArgSlot& slot, CharacterDescriptor& descriptor) {
-        const bool numeric = argument.kind() == Argument::Kind::number || argument.kind() == Argument::Kind::absent;
-        slot.type = numeric ? ZELKOVAN_TYPE_NUMERIC : ZELKOVAN_TYPE_CHARACTER;
-        if (argument.kind() == Argument::Kind::number) slot.value = const_cast<double*>(&argument.number());
+        CallFrame::set_kind(slot, argument);
         if (argument.kind() != Argument::Kind::text) return;
         CallFrame::point_to(descriptor, argument.text());
         slot.value = &descriptor;

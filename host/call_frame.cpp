@@ -70,12 +70,16 @@ void CallFrame::fill(std::string_view name, std::span<const Argument> arguments,
 }
 
 void CallFrame::put(std::size_t i, const Argument& argument, bool junk) {
-    const bool numeric = argument.kind() == Argument::Kind::number || argument.kind() == Argument::Kind::absent;
     auto* slot = new (bytes() + slot_offset(i)) ArgSlot{blanks(junk).slot};
-    slot->type |= static_cast<std::uint8_t>(numeric ? ZELKOVAN_TYPE_NUMERIC : ZELKOVAN_TYPE_CHARACTER);
-    // Modules read what a value pointer designates and never write there.
-    if (argument.kind() == Argument::Kind::number) slot->value = const_cast<double*>(&argument.number());
+    set_kind(*slot, argument);
     if (argument.kind() == Argument::Kind::text) slot->value = put_text(i, argument.text(), junk);
+}
+
+void CallFrame::set_kind(ArgSlot& slot, const Argument& argument) {
+    const bool numeric = argument.kind() == Argument::Kind::number || argument.kind() == Argument::Kind::absent;
+    slot.type |= static_cast<std::uint8_t>(numeric ? ZELKOVAN_TYPE_NUMERIC : ZELKOVAN_TYPE_CHARACTER);
+    // Modules read what a value pointer designates and never write there.
+    if (argument.kind() == Argument::Kind::number) slot.value = const_cast<double*>(&argument.number());
 }
 
 CharacterDescriptor* CallFrame::put_text(std::size_t i, std::string_view text, bool junk) {

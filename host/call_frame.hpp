@@ -37,7 +37,9 @@ public:
     int take_first_flag();
     void forget_notes();
 
-    // Throws std::length_error for a text of 4 GiB or more.
+    // For slots and descriptors outside a frame. Of an empty slot: its type, and where a number is; a text's descriptor is
+    // another's to set. Throws std::length_error for a text of 4 GiB or more.
+    static void set_kind(ArgSlot& slot, const Argument& argument);
     static void point_to(CharacterDescriptor& descriptor, std::string_view text);
 
     // The record's bytes before a call, and whether the module has since written where it may not: anywhere but bit 0

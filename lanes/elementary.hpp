@@ -60,12 +60,8 @@ private:
     double at_[places];
 };
 
-}  // namespace lanes
-
 // ---- With fused multiply-add: side by side. One lane after the other, where one is a special case: not by the inline
 // functions, which the linker might share with other files.
-
-namespace lanes {
 
 template <typename Set, bool has_fused>
 struct Functions {

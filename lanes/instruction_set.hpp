@@ -57,7 +57,6 @@ struct InstructionSet {
 };
 using OneVector = InstructionSet;
 using TwoVectors = Twice<InstructionSet>;
-using FourVectors = Twice<TwoVectors>;
 
 #else
 
@@ -86,7 +85,6 @@ struct Sse2 {
 using OneVector = Sse2;
 using InstructionSet = Twice<Sse2>;
 using TwoVectors = InstructionSet;
-using FourVectors = Twice<InstructionSet>;
 
 #endif
 

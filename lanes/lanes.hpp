@@ -123,6 +123,11 @@ struct Lanes {
     friend Lanes sqrt(Lanes x) { return Lanes{Set::square_root(x.value)}; }
     // Toward zero, of what is below 2^31 in size.
     friend Lanes truncated(Lanes x) { return Lanes{Set::truncated(x.value)}; }
+    // Exactly whole, and below 2^31 in size
+    friend Truth is_whole(Lanes x) {
+        constexpr double beyond = 0x1p31;
+        return (abs(x) < beyond) & (truncated(x) == x);
+    }
     friend Lanes as_number(Lanes whole) { return whole; }
 
     // f of each lane by itself

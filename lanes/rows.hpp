@@ -118,19 +118,14 @@ public:
         select(good, value, Number::load(to)).store(to);
         return good;
     }
+    Outcome answer_or_leave(Truth answered, const Number& value) { return answer_where(answered, value); }
     // For what takes more than one step: the rows that have not left, and where they begin in the block.
     [[nodiscard]] Truth live() const { return live_; }
     [[nodiscard]] std::size_t first() const { return first_; }
-    Outcome answer_or_leave(Truth answered, const Number& value) { return answer_where(answered, value); }
     // Rows of another basis, frequency or timing than those of this pass.
     [[nodiscard]] Truth waiting() const { return waiting_; }
 
 private:
-    static Truth is_whole(Number x) {
-        constexpr double beyond = 0x1p31;
-        return (abs(x) < beyond) & (truncated(x) == x);
-    }
-
     [[nodiscard]] Number column(int i) const { return Number::load(block_.columns[i] + first_); }
 
     bool keep(Truth good) {

@@ -18,6 +18,7 @@
 #include "abi/zelkovan.h"
 #include "elementary/functions.hpp"
 #include "module/column_list.hpp"
+#include "module/column_values.hpp"
 #include "module/find_calculation.hpp"
 #include "module/list_columns.hpp"
 
@@ -38,24 +39,20 @@ public:
     const double* values(std::int64_t first, std::size_t rows, std::uint64_t& wanted) {
         const bool as_they_are = column_->kind == ZELKOVAN_COLUMN_NUMBERS && !is_basis_ &&
                                  column_->stride == sizeof(double) && rows == RowBlock::most_rows;
-        if (as_they_are && std::bit_cast<std::uintptr_t>(at(first)) % alignof(double) == 0) {
-            return static_cast<const double*>(at(first));
-        }
+        if (as_they_are && is_aligned(at(first))) return static_cast<const double*>(at(first));
         if (column_->stride != 0 || !is_filled_) copy(first, rows);
         wanted &= present_;
         return copies_;
     }
 
 private:
-    [[nodiscard]] const void* at(std::int64_t row) const {
-        return static_cast<const char*>(column_->first) + row * column_->stride;
-    }
+    [[nodiscard]] const void* at(std::int64_t row) const { return place_of(*column_, row); }
 
     void copy(std::int64_t first, std::size_t rows) {
         const std::size_t different = column_->stride == 0 ? 1 : rows;
         present_ = ~std::uint64_t{0};
         for (std::size_t r = 0; r < different; ++r) {
-            const auto value = value_at(at(first + static_cast<std::int64_t>(r)));
+            const ColumnNumber value = value_at(at(first + static_cast<std::int64_t>(r)));
             copies_[r] = value.number;
             if (!value.present) present_ &= column_->stride == 0 ? 0 : ~(std::uint64_t{1} << r);
         }
@@ -63,21 +60,11 @@ private:
         is_filled_ = true;
     }
 
-    struct Value {
-        double number;
-        bool present;
-    };
-
-    Value value_at(const void* place) {
-        if (column_->kind == ZELKOVAN_COLUMN_SLOTS) {
-            ArgSlot slot;
-            std::memcpy(&slot, place, sizeof slot);
-            if (is_basis_) return {basis_of(slot), true};
-            return {numeric_value(slot), slot.value != nullptr && slot_type(slot) == ZELKOVAN_TYPE_NUMERIC};
-        }
-        double number;
-        std::memcpy(&number, place, sizeof number);
-        return {is_basis_ ? basis_of(number_slot(number)) : number, true};
+    ColumnNumber value_at(const void* place) {
+        if (!is_basis_) return number_in(*column_, place);
+        if (column_->kind == ZELKOVAN_COLUMN_SLOTS) return {basis_of(slot_at(place)), true};
+        double code = double_at(place);
+        return {basis_of(number_slot(code)), true};
     }
 
     static ArgSlot number_slot(double& number) {
@@ -154,6 +141,9 @@ bool fits(const ZelkovanColumns& request, std::uint32_t calculation) {
            count <= row.maximum_count;
 }
 
+// As many as a word of the answer has bits.
+constexpr auto rows_of_block = static_cast<std::int64_t>(RowBlock::most_rows);
+
 std::int64_t calculate_rows(const ZelkovanColumns& request, ColumnHandler* handler, int basis) {
     BlockColumn columns[RowBlock::most_columns];
     RowBlock block{};
@@ -161,9 +151,8 @@ std::int64_t calculate_rows(const ZelkovanColumns& request, ColumnHandler* handl
     for (std::size_t i = 1; i < block.count; ++i) {
         columns[i] = {request.columns[i - 1], static_cast<int>(i) == basis};
     }
-    double last_results[RowBlock::most_rows];
+    double last_results[RowBlock::most_rows]{};
     std::int64_t answered = 0;
-    constexpr auto rows_of_block = static_cast<std::int64_t>(RowBlock::most_rows);
     for (std::int64_t first = 0; first < request.rows; first += rows_of_block) {
         block.rows = static_cast<std::size_t>(std::min(request.rows - first, rows_of_block));
         const bool whole = block.rows == RowBlock::most_rows;
@@ -182,18 +171,15 @@ std::int64_t calculate_rows(const ZelkovanColumns& request, ColumnHandler* handl
 
 [[gnu::noinline]] std::int64_t answer_columns(const ZelkovanColumns* request) {
     if (request->rows < 1 || request->column_count < 0) return 0;
+    std::fill_n(request->answered, (request->rows - 1) / rows_of_block + 1, std::uint64_t{0});
     const Instructions* instructions = instructions_of(*request);
     const std::int32_t found = find_calculation({request->name, request->name_length});
-    if (instructions != nullptr && found != unknown_calculation) {
-        if (has_lists(*request)) return calculate_lists(*request, found, *instructions->discounting);
-        const auto calculation = static_cast<std::uint32_t>(found);
-        ColumnHandler* handler = (*instructions->columns)[calculation];
-        if (handler != nullptr && fits(*request, calculation)) {
-            return calculate_rows(*request, handler, basis_positions[calculation]);
-        }
-    }
-    std::fill_n(request->answered, (request->rows - 1) / 64 + 1, std::uint64_t{0});
-    return 0;
+    if (instructions == nullptr || found == unknown_calculation) return 0;
+    if (has_lists(*request)) return calculate_lists(*request, found, *instructions->discounting);
+    const auto calculation = static_cast<std::uint32_t>(found);
+    ColumnHandler* handler = (*instructions->columns)[calculation];
+    if (handler == nullptr || !fits(*request, calculation)) return 0;
+    return calculate_rows(*request, handler, basis_positions[calculation]);
 }
 
 }  // namespace

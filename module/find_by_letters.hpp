@@ -9,10 +9,8 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
 
 #include "module/collating_letters.hpp"
 #include "module/financial_list.hpp"
@@ -21,11 +19,9 @@
 
 namespace finance {
 
-#define VIEW_OF_ROW(name, minimum, maximum) std::string_view{#name},
-inline constexpr std::array<std::string_view, calculation_count> names_of_rows{FINANCE_CALCULATIONS(VIEW_OF_ROW)};
-static_assert(std::ranges::all_of(names_of_rows, may_be_known), "names are of 2 to 16 capitals");
+static_assert(std::ranges::all_of(calculation_names, may_be_known), "names are of 2 to 16 capitals");
 
-inline constexpr KnownNames<calculation_count> known_rows = known_names(names_of_rows);
+inline constexpr KnownNames<calculation_count> known_rows = known_names(calculation_names);
 static_assert(known_rows.are_apart, "no multiplier gives each name a slot of its own");
 
 // Index in FinancialList of the name that a text without trailing blanks is by (2), where the table is one of (1);

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <cstring>
 
-#include "abi/arguments.hpp"
+#include "abi/status.hpp"
 #include "cashflow/list_rows.hpp"
+#include "module/column_values.hpp"
 #include "module/financial_list.hpp"
 
 namespace finance {
@@ -30,8 +29,6 @@ constexpr ListHandlers make_handlers() {
 constexpr ListHandlers list_handlers = make_handlers();
 
 bool is_list(const ZelkovanColumn& column) { return column.kind == ZELKOVAN_COLUMN_LISTS; }
-
-bool is_aligned(const void* place) { return std::bit_cast<std::uintptr_t>(place) % alignof(double) == 0; }
 
 // Rows of a request, one after the other.
 class ListRows {
@@ -58,16 +55,10 @@ private:
     }
 
     bool read_number(const ZelkovanColumn& column, std::int64_t r, int i) {
-        const char* place = static_cast<const char*>(column.first) + r * column.stride;
+        const ColumnNumber value = number_in(column, place_of(column, r));
+        numbers_[i] = value.number;
         row_.columns[i] = {&numbers_[i], 1};
-        if (column.kind == ZELKOVAN_COLUMN_SLOTS) {
-            ArgSlot slot;
-            std::memcpy(&slot, place, sizeof slot);
-            numbers_[i] = numeric_value(slot);
-            return slot_type(slot) == ZELKOVAN_TYPE_NUMERIC && !is_missing(numbers_[i]);
-        }
-        std::memcpy(&numbers_[i], place, sizeof(double));
-        return !is_missing(numbers_[i]);
+        return value.present && !is_missing(value.number);
     }
 
     const ZelkovanColumns& request_;
@@ -83,7 +74,6 @@ bool has_lists(const ZelkovanColumns& request) {
 
 std::int64_t calculate_lists(const ZelkovanColumns& request, std::int32_t calculation, const Discounting& discounting) {
     constexpr std::int64_t rows_of_word = 64;
-    std::fill_n(request.answered, (request.rows - 1) / rows_of_word + 1, std::uint64_t{0});
     ListHandler* handler = list_handlers[static_cast<std::uint32_t>(calculation)];
     const bool in_place = std::all_of(request.columns, request.columns + request.column_count,
                                       [](const auto& column) { return !is_list(column) || is_aligned(column.first); });

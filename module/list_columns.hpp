@@ -10,7 +10,7 @@ namespace finance {
 
 bool has_lists(const ZelkovanColumns& request);
 
-// Of the calculation with this index in FinancialList. Sets all words of the answer, and returns how many rows are answered.
+// Of the calculation with this index in FinancialList. Sets bits of the answer, which has none yet, and returns how many.
 std::int64_t calculate_lists(const ZelkovanColumns& request, std::int32_t calculation, const Discounting& discounting);
 
 }  // namespace finance

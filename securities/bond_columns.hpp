@@ -7,11 +7,11 @@
 
 namespace finance {
 
-// Bit r of each answer: row r of the block has its result. Four vectors or two wait for each other's steps.
+// Bit r of each answer: row r of the block has its result. Of two vectors one works while the other waits.
 
-template <typename Set, typename FourVectors>
+template <typename Set, typename TwoVectors>
 std::uint64_t prices_of_block(const RowBlock& block) {
-    enum Figure : std::size_t { kind, n, v, first, last, c, accrued, figures };
+    enum Figure : std::size_t { f, n, v, first, last, c, accrued, figures };
     StagedRows<figures> staged;
     const std::uint64_t answered = in_lanes<Set>(block, [&staged](Rows<Set>& rows) {
         SecurityOf<Lanes<Set>> bond;
@@ -19,18 +19,17 @@ std::uint64_t prices_of_block(const RowBlock& block) {
         const PriceParts<Lanes<Set>> parts = price_parts(bond.record);
         const auto more = rows.live() & parts.has_factor & (parts.n > 1.0) & !has_too_many_coupons(parts.n);
         if (any(more)) {
-            const Lanes<Set> f{static_cast<double>(bond.terms.frequency)};
             const elementary::LanePowers<Set> v_to{parts.v};
-            staged.lay_down(
-                rows.first(), more,
-                {f, parts.n, parts.v, v_to.to(parts.d), parts.R * v_to.to(parts.n - 1.0), parts.c, parts.c * parts.a});
+            staged.lay_down(rows.first(), more,
+                            {Lanes<Set>{static_cast<double>(bond.terms.frequency)}, parts.n, parts.v, v_to.to(parts.d),
+                             parts.R * v_to.to(parts.n - 1.0), parts.c, parts.c * parts.a});
         }
         const auto one = parts.has_factor & (parts.n == 1.0);
         if (!any(rows.live() & one)) return rows.status();
         return rows.answer_where(one, price_with_one_coupon(parts));
     });
-    return answered | staged.template solve_in_order<FourVectors>(
-                          kind, n, block.results, [](const auto& of, const auto& wanted, auto& price) {
+    return answered | staged.template solve_in_order<TwoVectors>(
+                          f, n, block.results, [](const auto& of, const auto& wanted, auto& price) {
                               price = price_with_more_coupons(of[first], of[last], of[c],
                                                               sum_of_discounts(of[v], of[n]), of[accrued]);
                               return wanted;

@@ -1,4 +1,4 @@
-#define LANES_UNDER_TEST FourVectors
+#define LANES_UNDER_TEST Twice<TwoVectors>
 #include "tests/lanes/lanes_tests.hpp"
 
 namespace finance::test {
