@@ -23,14 +23,11 @@ namespace finance {
 namespace {
 
 // In one piece: lanes are to stay in registers. What is rare is kept apart (lanes/elementary.hpp).
-#define HANDLER_OF_LANES(Set, name)                                                     \
+#define COLUMN_HANDLER(name, basis, Set)                                                \
     [[gnu::flatten]] std::uint64_t columns_of_##name(const RowBlock& block) {           \
         return in_lanes<Set>(block, [](auto& rows) { return calculate_##name(rows); }); \
     }
-#define COLUMN_HANDLER(name, basis) HANDLER_OF_LANES(InstructionSet, name)
-#define ONE_VECTOR_HANDLER(name, basis) HANDLER_OF_LANES(OneVector, name)
-FINANCE_COLUMNS(COLUMN_HANDLER)
-FINANCE_ONE_VECTOR_COLUMNS(ONE_VECTOR_HANDLER)
+FINANCE_ROW_COLUMNS(COLUMN_HANDLER)
 
 std::uint64_t columns_of_PRICE(const RowBlock& block) { return prices_of_block<InstructionSet, TwoVectors>(block); }
 std::uint64_t columns_of_YIELD(const RowBlock& block) { return yields_of_block<InstructionSet, TwoVectors>(block); }
@@ -42,10 +39,8 @@ std::uint64_t columns_of_MDURATION(const RowBlock& block) { return durations(blo
 
 constexpr ColumnList make_list() {
     ColumnList list{};
-#define LIST_HANDLER(name, basis) list[index_of(#name)] = columns_of_##name;
+#define LIST_HANDLER(name, basis, Set) list[index_of(#name)] = columns_of_##name;
     FINANCE_COLUMNS(LIST_HANDLER)
-    FINANCE_ONE_VECTOR_COLUMNS(LIST_HANDLER)
-    FINANCE_BLOCK_COLUMNS(LIST_HANDLER)
     return list;
 }
 

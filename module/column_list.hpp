@@ -7,22 +7,28 @@
 #include "lanes/rows.hpp"
 #include "module/financial_list.hpp"
 
-// Where the basis stands among the arguments; 0: there is none.
+// Where the basis stands among the arguments, 0: there is none; and how many rows go at a time. TwoVectors, where a row is
+// one long chain of steps that wait for each other; OneVector, where they hardly wait; else what the set of instructions
+// does best.
 // clang-format off
-#define FINANCE_COLUMNS(ROW) \
-    ROW(FV, 0)    ROW(PMT, 0)   ROW(PV, 0) \
-    ROW(COUPDAYBS, 4) ROW(COUPDAYS, 4) ROW(COUPDAYSNC, 4) ROW(COUPNCD, 4) ROW(COUPNUM, 4) ROW(COUPPCD, 4) \
-    ROW(EFFECT, 0)  ROW(NOMINAL, 0)  ROW(NPER, 0)  ROW(RATE, 0) \
-    ROW(DB, 0)  ROW(DDB, 0)
-// Those that gain little from more than a vector at a time: their steps hardly wait for each other.
-#define FINANCE_ONE_VECTOR_COLUMNS(ROW) \
-    ROW(DISC, 5)  ROW(INTRATE, 5)  ROW(PRICEDISC, 5)  ROW(RECEIVED, 5)  ROW(YEARFRAC, 3)  ROW(YIELDDISC, 5) \
-    ROW(ACCRINTM, 5) ROW(PRICEMAT, 6) ROW(YIELDMAT, 6) \
-    ROW(IPMT, 0)  ROW(ISPMT, 0)  ROW(PPMT, 0)  ROW(SLN, 0)  ROW(SYD, 0) \
-    ROW(DOLLARDE, 0) ROW(DOLLARFR, 0) ROW(TBILLEQ, 0) ROW(TBILLPRICE, 0) ROW(TBILLYIELD, 0)
+#define FINANCE_ROW_COLUMNS(ROW) \
+    ROW(FV, 0, TwoVectors)  ROW(PMT, 0, TwoVectors)  ROW(PV, 0, TwoVectors)  ROW(RATE, 0, InstructionSet) \
+    ROW(NPER, 0, InstructionSet) \
+    ROW(IPMT, 0, OneVector)  ROW(ISPMT, 0, OneVector)  ROW(PPMT, 0, OneVector) \
+    ROW(EFFECT, 0, TwoVectors)  ROW(NOMINAL, 0, InstructionSet) \
+    ROW(DB, 0, InstructionSet)  ROW(DDB, 0, InstructionSet)  ROW(SLN, 0, OneVector)  ROW(SYD, 0, OneVector) \
+    ROW(COUPDAYBS, 4, InstructionSet)  ROW(COUPDAYS, 4, InstructionSet)  ROW(COUPDAYSNC, 4, InstructionSet) \
+    ROW(COUPNCD, 4, InstructionSet)  ROW(COUPNUM, 4, InstructionSet)  ROW(COUPPCD, 4, InstructionSet) \
+    ROW(DISC, 5, OneVector)  ROW(INTRATE, 5, OneVector)  ROW(PRICEDISC, 5, OneVector)  ROW(RECEIVED, 5, OneVector) \
+    ROW(YIELDDISC, 5, OneVector)  ROW(YEARFRAC, 3, OneVector) \
+    ROW(ACCRINTM, 5, OneVector)  ROW(PRICEMAT, 6, OneVector)  ROW(YIELDMAT, 6, OneVector) \
+    ROW(DOLLARDE, 0, OneVector)  ROW(DOLLARFR, 0, OneVector) \
+    ROW(TBILLEQ, 0, OneVector)  ROW(TBILLPRICE, 0, OneVector)  ROW(TBILLYIELD, 0, OneVector)
 // Those that take the rows of a block in another order.
 #define FINANCE_BLOCK_COLUMNS(ROW) \
-    ROW(DURATION, 6)  ROW(MDURATION, 6)  ROW(PRICE, 7)  ROW(YIELD, 7)
+    ROW(DURATION, 6, TwoVectors)  ROW(MDURATION, 6, TwoVectors)  ROW(PRICE, 7, TwoVectors)  ROW(YIELD, 7, TwoVectors)
+
+#define FINANCE_COLUMNS(ROW) FINANCE_ROW_COLUMNS(ROW) FINANCE_BLOCK_COLUMNS(ROW)
 // clang-format on
 
 namespace finance {

@@ -105,10 +105,8 @@ private:
 
 constexpr std::array<int, calculation_count> make_basis_positions() {
     std::array<int, calculation_count> positions{};
-#define BASIS_POSITION(name, basis) positions[index_of(#name)] = basis;
+#define BASIS_POSITION(name, basis, Set) positions[index_of(#name)] = basis;
     FINANCE_COLUMNS(BASIS_POSITION)
-    FINANCE_ONE_VECTOR_COLUMNS(BASIS_POSITION)
-    FINANCE_BLOCK_COLUMNS(BASIS_POSITION)
     return positions;
 }
 constexpr std::array<int, calculation_count> basis_positions = make_basis_positions();
