@@ -1,13 +1,16 @@
 #include "benchmarks/calls/floors.hpp"
 
-#include <algorithm>
 #include <array>
-#include <cmath>
+#include <cstdint>
 
 #include "abi/basis.hpp"
 #include "benchmarks/calls/date_floors.hpp"
 #include "cashflow/numeric_kernels.hpp"
+#include "elementary/functions.hpp"
+#include "module/collating_letters.hpp"
 #include "module/financial_list.hpp"
+#include "module/find_by_letters.hpp"
+#include "module/find_calculation.hpp"
 
 namespace finance::benchmarks {
 
@@ -27,38 +30,26 @@ ByteTable upper_case() {
 
 const ByteTable mapped = upper_case();
 
-// Below 0, 0 or above; the shorter one first.
-int compare(std::string_view a, std::string_view b) {
-    const std::size_t common = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < common; ++i) {
-        const int difference = mapped[static_cast<unsigned char>(a[i])] - mapped[static_cast<unsigned char>(b[i])];
-        if (difference != 0) return difference;
+// Whether they are one text, each byte through the table.
+bool same(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (mapped[static_cast<unsigned char>(a[i])] != mapped[static_cast<unsigned char>(b[i])]) return false;
     }
-    return static_cast<int>(a.size()) - static_cast<int>(b.size());
+    return true;
 }
 
 }  // namespace
 
 std::size_t find_name(std::string_view name) {
-    std::size_t low = 0;
-    std::size_t high = FinancialList.size();
-    while (low < high) {
-        const std::size_t mid = (low + high) / 2;
-        const FinancialRow& row = FinancialList[mid];
-        const int order = compare(name, {row.name, row.name_length});
-        if (order == 0) return mid;
-        if (order < 0) {
-            high = mid;
-        } else {
-            low = mid + 1;
-        }
-    }
-    return FinancialList.size();
+    if (!letters_ascend(mapped.data())) return FinancialList.size();
+    const std::int32_t row = find_by_letters(mapped.data(), name.data(), static_cast<std::int64_t>(name.size()));
+    return row == unknown_calculation ? FinancialList.size() : static_cast<std::size_t>(row);
 }
 
 int find_basis(std::string_view keyword) {
     for (const BasisKey& key : Keys) {
-        if (compare(keyword, key.keyword) == 0) return static_cast<int>(key.code);
+        if (same(keyword, key.keyword)) return static_cast<int>(key.code);
     }
     return -1;
 }
@@ -116,7 +107,7 @@ double floor_of_PRICE(const FloorInput& in) {
         S = S + term;
         term = term * v;
     }
-    return std::pow(v, d) * (in.a[5] * std::pow(v, N - 1.0) + c * S) - c * a;
+    return elementary::pow(v, d) * (in.a[5] * elementary::pow(v, N - 1.0) + c * S) - c * a;
 }
 
 double floor_of_DURATION(const FloorInput& in) {
@@ -140,13 +131,8 @@ double floor_of_DURATION(const FloorInput& in) {
 }
 
 double floor_of_XNPV(const FloorInput& in) {
-    const std::size_t m = in.flows;
     const double q = 1.0 / (1.0 + in.a[1]);
-    const double* v = in.a + 2;
-    const double* date = v + m;
-    double sum = v[0];
-    for (std::size_t i = 1; i < m; ++i) sum = sum + v[i] * std::pow(q, (date[i] - date[0]) / 365.0);
-    return sum;
+    return best_discounting().value_of_list(flows_from(in, 2), q);
 }
 
 }  // namespace finance::benchmarks

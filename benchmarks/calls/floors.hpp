@@ -1,14 +1,19 @@
-// What a call costs at least: one search of the name, the library calls, and the chains of operations that wait for
-// each other, written out. Each floor gives the very bits of the call that it belongs to.
+// What a call costs at least: one look-up of the name, exponentials, logarithms and powers, and the chains of operations
+// that wait for each other, written out. Each floor gives the very bits of the call that it belongs to.
 //
 //  (1) Dates are split and counted the shortest way that the example allows (date_floors.hpp).
 //  (2) A division by a frequency of 1, 2 or 4 is a multiplication with its inverse, which is exact.
-//  (3) A basis given as a word is looked for like the name, without blanks to take out.
-//  (4) Nothing is checked.
+//  (3) A name is found as calls find it: by its letters and length, where the host's table has the letters in order.
+//  (4) A basis given as a word is compared with each keyword, without blanks to take out.
+//  (5) The powers of a list of flows are formed side by side and added up in order, by the routine of the call.
+//  (6) Nothing is checked.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
+
+#include "cashflow/discounting.hpp"
 
 namespace finance::benchmarks {
 
@@ -17,9 +22,15 @@ struct FloorInput {
     std::size_t flows;  // where there are any
 };
 
+// Amounts from an argument on, and as many dates after them.
+inline DatedFlows<double> flows_from(const FloorInput& in, std::size_t first) {
+    const double* amounts = in.a + first;
+    return {amounts, amounts + in.flows, static_cast<std::int64_t>(in.flows)};
+}
+
 using Floor = double (*)(const FloorInput& in);
 
-// Binary search over the names of all calculations, each byte through a table of 256. The index, or how many there are.
+// The row of a name in FinancialList, or how many rows there are.
 std::size_t find_name(std::string_view name);
 
 // The code of a basis, by its keyword in any case; -1 for none.

@@ -133,7 +133,7 @@ std::string ratio_table(const Measurements& measurements) {
     constexpr double goal_of_large = 1.3;
     std::string text =
         "# How fast a call is\n\n" + machine_and_date() + ". Processor time, the best of several runs.\n";
-    if (times.has("name")) text += "One search of a name alone: " + fixed(times["name"].nanoseconds, 1) + " ns.\n";
+    if (times.has("name")) text += "One look-up of a name alone: " + fixed(times["name"].nanoseconds, 1) + " ns.\n";
     text += "\n## Closed forms against their floors\n\n" + against_floors(times, measurements.usual, goal_of_usual);
     text +=
         "\n## Sums and searches against their floors\n\n" + against_floors(times, measurements.large, goal_of_large);

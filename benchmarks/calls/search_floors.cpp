@@ -1,11 +1,12 @@
 // The floors of calculations that search for a rate: value and slope per step, and the steps.
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "benchmarks/calls/date_floors.hpp"
 #include "benchmarks/calls/floors.hpp"
+#include "cashflow/discounting.hpp"
 #include "cashflow/numeric_kernels.hpp"
+#include "elementary/functions.hpp"
 
 namespace finance::benchmarks {
 
@@ -42,7 +43,7 @@ double floor_of_YIELD(const FloorInput& in) {
     return search(0.1, [&, N = N, d = d, a = a](double x) -> Trial {
         const double v = 1.0 / (1.0 + x * inverse);
         double e = d;
-        double t = std::pow(v, e);
+        double t = elementary::pow(v, e);
         double S = t;
         double g = t * v * (-e) * inverse;
         double D = g;
@@ -72,7 +73,7 @@ double floor_of_ODDFYIELD(const FloorInput& in) {
     const double N = coupons_360(in.a[4], in.a[2], f).N;
     return search(0.1, [&](double x) -> Trial {
         const double v = 1.0 / (x * inverse + 1.0);
-        const double t0 = std::pow(v, e);
+        const double t0 = elementary::pow(v, e);
         const double g0 = -e * t0 * v * inverse;
         double t = t0;
         double g = g0;
@@ -89,20 +90,12 @@ double floor_of_ODDFYIELD(const FloorInput& in) {
 }
 
 double floor_of_XIRR(const FloorInput& in) {
-    const std::size_t m = in.flows;
-    const double* v = in.a + 1;
-    const double* date = v + m;
-    std::array<double, 512> years;
-    for (std::size_t i = 1; i < m; ++i) years[i] = (date[i] - date[0]) / 365.0;
+    const DatedFlows<double> flows = flows_from(in, 1);
     return search(0.0, [&](double x) -> Trial {
-        const double q = 1.0 / (x + 1.0);
-        Trial sum{v[0], 0.0};
-        for (std::size_t i = 1; i < m; ++i) {
-            const double p = std::pow(q, years[i]) * v[i];
-            sum.slope = sum.slope + (0.0 - years[i] * q) * p;
-            sum.value = sum.value + p;
-        }
-        return sum;
+        NewtonProblem problem{};
+        problem.x = x;
+        best_discounting().sides_of_list(flows, problem);
+        return {problem.value, problem.derivative};
     });
 }
 
@@ -122,17 +115,17 @@ Trial horner(const double* c, std::ptrdiff_t stride, std::ptrdiff_t n, double z)
 Trial in_logarithms(const double* c, std::ptrdiff_t n, double z) {
     if (z < 1.0) {
         const Trial p = horner(c + (n - 1), -1, n, z);
-        return {std::log(std::abs(p.value)), z * p.slope / p.value};
+        return {elementary::log(std::abs(p.value)), z * p.slope / p.value};
     }
     const auto d = static_cast<double>(n - 1);
     const double w = 1.0 / z;
     const Trial r = horner(c, 1, n, w);
-    const double whole = d * std::log(z);
+    const double whole = d * elementary::log(z);
     const double exponent = std::trunc(whole);
-    const double scale = std::exp(whole - exponent);
+    const double scale = elementary::exp(whole - exponent);
     const double p = scale * r.value;
     const double p1 = scale * w * (d * r.value - w * r.slope);
-    return {std::log(std::abs(p)) + exponent, z * p1 / p};
+    return {elementary::log(std::abs(p)) + exponent, z * p1 / p};
 }
 
 }  // namespace
@@ -144,13 +137,13 @@ double floor_of_IRR(const FloorInput& in) {
     double t = 0.0;
     double step = 1.0;
     while (std::abs(step) > smallest_step) {
-        const double z = std::exp(t);
+        const double z = elementary::exp(t);
         const Trial A = in_logarithms(c + 1, n - 1, z);
-        const double g = std::log(std::abs(c[0])) - A.value - t;
+        const double g = elementary::log(std::abs(c[0])) - A.value - t;
         step = g / (0.0 - A.slope - 1.0);
         t = t - step;
     }
-    return 1.0 / std::exp(t) - 1.0;
+    return 1.0 / elementary::exp(t) - 1.0;
 }
 
 }  // namespace finance::benchmarks
