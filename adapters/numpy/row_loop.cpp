@@ -2,12 +2,14 @@
 #include <array>
 #include <cfenv>
 #include <cmath>
+#include <cstring>
 #include <exception>
 #include <utility>
 #include <vector>
 
 #include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
+#include "adapters/common/kinds_of_values.hpp"
 #include "adapters/numpy/rows.hpp"
 #include "calls/meant.hpp"
 #include "calls/solution.hpp"
@@ -58,38 +60,56 @@ private:
         return false;
     }
 
+    // Values of rows that follow each other, as nearly all arrays have them.
+    [[nodiscard]] bool is_dense(std::size_t place) const { return steps_[place] == sizeof(double); }
+
+    [[nodiscard]] bool any_missing(std::size_t argument, std::size_t first, std::size_t last) const {
+        if (is_dense(argument)) return any_nan({at(argument, first), last - first});
+        unsigned missing = 0;
+        for (std::size_t row = first; row < last; ++row) missing |= std::isnan(*at(argument, row)) ? 1U : 0U;
+        return missing != 0;
+    }
+
     [[nodiscard]] bool all_have_values(std::size_t first, std::size_t last) const {
         for (std::size_t i = 0; i < function_.arguments; ++i) {
-            unsigned missing = 0;
-            const std::size_t end = steps_[i] == 0 ? first + 1 : last;
-            for (std::size_t row = first; row < end; ++row) missing |= std::isnan(*at(i, row)) ? 1U : 0U;
-            if (missing != 0) return false;
+            if (any_missing(i, first, steps_[i] == 0 ? first + 1 : last)) return false;
         }
         return true;
     }
 
-    // Stretches of rows that have their values are called, the others filled.
+    // Stretches of rows that have their values are called, the others filled. Until a value is missing, rows are calculated
+    // before they are looked at: they come from memory once, and while others are calculated.
     void call_block(std::size_t first, std::size_t last) {
-        if (all_have_values(first, last)) return call_stretch(first, last);
+        const bool calculated = !missing_met_;
+        const std::size_t refused_rows = calculated ? calculate(first, last) : 0;
+        if (all_have_values(first, last)) {
+            return answer(first, last, calculated ? refused_rows : calculate(first, last));
+        }
+        missing_met_ = true;
         while (first < last) {
             std::size_t end = first;
             while (end < last && !lacks_value(end)) ++end;
-            if (end > first) call_stretch(first, end);
+            if (end > first) answer(first, end, calculate(first, end));
             for (first = end; first < last && lacks_value(first); ++first) put(first, missing_answer);
         }
     }
 
-    void call_stretch(std::size_t first, std::size_t last) {
+    // How many rows were refused.
+    std::size_t calculate(std::size_t first, std::size_t last) {
         columns_.clear();
         for (std::size_t i = 0; i < function_.arguments; ++i) {
             const double* value = at(i, first);
             columns_.push_back(steps_[i] == 0 ? host::Column{*value} : host::Column::numbers(value, steps_[i]));
         }
-        const std::size_t refused_rows = shared_host().evaluate_rows({.name = function_.calculation->name,
-                                                                      .columns = columns_,
-                                                                      .rows = last - first,
-                                                                      .results = results_.data(),
-                                                                      .statuses = statuses_.data()});
+        return shared_host().evaluate_rows({.name = function_.calculation->name,
+                                            .columns = columns_,
+                                            .rows = last - first,
+                                            .results = results_.data(),
+                                            .statuses = statuses_.data()});
+    }
+
+    // What calculate has left for the same rows.
+    void answer(std::size_t first, std::size_t last, std::size_t refused_rows) {
         const bool meant = calls::all_meant(*function_.calculation, columns_, last - first);
         if (refused_rows == 0 && meant && all_speak_for_themselves(last - first)) return put_all(first, last);
         for (std::size_t row = first; row < last; ++row) {
@@ -103,12 +123,14 @@ private:
 
     // Most rows, at once: answers that stand without a look at their calls.
     [[nodiscard]] bool all_speak_for_themselves(std::size_t rows) const {
-        if (function_.calculation->searches) return false;
-        unsigned others = 0;
-        for (std::size_t row = 0; row < rows; ++row) others |= std::isfinite(results_[row]) ? 0U : 1U;
-        return others == 0;
+        return !function_.calculation->searches && all_finite({results_.data(), rows});
     }
     void put_all(std::size_t first, std::size_t last) {
+        if (is_dense(function_.arguments)) {
+            void* place = places_[function_.arguments] + first * sizeof(double);
+            std::memcpy(place, results_.data(), (last - first) * sizeof(double));
+            return;
+        }
         for (std::size_t row = first; row < last; ++row) put(row, results_[row - first]);
     }
 
@@ -132,6 +154,7 @@ private:
     const Function& function_;
     char* const* places_;
     const std::ptrdiff_t* steps_;
+    bool missing_met_ = false;
     std::vector<host::Column> columns_;
     std::vector<host::Argument> arguments_;  // of a row whose answer is looked at
     std::array<double, rows_at_once> results_;

@@ -125,6 +125,20 @@ class Missing(unittest.TestCase):
         self.assertTrue(same_bits(answers[1::3], zelkovan.pmt(rates[1::3], 360, 200000)))
         self.assertEqual(set(answers[::3].view("u8").tolist()), {np.float64(np.nan).view("u8")})
 
+    def test_rows_of_several_blocks(self):
+        """Loops take 2048 rows at a time. A row's answer is that of the row alone, also where pmt is missing, of which
+        FV itself would make 0."""
+        payments = np.linspace(-200, -100, 7001)
+        payments[[2500, 2501, 7000]] = np.nan
+        alone = [zelkovan.fv(0.01, 12, payment, -5) for payment in payments[::50]]
+        for rows in payments, np.repeat(payments, 2)[::2], payments[::-1][::-1]:
+            answers = zelkovan.fv(0.01, 12, rows, -5)
+            self.assertTrue(same_bits(answers[::50], alone))
+            self.assertEqual(np.flatnonzero(np.isnan(answers)).tolist(), [2500, 2501, 7000])
+        written = payments.copy()
+        zelkovan.fv(0.01, 12, written, -5, out=written)
+        self.assertTrue(same_bits(written[::50], alone))
+
     def test_a_missing_value_comes_before_a_fault(self):
         self.assertTrue(np.isnan(zelkovan.pmt(np.nan, 2.5, 1)))
 
