@@ -91,6 +91,26 @@ class Lists(unittest.TestCase):
         with self.assertRaisesRegex(zelkovan.RefusedError, r"XIRR: 3 values, but 2 dates \(row 1\)"):
             zelkovan.xirr([[-100, 110], [-100, 60, 60]], DAYS[:2])
 
+    def test_each_row_as_if_alone(self):
+        """256 rows are calculated together where none is odd: of these every block but the first has odd ones, a missing
+        value, a day in no year, lists that do not pair up, a part of a day, a rate that is none."""
+        draw = np.random.default_rng(1)
+        sizes = draw.integers(1, 12, 900)
+        values = [draw.uniform(-900, 1000, size) for size in sizes]
+        days = [draw.integers(20000, 30000, size).astype(float) for size in sizes]
+        values[300][0] = np.nan
+        days[301][-1] = 20240115
+        days[600] = np.append(days[600], 25000.0)
+        days[601][0] += 0.5
+        rates = draw.uniform(-0.5, 1, 900)
+        rates[899] = np.nan
+        with zelkovan.errstate(refused="nan"):
+            answers = zelkovan.xnpv(rates, values, days), zelkovan.xirr(values, days)
+            alone = [(zelkovan.xnpv(*row), zelkovan.xirr(*row[1:])) for row in zip(rates, values, days)]
+        self.assertTrue(same_bits(answers, np.transpose(alone)))
+        self.assertEqual(np.flatnonzero(np.isnan(answers[0])).tolist(), [300, 301, 600, 601, 899])
+        self.assertLess(np.isnan(answers[1]).sum(), 600)
+
     def test_what_is_no_list(self):
         for value in (5.0, "abc", [[1, 2], 3], [[[1], [2, 3]]]):
             with self.assertRaises((TypeError, ValueError)):
