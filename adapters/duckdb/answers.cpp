@@ -29,11 +29,6 @@ Answers::Answers(const Calculation& calculation, duckdb_vector result, std::size
     }
 }
 
-void Answers::put(std::size_t row, std::optional<double> answer, RowMask& rows) {
-    if (!answer) return rows.drop(row);
-    values_[row] = *answer;
-}
-
 void Answers::finish(RowMask& rows) {
     if (!days_.empty()) {
         auto* dates = static_cast<std::int32_t*>(duckdb_vector_get_data(result_));

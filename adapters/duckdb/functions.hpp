@@ -1,7 +1,6 @@
 // What the extension registers, and where answers go.
 #pragma once
 
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -32,8 +31,6 @@ public:
 
     // Room for a double each row.
     [[nodiscard]] std::span<double> values() { return values_; }
-    // Puts one call's answer there, and drops its row where there is none.
-    void put(std::size_t row, std::optional<double> answer, RowMask& rows);
     // The answers of the rows that are left are complete: writes dates, and what is missing.
     void finish(RowMask& rows);
 

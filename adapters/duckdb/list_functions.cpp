@@ -1,11 +1,14 @@
 //  (1) A list with a NULL or a NaN in it is missing, and so is the result.
 //  (2) Two lists of one call must have equally many values.
+//  (3) Rows are called together where each list begins at the end of the one before, as DuckDB mostly lays them. Where one
+//      of them is refused they are called again one by one, for the sentence of the first.
 //
 // Rows of a group are gathered by DuckDB's own list(). Where a query sorts the rows of an aggregate function, f(x ORDER BY
 // y), the C interface hands its update one state for a whole chunk and not one a row, without a sign that it does (seen in
 // 1.4.4 and 1.5.6): an aggregate of ours would write into memory that is no state.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <deque>
 #include <optional>
 #include <span>
@@ -16,6 +19,8 @@
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
 #include "calls/lists.hpp"
+#include "calls/meant.hpp"
+#include "calls/solution.hpp"
 
 namespace finance::adapters::duckdb {
 
@@ -36,6 +41,22 @@ public:
     [[nodiscard]] std::span<const double> list(std::size_t row) const {
         return values_.subspan(entries_[row].offset, entries_[row].length);
     }
+
+    // Where the lists of a run begin, and the last one ends. Nothing where they do not lie one after the other.
+    [[nodiscard]] std::vector<std::int64_t> starts(Run run) const {
+        std::vector<std::int64_t> starts;
+        std::uint64_t end = std::min<std::uint64_t>(entries_[run.first].offset, values_.size());
+        for (std::size_t row = run.first; row < run.last; ++row) {
+            if (entries_[row].offset != end || entries_[row].length > values_.size() - end) return {};
+            starts.push_back(static_cast<std::int64_t>(end));
+            end += entries_[row].length;
+        }
+        starts.push_back(static_cast<std::int64_t>(end));
+        return starts;
+    }
+
+    // Of all rows.
+    [[nodiscard]] std::span<const double> values() const { return values_; }
 
     [[nodiscard]] bool complete(std::size_t row) const {
         for (std::size_t i = 0; i < entries_[row].length; ++i) {
@@ -62,6 +83,9 @@ public:
         of_parameter_[parameter] = &columns_.emplace_back(vector, type);
     }
 
+    // Null for a parameter that is no list.
+    [[nodiscard]] const ListColumn* of(std::size_t parameter) const { return of_parameter_[parameter]; }
+
     [[nodiscard]] bool complete(std::size_t row) const {
         return std::ranges::all_of(columns_, [&](const ListColumn& column) { return column.complete(row); });
     }
@@ -86,6 +110,83 @@ std::optional<double> call_of_lists(const Calculation& calculation, std::span<co
     return call(calculation, calls::unrolled(calculation, scalars, lists));
 }
 
+// The call of one row.
+class RowCall {
+public:
+    RowCall(const Calculation& calculation, const ChunkColumns& columns, const ListColumns& list_columns,
+            std::size_t parameters)
+        : calculation_{calculation},
+          columns_{columns},
+          list_columns_{list_columns},
+          scalars_(parameters, host::Argument::absent()),
+          lists_(parameters) {}
+
+    std::optional<double> answer(std::size_t row) {
+        take(row);
+        return call_of_lists(calculation_, scalars_, lists_);
+    }
+
+    bool holds(std::size_t row, double answer) {
+        if (speaks_for_itself(calculation_, answer)) return true;
+        take(row);
+        return calls::holds(shared_host(), calculation_, calls::unrolled(calculation_, scalars_, lists_), answer);
+    }
+
+    [[nodiscard]] bool is_paired(std::size_t row) {
+        take(row);
+        return !calls::unpaired(calculation_, lists_.size(), [&](std::size_t i) { return lists_[i].size(); });
+    }
+
+private:
+    void take(std::size_t row) {
+        columns_.fill(scalars_, row);
+        list_columns_.fill(lists_, row);
+    }
+
+    const Calculation& calculation_;
+    const ChunkColumns& columns_;
+    const ListColumns& list_columns_;
+    std::vector<host::Argument> scalars_;
+    std::vector<std::span<const double>> lists_;
+};
+
+// Lists beside the scalars of a run; their starts live elsewhere. False where they cannot stand so, or a value is not meant.
+bool add_lists(const Calculation& calculation, const ListColumns& list_columns, Run run,
+               std::vector<host::Column>& columns, std::deque<std::vector<std::int64_t>>& starts) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const ListColumn* lists = list_columns.of(i);
+        if (lists == nullptr) continue;
+        const auto& of_run = starts.emplace_back(lists->starts(run));
+        if (of_run.empty()) return false;
+        const auto values = lists->values().subspan(static_cast<std::size_t>(of_run.front()),
+                                                    static_cast<std::size_t>(of_run.back() - of_run.front()));
+        const catalogue::Kind kind = calculation.parameters[i].kind;
+        if (!std::ranges::all_of(values, [kind](double x) { return calls::is_meant(kind, x); })) return false;
+        columns[i] = host::Column::lists(lists->values().data(), of_run.data());
+    }
+    return true;
+}
+
+// The rows of one run in one batch; what is missing or does not hold is a NaN. False where they have to be called one by
+// one.
+bool answer_together(const Calculation& calculation, const ChunkColumns& chunk, const ListColumns& list_columns,
+                     Run run, RowCall& row_call, std::span<double> answers) {
+    std::vector<host::Column> columns = chunk.columns_from(run.first);
+    std::deque<std::vector<std::int64_t>> starts;
+    const std::size_t rows = run.last - run.first;
+    if (!calls::all_meant(calculation, columns, rows)) return false;
+    if (!add_lists(calculation, list_columns, run, columns, starts)) return false;
+    for (std::size_t row = run.first; row < run.last; ++row) {
+        if (!row_call.is_paired(row)) return false;
+    }
+    const host::Batch batch{.name = calculation.name, .columns = columns, .rows = rows, .results = &answers[run.first]};
+    if (shared_host().evaluate_rows(batch) != 0) return false;
+    for (std::size_t row = run.first; row < run.last; ++row) {
+        if (!std::isnan(answers[row]) && !row_call.holds(row, answers[row])) answers[row] = std::nan("");
+    }
+    return true;
+}
+
 }  // namespace
 
 void answer_lists(const Signature& signature, duckdb_data_chunk chunk, duckdb_vector result) {
@@ -101,18 +202,18 @@ void answer_lists(const Signature& signature, duckdb_data_chunk chunk, duckdb_ve
         }
     }
     RowMask& rows = columns.rows();
-    Answers answers{calculation, result, rows.rows()};
-    std::vector<host::Argument> scalars(parameters, host::Argument::absent());
-    std::vector<std::span<const double>> lists(parameters);
     for (std::size_t row = rows.next(0); row < rows.rows(); row = rows.next(row + 1)) {
-        if (!list_columns.complete(row)) {
-            rows.drop(row);
-            continue;
-        }
-        columns.fill(scalars, row);
-        list_columns.fill(lists, row);
-        answers.put(row, call_of_lists(calculation, scalars, lists), rows);
+        if (!list_columns.complete(row)) rows.drop(row);
     }
+    Answers answers{calculation, result, rows.rows()};
+    RowCall row_call{calculation, columns, list_columns, parameters};
+    for (Run run = rows.next_run(0); !run.empty(); run = rows.next_run(run.last)) {
+        if (answer_together(calculation, columns, list_columns, run, row_call, answers.values())) continue;
+        for (std::size_t row = run.first; row < run.last; ++row) {
+            answers.values()[row] = row_call.answer(row).value_or(std::nan(""));
+        }
+    }
+    rows.drop_missing(answers.values());
     answers.finish(rows);
 }
 

@@ -126,6 +126,31 @@ TEST(DuckdbLists, ManyGroupsInManyThreads) {
               "30000 10.0 10.0");
 }
 
+// Lists of row i are 8 i and 4 i, which a year at 100 % makes 8 i + 2 i, and as many more of 0 as its place says; every
+// seventh has a NULL. In order, in another, some left out, and one that is refused.
+TEST(DuckdbLists, ManyTogether) {
+    const Database database;
+    database.run(
+        "CREATE TABLE pairs AS SELECT i, list_concat([8.0 * i, IF(i % 7 = 3, NULL, 4.0 * i)], "
+        "[0.0 FOR k IN range(i % 5)]) AS amounts, [IF(k = 0, 0.0, 365.0) FOR k IN range(2 + i % 5)] AS days "
+        "FROM range(10000) rows(i)");
+    for (const std::string rows : {"", "WHERE i % 3 = 0", "ORDER BY hash(i)"}) {
+        const std::string from = " FROM (FROM pairs " + rows + ")";
+        EXPECT_EQ(database.value("SELECT count(*) FILTER (WHERE fin_xnpv(1, amounts, days) IS DISTINCT FROM "
+                                 "IF(i % 7 = 3, NULL, 10.0 * i)) || ' of ' || (count(*) > 3000)" +
+                                 from),
+                  "0 of true")
+            << rows;
+    }
+    EXPECT_EQ(database.value("SELECT sum(fin_xnpv(1, amounts, IF(i = 5005, [0.0, 0.5], days))) FROM pairs"),
+              "XNPV: argument 3 (dates, value 2): 0.5 is not a whole number");
+    EXPECT_EQ(database.value("SELECT sum(fin_xnpv(1, amounts, IF(i = 5005, [0.0], days))) FROM pairs"),
+              "XNPV: 2 values, but 1 dates");
+    EXPECT_EQ(database.value("SELECT sum(fin_xnpv(1, amounts, IF(i = 5005, [0.0, 20240115.0], days))) FROM pairs")
+                  .substr(0, 46),
+              "XNPV: argument 3 (dates, value 2): 20240115 is");
+}
+
 // Flows of 1 at 100 % come to 1 - 2^-n, and the call has a million arguments.
 TEST(DuckdbLists, MayBeLong) {
     const Database database;
