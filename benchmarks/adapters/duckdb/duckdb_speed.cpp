@@ -1,7 +1,9 @@
-// What a row of fin_price costs in DuckDB beside the embedded host's batch call: a million rows, one thread, the sum of
-// the prices as the answer. Once with a column of yields and the rest constant, once with a column for each argument.
-// The goal is 1.3 of the batch. Then a million flows in lists of ten beside single calls of the host, which read nothing
-// from a table. Best of 11 runs each, in turn.
+// What a row of fin_price costs in DuckDB beside the embedded host's batch call on as many threads, the sum of the prices
+// as the answer. Once with a column of yields and the rest constant, once with a column for each argument. The goal is
+// 1.5 of the batch. Then as many flows in lists of ten beside single calls of the host, which read nothing from a table.
+// Best of 11 runs each, in turn.
+//
+//     duckdb_speed [ROWS [THREADS]]     a million rows and one thread where they are not given
 #include <duckdb.h>
 
 #include <algorithm>
@@ -22,8 +24,8 @@ using namespace finance;
 using host::Argument;
 using host::Column;
 
-constexpr std::size_t rows = 1'000'000;
 constexpr int runs = 11;
+constexpr double goal = 1.5;
 constexpr double settlement = 23761;  // 2025-01-20
 constexpr double maturity = 25886;    // 2030-11-15
 
@@ -64,11 +66,13 @@ private:
 };
 
 struct Bonds {
+    unsigned threads = 1;
     std::vector<double> settlement, maturity, rate, yield, redemption, frequency, price;
 };
 
-Bonds make_bonds() {
+Bonds make_bonds(std::size_t rows, unsigned threads) {
     Bonds bonds;
+    bonds.threads = threads;
     for (std::size_t i = 0; i < rows; ++i) bonds.yield.push_back(0.03 + static_cast<double>(i % 50'000) * 1e-6);
     bonds.settlement.assign(rows, ::settlement);
     bonds.maturity.assign(rows, ::maturity);
@@ -88,7 +92,8 @@ double sum(const std::vector<double>& values) {
 template <std::size_t count>
 double batch(Bonds& bonds, const std::array<Column, count>& columns) {
     (void)adapters::shared_host().evaluate_rows(
-        {.name = "PRICE", .columns = columns, .rows = rows, .results = bonds.price.data()});
+        {.name = "PRICE", .columns = columns, .rows = bonds.price.size(), .results = bonds.price.data()},
+        bonds.threads);
     return sum(bonds.price);
 }
 
@@ -106,7 +111,7 @@ double batch_of_columns(Bonds& bonds) {
 
 constexpr std::size_t flows_a_list = 10;
 
-double calls_of_lists() {
+double calls_of_lists(std::size_t rows) {
     double total = 0.0;
     std::array<Argument, 1 + flows_a_list> arguments{0.1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
     for (std::size_t row = 0; row < rows / flows_a_list; ++row) {
@@ -138,16 +143,20 @@ void report(const char* what, const Measured& host, const Measured& duckdb, std:
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    const std::size_t rows = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 1'000'000;
+    const std::string threads = argc > 2 ? argv[2] : "1";
     Duckdb duckdb;
     duckdb.value("LOAD '" ZELKOVAN_DUCKDB_EXTENSION "'");
-    duckdb.value("SET threads = 1");
+    duckdb.value("SET threads = " + threads);
     duckdb.value(
         "CREATE TABLE bonds AS SELECT DATE '2025-01-20' settlement, DATE '2030-11-15' maturity, 0.05::DOUBLE rate, "
         "0.03 + (i % 50000) * 1e-6 yield, 100::DOUBLE redemption, 2::DOUBLE frequency, 'ACTUAL' basis "
-        "FROM range(1000000) rows(i)");
-    duckdb.value("CREATE TABLE deals AS SELECT [(i + k)::DOUBLE FOR k IN range(10)] flows FROM range(100000) rows(i)");
-    Bonds bonds = make_bonds();
+        "FROM range(" +
+        std::to_string(rows) + ") rows(i)");
+    duckdb.value("CREATE TABLE deals AS SELECT [(i + k)::DOUBLE FOR k IN range(10)] flows FROM range(" +
+                 std::to_string(rows / flows_a_list) + ") rows(i)");
+    Bonds bonds = make_bonds(rows, static_cast<unsigned>(std::stoul(threads)));
     std::array<Measured, 6> measured;
     for (int run = 0; run < runs; ++run) {
         measured[0].measure([&] { return batch_of_yields(bonds); });
@@ -161,11 +170,11 @@ int main() {
             return duckdb.value(
                 "SELECT sum(fin_price(settlement, maturity, rate, yield, redemption, frequency, basis)) FROM bonds");
         });
-        measured[4].measure(calls_of_lists);
+        measured[4].measure([&] { return calls_of_lists(rows); });
         measured[5].measure([&] { return duckdb.value("SELECT sum(fin_npv(0.1, flows)) FROM deals"); });
     }
     report("PRICE, one column", measured[0], measured[1], rows);
     report("PRICE, seven columns", measured[2], measured[3], rows);
-    std::puts("(goal: 1.30)");
+    std::printf("(goal: %.2f)\n", goal);
     report("NPV of lists of ten", measured[4], measured[5], rows / flows_a_list);
 }
