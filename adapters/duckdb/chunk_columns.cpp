@@ -72,14 +72,23 @@ duckdb_vector ChunkColumns::pass_over() {
     return vector;
 }
 
+// The first row from that one on that is left and holds another text.
+std::size_t ChunkColumns::first_other(std::span<const duckdb_string_t> texts, std::size_t than) const {
+    for (Run run = rows_.next_run(than); !run.empty(); run = rows_.next_run(run.last)) {
+        for (std::size_t row = run.first; row < run.last; ++row) {
+            if (!same(texts[than], texts[row])) return row;
+        }
+    }
+    return texts.size();
+}
+
 // Rows that have been dropped may hold no text at all, and are not touched.
 Column ChunkColumns::texts_of(duckdb_vector vector) {
     const auto texts = values_of<duckdb_string_t>(vector, rows_.rows());
     const std::size_t first = rows_.next(0);
     if (first == texts.size()) return Argument::absent_text();
     const Argument basis = basis_argument(view(texts[first]));
-    std::size_t row = rows_.next(first + 1);
-    while (row < texts.size() && same(texts[first], texts[row])) row = rows_.next(row + 1);
+    std::size_t row = first_other(texts, first);
     if (row == texts.size()) return basis;
 
     std::vector<Argument>& bases = bases_.emplace_back(texts.size(), basis);

@@ -43,6 +43,7 @@ public:
 private:
     duckdb_vector next_vector() { return duckdb_data_chunk_get_vector(chunk_, columns_.size()); }
     host::Column texts_of(duckdb_vector vector);
+    [[nodiscard]] std::size_t first_other(std::span<const duckdb_string_t> texts, std::size_t than) const;
 
     duckdb_data_chunk chunk_;
     RowMask rows_;

@@ -4,6 +4,8 @@
 #include <bit>
 #include <cmath>
 
+#include "adapters/common/kinds_of_values.hpp"
+
 namespace finance::adapters::duckdb {
 
 RowMask::RowMask(std::size_t rows) : words_((rows + word_bits - 1) / word_bits, ~0ULL), rows_{rows} {}
@@ -15,10 +17,7 @@ void RowMask::drop_nulls(duckdb_vector column) {
 }
 
 void RowMask::drop_missing(std::span<const double> column) {
-    // Seldom is there one: the first look is the one that goes over many values at once.
-    int missing = 0;
-    for (const double value : column) missing |= std::isnan(value) ? 1 : 0;
-    if (missing == 0) return;
+    if (!any_nan(column)) return;
     for (std::size_t row = 0; row < column.size(); ++row) {
         if (std::isnan(column[row])) drop(row);
     }
