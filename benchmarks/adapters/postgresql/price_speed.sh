@@ -2,7 +2,7 @@
 # price_speed.sh SOURCE BUILD SEVEN_ARGUMENTS BATCH_PRICE [ROWS]
 #
 # fin_price over a million rows, beside the two things that it is made of: a function of the same seven arguments that does
-# nothing, and the batch call of the embedded host. One process, no parallel workers, the table in memory; the best of
+# nothing, and calls of the embedded host, one a row. One process, no parallel workers, the table in memory; the best of
 # fifteen, all taking turns.
 source=$1 build=$2 nothing_object=$3 batch_price=$4 rows=${5:-1000000}
 . "$source/adapters/postgresql/private_server.bash"
@@ -53,8 +53,8 @@ awk -v rows="$rows" -v scan="$scan" -v nothing="$nothing" -v batch="$batch" -v p
     printf "%d rows, ns a row\n", rows
     printf "  scan of the table, no call        %7.1f\n", scan
     printf "  function that does nothing        %7.1f\n", nothing
-    printf "  batch call of the embedded host   %7.1f\n", batch
+    printf "  calls of the embedded host        %7.1f\n", batch
     printf "  fin_price                         %7.1f\n", price
-    printf "  fin_price / (nothing + batch)     %7.2f   goal <= 1.3: %s\n", ratio, ratio <= 1.3 ? "met" : "missed"
+    printf "  fin_price / (nothing + calls)     %7.2f   goal <= 1.3: %s\n", ratio, ratio <= 1.3 ? "met" : "missed"
     printf "  anonymous memory before and after another ten times as many calls: %s kB\n", memory
 }'
