@@ -38,12 +38,18 @@ std::string processor() {
     return "unknown processor";
 }
 
+#ifdef __clang__
+constexpr const char* compiler = __VERSION__;  // begins with its name
+#else
+constexpr const char* compiler = "g++ " __VERSION__;
+#endif
+
 std::string machine_and_date() {
     const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
     char date[16];
     std::strftime(date, sizeof date, "%Y-%m-%d", std::gmtime(&now));
-    return processor() + ", " + std::to_string(std::thread::hardware_concurrency()) + " threads; " + __VERSION__ +
-           "; " + date;
+    return processor() + ", " + std::to_string(std::thread::hardware_concurrency()) + " threads; " + compiler + "; " +
+           date;
 }
 
 // ---- Sections

@@ -7,8 +7,8 @@ npm financial, @formulajs/formulajs and xirr (package.json). NumPy and DuckDB ta
 time, and of long columns only the first rows.
 
 A cell says nanoseconds a row and to how many digits the answers agree with ours, in the row where they agree least.
-Rows that differ by more than a millionth, or have no answer, are counted beside it, the first is shown below the table. A peer that is not
-installed, or has no such function, says so.
+Rows that differ by more than a millionth, or have no answer, are counted beside it, and the first is shown below the
+table. A peer that is not installed, or has no such function, says so.
 """
 
 import pathlib
