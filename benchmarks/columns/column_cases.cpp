@@ -1,13 +1,10 @@
 #include "benchmarks/columns/column_cases.hpp"
 
-#include <chrono>
+#include "benchmarks/columns/bond_tables.hpp"
 
 namespace finance::bench {
 
 namespace {
-
-constexpr double day_2008 = 17532;  // 1 January 2008
-constexpr std::chrono::sys_days epoch{std::chrono::year{1960} / 1 / 1};
 
 void annuity(Table& table, Random& random) {
     table.add([&] { return random.uniform(0.001, 0.011); });
@@ -44,38 +41,6 @@ void constant_principal(Table& table, Random& random) {
     table.add([&] { return random.uniform(1, 1e6); });
 }
 
-// settlement, maturity, rate, yield or price, redemption, frequency, basis
-void bond(Table& table, Random& random, int fewest_coupons, int most_coupons, double low, double high,
-          bool month_ends) {
-    std::vector<double> maturities;
-    table.add([&] {
-        const int months = 6 * static_cast<int>(random.whole(fewest_coupons, most_coupons)) - 2;
-        const std::chrono::year_month from{std::chrono::year{2008}, std::chrono::February};
-        const std::chrono::year_month month = from + std::chrono::months{months};
-        const bool at_end = month_ends && random.whole(1, 10) == 1;
-        const std::chrono::sys_days day = at_end ? std::chrono::sys_days{month / std::chrono::last}
-                                                 : std::chrono::sys_days{month / static_cast<int>(random.whole(1, 28))};
-        maturities.push_back(static_cast<double>((day - epoch).count()));
-        return day_2008 + 31 + random.whole(14, 28);
-    });
-    std::size_t next = 0;
-    table.add([&] { return maturities[next++]; });
-    table.add([&] { return random.uniform(0.01, 0.09); });
-    table.add([&] { return random.uniform(low, high); });
-    table.add(Argument{100});
-    table.add(Argument{2});
-    table.add(Argument{"30/360"});
-}
-
-void price_60(Table& table, Random& random) { bond(table, random, 60, 60, 0.01, 0.09, false); }
-void price_any(Table& table, Random& random) { bond(table, random, 2, 60, 0.01, 0.09, true); }
-void yield_60(Table& table, Random& random) { bond(table, random, 60, 60, 70.0, 130.0, false); }
-void yield_any(Table& table, Random& random) { bond(table, random, 2, 60, 90.0, 110.0, true); }
-void duration_60(Table& table, Random& random) {
-    bond(table, random, 60, 60, 0.01, 0.09, false);
-    table.take_out(4);
-}
-
 // A loan of 20 years that is paid back on any days.
 void dated_flows(Table& table, Random& random) {
     constexpr double days = 7300.0;
@@ -92,6 +57,30 @@ void dated_present_value(Table& table, Random& random) {
 void dated_rate(Table& table, Random& random) {
     table.rows = rows_of_lists;
     dated_flows(table, random);
+}
+
+// A loan that is paid back in equal periods.
+void periodic_flows(Table& table, Random& random) {
+    table.rows = rows_of_lists;
+    table.add_lists([&](int i) { return i == 0 ? -1e6 : random.uniform(5000, 9000); });
+}
+
+void periodic_present_value(Table& table, Random& random) {
+    table.rows = rows_of_lists;
+    table.add([&] { return random.uniform(0.001, 0.011); });
+    periodic_flows(table, random);
+}
+
+void schedule(Table& table, Random& random) {
+    table.rows = rows_of_lists;
+    table.add([&] { return random.uniform(1, 1e6); });
+    table.add_lists([&](int) { return random.uniform(0.001, 0.011); });
+}
+
+void modified_rate(Table& table, Random& random) {
+    periodic_flows(table, random);
+    table.add([&] { return random.uniform(0.001, 0.011); });
+    table.add([&] { return random.uniform(0.001, 0.011); });
 }
 
 void interest_at_maturity(Table& table, Random& random) {
@@ -153,6 +142,32 @@ void asset_in_period(Table& table, Random& random) {
     table.add([&] { return random.whole(1, 10); });
 }
 
+// From a period of the first five to one of the next.
+void asset_in_span(Table& table, Random& random) {
+    asset(table, random);
+    table.add([&] { return random.whole(0, 5); });
+    table.add([&] { return random.whole(6, 10); });
+}
+
+// cost, date of purchase, end of the first period, salvage, period, rate, basis
+void prorated(Table& table, Random& random) {
+    table.add([&] { return random.uniform(1e4, 1e6); });
+    table.add([&] { return day_2008 + random.whole(0, 300); });
+    table.add([&] { return day_2008 + random.whole(301, 365); });
+    table.add([&] { return random.uniform(1e2, 1e4); });
+    table.add([&] { return random.whole(0, 9); });
+    table.add([&] { return random.uniform(0.05, 0.15); });
+    table.add(Argument{"30/360"});
+}
+
+// rate, periods, amount, first and last period, timing
+void interest_of_span(Table& table, Random& random) {
+    annuity(table, random);
+    table.add([&] { return random.whole(1, 6); });
+    table.add([&] { return random.whole(7, 12); });
+    table.add(Argument{0});
+}
+
 constexpr Case cases[] = {
     {"DB", "1 to 10 of 10 to 40 years", asset_in_period},
     {"DDB", "1 to 10 of 10 to 40 years", asset_in_period},
@@ -174,6 +189,22 @@ constexpr Case cases[] = {
     {"DURATION", "60 coupons", duration_60},
     {"YIELD", "60 coupons", yield_60},
     {"YIELD", "2 to 60 coupons, a tenth at month's ends", yield_any},
+    {"ODDFPRICE", "60 coupons", odd_first_price_60},
+    {"ODDFPRICE", "2 to 60 coupons, ACTUAL", odd_first_price_any},
+    {"ODDFYIELD", "60 coupons", odd_first_yield_60},
+    {"ODDFYIELD", "2 to 60 coupons, ACTUAL", odd_first_yield_any},
+    {"ODDLPRICE", "30/360", odd_last_price},
+    {"ODDLYIELD", "ACTUAL", odd_last_yield},
+    {"ACCRINT", "30/360, up to 1000 days", accrued},
+    {"AMORDEGRC", "30/360", prorated},
+    {"AMORLINC", "30/360", prorated},
+    {"CUMIPMT", "12 to 400 periods", interest_of_span},
+    {"CUMPRINC", "12 to 400 periods", interest_of_span},
+    {"FVSCHEDULE", "250 rates", schedule},
+    {"IRR", "250 flows", periodic_flows},
+    {"MIRR", "250 flows", modified_rate},
+    {"NPV", "250 flows", periodic_present_value},
+    {"VDB", "0 to 5 until 6 to 10 of 10 to 40 years", asset_in_span},
     {"PRICEMAT", "30/360", interest_at_maturity},
     {"COUPDAYBS", "30/360", coupons},
     {"COUPDAYS", "ACTUAL", coupons_actual},
