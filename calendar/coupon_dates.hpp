@@ -16,14 +16,34 @@
 
 namespace finance {
 
-// ---- Answers of lanes; those of one call are in coupon_dates.cpp.
+enum class CouponQuestion { days_before, days, days_after, next_date, count, previous_date };
+
+// ---- Answers of one call
+
+inline double coupon_answer(CouponDateRecord* record, CouponQuestion question) {
+    switch (question) {
+        case CouponQuestion::days_before:
+            return zComputeCOUPDAYBS(record);
+        case CouponQuestion::days:
+            return zComputeCOUPDAYS(record);
+        case CouponQuestion::days_after:
+            return zComputeCOUPDAYSNC(record);
+        case CouponQuestion::next_date:
+            return zComputeCOUPNCD(record);
+        case CouponQuestion::count:
+            return zComputeCOUPNUM(record);
+        case CouponQuestion::previous_date:
+            break;
+    }
+    return zComputeCOUPPCD(record);
+}
+
+// ---- Answers of lanes
 
 template <typename Set>
 using LaneCoupons = CouponDateRecordOf<Lanes<Set>>;
 
 namespace lanes {
-
-enum class CouponQuestion { days_before, days, days_after, next_date, count, previous_date };
 
 // One lane after the other: day numbers of results are the host's.
 template <typename Set>
@@ -35,15 +55,18 @@ Lanes<Set> host_date(const LaneDate<Set>& date) {
     return Lanes<Set>::load(days.data());
 }
 
-// In one place for all questions: of each of them it would be the larger part.
+}  // namespace lanes
+
+// All bases but ACTUAL answer the days of the period from the frequency, whatever the dates.
 template <typename Set>
-[[gnu::noinline]] Lanes<Set> coupon_answer(LaneCoupons<Set>* record, CouponQuestion question) {
+Lanes<Set> coupon_answer(LaneCoupons<Set>* record, CouponQuestion question) {
+    if (question == CouponQuestion::days && record->terms.basis != BASIS_ACTUAL) return record->terms.periodDays;
     zgetMonthDayYear(&record->settlement);
     zgetMonthDayYear(&record->maturity);
     const LaneSchedule<Set> schedule{record->settlement, record->maturity, record->terms};
     if (question == CouponQuestion::count) return schedule.count();
-    if (question == CouponQuestion::next_date) return host_date(schedule.next());
-    if (question == CouponQuestion::previous_date) return host_date(schedule.previous());
+    if (question == CouponQuestion::next_date) return lanes::host_date(schedule.next());
+    if (question == CouponQuestion::previous_date) return lanes::host_date(schedule.previous());
     const bool to_settlement = question == CouponQuestion::days_before;
     const bool from_settlement = question == CouponQuestion::days_after;
     LaneDate<Set> start = from_settlement ? record->settlement : schedule.previous();
@@ -55,82 +78,27 @@ template <typename Set>
     return days_between(start, end, record->terms);
 }
 
-}  // namespace lanes
-
-template <typename Set>
-Lanes<Set> zComputeCOUPDAYBS(LaneCoupons<Set>* record) {
-    return lanes::coupon_answer(record, lanes::CouponQuestion::days_before);
-}
-template <typename Set>
-Lanes<Set> zComputeCOUPDAYS(LaneCoupons<Set>* record) {
-    if (record->terms.basis != BASIS_ACTUAL) return record->terms.periodDays;
-    return lanes::coupon_answer(record, lanes::CouponQuestion::days);
-}
-template <typename Set>
-Lanes<Set> zComputeCOUPDAYSNC(LaneCoupons<Set>* record) {
-    return lanes::coupon_answer(record, lanes::CouponQuestion::days_after);
-}
-template <typename Set>
-Lanes<Set> zComputeCOUPNCD(LaneCoupons<Set>* record) {
-    return lanes::coupon_answer(record, lanes::CouponQuestion::next_date);
-}
-template <typename Set>
-Lanes<Set> zComputeCOUPNUM(LaneCoupons<Set>* record) {
-    return lanes::coupon_answer(record, lanes::CouponQuestion::count);
-}
-template <typename Set>
-Lanes<Set> zComputeCOUPPCD(LaneCoupons<Set>* record) {
-    return lanes::coupon_answer(record, lanes::CouponQuestion::previous_date);
-}
-
 // ---- Calculations
 
-enum class EqualDates : bool { refused, accepted };
-
 // settlement, maturity, frequency, basis
-template <typename In, typename N>
-[[gnu::always_inline]] inline bool read_coupon_question(In& in, CouponDateRecordOf<N>& record, EqualDates equal_dates,
-                                                        int flagged_for_order) {
-    if (!read_date(in, 1, record.settlement) || !read_date(in, 2, record.maturity)) return false;
-    const auto out_of_order = equal_dates == EqualDates::refused ? !before(record.settlement, record.maturity)
-                                                                 : before(record.maturity, record.settlement);
-    return !in.refuses(flagged_for_order, out_of_order) && read_coupon_terms(in, 3, record.terms);
+template <typename In>
+[[gnu::always_inline]] inline typename In::Outcome answer_coupon_question(In& in, CouponQuestion question) {
+    CouponDateRecordOf<typename In::Number> record{};
+    if (!read_date(in, 1, record.settlement) || !read_date(in, 2, record.maturity)) return in.status();
+    const bool before_maturity = question == CouponQuestion::days_before || question == CouponQuestion::next_date ||
+                                 question == CouponQuestion::previous_date;
+    const auto out_of_order =
+        before_maturity ? !before(record.settlement, record.maturity) : before(record.maturity, record.settlement);
+    const int at_fault = question == CouponQuestion::days_before ? 3 : 2;
+    if (in.refuses(at_fault, out_of_order) || !read_coupon_terms(in, 3, record.terms)) return in.status();
+    return in.answer(coupon_answer(&record, question));
 }
 
-FINANCE_CALCULATION(COUPDAYBS) {
-    CouponDateRecordOf<typename In::Number> record{};
-    if (!read_coupon_question(in, record, EqualDates::refused, 3)) return in.status();
-    return in.answer(zComputeCOUPDAYBS(&record));
-}
-
-FINANCE_CALCULATION(COUPDAYS) {
-    CouponDateRecordOf<typename In::Number> record{};
-    if (!read_coupon_question(in, record, EqualDates::accepted, 2)) return in.status();
-    return in.answer(zComputeCOUPDAYS(&record));
-}
-
-FINANCE_CALCULATION(COUPDAYSNC) {
-    CouponDateRecordOf<typename In::Number> record{};
-    if (!read_coupon_question(in, record, EqualDates::accepted, 2)) return in.status();
-    return in.answer(zComputeCOUPDAYSNC(&record));
-}
-
-FINANCE_CALCULATION(COUPNCD) {
-    CouponDateRecordOf<typename In::Number> record{};
-    if (!read_coupon_question(in, record, EqualDates::refused, 2)) return in.status();
-    return in.answer(zComputeCOUPNCD(&record));
-}
-
-FINANCE_CALCULATION(COUPNUM) {
-    CouponDateRecordOf<typename In::Number> record{};
-    if (!read_coupon_question(in, record, EqualDates::accepted, 2)) return in.status();
-    return in.answer(zComputeCOUPNUM(&record));
-}
-
-FINANCE_CALCULATION(COUPPCD) {
-    CouponDateRecordOf<typename In::Number> record{};
-    if (!read_coupon_question(in, record, EqualDates::refused, 2)) return in.status();
-    return in.answer(zComputeCOUPPCD(&record));
-}
+FINANCE_CALCULATION(COUPDAYBS) { return answer_coupon_question(in, CouponQuestion::days_before); }
+FINANCE_CALCULATION(COUPDAYS) { return answer_coupon_question(in, CouponQuestion::days); }
+FINANCE_CALCULATION(COUPDAYSNC) { return answer_coupon_question(in, CouponQuestion::days_after); }
+FINANCE_CALCULATION(COUPNCD) { return answer_coupon_question(in, CouponQuestion::next_date); }
+FINANCE_CALCULATION(COUPNUM) { return answer_coupon_question(in, CouponQuestion::count); }
+FINANCE_CALCULATION(COUPPCD) { return answer_coupon_question(in, CouponQuestion::previous_date); }
 
 }  // namespace finance

@@ -113,13 +113,13 @@ struct Functions<Set, false> {
     using N = Lanes<Set>;
 
     static N exp(N x) {
-        if (!has_fused_multiply_add) return each(in_whole_numbers::exp, x);
+        if (!has_fused_multiply_add) return exp_of_each(x);
         Fours<Set> fours{x};
         fours.each([](double* four) { fused_lanes::exp(four, four); });
         return fours.lanes();
     }
     static N log(N x) {
-        if (!has_fused_multiply_add) return each(in_whole_numbers::log, x);
+        if (!has_fused_multiply_add) return log_of_each(x);
         Fours<Set> fours{x};
         fours.each([](double* four) { fused_lanes::log(four, four); });
         return fours.lanes();
@@ -129,7 +129,7 @@ struct Functions<Set, false> {
     public:
         explicit Powers(N base) : base_{base} {}
         [[nodiscard]] N to(N y) const {
-            if (!has_fused_multiply_add) return each(in_whole_numbers::pow, base_, y);
+            if (!has_fused_multiply_add) return pow_of_each(base_, y);
             Fours<Set> bases{base_};
             const Fours<Set> exponents{y};
             bases.each([&](double* four) { fused_lanes::pow(four, exponents.beside(bases, four), four); });
@@ -139,6 +139,11 @@ struct Functions<Set, false> {
     private:
         N base_;
     };
+
+private:
+    [[gnu::cold, gnu::noinline]] static N exp_of_each(N x) { return each(in_whole_numbers::exp, x); }
+    [[gnu::cold, gnu::noinline]] static N log_of_each(N x) { return each(in_whole_numbers::log, x); }
+    [[gnu::cold, gnu::noinline]] static N pow_of_each(N x, N y) { return each(in_whole_numbers::pow, x, y); }
 };
 
 template <typename Set>

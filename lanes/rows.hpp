@@ -22,6 +22,7 @@ struct RowBlock {
     static constexpr std::size_t most_rows = 64;
     static constexpr std::size_t most_columns = 10;
 
+    std::uint32_t calculation;  // its index, by which the members of a family may tell themselves apart
     const double* columns[most_columns];
     std::size_t count;     // of columns, the name's with them
     std::size_t rows;      // behind them up to most_rows the last one again

@@ -29,6 +29,14 @@ namespace {
     }
 FINANCE_ROW_COLUMNS(COLUMN_HANDLER)
 
+// One for all: questions stand in the order of their calculations.
+[[gnu::flatten]] std::uint64_t columns_of_coupons(const RowBlock& block) {
+    constexpr std::uint32_t first = index_of("COUPDAYBS");
+    static_assert(index_of("COUPPCD") - first == static_cast<std::uint32_t>(CouponQuestion::previous_date));
+    const auto question = static_cast<CouponQuestion>(block.calculation - first);
+    return in_lanes<InstructionSet>(block, [question](auto& rows) { return answer_coupon_question(rows, question); });
+}
+
 std::uint64_t columns_of_PRICE(const RowBlock& block) { return prices_of_block<InstructionSet, TwoVectors>(block); }
 std::uint64_t columns_of_YIELD(const RowBlock& block) { return yields_of_block<InstructionSet, TwoVectors>(block); }
 [[gnu::noinline]] std::uint64_t durations(const RowBlock& block, bool modified) {
@@ -40,7 +48,10 @@ std::uint64_t columns_of_MDURATION(const RowBlock& block) { return durations(blo
 constexpr ColumnList make_list() {
     ColumnList list{};
 #define LIST_HANDLER(name, basis, Set) list[index_of(#name)] = columns_of_##name;
-    FINANCE_COLUMNS(LIST_HANDLER)
+    FINANCE_ROW_COLUMNS(LIST_HANDLER)
+    FINANCE_BLOCK_COLUMNS(LIST_HANDLER)
+#define LIST_COUPONS(name, basis, Set) list[index_of(#name)] = columns_of_coupons;
+    FINANCE_COUPON_COLUMNS(LIST_COUPONS)
     return list;
 }
 

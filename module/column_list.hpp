@@ -17,18 +17,20 @@
     ROW(IPMT, 0, OneVector)  ROW(ISPMT, 0, OneVector)  ROW(PPMT, 0, OneVector) \
     ROW(EFFECT, 0, TwoVectors)  ROW(NOMINAL, 0, InstructionSet) \
     ROW(DB, 0, InstructionSet)  ROW(DDB, 0, InstructionSet)  ROW(SLN, 0, OneVector)  ROW(SYD, 0, OneVector) \
-    ROW(COUPDAYBS, 4, InstructionSet)  ROW(COUPDAYS, 4, InstructionSet)  ROW(COUPDAYSNC, 4, InstructionSet) \
-    ROW(COUPNCD, 4, InstructionSet)  ROW(COUPNUM, 4, InstructionSet)  ROW(COUPPCD, 4, InstructionSet) \
     ROW(DISC, 5, OneVector)  ROW(INTRATE, 5, OneVector)  ROW(PRICEDISC, 5, OneVector)  ROW(RECEIVED, 5, OneVector) \
     ROW(YIELDDISC, 5, OneVector)  ROW(YEARFRAC, 3, OneVector) \
     ROW(ACCRINTM, 5, OneVector)  ROW(PRICEMAT, 6, OneVector)  ROW(YIELDMAT, 6, OneVector) \
     ROW(DOLLARDE, 0, OneVector)  ROW(DOLLARFR, 0, OneVector) \
     ROW(TBILLEQ, 0, OneVector)  ROW(TBILLPRICE, 0, OneVector)  ROW(TBILLYIELD, 0, OneVector)
+// Those that are one.
+#define FINANCE_COUPON_COLUMNS(ROW) \
+    ROW(COUPDAYBS, 4, InstructionSet)  ROW(COUPDAYS, 4, InstructionSet)  ROW(COUPDAYSNC, 4, InstructionSet) \
+    ROW(COUPNCD, 4, InstructionSet)  ROW(COUPNUM, 4, InstructionSet)  ROW(COUPPCD, 4, InstructionSet)
 // Those that take the rows of a block in another order.
 #define FINANCE_BLOCK_COLUMNS(ROW) \
     ROW(DURATION, 6, TwoVectors)  ROW(MDURATION, 6, TwoVectors)  ROW(PRICE, 7, TwoVectors)  ROW(YIELD, 7, TwoVectors)
 
-#define FINANCE_COLUMNS(ROW) FINANCE_ROW_COLUMNS(ROW) FINANCE_BLOCK_COLUMNS(ROW)
+#define FINANCE_COLUMNS(ROW) FINANCE_ROW_COLUMNS(ROW) FINANCE_COUPON_COLUMNS(ROW) FINANCE_BLOCK_COLUMNS(ROW)
 // clang-format on
 
 namespace finance {

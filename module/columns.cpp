@@ -142,9 +142,11 @@ bool fits(const ZelkovanColumns& request, std::uint32_t calculation) {
 // As many as a word of the answer has bits.
 constexpr auto rows_of_block = static_cast<std::int64_t>(RowBlock::most_rows);
 
-std::int64_t calculate_rows(const ZelkovanColumns& request, ColumnHandler* handler, int basis) {
+std::int64_t calculate_rows(const ZelkovanColumns& request, std::uint32_t calculation, ColumnHandler* handler) {
+    const int basis = basis_positions[calculation];
     BlockColumn columns[RowBlock::most_columns];
     RowBlock block{};
+    block.calculation = calculation;
     block.count = static_cast<std::size_t>(request.column_count) + 1;
     for (std::size_t i = 1; i < block.count; ++i) {
         columns[i] = {request.columns[i - 1], static_cast<int>(i) == basis};
@@ -177,7 +179,7 @@ std::int64_t calculate_rows(const ZelkovanColumns& request, ColumnHandler* handl
     const auto calculation = static_cast<std::uint32_t>(found);
     ColumnHandler* handler = (*instructions->columns)[calculation];
     if (handler == nullptr || !fits(*request, calculation)) return 0;
-    return calculate_rows(*request, handler, basis_positions[calculation]);
+    return calculate_rows(*request, calculation, handler);
 }
 
 }  // namespace
