@@ -17,6 +17,7 @@
 #include "securities/accrued_interest.hpp"
 #include "securities/bond_columns.hpp"
 #include "securities/interest_at_maturity.hpp"
+#include "securities/odd_first_columns.hpp"
 
 namespace finance {
 
@@ -44,6 +45,11 @@ std::uint64_t columns_of_YIELD(const RowBlock& block) { return yields_of_block<I
 }
 std::uint64_t columns_of_DURATION(const RowBlock& block) { return durations(block, false); }
 std::uint64_t columns_of_MDURATION(const RowBlock& block) { return durations(block, true); }
+[[gnu::noinline]] std::uint64_t odd_first_periods(const RowBlock& block, bool yields) {
+    return odd_first_periods_of_block<TwoVectors>(block, yields);
+}
+std::uint64_t columns_of_ODDFPRICE(const RowBlock& block) { return odd_first_periods(block, false); }
+std::uint64_t columns_of_ODDFYIELD(const RowBlock& block) { return odd_first_periods(block, true); }
 
 constexpr ColumnList make_list() {
     ColumnList list{};

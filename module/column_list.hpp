@@ -28,7 +28,8 @@
     ROW(COUPNCD, 4, InstructionSet)  ROW(COUPNUM, 4, InstructionSet)  ROW(COUPPCD, 4, InstructionSet)
 // Those that take the rows of a block in another order.
 #define FINANCE_BLOCK_COLUMNS(ROW) \
-    ROW(DURATION, 6, TwoVectors)  ROW(MDURATION, 6, TwoVectors)  ROW(PRICE, 7, TwoVectors)  ROW(YIELD, 7, TwoVectors)
+    ROW(DURATION, 6, TwoVectors)  ROW(MDURATION, 6, TwoVectors)  ROW(ODDFPRICE, 9, TwoVectors) \
+    ROW(ODDFYIELD, 9, TwoVectors)  ROW(PRICE, 7, TwoVectors)  ROW(YIELD, 7, TwoVectors)
 
 #define FINANCE_COLUMNS(ROW) FINANCE_ROW_COLUMNS(ROW) FINANCE_COUPON_COLUMNS(ROW) FINANCE_BLOCK_COLUMNS(ROW)
 // clang-format on

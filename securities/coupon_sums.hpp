@@ -64,4 +64,12 @@ Lanes<Set> sum_of_discounts(Lanes<Set> v, Lanes<Set> n) {
     return sums.S;
 }
 
+// ---- What a search asks of a trial yield: a price less the one given, and its derivative by the yield
+
+template <typename N>
+struct YieldObjective {
+    N value;
+    N derivative;
+};
+
 }  // namespace finance

@@ -102,12 +102,6 @@ N yield_of_last_period(const SecurityComputeRecordOf<N>& record) {
     return (ratio - 1.0) * f0 * E / record.daysToNextCoupon;
 }
 
-template <typename N>
-struct YieldObjective {
-    N value;
-    N derivative;
-};
-
 // F and F' of the sums, for a last power t and its derivative g.
 template <typename N>
 YieldObjective<N> price_and_slope(const SecurityComputeRecordOf<N>& record, N c, const DiscountSumsOf<N>& sums, N t,
