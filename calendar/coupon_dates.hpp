@@ -21,21 +21,9 @@ enum class CouponQuestion { days_before, days, days_after, next_date, count, pre
 // ---- Answers of one call
 
 inline double coupon_answer(CouponDateRecord* record, CouponQuestion question) {
-    switch (question) {
-        case CouponQuestion::days_before:
-            return zComputeCOUPDAYBS(record);
-        case CouponQuestion::days:
-            return zComputeCOUPDAYS(record);
-        case CouponQuestion::days_after:
-            return zComputeCOUPDAYSNC(record);
-        case CouponQuestion::next_date:
-            return zComputeCOUPNCD(record);
-        case CouponQuestion::count:
-            return zComputeCOUPNUM(record);
-        case CouponQuestion::previous_date:
-            break;
-    }
-    return zComputeCOUPPCD(record);
+    constexpr double (*in_order[])(CouponDateRecord*){zComputeCOUPDAYBS, zComputeCOUPDAYS, zComputeCOUPDAYSNC,
+                                                      zComputeCOUPNCD,   zComputeCOUPNUM,  zComputeCOUPPCD};
+    return in_order[static_cast<std::size_t>(question)](record);
 }
 
 // ---- Answers of lanes
