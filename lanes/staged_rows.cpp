@@ -10,7 +10,7 @@ namespace {
 
 bool all_same(const RowOrder::Figure& figure) {
     unsigned others = 0;
-    for (const double value : figure) others |= value != figure[0] ? 1U : 0U;
+    for (const double value : figure) others |= static_cast<unsigned>(value != figure[0]);
     return others == 0;
 }
 

@@ -13,45 +13,13 @@
 
 #include "abi/zelkovan.h"
 #include "elementary/functions.hpp"
+#include "tests/module/answered_columns.hpp"
 #include "tests/support/call.hpp"
 
 namespace finance::test {
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
-struct Answered {
-    std::int64_t count;
-    std::vector<std::uint64_t> rows;  // 64 to a word
-    std::vector<double> results;
-};
-
-ZelkovanColumn numbers(const double* first, std::int64_t stride = sizeof(double)) {
-    return {.kind = ZELKOVAN_COLUMN_NUMBERS, .reserved = 0, .first = first, .stride = stride, .starts = nullptr};
-}
-
-ZelkovanColumn slots(const ArgSlot* first, std::int64_t stride) {
-    return {.kind = ZELKOVAN_COLUMN_SLOTS, .reserved = 0, .first = first, .stride = stride, .starts = nullptr};
-}
-
-Answered answer(std::string_view name, const std::vector<ZelkovanColumn>& columns, std::int64_t rows,
-                std::uint32_t instructions = ZELKOVAN_INSTRUCTIONS_BEST) {
-    ensure_host();
-    const auto places = static_cast<std::size_t>(rows < 1 ? 1 : rows);
-    Answered answered{0, std::vector<std::uint64_t>((places + 63) / 64, ~std::uint64_t{0}),
-                      std::vector<double>(places)};
-    const ZelkovanColumns request{.name = name.data(),
-                                  .name_length = static_cast<std::int64_t>(name.size()),
-                                  .columns = columns.data(),
-                                  .column_count = static_cast<std::int64_t>(columns.size()),
-                                  .rows = rows,
-                                  .results = answered.results.data(),
-                                  .answered = answered.rows.data(),
-                                  .instructions = instructions,
-                                  .reserved = 0};
-    answered.count = fnccols(&request);
-    return answered;
-}
 
 const std::vector<double> rates{0.005, 0.01, nan, 0.02, -0.01, 0.03, 0.04, 0.05};
 const std::vector<double> periods{360, 12, 12, 2.5, 12, 1e300, 12, 5e9};
@@ -175,66 +143,6 @@ TEST(Columns, SlotsWithoutAValueOrOfTheWrongKindAreLeft) {
     EXPECT_EQ(got.rows[0], 1U);
     of_rate.value = nullptr;
     EXPECT_EQ(answer("PMT", {slots(&of_rate, 0), slots(of_count.data(), 0), numbers(&amount, 0)}, 3).count, 0);
-}
-
-// Bonds of 6 % issued on a coupon date, two months before settlement and six before the first coupon; basis 30/360.
-struct OddFirstColumns {
-    std::vector<double> settlement;
-    std::vector<double> maturity;
-    std::vector<double> issue;
-    std::vector<double> first_coupon;
-    std::vector<double> rate;
-    std::vector<double> given;
-    std::vector<double> redemption;
-    std::vector<double> frequency;
-
-    OddFirstColumns(std::size_t rows, double yield_or_price)
-        : settlement(rows, 17577),    // 15 February 2008
-          maturity(rows, 17881),      // 15 December 2008
-          issue(rows, 17515),         // 15 December 2007
-          first_coupon(rows, 17698),  // 15 June 2008
-          rate(rows, 0.06),
-          given(rows, yield_or_price),
-          redemption(rows, 100),
-          frequency(rows, 2) {}
-    [[nodiscard]] std::vector<ZelkovanColumn> columns() const {
-        return {numbers(settlement.data()),   numbers(maturity.data()), numbers(issue.data()),
-                numbers(first_coupon.data()), numbers(rate.data()),     numbers(given.data()),
-                numbers(redemption.data()),   numbers(frequency.data())};
-    }
-};
-
-constexpr double june_2108 = 54222;  // the 15th
-constexpr double july_2108 = 54252;
-
-TEST(Columns, OddFirstPeriodsAreWalkedRowByRow) {
-    OddFirstColumns rows{10, 0.0};
-    rows.settlement[1] = rows.issue[1];
-    rows.first_coupon[2] += 1;  // on no schedule
-    rows.frequency[3] = 5;      // without months
-    rows.rate[4] = nan;
-    rows.given[5] = -2;  // 1 + y/2 is 0
-    rows.frequency[6] = 12;
-    rows.maturity[7] = june_2108;
-    rows.frequency[7] = 12;
-    rows.maturity[8] = july_2108;
-    rows.frequency[8] = 12;
-    rows.given[9] = std::numeric_limits<double>::infinity();
-    const OddFirstColumns prices{8, 105.0};
-    for (const std::uint32_t instructions : {ZELKOVAN_INSTRUCTIONS_SSE2, ZELKOVAN_INSTRUCTIONS_AVX2}) {
-        if (instructions == ZELKOVAN_INSTRUCTIONS_AVX2 && !elementary::has_wide_lanes) continue;
-        const Answered got = answer("ODDFPRICE", rows.columns(), 10, instructions);
-        EXPECT_EQ(got.rows[0], 0b1011000001U) << "settled, off the schedule, without months, missing, without a factor";
-        EXPECT_EQ(got.count, 4) << "1,200 coupons after the first are, 1,201 are not";
-        // Undiscounted: a first coupon of 3 and a last one, less a third for two months of six, and 100.
-        EXPECT_NEAR(got.results[0], 105.0, 1e-12);
-        // Monthly coupons of 0.5: six of them in the first period, six and 1,200 after it, two months accrued.
-        EXPECT_NEAR(got.results[6], 100.0 + 0.5 * (6 + 6 - 2), 1e-12);
-        EXPECT_NEAR(got.results[7], 100.0 + 0.5 * (6 + 1200 - 2), 1e-9);
-        const Answered yields = answer("ODDFYIELD", prices.columns(), 8, instructions);
-        EXPECT_EQ(yields.rows[0], 0xFFU);
-        EXPECT_NEAR(yields.results[7], 0.0, 1e-12);
-    }
 }
 
 TEST(Columns, WhatIsNoColumnIsLeft) {
