@@ -26,14 +26,17 @@ Features features(unsigned leaf) {
 // The system saves the registers of 32 bytes between threads: states 1 and 2 of the control register 0.
 bool keeps_wide_registers() {
     constexpr unsigned needed = 1U << 1 | 1U << 2;
-    if ((features(1).c & bit_OSXSAVE) == 0) return false;
     std::uint32_t low;
     std::uint32_t high;
     __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
     return (low & needed) == needed;
 }
 
-bool has_fused() { return keeps_wide_registers() && (features(1).c & bit_FMA) != 0; }
+// That control register may be read where the first bit is set.
+bool has_fused() {
+    constexpr unsigned needed = bit_OSXSAVE | bit_FMA;
+    return (features(1).c & needed) == needed && keeps_wide_registers();
+}
 
 }  // namespace
 
