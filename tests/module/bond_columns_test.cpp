@@ -17,15 +17,20 @@ constexpr std::size_t places_of_block = 64;
 constexpr double settled = 17577;        // 15 February 2008
 constexpr double june_2018 = 21350;      // the 15th: 21 half years
 constexpr double december_2037 = 28473;  // the 15th: 60 half years
+constexpr double march_2013 = 19432;     // the 15th: 21 quarters
 
-// Two blocks and a half of bonds with other rates and yields each, all of 21 coupons but one of the second block.
+// Three blocks and a half of bonds with other rates and yields each, all of 21 coupons but one of the second block. One of
+// the third has four coupons a year.
 struct Bonds {
-    std::vector<double> maturity = std::vector<double>(2 * places_of_block + 32, june_2018);
+    std::vector<double> maturity = std::vector<double>(3 * places_of_block + 32, june_2018);
+    std::vector<double> frequency = std::vector<double>(maturity.size(), 2);
     std::vector<double> rate{};
     std::vector<double> given{};
 
     Bonds(double first, double step) {
         maturity[places_of_block + 5] = december_2037;
+        maturity[2 * places_of_block + 7] = march_2013;
+        frequency[2 * places_of_block + 7] = 4;
         for (std::size_t row = 0; row < maturity.size(); ++row) {
             rate.push_back(0.03 + 0.0005 * static_cast<double>(row));
             given.push_back(first + step * static_cast<double>(row));
@@ -33,11 +38,12 @@ struct Bonds {
     }
 };
 
-// Bits, row by row, beside the same call alone.
+// Bits, row by row, beside the same call alone. Behind the yield or price stand these, and the frequency.
 void expect_calls(std::string_view name, const Bonds& bonds, const std::vector<double>& behind) {
     std::vector<ZelkovanColumn> columns{numbers(&settled, 0), numbers(bonds.maturity.data()),
                                         numbers(bonds.rate.data()), numbers(bonds.given.data())};
     for (const double& constant : behind) columns.push_back(numbers(&constant, 0));
+    columns.push_back(numbers(bonds.frequency.data()));
     const std::size_t rows = bonds.maturity.size();
     for (const std::uint32_t instructions : instruction_sets()) {
         const Answered got = answer(name, columns, static_cast<std::int64_t>(rows), instructions);
@@ -45,6 +51,7 @@ void expect_calls(std::string_view name, const Bonds& bonds, const std::vector<d
         for (std::size_t row = 0; row < rows; ++row) {
             std::vector<Arg> arguments{settled, bonds.maturity[row], bonds.rate[row], bonds.given[row]};
             for (const double constant : behind) arguments.emplace_back(constant);
+            arguments.emplace_back(bonds.frequency[row]);
             const Outcome alone = Call{name, arguments}.through_dispatcher();
             EXPECT_EQ(bits(got.results[row]), bits(alone.value)) << name << ", row " << row;
         }
@@ -52,9 +59,9 @@ void expect_calls(std::string_view name, const Bonds& bonds, const std::vector<d
 }
 
 TEST(BondColumns, BlocksOfAsManyCouponsAndOthers) {
-    expect_calls("PRICE", Bonds{0.02, 0.0004}, {100, 2});
-    expect_calls("YIELD", Bonds{90, 0.2}, {100, 2});
-    expect_calls("DURATION", Bonds{0.02, 0.0004}, {2});
+    expect_calls("PRICE", Bonds{0.02, 0.0004}, {100});
+    expect_calls("YIELD", Bonds{90, 0.2}, {100});
+    expect_calls("DURATION", Bonds{0.02, 0.0004}, {});
 }
 
 // Bonds of 6 % issued on a coupon date, two months before settlement and six before the first coupon; basis 30/360.
