@@ -28,6 +28,7 @@ namespace newton {
 constexpr double longest_step = 354.891356446692;  // half of what overflows
 constexpr double lowest_rate = -0.9999999;
 constexpr double residual_tolerance = 1.110223024625157e-15;
+constexpr double idle_step = 0x1p-7;  // of a problem that waits: no special case of zexpm1
 
 // x moved by `step` in ln(1 + x): (1 + x) e^step - 1. What is not a number becomes the lowest rate.
 template <typename N>
@@ -66,7 +67,7 @@ TruthOf<N> newton_search(Problem& problem, TruthOf<N> searching, Objective objec
         const N step = (0.0 - problem.value) / ((x + 1.0) * problem.derivative);
         searching = both(searching, !(step > newton::longest_step));
         if (!any(searching)) return found;
-        const N next = newton::moved(x, select(searching, step, N{0.0}));
+        const N next = newton::moved(x, select(searching, step, N{newton::idle_step}));
         const auto zero = both(newton::negligible(x), newton::negligible(next));
         problem.x = select(searching, select(zero, N{0.0}, next), x);
         if (iteration >= problem.maxIterations) {

@@ -116,7 +116,11 @@ public:
     Outcome answer_where(Truth answered, const Number& value) {
         double* to = block_.results + first_;
         const Truth good = live_ & answered;
-        select(good, value, Number::load(to)).store(to);
+        if (all(good)) [[likely]] {
+            value.store(to);
+        } else {
+            select(good, value, Number::load(to)).store(to);
+        }
         return good;
     }
     Outcome answer_or_leave(Truth answered, const Number& value) { return answer_where(answered, value); }
