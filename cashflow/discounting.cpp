@@ -66,8 +66,7 @@ template <typename Day>
     const double q = 1.0 / (problem.x + 1.0);
     const PowersInLanes<InstructionSet> powers{q, flows.count > width};
     const Day first = flows.days[0];
-    double value = flows.values[0];
-    double derivative = 0.0;
+    Pair sides{flows.values[0], 0.0};  // value, derivative
     double largest = std::abs(flows.values[0]);
     Number largest_of_lanes{largest};
     for_flows(
@@ -75,22 +74,20 @@ template <typename Day>
         [&](std::int64_t i) {
             const Number t = years_from(first, flows.days + i);
             const Number p = powers(t) * Number::load(flows.values + i);
-            add_to(derivative, (0.0 - t * q) * p);
-            add_to(value, p);
+            InstructionSet::each_pair(p.value, ((0.0 - t * q) * p).value, [&](Pair terms) { sides = sides + terms; });
             largest_of_lanes = select(abs(p) < largest_of_lanes, largest_of_lanes, abs(p));
         },
         [&](std::int64_t i) {
             const double t = years_between(first, flows.days[i]);
             const double p = powers(t) * flows.values[i];
-            derivative = derivative + (0.0 - t * q) * p;
-            value = value + p;
+            sides = sides + Pair{p, (0.0 - t * q) * p};
             largest = select(std::abs(p) < largest, largest, std::abs(p));
         });
     for (int lane = 0; lane < width && flows.count > width; ++lane) {
         largest = select(largest_of_lanes[lane] < largest, largest, largest_of_lanes[lane]);
     }
-    problem.value = value;
-    problem.derivative = derivative;
+    problem.value = sides[0];
+    problem.derivative = sides[1];
     problem.residualScale = largest;
 }
 

@@ -13,6 +13,8 @@ namespace finance {
 
 namespace {
 
+using Pair = double __attribute__((vector_size(16)));
+
 #ifdef ZELKOVAN_WIDE_LANES
 
 struct InstructionSet {
@@ -54,6 +56,16 @@ struct InstructionSet {
         first = Doubles(_mm256_unpacklo_pd(even, odd));
         second = Doubles(_mm256_unpackhi_pd(even, odd));
     }
+    // take(a's, b's) of each lane, in order.
+    template <typename Take>
+    static void each_pair(Doubles a, Doubles b, Take take) {
+        const __m256d even = _mm256_unpacklo_pd(__m256d(a), __m256d(b));
+        const __m256d odd = _mm256_unpackhi_pd(__m256d(a), __m256d(b));
+        take(Pair(_mm256_castpd256_pd128(even)));
+        take(Pair(_mm256_castpd256_pd128(odd)));
+        take(Pair(_mm256_extractf128_pd(even, 1)));
+        take(Pair(_mm256_extractf128_pd(odd, 1)));
+    }
 };
 using OneVector = InstructionSet;
 using TwoVectors = Twice<InstructionSet>;
@@ -81,6 +93,11 @@ struct Sse2 {
         return Words{std::uint64_t{0} - (lanes & 1), std::uint64_t{0} - (lanes >> 1 & 1)};
     }
     static double lane(Doubles x, int lane) { return x[lane]; }
+    template <typename Take>
+    static void each_pair(Doubles a, Doubles b, Take take) {
+        take(Pair(_mm_unpacklo_pd(__m128d(a), __m128d(b))));
+        take(Pair(_mm_unpackhi_pd(__m128d(a), __m128d(b))));
+    }
 };
 using OneVector = Sse2;
 using InstructionSet = Twice<Sse2>;

@@ -72,6 +72,11 @@ struct Twice {
     static double lane(Doubles x, int lane) {
         return lane < Half::width ? Half::lane(x.low, lane) : Half::lane(x.high, lane - Half::width);
     }
+    template <typename Take>
+    static void each_pair(Doubles a, Doubles b, Take take) {
+        Half::each_pair(a.low, b.low, take);
+        Half::each_pair(a.high, b.high, take);
+    }
     template <typename Place>
     static Doubles gathered(Place place, Words i) {
         return {Half::gathered(place, i.low), Half::gathered(place, i.high)};
