@@ -12,8 +12,9 @@
 
 namespace finance {
 
-// Coupons of rows side by side: a hundred years of months.
-constexpr double most_coupons_in_lanes = 1200.0;
+// Coupons of rows side by side: a hundred years of months, and no more than calls add term by term in each of a search's
+// hundred sums, denormal ones too. (In builds that walk short that is the less.)
+constexpr double most_coupons_in_lanes = std::min(1200.0, longest_literal_search / (128.0 * cost_of_denormals));
 template <typename Set>
 LaneTruth<Set> has_too_many_coupons(Lanes<Set> n) {
     return n > most_coupons_in_lanes;
