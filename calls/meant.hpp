@@ -5,6 +5,7 @@
 //  (3) A missing value is no such value.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <span>
@@ -25,6 +26,10 @@ inline bool is_meant(catalogue::Kind kind, double x) {
 
 inline bool is_meant(catalogue::Kind kind, const host::Argument& argument) {
     return argument.kind() != host::Argument::Kind::number || is_meant(kind, argument.number());
+}
+
+inline bool all_meant(catalogue::Kind kind, std::span<const double> values) {
+    return std::ranges::all_of(values, [kind](double x) { return is_meant(kind, x); });
 }
 
 // "20240115 is no day of the years 1 to 9999: 2024-01-15 looks like it", of a value that is not meant.

@@ -53,10 +53,10 @@ std::uint64_t columns_of_ODDFYIELD(const RowBlock& block) { return odd_first_per
 
 constexpr ColumnList make_list() {
     ColumnList list{};
-#define LIST_HANDLER(name, basis, Set) list[index_of(#name)] = columns_of_##name;
+#define LIST_HANDLER(name, ...) list[index_of(#name)] = columns_of_##name;
     FINANCE_ROW_COLUMNS(LIST_HANDLER)
     FINANCE_BLOCK_COLUMNS(LIST_HANDLER)
-#define LIST_COUPONS(name, basis, Set) list[index_of(#name)] = columns_of_coupons;
+#define LIST_COUPONS(name, basis) list[index_of(#name)] = columns_of_coupons;
     FINANCE_COUPON_COLUMNS(LIST_COUPONS)
     return list;
 }

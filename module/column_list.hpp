@@ -7,9 +7,9 @@
 #include "lanes/rows.hpp"
 #include "module/financial_list.hpp"
 
-// Where the basis stands among the arguments, 0: there is none; and how many rows go at a time. TwoVectors, where a row is
-// one long chain of steps that wait for each other; OneVector, where they hardly wait; else what the set of instructions
-// does best.
+// Where the basis stands among the arguments, 0: there is none; and, of those whose rows go through as they stand, how many
+// of them at a time. TwoVectors, where a row is one long chain of steps that wait for each other; OneVector, where they
+// hardly wait; else what the set of instructions does best.
 // clang-format off
 #define FINANCE_ROW_COLUMNS(ROW) \
     ROW(FV, 0, TwoVectors)  ROW(PMT, 0, TwoVectors)  ROW(PV, 0, TwoVectors)  ROW(RATE, 0, InstructionSet) \
@@ -24,12 +24,10 @@
     ROW(TBILLEQ, 0, OneVector)  ROW(TBILLPRICE, 0, OneVector)  ROW(TBILLYIELD, 0, OneVector)
 // Those that are one.
 #define FINANCE_COUPON_COLUMNS(ROW) \
-    ROW(COUPDAYBS, 4, InstructionSet)  ROW(COUPDAYS, 4, InstructionSet)  ROW(COUPDAYSNC, 4, InstructionSet) \
-    ROW(COUPNCD, 4, InstructionSet)  ROW(COUPNUM, 4, InstructionSet)  ROW(COUPPCD, 4, InstructionSet)
+    ROW(COUPDAYBS, 4)  ROW(COUPDAYS, 4)  ROW(COUPDAYSNC, 4)  ROW(COUPNCD, 4)  ROW(COUPNUM, 4)  ROW(COUPPCD, 4)
 // Those that take the rows of a block in another order.
 #define FINANCE_BLOCK_COLUMNS(ROW) \
-    ROW(DURATION, 6, TwoVectors)  ROW(MDURATION, 6, TwoVectors)  ROW(ODDFPRICE, 9, TwoVectors) \
-    ROW(ODDFYIELD, 9, TwoVectors)  ROW(PRICE, 7, TwoVectors)  ROW(YIELD, 7, TwoVectors)
+    ROW(DURATION, 6)  ROW(MDURATION, 6)  ROW(ODDFPRICE, 9)  ROW(ODDFYIELD, 9)  ROW(PRICE, 7)  ROW(YIELD, 7)
 
 #define FINANCE_COLUMNS(ROW) FINANCE_ROW_COLUMNS(ROW) FINANCE_COUPON_COLUMNS(ROW) FINANCE_BLOCK_COLUMNS(ROW)
 // clang-format on

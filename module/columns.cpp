@@ -105,7 +105,7 @@ private:
 
 constexpr std::array<int, calculation_count> make_basis_positions() {
     std::array<int, calculation_count> positions{};
-#define BASIS_POSITION(name, basis, Set) positions[index_of(#name)] = basis;
+#define BASIS_POSITION(name, basis, ...) positions[index_of(#name)] = basis;
     FINANCE_COLUMNS(BASIS_POSITION)
     return positions;
 }

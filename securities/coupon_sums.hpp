@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "abi/conversions.hpp"
+#include "cashflow/newton_search.hpp"
 #include "lanes/lanes.hpp"
 #include "securities/long_sums.hpp"
 
@@ -72,5 +73,24 @@ struct YieldObjective {
     N value;
     N derivative;
 };
+
+// Where yields are found, from 0.1, of those in lanes that are searched for; price_less_given(s) is asked at s = 1 + yield/f.
+template <typename Set, typename Objective>
+[[gnu::always_inline]] inline LaneTruth<Set> search_yields(Lanes<Set>& yield, LaneTruth<Set> searching, double f,
+                                                           Objective price_less_given) {
+    using N = Lanes<Set>;
+    NewtonProblemOf<N> problem;
+    problem.start = 0.1;
+    problem.residualScale = 0.0;
+    const auto found = newton_search<N>(problem, searching, [&](NewtonProblemOf<N>& now, LaneTruth<Set>) {
+        const N s = 1.0 + now.x / f;
+        const YieldObjective<N> at = price_less_given(s);
+        now.value = at.value;
+        now.derivative = at.derivative;
+        return !(s < smallest_that_counts);
+    });
+    yield = problem.x;
+    return found;
+}
 
 }  // namespace finance

@@ -4,7 +4,6 @@
 
 #include <bit>
 
-#include "cashflow/newton_search.hpp"
 #include "lanes/staged_rows.hpp"
 #include "securities/odd_first_period.hpp"
 
@@ -37,32 +36,21 @@ LaneTruth<Set> price_odd_first(const OddFirstBonds<Lanes<Set>>& of, LaneTruth<Se
     return wanted & !(s < smallest_that_counts);
 }
 
-// Searched for from 0.1.
 template <typename Set>
 LaneTruth<Set> search_odd_first_yield(const OddFirstBonds<Lanes<Set>>& of, LaneTruth<Set> searching,
                                       Lanes<Set>& yield) {
     using N = Lanes<Set>;
-    NewtonProblemOf<N> problem;
-    problem.start = 0.1;
-    problem.residualScale = 0.0;
-    const auto found = newton_search<N>(problem, searching, [&of](NewtonProblemOf<N>& now, LaneTruth<Set>) {
-        const N s = now.x / of.bond.f + 1.0;
+    return search_yields(yield, searching, of.bond.f, [&of](N s) {
         const N v = 1.0 / s;
         N first_t;
         set_power(first_t, v, of.bond.e);
-        const auto add = [&of, v](DiscountSumsOf<N>& sums, N) {
+        return odd_first_price_less_given(of.bond, of.given, v, first_t, [&of, v](DiscountSumsOf<N>& sums, N) {
             with_division_by(of.bond.f, [&](auto over_f) {
                 walk_lanes(sums, 0, of.bond.later,
                            [v, over_f](DiscountSumsOf<N>& terms) { add_later_coupon(terms, v, over_f); });
             });
-        };
-        const YieldObjective<N> at = odd_first_price_less_given(of.bond, of.given, v, first_t, add);
-        now.value = at.value;
-        now.derivative = at.derivative;
-        return !(s < smallest_that_counts);
+        });
     });
-    yield = problem.x;
-    return found;
 }
 
 // Prices, or the yields of prices.

@@ -7,7 +7,6 @@
 //  (4) With one coupon left interest is simple, and YIELD is a closed form; otherwise it is searched from 0.1.
 #pragma once
 
-#include "cashflow/newton_search.hpp"
 #include "elementary/functions.hpp"
 #include "lanes/lanes.hpp"
 #include "securities/coupon_sums.hpp"
@@ -127,16 +126,11 @@ template <typename N, typename Add>
     return price_and_slope(record, c, sums, sums.t, sums.g);
 }
 
-// Where a yield is found, from 0.1, of those in lanes that are searched for.
 template <typename Set>
 LaneTruth<Set> search_yield(SecurityComputeRecordOf<Lanes<Set>>& record, LaneTruth<Set> searching) {
     using N = Lanes<Set>;
-    NewtonProblemOf<N> problem;
-    problem.start = 0.1;
-    problem.residualScale = 0.0;
-    const auto found = newton_search<N>(problem, searching, [&record](NewtonProblemOf<N>& now, LaneTruth<Set>) {
-        const N s = 1.0 + now.x / clamped_frequency(*record.terms);
-        const auto add = [&record](DiscountSumsOf<N>& sums, N v, double f, N) {
+    return search_yields(record.yield, searching, clamped_frequency(*record.terms), [&record](N s) {
+        return price_less_given(record, s, [&record](DiscountSumsOf<N>& sums, N v, double f, N) {
             N e = record.remainingFraction;
             with_division_by(f, [&](auto over_f) {
                 walk_lanes(sums, 1, record.couponCount, [&](DiscountSumsOf<N>& terms) {
@@ -144,14 +138,8 @@ LaneTruth<Set> search_yield(SecurityComputeRecordOf<Lanes<Set>>& record, LaneTru
                     terms.step(v, e, over_f);
                 });
             });
-        };
-        const YieldObjective<N> at = price_less_given(record, s, add);
-        now.value = at.value;
-        now.derivative = at.derivative;
-        return !(s < smallest_that_counts);
+        });
     });
-    record.yield = problem.x;
-    return found;
 }
 
 // ---- Calculations (of rows of columns: bond_columns.hpp)

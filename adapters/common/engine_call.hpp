@@ -12,9 +12,11 @@
 #include <cmath>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
+#include "adapters/common/kinds_of_values.hpp"
 #include "calls/answer.hpp"
 #include "catalogue/catalogue.hpp"
 #include "host/batch.hpp"
@@ -46,9 +48,12 @@ host::Argument basis_argument(std::string_view text);
 
 // ---- Calls
 
-// Whether an answer stands without a look at its call.
+// Whether an answer, or all of them, stands without a look at its call.
 inline bool speaks_for_itself(const catalogue::Calculation& calculation, double value) {
     return !calculation.searches && std::isfinite(value);
+}
+inline bool all_speak_for_themselves(const catalogue::Calculation& calculation, std::span<const double> values) {
+    return !calculation.searches && all_finite(values);
 }
 
 // The value of an answer, nothing where it is missing or none that holds. CallRefused, the sentence naming the

@@ -160,8 +160,7 @@ bool add_lists(const Calculation& calculation, const ListColumns& list_columns, 
         if (of_run.empty()) return false;
         const auto values = lists->values().subspan(static_cast<std::size_t>(of_run.front()),
                                                     static_cast<std::size_t>(of_run.back() - of_run.front()));
-        const catalogue::Kind kind = calculation.parameters[i].kind;
-        if (!std::ranges::all_of(values, [kind](double x) { return calls::is_meant(kind, x); })) return false;
+        if (!calls::all_meant(calculation.parameters[i].kind, values)) return false;
         columns[i] = host::Column::lists(lists->values().data(), of_run.data());
     }
     return true;

@@ -6,7 +6,6 @@
 
 #include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
-#include "adapters/common/kinds_of_values.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
 #include "calls/meant.hpp"
@@ -28,7 +27,7 @@ struct Marks {
 // Answers that do not hold become NaN.
 void drop_unheld(const Calculation& calculation, const ChunkColumns& chunk, Run run, Answers& answers) {
     const auto values = answers.values().subspan(run.first, run.last - run.first);
-    if (!calculation.searches && all_finite(values)) return;
+    if (all_speak_for_themselves(calculation, values)) return;
     std::vector<host::Argument> arguments(chunk.columns().size(), host::Argument::absent());
     for (std::size_t row = run.first; row < run.last; ++row) {
         double& value = answers.values()[row];

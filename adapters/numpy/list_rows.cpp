@@ -47,10 +47,6 @@ bool fill(Row& row, const Calculation& calculation, std::span<const RowValues> p
 
 constexpr std::size_t rows_at_once = 256;
 
-bool all_meant(Kind kind, std::span<const double> values) {
-    return std::ranges::all_of(values, [kind](double x) { return calls::is_meant(kind, x); });
-}
-
 // Some rows as columns of values and of lists, where they can be: each list begins where the one before ends, two of a row
 // are equally long, and no value is missing or not meant.
 class BlockColumns {
@@ -63,7 +59,7 @@ public:
             const RowValues& of = parameters[i];
             const auto values =
                 is_list(kind) ? values_of_lists(of, starts_[i], first, rows) : of.values.subspan(first, rows);
-            plain_ = plain_ && !any_nan(values) && all_meant(kind, values);
+            plain_ = plain_ && !any_nan(values) && calls::all_meant(kind, values);
             columns_.push_back(is_list(kind) ? host::Column::lists(of.values.data(), starts_[i].data())
                                              : host::Column::numbers(values.data()));
         }

@@ -111,7 +111,11 @@ private:
     // What calculate has left for the same rows.
     void answer(std::size_t first, std::size_t last, std::size_t refused_rows) {
         const bool meant = calls::all_meant(*function_.calculation, columns_, last - first);
-        if (refused_rows == 0 && meant && all_speak_for_themselves(last - first)) return put_all(first, last);
+        // Most rows, at once.
+        const bool plain = refused_rows == 0 && meant;
+        if (plain && all_speak_for_themselves(*function_.calculation, {results_.data(), last - first})) {
+            return put_all(first, last);
+        }
         for (std::size_t row = first; row < last; ++row) {
             const double answer = results_[row - first];
             const bool made = statuses_[row - first] == ZELKOVAN_STATUS_SUCCESS && (meant || is_meant(row));
@@ -121,10 +125,6 @@ private:
         }
     }
 
-    // Most rows, at once: answers that stand without a look at their calls.
-    [[nodiscard]] bool all_speak_for_themselves(std::size_t rows) const {
-        return !function_.calculation->searches && all_finite({results_.data(), rows});
-    }
     void put_all(std::size_t first, std::size_t last) {
         if (is_dense(function_.arguments)) {
             void* place = places_[function_.arguments] + first * sizeof(double);

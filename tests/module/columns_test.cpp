@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "abi/zelkovan.h"
-#include "elementary/functions.hpp"
 #include "tests/module/answered_columns.hpp"
 #include "tests/support/call.hpp"
 
@@ -26,8 +25,7 @@ const std::vector<double> periods{360, 12, 12, 2.5, 12, 1e300, 12, 5e9};
 const std::vector<double> amounts{1000, 2000, 3000, 4000, 5000, 6000, nan, 8000};
 
 TEST(Columns, PlainRowsAreAnswered) {
-    for (const std::uint32_t instructions : {ZELKOVAN_INSTRUCTIONS_SSE2, ZELKOVAN_INSTRUCTIONS_AVX2}) {
-        if (instructions == ZELKOVAN_INSTRUCTIONS_AVX2 && !elementary::has_wide_lanes) continue;
+    for (const std::uint32_t instructions : instruction_sets()) {
         const Answered got =
             answer("PMT", {numbers(rates.data()), numbers(periods.data()), numbers(amounts.data())}, 8, instructions);
         EXPECT_EQ(got.count, 2) << instructions;
