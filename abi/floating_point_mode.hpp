@@ -9,14 +9,19 @@
 //  (4) Whether exceptions trap is asked of the x87 unit's control word, which the C library's routines (feenableexcept,
 //      fesetenv) set along with MXCSR. A program that unmasks exceptions in MXCSR alone is served with them unmasked.
 //      Else that unit does not matter: the module does not use it.
+//  (5) WebAssembly has the usual mode only.
 #pragma once
 
+#ifdef __SSE2__
 #include <emmintrin.h>
+#endif
 
 #include <cstdint>
 #include <type_traits>
 
 namespace finance {
+
+#ifdef __SSE2__
 
 // ---- Which mode it is. Reading MXCSR waits for all arithmetic under way, 2 to 3 ns a call, since it has the flags in it;
 // a sum that depends on the mode takes its turn with the others.
@@ -87,5 +92,14 @@ Result in_usual_mode(Result (*routine)(Parameters...), std::type_identity_t<Para
         return call_in_usual_mode(routine, arguments...);
     return routine(arguments...);
 }
+
+#else
+
+template <typename Result, typename... Parameters>
+Result in_usual_mode(Result (*routine)(Parameters...), std::type_identity_t<Parameters>... arguments) {
+    return routine(arguments...);
+}
+
+#endif
 
 }  // namespace finance

@@ -53,8 +53,15 @@ extern "C" {
 #define ZELKOVAN_ASSERT(condition, text) _Static_assert(condition, text)
 #endif
 
+/* Pointers of records stand on words of 8 bytes, also where they have 4: all offsets hold there too. */
+#define ZELKOVAN_ON_A_WORD __attribute__((aligned(8)))
+
 /* Exported from zelkovan.so, and bound inside it: nobody can put another definition in its place. */
+#ifdef __wasm__
+#define ZELKOVAN_EXPORT __attribute__((visibility("default"))) /* there is no other place */
+#else
 #define ZELKOVAN_EXPORT __attribute__((visibility("protected")))
+#endif
 
 /* ---- Statuses and the missing value ---------------------------------------------------------------------------- */
 
@@ -103,7 +110,7 @@ typedef struct ArgSlot {
     uint8_t type;
     uint8_t flags;
     uint8_t host_owned[6];
-    void* value; /* numeric: a double; character: a CharacterDescriptor */
+    ZELKOVAN_ON_A_WORD void* value; /* numeric: a double; character: a CharacterDescriptor */
 } ArgSlot;
 ZELKOVAN_ASSERT(sizeof(ArgSlot) == 16, "an argument slot has 16 bytes");
 ZELKOVAN_ASSERT(offsetof(ArgSlot, flags) == 1, "flag byte");
@@ -114,7 +121,7 @@ typedef struct CharacterDescriptor {
     uint8_t host_owned[8];
     uint32_t length;
     uint8_t host_owned_too[4];
-    char* text;
+    ZELKOVAN_ON_A_WORD char* text;
 } CharacterDescriptor;
 ZELKOVAN_ASSERT(sizeof(CharacterDescriptor) == 24, "a character descriptor has 24 bytes");
 ZELKOVAN_ASSERT(offsetof(CharacterDescriptor, length) == 8, "text length");
@@ -148,10 +155,10 @@ typedef struct ImageInformation {
     uint64_t layout;
     char short_version[6];
     char release[20];
-    char build_date[30];          /* Jan 01 2000 */
-    const void* program_controls; /* const ProgramControl* const*, up to a null pointer */
-    const char* notice;
-    char sequence[8];
+    char build_date[30];                             /* Jan 01 2000 */
+    ZELKOVAN_ON_A_WORD const void* program_controls; /* const ProgramControl* const*, up to a null pointer */
+    ZELKOVAN_ON_A_WORD const char* notice;
+    ZELKOVAN_ON_A_WORD char sequence[8];
 } ImageInformation;
 ZELKOVAN_ASSERT(sizeof(ImageInformation) == 120, "the image record has 120 bytes");
 ZELKOVAN_ASSERT(offsetof(ImageInformation, magic) == 24, "magic");
@@ -173,7 +180,7 @@ typedef struct ProgramControl {
     uint64_t second_size;
     char name[8]; /* not NUL-terminated */
     uint64_t reserved;
-    RegistrationEntry* entry;
+    ZELKOVAN_ON_A_WORD RegistrationEntry* entry;
     uint64_t entries;
     uint64_t first_build;
     uint64_t second_build;
@@ -202,7 +209,7 @@ ZELKOVAN_ASSERT(offsetof(FunctionItem, fifth_property) == 48, "fifth property");
 typedef struct FunctionItemList {
     uint32_t count;
     uint8_t host_owned[4];
-    const FunctionItem* items;
+    ZELKOVAN_ON_A_WORD const FunctionItem* items;
 } FunctionItemList;
 ZELKOVAN_ASSERT(sizeof(FunctionItemList) == 16, "the item list has 16 bytes");
 ZELKOVAN_ASSERT(offsetof(FunctionItemList, items) == 8, "items");
@@ -258,10 +265,10 @@ ZELKOVAN_EXPORT void* vmfree_handler(void* vector, uint64_t a, uint64_t b, int32
 
 typedef struct ZelkovanColumn {
     uint32_t kind;
-    uint32_t reserved;     /* 0 */
-    const void* first;     /* the first row's; of lists the values of all */
-    int64_t stride;        /* bytes from a row's to the next one's; 0: the same in all rows */
-    const int64_t* starts; /* of lists: rows + 1 of them, none below the one before */
+    uint32_t reserved;                        /* 0 */
+    ZELKOVAN_ON_A_WORD const void* first;     /* the first row's; of lists the values of all */
+    int64_t stride;                           /* bytes from a row's to the next one's; 0: the same in all rows */
+    ZELKOVAN_ON_A_WORD const int64_t* starts; /* of lists: rows + 1 of them, none below the one before */
 } ZelkovanColumn;
 
 #define ZELKOVAN_INSTRUCTIONS_BEST UINT32_C(0) /* that the processor has */
@@ -270,13 +277,15 @@ typedef struct ZelkovanColumn {
 #define ZELKOVAN_INSTRUCTIONS_NONE UINT32_C(3) /* no row is answered */
 
 typedef struct ZelkovanColumns {
-    const char* name; /* of the calculation, as in a call */
+    ZELKOVAN_ON_A_WORD const char* name; /* of the calculation, as in a call */
     int64_t name_length;
-    const ZelkovanColumn* columns; /* the first argument after the name, the second, ... */
+    ZELKOVAN_ON_A_WORD const ZelkovanColumn* columns; /* the first argument after the name, the second, ... */
     int64_t column_count;
     int64_t rows;
-    double* results;    /* one a row; of rows that are not answered whatever was there or anything else */
-    uint64_t* answered; /* a bit a row, the first the lowest: (rows + 63) / 64 words, each of which is set */
+    ZELKOVAN_ON_A_WORD double*
+        results; /* one a row; of rows that are not answered whatever was there or anything else */
+    ZELKOVAN_ON_A_WORD uint64_t*
+        answered; /* a bit a row, the first the lowest: (rows + 63) / 64 words, each of which is set */
     uint32_t instructions;
     uint32_t reserved; /* 0 */
 } ZelkovanColumns;

@@ -5,7 +5,7 @@ namespace finance {
 namespace {
 
 Toolkit* host_toolkit() {
-    auto* toolkit = std::bit_cast<Toolkit*>(Exported_KXHandle);
+    auto* toolkit = reinterpret_cast<Toolkit*>(static_cast<std::uintptr_t>(Exported_KXHandle));
     const bool creates_pools =
         toolkit != nullptr && toolkit->operations != nullptr && toolkit->operations->create_pool != nullptr;
     return creates_pools ? toolkit : nullptr;

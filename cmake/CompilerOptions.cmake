@@ -28,7 +28,10 @@ set(warnings -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -W
 
 # Results are the same bits whatever a builder adds: these come after the builder's flags and win. No square root has to
 # set errno: it is one instruction.
-set(floating_point -fno-fast-math -ffp-contract=off -fno-math-errno -msse2 -mfpmath=sse)
+set(floating_point -fno-fast-math -ffp-contract=off -fno-math-errno)
+if(NOT ZELKOVAN_WEB)
+    list(APPEND floating_point -msse2 -mfpmath=sse)
+endif()
 
 target_compile_options(zelkovan_options INTERFACE
     $<$<COMPILE_LANGUAGE:C,CXX>:${warnings}>
@@ -36,6 +39,11 @@ target_compile_options(zelkovan_options INTERFACE
     "$<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>"
     "$<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>")
 target_link_options(zelkovan_options INTERFACE -fno-fast-math)
+
+# The browser has walls of its own.
+if(ZELKOVAN_WEB)
+    return()
+endif()
 
 # A fault of ours that writes where it must not ends the process, or finds nothing to jump to: the addresses of other
 # libraries' routines are looked up at load and then read-only, no page is both written and run, jumps and returns land

@@ -7,9 +7,14 @@
 
 namespace finance::elementary {
 
+#ifdef __x86_64__
 // Of this processor and its system; known once the module is loaded.
 extern const bool has_fused_multiply_add;
 extern const bool has_wide_lanes;  // of four doubles, with fused multiply-add (lanes/instruction_set.hpp)
+#else
+inline constexpr bool has_fused_multiply_add = false;
+inline constexpr bool has_wide_lanes = false;
+#endif
 
 namespace by_instruction {
 double exp(double x);

@@ -4,32 +4,13 @@
 #include <stdexcept>
 
 #include "abi/zelkovan.h"
+#include "host/byte_tables.hpp"
 #include "host/services.hpp"
 
 namespace finance::host {
 namespace {
 
 constexpr unsigned char junk_byte = 0xA5;
-
-using ByteTable = std::array<unsigned char, 256>;
-
-enum class Folding : std::uint8_t { none, upper, lower };
-
-constexpr ByteTable byte_table(Folding folding) {
-    ByteTable table{};
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        const bool lower = i >= 'a' && i <= 'z';
-        const bool upper = i >= 'A' && i <= 'Z';
-        constexpr std::size_t case_bit = 0x20;
-        const bool moved = (folding == Folding::upper && lower) || (folding == Folding::lower && upper);
-        table[i] = static_cast<unsigned char>(moved ? i ^ case_bit : i);
-    }
-    return table;
-}
-
-constexpr ByteTable identity = byte_table(Folding::none);
-constexpr ByteTable to_upper = byte_table(Folding::upper);
-constexpr ByteTable to_lower = byte_table(Folding::lower);
 
 void* junk_address(std::size_t i) { return std::bit_cast<void*>(ControlBlock::junk_word(i)); }
 

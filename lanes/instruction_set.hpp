@@ -3,9 +3,13 @@
 // for says ZELKOVAN_WIDE_LANES, not the compiler, whom a builder may have told of a newer processor.
 #pragma once
 
+#ifdef __x86_64__
 #include <immintrin.h>
+#endif
 
+#include <cmath>
 #include <cstdint>
+#include <cstring>
 
 #include "lanes/twice.hpp"
 
@@ -70,7 +74,7 @@ struct InstructionSet {
 using OneVector = InstructionSet;
 using TwoVectors = Twice<InstructionSet>;
 
-#else
+#elif defined(__x86_64__)
 
 // Two lanes; four of them are two of these (twice.hpp), so that the steps of four rows overlap.
 struct Sse2 {
@@ -101,6 +105,39 @@ struct Sse2 {
 };
 using OneVector = Sse2;
 using InstructionSet = Twice<Sse2>;
+using TwoVectors = InstructionSet;
+
+#else
+
+// Two lanes in the compiler's own words, for processors that it knows better.
+struct TwoLanes {
+    static constexpr int width = 2;
+    static constexpr unsigned all_lanes = 3;
+    static constexpr bool has_fused = false;
+    using Doubles = double __attribute__((vector_size(16)));
+    using Words = std::uint64_t __attribute__((vector_size(16)));
+
+    static Doubles broadcast(double x) { return Doubles{x, x}; }
+    static Doubles load(const double* from) { return Doubles{from[0], from[1]}; }
+    static void store(double* to, Doubles x) { std::memcpy(to, &x, sizeof x); }
+    static unsigned signs(Words bits) { return static_cast<unsigned>(bits[0] >> 63 | bits[1] >> 63 << 1); }
+    static Doubles select(Words truth, Doubles yes, Doubles no) {
+        return Doubles((truth & Words(yes)) | (~truth & Words(no)));
+    }
+    static Doubles square_root(Doubles x) { return Doubles{std::sqrt(x[0]), std::sqrt(x[1])}; }
+    static Doubles truncated(Doubles x) { return Doubles{std::trunc(x[0]), std::trunc(x[1])}; }
+    static Words lane_bits(unsigned lanes) {
+        return Words{std::uint64_t{0} - (lanes & 1), std::uint64_t{0} - (lanes >> 1 & 1)};
+    }
+    static double lane(Doubles x, int lane) { return x[lane]; }
+    template <typename Take>
+    static void each_pair(Doubles a, Doubles b, Take take) {
+        take(Pair{a[0], b[0]});
+        take(Pair{a[1], b[1]});
+    }
+};
+using OneVector = TwoLanes;
+using InstructionSet = Twice<TwoLanes>;
 using TwoVectors = InstructionSet;
 
 #endif

@@ -1,7 +1,9 @@
 // What the host's collating table says of letters. (Texts are compared in abi/text.hpp.)
 #pragma once
 
+#ifdef __SSE2__
 #include <emmintrin.h>
+#endif
 
 #include <cstdint>
 
@@ -10,13 +12,14 @@
 
 namespace finance {
 
+inline constexpr unsigned char case_bit = 0x20;  // set in lower-case letters
+
+// letters_ascend: each letter from A to Z comes before the next one, and after what pads a shorter text.
+#ifdef __SSE2__
 inline __m128i sixteen_from(const unsigned char* mapped, char letter) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(mapped + static_cast<unsigned char>(letter)));
 }
 
-inline constexpr unsigned char case_bit = 0x20;  // set in lower-case letters
-
-// Each letter from A to Z comes before the next one, and after what pads a shorter text.
 inline bool letters_ascend(const unsigned char* mapped) {
     // What a byte exceeds another by, 0 where it does not: A to P and B to Q, J to Y and K to Z.
     const __m128i to_Q = _mm_subs_epu8(sixteen_from(mapped, 'B'), sixteen_from(mapped, 'A'));
@@ -25,6 +28,15 @@ inline bool letters_ascend(const unsigned char* mapped) {
     const __m128i least = _mm_min_epu8(_mm_min_epu8(to_Q, to_Z), from_blank);
     return _mm_movemask_epi8(_mm_cmpeq_epi8(least, _mm_setzero_si128())) == 0;
 }
+#else
+inline bool letters_ascend(const unsigned char* mapped) {
+    bool ascend = true;
+    for (unsigned char letter = 'A'; letter <= 'Z'; ++letter) {
+        ascend = ascend && mapped[letter] > blank && (letter == 'Z' || mapped[letter] < mapped[letter + 1]);
+    }
+    return ascend;
+}
+#endif
 
 // Each letter of a text is mapped as the upper-case one is.
 inline bool case_is_folded(const unsigned char* mapped, const char* text, std::int64_t length) {

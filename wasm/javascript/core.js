@@ -1,0 +1,139 @@
+// Calls into core.wasm: arguments are written into its room, the outcome is read from there (wasm/calls.cpp).
+
+export const SUCCESS = 0;
+export const INVALID_ARGUMENT = 120836;
+const NO_MEMORY = 1;
+
+// An argument that is left out: of a number or a date, of a text.
+export const absent = Symbol('absent');
+export const absentText = Symbol('absent text');
+
+// What an argument is, as wasm/calls.cpp counts.
+const KIND = { number: 0, text: 1, absent: 2, absentText: 3, column: 4 };
+
+const WORD = 8; // bytes of an argument
+const MOST_BYTES = 2 ** 32 - 2 ** 16; // that addresses of 32 bits reach
+const MISSING_NUMBER = 0xfffffe0000000000n;
+const LITTLE_ENDIAN = true;
+
+const encoder = new TextEncoder();
+const decoder = new TextDecoder();
+
+const roundedUp = (bytes) => Math.ceil(bytes / WORD) * WORD;
+
+export class Core {
+  #wasm;
+  #view;
+
+  /** @param {WebAssembly.Instance} instance of core.wasm, which imports nothing */
+  constructor(instance) {
+    this.#wasm = instance.exports;
+    this.#wasm.begin();
+  }
+
+  // Growing memory leaves the old views without a buffer.
+  get #memory() {
+    if (this.#view?.buffer !== this.#wasm.memory.buffer) this.#view = new DataView(this.#wasm.memory.buffer);
+    return this.#view;
+  }
+
+  get bytesOfMemory() {
+    return this.#wasm.memory.buffer.byteLength;
+  }
+
+  #room(bytes) {
+    const place = bytes > MOST_BYTES ? 0 : this.#wasm.room(bytes) >>> 0;
+    if (place === 0) throw new RangeError(`there is no memory for ${bytes} bytes`);
+    return place;
+  }
+
+  // Words, then kinds, then texts. Gives where each begins and where all end.
+  #write(name, args, moreBytes) {
+    const words = [name, ...args];
+    const texts = words.map((word) => (typeof word === 'string' ? encoder.encode(word) : undefined));
+    const bytesOfTexts = texts.reduce((sum, text) => sum + (text?.length ?? 0), 0);
+    const bytes = roundedUp(words.length * (WORD + 1) + bytesOfTexts);
+    const place = this.#room(bytes + moreBytes);
+    const kinds = place + WORD * words.length;
+    let free = kinds + words.length;
+    const memory = this.#memory;
+    words.forEach((word, i) => {
+      const at = place + WORD * i;
+      let kind = KIND.number;
+      if (typeof word === 'number') {
+        memory.setFloat64(at, word, LITTLE_ENDIAN);
+      } else if (typeof word === 'bigint') {
+        memory.setBigUint64(at, word, LITTLE_ENDIAN);
+      } else if (texts[i] !== undefined) {
+        kind = KIND.text;
+        memory.setUint32(at, free, LITTLE_ENDIAN);
+        memory.setUint32(at + 4, texts[i].length, LITTLE_ENDIAN);
+        new Uint8Array(memory.buffer, free, texts[i].length).set(texts[i]);
+        free += texts[i].length;
+      } else if (word instanceof Float64Array) {
+        kind = KIND.column; // its place is written by rows()
+      } else {
+        kind = word === absentText ? KIND.absentText : KIND.absent;
+      }
+      memory.setUint8(kinds + i, kind);
+    });
+    return { place, kinds, count: words.length, end: place + bytes };
+  }
+
+  /**
+   * FINANCE(name, args...).
+   * @param {string} name
+   * @param {(number|bigint|string|symbol)[]} args numbers, a NaN being a missing one; texts; `absent`, `absentText`; the
+   *   bits of a double as a bigint
+   * @returns {{status: number, value: number, bits: bigint, flagged: number, note: number, log: string[]}} flagged: the
+   *   argument at fault, 1 the first after the name, -1 none; note: the number of a message, 0 none
+   */
+  call(name, args) {
+    const { place, kinds, count } = this.#write(name, args, 0);
+    const status = this.#wasm.call(place, kinds, count);
+    if (status === NO_MEMORY) throw new RangeError(`there is no memory for a call of ${name} with ${args.length} arguments`);
+    const outcome = this.#wasm.outcome();
+    const log = this.#wasm.log();
+    const memory = this.#memory;
+    const bytesOfLog = memory.getUint32(log, LITTLE_ENDIAN);
+    const lines = decoder.decode(new Uint8Array(memory.buffer, log + WORD, bytesOfLog));
+    const bits = memory.getBigUint64(outcome, LITTLE_ENDIAN);
+    return {
+      status,
+      value: bits === MISSING_NUMBER ? NaN : memory.getFloat64(outcome, LITTLE_ENDIAN),
+      bits,
+      flagged: memory.getInt32(outcome + 12, LITTLE_ENDIAN),
+      note: memory.getInt32(log + 4, LITTLE_ENDIAN),
+      log: bytesOfLog === 0 ? [] : lines.trimEnd().split('\n'),
+    };
+  }
+
+  /**
+   * The same calculation over rows: an argument is the same in all of them, or a Float64Array with one number a row.
+   * @returns {{results: Float64Array, answered: Uint8Array}} results: NaN where a row has no value; answered: 1 or 0
+   */
+  rows(name, args, rows) {
+    const columns = args.filter((arg) => arg instanceof Float64Array);
+    const bytesOfNumbers = Float64Array.BYTES_PER_ELEMENT * rows;
+    const written = this.#write(name, args, (columns.length + 1) * bytesOfNumbers + rows);
+    let free = written.end;
+    const memory = this.#memory;
+    args.forEach((arg, i) => {
+      if (!(arg instanceof Float64Array)) return;
+      if (arg.length !== rows) throw new RangeError(`column ${i + 1} has ${arg.length} numbers, not ${rows}`);
+      new Float64Array(memory.buffer, free, rows).set(arg);
+      memory.setUint32(written.place + WORD * (i + 1), free, LITTLE_ENDIAN);
+      memory.setUint32(written.place + WORD * (i + 1) + 4, Float64Array.BYTES_PER_ELEMENT, LITTLE_ENDIAN);
+      free += bytesOfNumbers;
+    });
+    const results = free;
+    const answered = results + bytesOfNumbers;
+    if (this.#wasm.rows(written.place, written.kinds, written.count, rows, results, answered) < 0)
+      throw new RangeError(`there is no memory for ${rows} rows of ${name}`);
+    const buffer = this.#wasm.memory.buffer;
+    return {
+      results: new Float64Array(buffer, results, rows).slice(),
+      answered: new Uint8Array(buffer, answered, rows).slice(),
+    };
+  }
+}

@@ -1,0 +1,53 @@
+#include "wasm/memory.hpp"
+
+// Where the linker's own data end.
+extern "C" unsigned char __heap_base;  // NOLINT(bugprone-reserved-identifier): the linker's name
+
+namespace finance::wasm {
+
+namespace {
+
+constexpr std::size_t page = 65536;
+constexpr std::size_t word = 8;
+constexpr std::size_t none = ~std::size_t{0};
+
+std::size_t begin() { return (reinterpret_cast<std::size_t>(&__heap_base) + word - 1) / word * word; }
+
+std::size_t room_end = 0;  // 0: nobody has asked for anything yet
+std::size_t top = 0;
+
+// From that address on; false where memory does not reach so far.
+bool grow_to(std::size_t end) {
+    const std::size_t there = __builtin_wasm_memory_size(0) * page;
+    if (end <= there) return true;
+    return __builtin_wasm_memory_grow(0, (end - there + page - 1) / page) != none;
+}
+
+// The end of so many bytes behind an address; `none` where addresses end before.
+std::size_t behind(std::size_t address, std::uint64_t bytes) {
+    if (bytes > none - page - word - address) return none;
+    return address + (static_cast<std::size_t>(bytes) + word - 1) / word * word;
+}
+
+}  // namespace
+
+void* room(std::uint64_t bytes) {
+    const std::size_t end = behind(begin(), bytes);
+    if (end == none || !grow_to(end)) return nullptr;
+    if (end > room_end) room_end = end;
+    top = room_end;
+    return reinterpret_cast<void*>(begin());
+}
+
+void* allocate(std::uint64_t bytes) {
+    const std::size_t end = behind(top, bytes);
+    if (end == none || !grow_to(end)) return nullptr;
+    void* block = reinterpret_cast<void*>(top);
+    top = end;
+    return block;
+}
+
+Workspace::Workspace() : top_{top} {}
+Workspace::~Workspace() { top = top_; }
+
+}  // namespace finance::wasm
