@@ -1,4 +1,5 @@
-// a b + c rounded once, to nearest, in whole numbers: for processors that have no instruction for it.
+// a b + c rounded once, to nearest, for processors that have no instruction for it: in some fifty operations on doubles, or
+// in whole numbers where doubles do not reach.
 #pragma once
 
 namespace finance::elementary {

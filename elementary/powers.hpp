@@ -19,24 +19,24 @@ LongLogarithm long_log(double x);
 double pow_of_log(LongLogarithm l, double y);
 }  // namespace by_instruction
 
-namespace in_whole_numbers {
+namespace without_instruction {
 LongLogarithm long_log(double x);
 double pow_of_log(LongLogarithm l, double y);
-}  // namespace in_whole_numbers
+}  // namespace without_instruction
 
 class PowersOf {
 public:
     // For few, to form the logarithm first takes longer than to form it in each.
     [[gnu::always_inline]] explicit PowersOf(double base, bool many = true) : base_{base} {
         if (!many || !is_normal_positive(bits_of(base))) return;
-        logarithm_ = has_fused_multiply_add ? by_instruction::long_log(base) : in_whole_numbers::long_log(base);
+        logarithm_ = has_fused_multiply_add ? by_instruction::long_log(base) : without_instruction::long_log(base);
     }
 
     [[gnu::always_inline]] double operator()(double y) const {
         if (logarithm_.high == infinity || !is_plain_power(y)) [[unlikely]]
             return pow(base_, y);
         return has_fused_multiply_add ? by_instruction::pow_of_log(logarithm_, y)
-                                      : in_whole_numbers::pow_of_log(logarithm_, y);
+                                      : without_instruction::pow_of_log(logarithm_, y);
     }
 
     // Infinite where it is not formed: for few, and where the base is not a normal positive number.

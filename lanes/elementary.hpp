@@ -141,9 +141,9 @@ struct Functions<Set, false> {
     };
 
 private:
-    [[gnu::cold, gnu::noinline]] static N exp_of_each(N x) { return each(in_whole_numbers::exp, x); }
-    [[gnu::cold, gnu::noinline]] static N log_of_each(N x) { return each(in_whole_numbers::log, x); }
-    [[gnu::cold, gnu::noinline]] static N pow_of_each(N x, N y) { return each(in_whole_numbers::pow, x, y); }
+    [[gnu::cold, gnu::noinline]] static N exp_of_each(N x) { return each(without_instruction::exp, x); }
+    [[gnu::cold, gnu::noinline]] static N log_of_each(N x) { return each(without_instruction::log, x); }
+    [[gnu::cold, gnu::noinline]] static N pow_of_each(N x, N y) { return each(without_instruction::pow, x, y); }
 };
 
 template <typename Set>

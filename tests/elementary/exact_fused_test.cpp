@@ -1,4 +1,4 @@
-// The fused multiply-add in whole numbers, against 3,000 bits rounded once.
+// The fused multiply-add without the instruction, against 5,000 bits rounded once.
 #include "elementary/exact_fused.hpp"
 
 #include <gtest/gtest.h>
@@ -51,6 +51,24 @@ TEST(ExactFused, Draws) {
         const double small = std::ldexp(draws.between(-2.0, 2.0), -540 + static_cast<int>(draws.index(20)));
         expect_fused(small, std::ldexp(draws.between(1.0, 2.0), -530),
                      i % 2 == 0 ? draws.subnormal() : -draws.subnormal());
+    }
+}
+
+// Where doubles hand over to whole numbers: factors of 2^-400 and 2^400, terms of 2^-900 and 2^900, with what cancels.
+TEST(ExactFused, EdgesOfRanges) {
+    DoubleDraws draws{44};
+    const auto near_power = [&](int exponent) {
+        const double digits = draws.index(2) == 0 ? 1.0 : draws.between(1.0, 2.0);
+        return std::ldexp(draws.index(2) == 0 ? digits : -digits, exponent);
+    };
+    for (const int a_exponent : {-401, -400, 0, 399, 400}) {
+        for (const int b_exponent : {-401, -400, 0, 399, 400}) {
+            for (const int c_exponent : {-901, -900, 899, 900, a_exponent + b_exponent, a_exponent + b_exponent - 54}) {
+                for (int i = 0; i < 100; ++i) {
+                    expect_fused(near_power(a_exponent), near_power(b_exponent), near_power(c_exponent));
+                }
+            }
+        }
     }
 }
 

@@ -106,10 +106,10 @@ TEST(PowersOfOneBase, AreThoseOfPow) {
 TEST(PowersOfOneBase, InWholeNumbersToo) {
     for (const double x : edge_doubles) {
         if (!elementary::is_normal_positive(elementary::bits_of(x))) continue;
-        const elementary::LongLogarithm l = elementary::in_whole_numbers::long_log(x);
+        const elementary::LongLogarithm l = elementary::without_instruction::long_log(x);
         for (const double y : edge_doubles) {
             if (!elementary::is_plain_power(y)) continue;
-            EXPECT_EQ(elementary::in_whole_numbers::pow_of_log(l, y), elementary::pow(x, y)) << x << " to " << y;
+            EXPECT_EQ(elementary::without_instruction::pow_of_log(l, y), elementary::pow(x, y)) << x << " to " << y;
         }
     }
 }

@@ -3,7 +3,7 @@
 #include "elementary/power.hpp"
 #include "elementary/powers.hpp"
 
-namespace finance::elementary::in_whole_numbers {
+namespace finance::elementary::without_instruction {
 
 namespace {
 
@@ -26,4 +26,4 @@ LongLogarithm long_log(double x) {
 double pow_of_log(LongLogarithm l, double y) { return elementary::pow_of_log<Value>({{l.high}, {l.low}}, y); }
 double fused(double a, double b, double c) { return exact_fused(a, b, c); }
 
-}  // namespace finance::elementary::in_whole_numbers
+}  // namespace finance::elementary::without_instruction
