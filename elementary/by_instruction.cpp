@@ -9,6 +9,7 @@ namespace {
 
 struct Instruction {
     static double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }
+    static double residue(double a, double b, double c) { return fused(a, b, c); }
 };
 using Value = Number<Instruction>;
 

@@ -7,6 +7,8 @@
 #include <limits>
 #include <utility>
 
+#include "elementary/error_free.hpp"
+
 namespace finance::elementary {
 
 namespace {
@@ -89,34 +91,6 @@ double rounded(const Exact& x) {
 }
 
 // ---- In doubles, where neither a product's error nor a sum leaves their range: a third of the time
-
-// Exactly value + error, value being the nearest double.
-struct Rounded {
-    double value;
-    double error;
-};
-
-Rounded two_sum(double a, double b) {
-    const double s = a + b;
-    const double of_b = s - a;
-    return {s, (a - (s - of_b)) + (b - of_b)};
-}
-
-// The upper half of a double's digits; the lower half is what is left.
-double upper_half(double x) {
-    constexpr double splitter = 0x1p27 + 1.0;
-    const double product = splitter * x;
-    return product - (product - x);
-}
-
-Rounded two_product(double a, double b) {
-    const double p = a * b;
-    const double a_upper = upper_half(a);
-    const double a_lower = a - a_upper;
-    const double b_upper = upper_half(b);
-    const double b_lower = b - b_upper;
-    return {p, a_lower * b_lower - (((p - a_upper * b_upper) - a_lower * b_upper) - a_upper * b_lower)};
-}
 
 // A sum that is not exact, with its last digit odd: of what it stands between, the one that no later rounding takes for a
 // tie.

@@ -1,6 +1,6 @@
 // exp, log and pow, and what goes with them: the same bits on every x86-64 processor and with every C library, rounding to
-// nearest. Where the processor multiplies and adds in one instruction that is used; elsewhere fifty others do it, as
-// exactly, and exp, log and pow take some 25 times as long.
+// nearest. Where the processor multiplies and adds in one instruction that is used; elsewhere others do it, as exactly, and
+// exp, log and pow take three to four times as long.
 //   Domain    all doubles; NaN for NaN, for logarithms below 0 and for powers of a negative base that is no odd or even one
 //   Error     in units of the last place, worst of 1e5 draws against 200 bits
 #pragma once

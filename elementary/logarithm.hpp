@@ -36,7 +36,7 @@ inline constexpr double ln_2_low = 0x1.ef35793c7673p-45;
 
 // r = x - 1 in [-2^-4, 0x1.09p-4): r - r^2/2 with the square in two parts, and r^3 times a polynomial
 template <typename N>
-N log_near_1(N x) {
+Long<N> log_near_1(N x) {
     const N b0{-0.5};
     const N b1{0x1.5555555555577p-2};
     const N b2{-0x1.ffffffffffdcbp-3};
@@ -60,38 +60,38 @@ N log_near_1(N x) {
     const N square = r_high * r_high * b0;
     const N high = r + square;
     const N low = fused(b0 * r_low, r_high + r, r - high + square);
-    return fused(r3, p1, low) + high;
+    return {high, fused(r3, p1, low)};
 }
 
 template <typename N>
-[[gnu::always_inline]] inline N log_of_parts(Parted<N> x) {
+[[gnu::always_inline]] inline Long<N> log_of_parts(Parted<N> x) {
     const N a0{-0x1.0000000000001p-1};
     const N a1{0x1.555555551305bp-2};
     const N a2{-0x1.fffffffeb459p-3};
     const N a3{0x1.999b324f10111p-3};
     const N a4{-0x1.55575e506c89fp-3};
     const Two<N> part = N::entries(logarithm_parts.data(), &LogarithmPart::inverse, &LogarithmPart::logarithm, x.i);
-    const N r = fused(x.z, part.first, N{-1.0});
+    const N r = residue(x.z, part.first, N{-1.0});
     const N whole = fused(x.k, N{ln_2_high}, part.second);
     const N high = whole + r;
     const N low = fused(x.k, N{ln_2_low}, whole - high + r);
     const N r2 = r * r;
     const N p = fused(r2, fused(r, a4, a3), fused(r, a2, a1));
-    return fused(r * r2, p, fused(r2, a0, low)) + high;
+    return {high, fused(r * r2, p, fused(r2, a0, low))};
 }
 
 // Error  0.52 ulp
 template <typename N>
 double log(double x) {
     std::uint64_t bits = bits_of(x);
-    if (bits - near_1 < near_1_end - near_1) return log_near_1(N{x}).value;
+    if (bits - near_1 < near_1_end - near_1) return log_near_1(N{x}).sum().value;
     if (!is_normal_positive(bits)) [[unlikely]] {
         if (x == 0.0) return -infinity;
         if (!(x > 0.0)) return std::numeric_limits<double>::quiet_NaN();
         if (x == infinity) return x;
         bits = bits_as_normal(x);
     }
-    return log_of_parts(parted<N>(bits, first_part)).value;
+    return log_of_parts(parted<N>(bits, first_part)).sum().value;
 }
 
 }  // namespace finance::elementary

@@ -11,13 +11,6 @@
 
 namespace finance::elementary {
 
-// high + low
-template <typename N>
-struct Long {
-    N high;
-    N low;
-};
-
 // Of a positive x: its bits, those below the normal ones as bits_as_normal gives them
 // Error  2^-68
 template <typename N>
@@ -34,7 +27,7 @@ template <typename N>
     using Part = LongLogarithmPart;
     const Two<N> part = N::entries(long_logarithm_parts.data(), &Part::inverse, &Part::logarithm, x.i);
     const N rest = N::entry(long_logarithm_parts.data(), &Part::rest, x.i);
-    const N r = fused(x.z, part.first, N{-1.0});
+    const N r = residue(x.z, part.first, N{-1.0});
     const N whole = fused(x.k, N{ln_2_high}, part.second);
     const N sum = whole + r;
     const N half = a0 * r;
@@ -43,7 +36,7 @@ template <typename N>
     const N high = sum + square;
     const N p = fused(square, fused(square, fused(r, a6, a5), fused(r, a4, a3)), fused(r, a2, a1));
     const N low1 = fused(x.k, N{ln_2_low}, rest) + (whole - sum + r);
-    const N low2 = low1 + fused(half, r, N{0.0} - square) + (sum - high + square);
+    const N low2 = low1 + residue(half, r, N{0.0} - square) + (sum - high + square);
     const N low = fused(cube, p, low2);
     const N result = high + low;
     return {result, high - result + low};

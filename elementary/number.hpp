@@ -25,6 +25,14 @@ struct Two {
     N second;
 };
 
+// high + low, low the smaller
+template <typename N>
+struct Long {
+    N high;
+    N low;
+    [[nodiscard]] N sum() const { return low + high; }
+};
+
 template <typename Processor>
 struct Number {
     using Bits = std::uint64_t;
@@ -37,6 +45,8 @@ struct Number {
     friend Number operator/(Number a, Number b) { return {a.value / b.value}; }
     // a b + c, rounded once
     friend Number fused(Number a, Number b, Number c) { return {Processor::fused(a.value, b.value, c.value)}; }
+    // The same where c takes all that is above the product's error
+    friend Number residue(Number a, Number b, Number c) { return {Processor::residue(a.value, b.value, c.value)}; }
 
     static Number of_bits(Bits bits) { return {std::bit_cast<double>(bits)}; }
     [[nodiscard]] Bits bits() const { return bits_of(value); }

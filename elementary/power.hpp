@@ -41,7 +41,7 @@ template <typename N>
 template <typename N>
 [[gnu::always_inline]] inline Long<N> multiplied(N y, Long<N> l) {
     const N high = y * l.high;
-    return {high, fused(y, l.low, fused(y, l.high, N{0.0} - high))};
+    return {high, fused(y, l.low, residue(y, l.high, N{0.0} - high))};
 }
 
 // x^y from ln x, for x a normal positive number and y a plain power

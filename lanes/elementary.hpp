@@ -76,7 +76,8 @@ struct Functions {
         if (!all_normal_positive(x)) [[unlikely]]
             return log_of_each(x);
         return choose(
-            is_near_1(x), [&] { return log_near_1(x); }, [&] { return log_of_parts(parted<N>(x.bits(), first_part)); });
+            is_near_1(x), [&] { return log_near_1(x).sum(); },
+            [&] { return log_of_parts(parted<N>(x.bits(), first_part)).sum(); });
     }
 
     // Powers of one base in each lane, whose logarithm is formed once.

@@ -146,6 +146,7 @@ struct Lanes {
 
     // ---- As a number of the elementary functions (elementary/number.hpp)
     friend Lanes fused(Lanes a, Lanes b, Lanes c) { return Lanes{Set::fused(a.value, b.value, c.value)}; }
+    friend Lanes residue(Lanes a, Lanes b, Lanes c) { return fused(a, b, c); }
     static Lanes of_bits(Bits bits) { return Lanes{typename Set::Doubles(bits)}; }
     [[nodiscard]] Bits bits() const { return Bits(value); }
     // Added to 2^52 a whole number stands in the last digits; the sign is kept out of it.
