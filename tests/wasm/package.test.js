@@ -43,6 +43,7 @@ test('dates are ISO texts, Dates and days', () => {
   assert.equal(finance.toISODate(23761.5), '2025-01-20');
   assert.equal(finance.toDay('1959-12-31'), -1);
   assert.equal(finance.toISODate(-1), '1959-12-31');
+  for (const day of [NaN, Infinity, finance.toDay('0001-01-01') - 1, finance.toDay('9999-12-31') + 1]) assert.equal(finance.toISODate(day), undefined);
   for (const text of ['2025-02-29', '2025-13-01', '2025-1-1', '20250101', '2025-01-20T00:00:00Z', '']) {
     assert.equal(finance.toDay(text), undefined, text);
     assert.throws(() => finance.coupncd(text, '2030-11-15', 2), { name: 'FinanceError', argument: 'settlement', verdict: 'usage' });

@@ -6,12 +6,7 @@ const ISO_DATE = /^\d{4}-\d\d-\d\d$/;
 
 const dayAt = (milliseconds) => Math.floor(milliseconds / MILLISECONDS_OF_DAY) + DAYS_TO_1970;
 
-/**
- * The day as an ISO date: 17577 is '2008-02-15'. A part of a day is dropped.
- * @param {number} day days since 1960-01-01
- * @returns {string}
- */
-export const toISODate = (day) => new Date((Math.floor(day) - DAYS_TO_1970) * MILLISECONDS_OF_DAY).toISOString().split('T')[0];
+const isoOf = (day) => new Date((Math.floor(day) - DAYS_TO_1970) * MILLISECONDS_OF_DAY).toISOString().split('T')[0];
 
 /**
  * Days since 1960-01-01: '2008-02-15' is 17577. Of a Date its day in UTC counts.
@@ -24,11 +19,18 @@ export function toDay(date) {
   if (typeof date !== 'string' || !ISO_DATE.test(date)) return undefined;
   const day = dayAt(Date.parse(date));
   // Not every reader of dates refuses a February 30th.
-  return Number.isNaN(day) || toISODate(day) !== date ? undefined : day;
+  return Number.isNaN(day) || isoOf(day) !== date ? undefined : day;
 }
 
 const FIRST_DAY = toDay('0001-01-01');
 const LAST_DAY = toDay('9999-12-31');
 
-/** Whether it lies in the years 1 to 9999; a missing one passes. */
-export const isDayOfCalendar = (day) => !(day < FIRST_DAY || day >= LAST_DAY + 1);
+/** Whether it lies in the years 1 to 9999. */
+export const isDayOfCalendar = (day) => day >= FIRST_DAY && day < LAST_DAY + 1;
+
+/**
+ * The day as an ISO date: 17577 is '2008-02-15'. A part of a day is dropped.
+ * @param {number} day days since 1960-01-01
+ * @returns {string|undefined} undefined outside the years 1 to 9999
+ */
+export const toISODate = (day) => (isDayOfCalendar(day) ? isoOf(day) : undefined);

@@ -9,7 +9,6 @@ export class FinanceError extends Error {
    */
   constructor(message, details = {}) {
     super(message);
-    this.name = 'FinanceError';
     /** 'refused', 'missing', 'does not solve', 'too large'; 'usage' where no call could be made of what was given. */
     this.verdict = details.verdict ?? 'usage';
     /** The calculation's name, in upper case; null where there is none of that name. */
@@ -27,6 +26,10 @@ export class FinanceError extends Error {
     this.remedy = details.remedy ?? null;
     /** The answer that does not solve its equation or is infinite; else null. */
     this.value = details.value ?? null;
+  }
+
+  get name() {
+    return 'FinanceError';
   }
 }
 

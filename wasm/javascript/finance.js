@@ -40,7 +40,8 @@ export class Finance {
   #value(calculation, args) {
     const { words, places } = unrolled(calculation, byParameter(calculation, args));
     const value = this.#answer(calculation, words, places);
-    return value !== null && calculation.result === 'date' ? toISODate(value) : value;
+    if (value === null || calculation.result !== 'date') return value;
+    return toISODate(value) ?? String(value); // frequencies that give no coupon dates give days of no calendar
   }
 
   // Searches may end where nothing is solved. Of all others an answer that is a number is one.

@@ -56,8 +56,8 @@ export class FinanceError extends Error {
 
 /** Days since 1960-01-01; undefined where it is no date. */
 export function toDay(date: Day): number | undefined;
-/** The ISO date of a day; a part of a day is dropped. */
-export function toISODate(day: number): string;
+/** The ISO date of a day, a part of which is dropped; undefined outside the years 1 to 9999, and of a missing value. */
+export function toISODate(day: number): string | undefined;
 
 /** A calculation by its name. */
 export function evaluate(name: AnyName, args: Arguments): number | string | null;
