@@ -100,6 +100,8 @@ test('rows: columns by name and in order, of numbers, dates and bases', () => {
   assert.deepEqual(Array.from(next.values, finance.toISODate), ['2025-05-15', '2025-11-15', '2026-05-15']);
   const fractions = finance.rows('YEARFRAC', ['2024-01-15', '2024-07-31', [2, 'ACT/365']]);
   assert.deepEqual([...fractions.values], [198 / 360, 198 / 365]);
+  assert.deepEqual(finance.rows('SLN', [new Float64Array(0), 1, 2]), { values: new Float64Array(0), refused: new Uint32Array(0), firstError: null });
+  assert.deepEqual([...finance.rows('SLN', [10000, 1000, 5]).values], [1800]);
   assert.deepEqual([...finance.rows('IRR', { flows: [-100, [110, 120], 0] }).values].map((rate) => rate.toFixed(12)), ['0.100000000000', '0.200000000000']);
 });
 

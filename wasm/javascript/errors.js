@@ -9,7 +9,7 @@ export class FinanceError extends Error {
    */
   constructor(message, details = {}) {
     super(message);
-    /** 'refused', 'missing', 'does not solve', 'too large'; 'usage' where no call could be made of what was given. */
+    /** 'refused', 'does not solve', 'too large'; 'usage' where no call could be made of what was given. */
     this.verdict = details.verdict ?? 'usage';
     /** The calculation's name, in upper case; null where there is none of that name. */
     this.calculation = details.calculation ?? null;

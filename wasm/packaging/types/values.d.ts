@@ -27,7 +27,7 @@ export interface Rows {
   firstError: FinanceError | null;
 }
 
-export type Verdict = 'refused' | 'missing' | 'does not solve' | 'too large' | 'usage';
+export type Verdict = 'refused' | 'does not solve' | 'too large' | 'usage';
 
 /** A call that is refused, or whose answer is none. */
 export class FinanceError extends Error {
