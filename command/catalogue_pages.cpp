@@ -1,8 +1,10 @@
-// catalogue_pages FOLDER: writes reference pages, the man page and the completions of both shells into it.
+// catalogue_pages FOLDER: writes reference pages, the man page and the completions of both shells into it,
+// and the catalogue as JavaScript reads it.
 #include <cstdio>
 #include <exception>
 
 #include "catalogue/pages/pages.hpp"
+#include "command/help.hpp"
 #include "command/jobs.hpp"
 
 namespace {
@@ -12,7 +14,10 @@ namespace pages = finance::catalogue::pages;
 void write_pages(const char* folder) {
     const auto jobs = finance::command::jobs();
     const std::vector<pages::Word> words{jobs.begin(), jobs.end()};
-    pages::write_files(folder, pages::page_files({words, finance::command::options(), FINANCE_VERSION}));
+    std::vector<pages::PageFile> files = pages::page_files({words, finance::command::options(), FINANCE_VERSION});
+    files.push_back(
+        {"wasm/javascript/catalogue.json", finance::command::json_catalogue(finance::catalogue::calculations())});
+    pages::write_files(folder, files);
 }
 
 }  // namespace

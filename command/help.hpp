@@ -32,4 +32,7 @@ std::string json_help(const Job& job);
 // All that the catalogue knows of one.
 std::string json_help(const catalogue::Calculation& calculation);
 
+// All of that about all, and the keywords of day-count bases in the order of their codes: one object.
+std::string json_catalogue(std::span<const catalogue::Calculation> calculations);
+
 }  // namespace finance::command

@@ -74,9 +74,22 @@ std::string json_help(const Calculation& calculation) {
     for (const Parameter& parameter : calculation.parameters) add_parameter(json, parameter);
     json.end_array().member("formula", calculation.formula);
     json.member_or_null("remarks", calculation.remarks);
-    json.member("failure", calculation.failure).key("example").object();
+    json.member("failure", calculation.failure).key("searches").boolean(calculation.searches);
+    json.key("example").object();
     json.member("arguments", calculation.example.arguments).member("result", calculation.example.result).end_object();
     return json.end_object().str() + '\n';
+}
+
+std::string json_catalogue(std::span<const Calculation> calculations) {
+    JsonText bases;
+    bases.array();
+    for (const std::string_view keyword : catalogue::basis_keywords) bases.text(keyword);
+    std::string objects;
+    for (const Calculation& calculation : calculations) {
+        if (!objects.empty()) objects += ',';
+        objects += json_help(calculation);
+    }
+    return "{\"bases\":" + bases.end_array().str() + ",\"calculations\":[\n" + objects + "]}\n";
 }
 
 }  // namespace finance::command

@@ -27,6 +27,7 @@ public:
     JsonText& key(std::string_view name);
     JsonText& text(std::string_view value);
     JsonText& number(double value);
+    JsonText& boolean(bool value) { return plain(value ? "true" : "false"); }
     JsonText& null() { return plain("null"); }
 
     // A key and its value; or null where the text is empty.

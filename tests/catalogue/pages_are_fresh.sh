@@ -7,7 +7,7 @@ program=$1 source=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 "$program" "$work"
-pages=(docs/reference docs/finance.1 completions)
+pages=(docs/reference docs/finance.1 completions wasm/javascript/catalogue.json)
 made=$(find "$work" -type f | wc -l)
 kept=$(cd "$source" && find "${pages[@]}" -type f | wc -l)
 [ "$made" -eq "$kept" ] || { echo "$made files are made, $kept are kept"; exit 1; }

@@ -1,0 +1,26 @@
+// The one instance behind all functions of the package: entries start it with the bytes of zelkovan.wasm.
+import catalogue from './catalogue.js';
+import { Core } from './core.js';
+import { Finance } from './finance.js';
+
+let finance;
+
+/** @param {BufferSource} bytes of zelkovan.wasm; only the first time counts */
+export async function start(bytes) {
+  if (finance !== undefined) return;
+  const { instance } = await WebAssembly.instantiate(bytes);
+  finance ??= new Finance(new Core(instance), catalogue);
+}
+
+export const evaluate = (name, args) => finance.evaluate(name, args);
+export const rows = (name, columns) => finance.rows(name, columns);
+
+/** A calculation as a function, which may be made before anything has started. */
+export function functionOf(name) {
+  let made;
+  return (...args) => (made ??= finance.functionOf(name))(...args);
+}
+
+export { catalogue };
+export { toDay, toISODate } from './dates.js';
+export { FinanceError } from './errors.js';
