@@ -82,7 +82,8 @@ struct Plan {
           fv{number_or_0(of_rate, 3)},
           at_start{number_or_0(of_rate, 4) == 1.0} {}
 
-    [[nodiscard]] bool can_be_typed() const { return nper < static_cast<double>(most_typed); }
+    // A count far below 0 may pass for one, of which the low 32 bits are looked at.
+    [[nodiscard]] bool can_be_typed() const { return nper >= 1.0 && nper < static_cast<double>(most_typed); }
 
     [[nodiscard]] List flows() const {
         const auto periods = static_cast<std::size_t>(nper);

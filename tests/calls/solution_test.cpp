@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "calls/answer.hpp"
+#include "host/embedded_host.hpp"
 #include "tests/support/call.hpp"
 
 namespace finance::test {
