@@ -1,5 +1,5 @@
 // What a call came to, and why there is no value, in the words of every front end (calls/). The call itself is made as they
-// make it: one with a value that nobody can mean is not made.
+// make it: not with too few or too many arguments, with a text for a number, or with a value that nobody can mean.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "calls/answer.hpp"
+#include "calls/counts.hpp"
 #include "calls/meant.hpp"
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
@@ -63,19 +64,29 @@ host::Argument argument_of(const Word& word, std::uint8_t kind) {
     }
 }
 
-void explain_unknown(std::string_view name) {
-    const std::string words = "no calculation is called " + catalogue::in_quotes(name);
-    explanation.texts[reason] = explanation.texts[sentence] = explanation.texts[named_sentence] = kept(words);
-}
-
 void set_verdict(calls::Verdict verdict) {
     const std::string_view word = word_of(verdict);
     explanation.texts[verdict_word] = {word.data(), static_cast<std::uint32_t>(word.size())};
 }
 
+// Of a call that is none.
+void explain_misuse(const std::string& name, const std::string& words) {
+    set_verdict(calls::Verdict::refused);
+    explanation.texts[reason] = explanation.texts[sentence] = kept(words);
+    explanation.texts[named_sentence] = kept(name + words);
+}
+
+host::Evaluation evaluate(const ModuleCalls& module, const catalogue::Calculation& calculation,
+                          calls::Arguments arguments) {
+    const int misplaced = calls::misplaced_text(calculation, arguments);
+    return misplaced == 0 ? calls::evaluate(module, calculation, arguments) : calls::refused_at(misplaced);
+}
+
 void explain(const catalogue::Calculation& calculation, calls::Arguments arguments) {
+    const std::string misuse = calls::count_fault(calculation, arguments);
+    if (!misuse.empty()) return explain_misuse(std::string{calculation.name} + ": ", misuse);
     const ModuleCalls module;
-    const host::Evaluation evaluation = calls::evaluate(module, calculation, arguments);
+    const host::Evaluation evaluation = evaluate(module, calculation, arguments);
     const calls::Answer answer = calls::answer_of(module, calculation, arguments, evaluation);
     explanation.value = evaluation.value;
     explanation.status = evaluation.status;
@@ -107,11 +118,10 @@ std::uint32_t zelkovan_explain(const Word* words, const std::uint8_t* kinds, std
     std::uint64_t bytes_of_texts = 0;
     for (std::uint32_t i = 0; i < count; ++i) bytes_of_texts += kinds[i] == text ? words[i].span.size : 0;
     if (!there_is_memory_for(count, bytes_of_texts)) return 0;
-    set_verdict(finance::calls::Verdict::refused);
     const std::string_view name = text_of(words[0]);
     const auto* calculation = calculation_named(name);
     if (calculation == nullptr) {
-        explain_unknown(name);
+        explain_misuse("", "no calculation is called " + finance::catalogue::in_quotes(name));
         return 1;
     }
     std::vector<Argument> arguments;

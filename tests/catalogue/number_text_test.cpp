@@ -90,14 +90,16 @@ TEST(NumberText, ShortestAsTheLibrary) {
     };
     for (int exponent = -1074; exponent < 1024; ++exponent) {
         const double power = std::ldexp(1.0, exponent);
-        for (const double value : {power, std::nextafter(power, 0.0), std::nextafter(power, infinity), -power, 3 * power})
+        for (const double value :
+             {power, std::nextafter(power, 0.0), std::nextafter(power, infinity), -power, 3 * power})
             check(value);
     }
     std::mt19937_64 draw{19991231};
     for (int i = 0; i < 200'000; ++i) check(std::bit_cast<double>(draw()));
     // Where one form gives way to the other: few and many digits, around 1e-5 and between 1e5 and 1e23.
     for (int i = 0; i < 500'000; ++i) {
-        const double digits = std::round(std::ldexp(static_cast<double>(draw() >> 11U), -static_cast<int>(draw() % 53)));
+        const double digits =
+            std::round(std::ldexp(static_cast<double>(draw() >> 11U), -static_cast<int>(draw() % 53)));
         const auto power = static_cast<int>(draw() % 33);
         const double text = read_back(library_text(digits) + "e" + std::to_string(power - 22));
         check(text);

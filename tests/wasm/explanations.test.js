@@ -24,6 +24,9 @@ const SAID = [
   ['PMT', [NaN, 360, 200_000], 'missing', 1, 'PMT: argument 1 (rate): a value is missing', ''],
   ['PMT', [0.005, absent, 200_000], 'missing', 2, 'PMT: argument 2 (nper): no value given', ''],
   ['PMT', ['a\u2028b', 360, 200_000], 'refused', 1, "PMT: argument 1 (rate): 'a\\u2028b' is not a number", ''],
+  ['PRICE', ['2024-01-15', 17577, 0.05, 0.06, 100, 2], 'refused', 1, "PRICE: argument 1 (settlement): '2024-01-15' is not a number", ''],
+  ['PMT', [absent, 2], 'refused', 0, 'PMT: too few arguments: no pv', ''],
+  ['PMTX', [1], 'refused', 0, "no calculation is called 'PMTX'", ''],
   ['IRR', [1, 2], 'refused', 0, 'IRR: no answer: the flows do not change sign: a rate needs money paid and money received', ''],
   [
     'RATE',
@@ -81,9 +84,9 @@ test('the corpus: the sentences of the command', { skip: !thereIsFinance && 'no 
     count.calls += calls.length;
     count.untypable += calls.length - typable.length;
     typable.forEach((call, i) => {
-      if (told[i].status === 'usage') return void ++count.usage; // lists of two lengths, say, that are no call
+      count.usage += told[i].status === 'usage' ? 1 : 0; // lists of two lengths, say
       const { verdict, status, reason, namedSentence, remedy } = core.explain(name, call.args);
-      const said = { status: status === INVALID_ARGUMENT ? 'refused' : verdict, reason, sentences: reason === '' ? [] : [namedSentence], remedy };
+      const said = { status: told[i].status === 'usage' ? 'usage' : status === INVALID_ARGUMENT ? 'refused' : verdict, reason, sentences: reason === '' ? [] : [namedSentence], remedy };
       assert.deepEqual(said, told[i], call.typed);
       ++count.compared;
       count.sentences += said.sentences.length;
@@ -91,7 +94,22 @@ test('the corpus: the sentences of the command', { skip: !thereIsFinance && 'no 
     });
   }
   t.diagnostic(JSON.stringify(count));
-  assert.ok(count.compared > 170_000 && count.sentences > 50_000 && count.remedies > 100);
+  assert.ok(count.compared > 180_000 && count.sentences > 60_000 && count.remedies > 100);
+});
+
+test('calls of any length: the sentences of the command', { skip: !thereIsFinance && 'no build/gcc.release/bin/finance' }, () => {
+  const core = newCoreWithSentences();
+  let compared = 0;
+  for (const name of names) {
+    const calls = Array.from({ length: 12 }, (_, count) => Array.from({ length: count }, (_, i) => i + 0.5));
+    const told = toldBy(calls.map((args) => [name, ...args].join(' ')));
+    calls.forEach((args, i) => {
+      const { reason, namedSentence } = core.explain(name, args);
+      assert.equal(reason === '' ? '' : namedSentence, told[i].sentences[0] ?? '', `${name} ${args}`);
+      ++compared;
+    });
+  }
+  assert.equal(compared, 54 * 12);
 });
 
 test('whatever is given, there is an answer or a sentence', () => {

@@ -21,7 +21,7 @@ function typedNumber(word) {
 function typedArgument(word) {
   if (word === absent || word === absentText) return '';
   if (typeof word === 'bigint') return typedNumber(word);
-  return /^[A-Z][A-Z0-9/. ]*$/i.test(word) && !/^(inf|nan)/i.test(word) ? `'${word}'` : undefined;
+  return /^[A-Z0-9/. ]+$/i.test(word) && !/^ *(inf|nan|[0-9.]*(e[0-9]+)?) *$/i.test(word) ? `'${word}'` : undefined;
 }
 
 const helpOf = (name) => JSON.parse(execFileSync(finance, ['help', name, '--json']));
@@ -39,26 +39,30 @@ export function typist(name) {
       if (typeof arg === 'string' && parameters[i]?.kind !== 'day-count basis') return undefined;
       return typedArgument(arg);
     });
-    if (words.includes(undefined) || (words.includes('') && words.includes('.'))) return undefined;
+    if (words.includes(undefined)) return undefined;
     return words.includes('') ? `${name}(${words.join(', ')})` : `${name} ${words.join(' ')}`;
   };
 }
 
 const REMEDY = '  finance ';
+const HINT = / \(try: help [A-Z]+\)$/;
 
 /**
  * @param {string[]} lines
- * @returns {{status: string, reason: string, sentences: string[], remedy: string}[]} status and reason as --json has them;
- *   sentences: what stands beside the value, or in its place
+ * @returns {{status: string, reason: string, sentences: string[], remedy: string}[]} status and reason as --json has them,
+ *   "usage" where no call was made; sentences: what stands beside the value, or in its place
  */
 export function toldBy(lines) {
   const options = { input: `${lines.join('\n')}\n`, maxBuffer: 2 ** 30 };
   const reports = spawnSync(finance, ['--json'], options).stdout.toString().trimEnd().split('\n').map((line) => JSON.parse(line));
-  const told = reports.map(({ status, message }) => ({ status, reason: message ?? '', sentences: [], remedy: '' }));
+  const told = reports.map(({ status, message }) => {
+    const reason = status === 'usage' ? message.replace(/^[A-Z]+: /, '') : (message ?? '');
+    return { status, reason, sentences: [], remedy: '' };
+  });
   for (const line of spawnSync(finance, [], options).stderr.toString().split('\n')) {
     const [, number, text] = line.match(/^finance: line (\d+): (.*)$/) ?? [];
     if (text?.startsWith(REMEDY)) told[number - 1].remedy = text.slice(REMEDY.length);
-    else if (text !== undefined) told[number - 1].sentences.push(text);
+    else if (text !== undefined) told[number - 1].sentences.push(text.replace(HINT, ''));
     else if (line !== '') throw new Error(`finance says: ${line}`);
   }
   return told;
