@@ -109,12 +109,13 @@ using namespace finance::wasm;
 // {value, status, position, {place, bytes} of each text}, of the explanation before, until the room is asked for again.
 EXPORT("explanation") const void* zelkovan_explanation() { return &explanation; }
 
-// 1, or 0: no memory.
+// 1, or 0: no memory, or no name.
 EXPORT("explain")
 std::uint32_t zelkovan_explain(const Word* words, const std::uint8_t* kinds, std::uint32_t count) {
     using finance::host::Argument;
     explanation = {.value = Argument::missing().number(), .status = ZELKOVAN_STATUS_INVALID_ARGUMENT};
     begin_program_memory();
+    if (count == 0 || kinds[0] != text) return 0;
     std::uint64_t bytes_of_texts = 0;
     for (std::uint32_t i = 0; i < count; ++i) bytes_of_texts += kinds[i] == text ? words[i].span.size : 0;
     if (!there_is_memory_for(count, bytes_of_texts)) return 0;
