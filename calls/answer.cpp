@@ -10,7 +10,7 @@ namespace finance::calls {
 
 namespace {
 
-Verdict verdict_of_value(const host::EmbeddedHost* host, const catalogue::Calculation& calculation, Arguments arguments,
+Verdict verdict_of_value(const host::Evaluator* host, const catalogue::Calculation& calculation, Arguments arguments,
                          double value) {
     if (std::isnan(value)) return Verdict::missing;
     if (std::isinf(value)) return Verdict::too_large;
@@ -32,7 +32,7 @@ std::string joined(std::span<const std::string> lines) {
 
 }  // namespace
 
-Answer::Answer(const host::EmbeddedHost* host, const catalogue::Calculation& calculation, Arguments arguments,
+Answer::Answer(const host::Evaluator* host, const catalogue::Calculation& calculation, Arguments arguments,
                const host::Evaluation& evaluation)
     : host_{host},
       calculation_{&calculation},

@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "calls/diagnosis.hpp"
-#include "host/embedded_host.hpp"
+#include "host/evaluator.hpp"
 
 namespace finance::calls {
 
@@ -39,7 +39,7 @@ public:
 // A view of what it was made of: that must live as long.
 class Answer {
 public:
-    Answer(const host::EmbeddedHost* host, const catalogue::Calculation& calculation, Arguments arguments,
+    Answer(const host::Evaluator* host, const catalogue::Calculation& calculation, Arguments arguments,
            const host::Evaluation& evaluation);
 
     [[nodiscard]] Verdict verdict() const { return verdict_; }
@@ -69,7 +69,7 @@ private:
     [[nodiscard]] bool has_notes() const { return !evaluation_->notes.empty(); }
     [[nodiscard]] std::string why_unsolved() const;
 
-    const host::EmbeddedHost* host_;
+    const host::Evaluator* host_;
     const catalogue::Calculation* calculation_;
     Arguments arguments_;
     const host::Evaluation* evaluation_;
@@ -78,7 +78,7 @@ private:
 };
 
 // host: the one that evaluated.
-inline Answer answer_of(const host::EmbeddedHost& host, const catalogue::Calculation& calculation, Arguments arguments,
+inline Answer answer_of(const host::Evaluator& host, const catalogue::Calculation& calculation, Arguments arguments,
                         const host::Evaluation& evaluation) {
     return {&host, calculation, arguments, evaluation};
 }

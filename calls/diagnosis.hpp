@@ -7,7 +7,7 @@
 #include <string>
 
 #include "catalogue/catalogue.hpp"
-#include "host/embedded_host.hpp"
+#include "host/evaluator.hpp"
 
 namespace finance::calls {
 

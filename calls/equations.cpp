@@ -15,7 +15,7 @@ namespace finance::calls {
 
 using catalogue::Calculation;
 using host::Argument;
-using host::EmbeddedHost;
+using host::Evaluator;
 
 bool Equation::is_rule(double /*answer*/) const { return false; }
 
@@ -23,7 +23,7 @@ namespace {
 
 constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
 
-double answer(const EmbeddedHost& host, std::string_view name, Arguments arguments) {
+double answer(const Evaluator& host, std::string_view name, Arguments arguments) {
     const host::Evaluation evaluation = host.evaluate(name, arguments);
     return evaluation.answered() ? evaluation.value : no_number;
 }
@@ -40,7 +40,7 @@ int scale_of(std::span<const double> amounts, int exponent) {
 class Annuity : public Equation {
 public:
     // of_rate: nper, pmt, pv, fv, type
-    Annuity(const EmbeddedHost& host, Arguments of_rate)
+    Annuity(const Evaluator& host, Arguments of_rate)
         : host_{host}, nper_{of_rate[0].number()}, type_{number_or_0(of_rate, 4)} {
         const std::array given{of_rate[1].number(), of_rate[2].number(), number_or_0(of_rate, 3)};
         scale_ = scale_of(given, 0);
@@ -76,7 +76,7 @@ private:
         return answer(host_, name, std::array<Argument, 5>{rate, nper_, pmt, amount, type_});
     }
 
-    const EmbeddedHost& host_;
+    const Evaluator& host_;
     double nper_;
     double type_;
     int scale_ = 0;
@@ -90,7 +90,7 @@ private:
 class Bond : public Equation {
 public:
     // The price stands where the direct calculation has the yield.
-    Bond(const EmbeddedHost& host, std::string_view direct, Arguments arguments, std::size_t price)
+    Bond(const Evaluator& host, std::string_view direct, Arguments arguments, std::size_t price)
         : host_{host},
           direct_{direct},
           price_{price},
@@ -121,7 +121,7 @@ private:
         return answer(host_, "COUPNUM", arguments);
     }
 
-    const EmbeddedHost& host_;
+    const Evaluator& host_;
     std::string_view direct_;
     std::size_t price_;
     double target_;
@@ -146,7 +146,7 @@ std::vector<double> sizes_of(std::vector<double> amounts) {
 }
 
 // NPV, or XNPV with the days.
-double worth(const EmbeddedHost& host, std::string_view name, double rate, std::span<const double> amounts,
+double worth(const Evaluator& host, std::string_view name, double rate, std::span<const double> amounts,
              std::span<const double> days = {}) {
     std::vector<Argument> arguments;
     arguments.reserve(1 + amounts.size() + days.size());
@@ -158,7 +158,7 @@ double worth(const EmbeddedHost& host, std::string_view name, double rate, std::
 
 class DatedFlows : public Equation {
 public:
-    DatedFlows(const EmbeddedHost& host, const DatedLists& of_xirr)
+    DatedFlows(const Evaluator& host, const DatedLists& of_xirr)
         : host_{host}, values_{numbers_of(of_xirr.values)}, days_{numbers_of(of_xirr.dates)} {}
 
     [[nodiscard]] Trial at(double rate) const override {
@@ -170,14 +170,14 @@ public:
     }
 
 private:
-    const EmbeddedHost& host_;
+    const Evaluator& host_;
     std::vector<double> values_;
     std::vector<double> days_;
 };
 
 class PeriodicFlows : public Equation {
 public:
-    PeriodicFlows(const EmbeddedHost& host, Arguments flows) : host_{host}, flows_{numbers_of(flows)} {
+    PeriodicFlows(const Evaluator& host, Arguments flows) : host_{host}, flows_{numbers_of(flows)} {
         constexpr int largest = 900;  // far below the largest double, and the farther above the smallest
         drop_zeros();
         scale_ = scale_of(flows_, largest);
@@ -215,14 +215,14 @@ private:
         return worth(host_, "XNPV", rate, flows, days);
     }
 
-    const EmbeddedHost& host_;
+    const Evaluator& host_;
     std::vector<double> flows_;
     int scale_ = 0;
 };
 
 }  // namespace
 
-std::unique_ptr<const Equation> equation_of(const EmbeddedHost& host, const Calculation& calculation,
+std::unique_ptr<const Equation> equation_of(const Evaluator& host, const Calculation& calculation,
                                             Arguments arguments) {
     if (!calculation.searches) return nullptr;
     if (calculation.name == "RATE") return std::make_unique<Annuity>(host, arguments);

@@ -20,7 +20,7 @@
 
 #include "calls/diagnosis.hpp"
 #include "catalogue/catalogue.hpp"
-#include "host/embedded_host.hpp"
+#include "host/evaluator.hpp"
 
 namespace finance::calls {
 
@@ -49,7 +49,7 @@ public:
 };
 
 // Of an answered call; null where the calculation does not search.
-std::unique_ptr<const Equation> equation_of(const host::EmbeddedHost& host, const catalogue::Calculation& calculation,
+std::unique_ptr<const Equation> equation_of(const host::Evaluator& host, const catalogue::Calculation& calculation,
                                             Arguments arguments);
 
 }  // namespace finance::calls

@@ -15,7 +15,7 @@ catalogue::Calculation payment_named(std::string_view name) {
 
 }  // namespace
 
-LoanSchedule::LoanSchedule(const host::EmbeddedHost& host, std::string_view name, std::vector<host::Argument> of_pmt)
+LoanSchedule::LoanSchedule(const host::Evaluator& host, std::string_view name, std::vector<host::Argument> of_pmt)
     : host_{&host}, calculation_{payment_named(name)}, arguments_{std::move(of_pmt)}, part_arguments_{arguments_} {
     part_arguments_.insert(part_arguments_.begin() + 1, 1.0);
     row_.payment = answer("PMT", arguments_);

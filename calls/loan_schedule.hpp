@@ -13,7 +13,7 @@
 
 #include "calls/answer.hpp"
 #include "catalogue/catalogue.hpp"
-#include "host/embedded_host.hpp"
+#include "host/evaluator.hpp"
 
 namespace finance::calls {
 
@@ -30,7 +30,7 @@ struct LoanRow {
 class LoanSchedule {
 public:
     // of_pmt: three to five. name: whom a refusal names. CallRefused, here and with each row.
-    LoanSchedule(const host::EmbeddedHost& host, std::string_view name, std::vector<host::Argument> of_pmt);
+    LoanSchedule(const host::Evaluator& host, std::string_view name, std::vector<host::Argument> of_pmt);
 
     // What is left out or missing counts as 0.
     [[nodiscard]] double given(LoanArgument argument) const;
@@ -40,7 +40,7 @@ public:
 private:
     [[nodiscard]] double answer(std::string_view name, Arguments arguments) const;
 
-    const host::EmbeddedHost* host_;
+    const host::Evaluator* host_;
     catalogue::Calculation calculation_;          // PMT under the schedule's name, for the sentences
     std::vector<host::Argument> arguments_;       // of PMT
     std::vector<host::Argument> part_arguments_;  // of IPMT and PPMT: the period is the second

@@ -68,7 +68,7 @@ bool all_meant(const Calculation& calculation, std::span<const host::Column> col
     return true;
 }
 
-host::Evaluation evaluate(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments) {
+host::Evaluation evaluate(const host::Evaluator& host, const Calculation& calculation, Arguments arguments) {
     const int unmeant = unmeant_argument(calculation, arguments);
     return unmeant == 0 ? host.evaluate(calculation.name, arguments) : refused_at(unmeant);
 }

@@ -14,8 +14,8 @@
 #include "calls/diagnosis.hpp"
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
-#include "host/batch.hpp"
-#include "host/embedded_host.hpp"
+#include "host/column.hpp"
+#include "host/evaluator.hpp"
 
 namespace finance::calls {
 
@@ -48,7 +48,6 @@ inline host::Evaluation refused_at(int position) {
 }
 
 // The call, or what is said where it is not made.
-host::Evaluation evaluate(const host::EmbeddedHost& host, const catalogue::Calculation& calculation,
-                          Arguments arguments);
+host::Evaluation evaluate(const host::Evaluator& host, const catalogue::Calculation& calculation, Arguments arguments);
 
 }  // namespace finance::calls

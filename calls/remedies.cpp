@@ -15,7 +15,7 @@ namespace finance::calls {
 
 using catalogue::Calculation;
 using host::Argument;
-using host::EmbeddedHost;
+using host::Evaluator;
 
 namespace {
 
@@ -23,7 +23,7 @@ using List = std::vector<Argument>;
 
 constexpr std::size_t most_typed = 1'200;  // a hundred years of months
 
-std::optional<Remedy> if_it_solves(const EmbeddedHost& host, std::string_view name, List arguments) {
+std::optional<Remedy> if_it_solves(const Evaluator& host, std::string_view name, List arguments) {
     const Calculation& calculation = *catalogue::find(name);
     const host::Evaluation evaluation = host.evaluate(name, arguments);
     if (!evaluation.answered() || !std::isfinite(evaluation.value)) return {};
@@ -36,7 +36,7 @@ std::optional<Remedy> if_it_solves(const EmbeddedHost& host, std::string_view na
 // Far apart first: where the search begins matters most near -1.
 constexpr std::array guesses{0.1, -0.5, 0.5, 1.0, -0.8, 2.0, 5.0, -0.95, 20.0, -0.99, 100.0, 1000.0, -0.999, 1e4};
 
-std::optional<Remedy> with_guesses(const EmbeddedHost& host, const List& flows_and_dates) {
+std::optional<Remedy> with_guesses(const Evaluator& host, const List& flows_and_dates) {
     for (const double guess : guesses) {
         List arguments = flows_and_dates;
         arguments.emplace_back(guess);
@@ -45,7 +45,7 @@ std::optional<Remedy> with_guesses(const EmbeddedHost& host, const List& flows_a
     return {};
 }
 
-std::optional<Remedy> remedy_for_xirr(const EmbeddedHost& host, Arguments arguments) {
+std::optional<Remedy> remedy_for_xirr(const Evaluator& host, Arguments arguments) {
     const DatedLists flows{arguments};
     if (flows.values.size() > most_typed || !changes_sign(flows.values)) return {};
     List sorted{flows.values.begin(), flows.values.end()};
@@ -57,7 +57,7 @@ std::optional<Remedy> remedy_for_xirr(const EmbeddedHost& host, Arguments argume
 
 // ---- IRR
 
-std::optional<Remedy> remedy_for_irr(const EmbeddedHost& host, Arguments flows) {
+std::optional<Remedy> remedy_for_irr(const Evaluator& host, Arguments flows) {
     constexpr double first_day = 14610.0;  // 2000-01-01
     if (flows.size() > most_typed || !changes_sign(flows)) return {};
     List dated{flows.begin(), flows.end()};
@@ -82,7 +82,8 @@ struct Plan {
           fv{number_or_0(of_rate, 3)},
           at_start{number_or_0(of_rate, 4) == 1.0} {}
 
-    [[nodiscard]] bool can_be_typed() const { return nper < static_cast<double>(most_typed); }
+    // A count far below 0 may pass for one, of which the low 32 bits are looked at.
+    [[nodiscard]] bool can_be_typed() const { return nper >= 1.0 && nper < static_cast<double>(most_typed); }
 
     [[nodiscard]] List flows() const {
         const auto periods = static_cast<std::size_t>(nper);
@@ -108,14 +109,14 @@ Plan with_signs_put_right(Plan plan) {
     return plan;
 }
 
-std::optional<Remedy> remedy_for_flows(const EmbeddedHost& host, const Plan& plan) {
+std::optional<Remedy> remedy_for_flows(const Evaluator& host, const Plan& plan) {
     if (plan.pmt == 0.0 || !plan.can_be_typed()) return {};
     const List flows = plan.flows();
     if (auto remedy = if_it_solves(host, "IRR", flows)) return remedy;
     return remedy_for_irr(host, flows);
 }
 
-std::optional<Remedy> remedy_for_rate(const EmbeddedHost& host, Arguments arguments) {
+std::optional<Remedy> remedy_for_rate(const Evaluator& host, Arguments arguments) {
     const Plan plan{arguments};
     const bool two_signs = changes_sign(std::array<Argument, 3>{plan.pmt, plan.pv, plan.fv});
     const bool signs_are_right = plan.pmt != 0.0 ? two_signs : !two_signs;
@@ -148,7 +149,7 @@ std::string Remedy::text() const {
     return text;
 }
 
-std::optional<Remedy> remedy_for(const EmbeddedHost& host, const Calculation& calculation, Arguments arguments) {
+std::optional<Remedy> remedy_for(const Evaluator& host, const Calculation& calculation, Arguments arguments) {
     if (calculation.name == "RATE" && arguments.size() >= 3) return remedy_for_rate(host, arguments);
     if (calculation.name == "IRR") return remedy_for_irr(host, arguments);
     if (calculation.name == "XIRR" && arguments.size() > 1) return remedy_for_xirr(host, arguments);

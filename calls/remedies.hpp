@@ -12,7 +12,7 @@
 
 #include "calls/diagnosis.hpp"
 #include "catalogue/catalogue.hpp"
-#include "host/embedded_host.hpp"
+#include "host/evaluator.hpp"
 
 namespace finance::calls {
 
@@ -25,7 +25,7 @@ struct Remedy {
 };
 
 // Nothing where none is known, or the flows are too many to be typed.
-std::optional<Remedy> remedy_for(const host::EmbeddedHost& host, const catalogue::Calculation& calculation,
+std::optional<Remedy> remedy_for(const host::Evaluator& host, const catalogue::Calculation& calculation,
                                  Arguments arguments);
 
 }  // namespace finance::calls

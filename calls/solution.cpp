@@ -40,7 +40,7 @@ bool comes_near(const Equation& equation, double rate) {
     return is_little(miss, equation.known_terms(trial)) || is_little(miss, equation.all_terms(rate));
 }
 
-bool solves_in_this_mode(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments,
+bool solves_in_this_mode(const host::Evaluator& host, const Calculation& calculation, Arguments arguments,
                          double answer) {
     const auto equation = equation_of(host, calculation, arguments);
     if (!equation) return true;
@@ -51,15 +51,15 @@ bool solves_in_this_mode(const host::EmbeddedHost& host, const Calculation& calc
 }  // namespace
 
 // Flows may be denormal numbers, and a side of the target the last bit.
-bool solves(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments, double answer) {
+bool solves(const host::Evaluator& host, const Calculation& calculation, Arguments arguments, double answer) {
     return in_usual_mode(solves_in_this_mode, host, calculation, arguments, answer);
 }
 
-bool holds(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments, double answer) {
+bool holds(const host::Evaluator& host, const Calculation& calculation, Arguments arguments, double answer) {
     return std::isfinite(answer) && solves(host, calculation, arguments, answer);
 }
 
-std::string unsolved_words(const host::EmbeddedHost& host, const Calculation& calculation, Arguments arguments,
+std::string unsolved_words(const host::Evaluator& host, const Calculation& calculation, Arguments arguments,
                            double answer) {
     const auto equation = equation_of(host, calculation, arguments);
     if (!equation) return {};

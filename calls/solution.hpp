@@ -13,22 +13,20 @@
 
 #include "calls/diagnosis.hpp"
 #include "catalogue/catalogue.hpp"
-#include "host/embedded_host.hpp"
+#include "host/evaluator.hpp"
 
 namespace finance::calls {
 
 inline constexpr double lowest_rate = -0.9999999;  // of the searches for RATE, XIRR and the yields
 
 // answer: a finite one of that call. True for calculations that do not search.
-bool solves(const host::EmbeddedHost& host, const catalogue::Calculation& calculation, Arguments arguments,
-            double answer);
+bool solves(const host::Evaluator& host, const catalogue::Calculation& calculation, Arguments arguments, double answer);
 
 // Whether it is an answer at all: finite, and one that solves.
-bool holds(const host::EmbeddedHost& host, const catalogue::Calculation& calculation, Arguments arguments,
-           double answer);
+bool holds(const host::Evaluator& host, const catalogue::Calculation& calculation, Arguments arguments, double answer);
 
 // "XNPV at this rate is 100, not 0"
-std::string unsolved_words(const host::EmbeddedHost& host, const catalogue::Calculation& calculation,
-                           Arguments arguments, double answer);
+std::string unsolved_words(const host::Evaluator& host, const catalogue::Calculation& calculation, Arguments arguments,
+                           double answer);
 
 }  // namespace finance::calls

@@ -119,15 +119,51 @@ static_assert(is_ascending(table), "each name once");
 static_assert(std::ranges::all_of(all_families, is_ascending, &Family::calculations));
 static_assert(std::ranges::all_of(table, is_sound));
 
+#ifdef ZELKOVAN_BRIEF_CATALOGUE
+
+// What sentences about a call are made from, without what help and pages tell: half of the texts.
+constexpr std::size_t parameter_count() {
+    std::size_t sum = 0;
+    for (const Calculation& calculation : table) sum += calculation.parameters.size();
+    return sum;
+}
+
+constexpr std::array<Parameter, parameter_count()> brief_parameters = [] {
+    std::array<Parameter, parameter_count()> parameters{};
+    Parameter* end = parameters.data();
+    for (const Calculation& calculation : table) end = std::ranges::copy(calculation.parameters, end).out;
+    for (Parameter& parameter : parameters) parameter.unit = parameter.meaning = parameter.default_text = {};
+    return parameters;
+}();
+
+constexpr auto looked_up = [] {
+    auto brief = table;
+    const Parameter* begin = brief_parameters.data();
+    for (Calculation& calculation : brief) {
+        calculation.answers = calculation.formula = calculation.remarks = {};
+        calculation.example = {};
+        calculation.parameters = {begin, calculation.parameters.size()};
+        begin += calculation.parameters.size();
+    }
+    return brief;
+}();
+
+#else
+
+constexpr const auto& looked_up = table;
+
+#endif
+
 }  // namespace
 
 std::span<const Family> families() { return all_families; }
 
-std::span<const Calculation> calculations() { return table; }
+std::span<const Calculation> calculations() { return looked_up; }
 
 const Calculation* find(std::string_view name) {
-    const Calculation* row = std::ranges::find_if(table, [&](const Calculation& c) { return same_name(c.name, name); });
-    return row == table.end() ? nullptr : &*row;
+    const Calculation* row =
+        std::ranges::find_if(looked_up, [&](const Calculation& c) { return same_name(c.name, name); });
+    return row == looked_up.end() ? nullptr : &*row;
 }
 
 std::size_t find_parameter(const Calculation& calculation, std::string_view name) {

@@ -97,7 +97,26 @@ constexpr Powers make_powers() {
     return powers;
 }
 
-constexpr Powers powers_of_ten = make_powers();
+#ifdef __wasm__
+
+// Ten thousand bytes that no compression makes fewer: in a file for a network they are worked out, once they are wanted.
+struct MadePowers {
+    Powers powers;
+    MadePowers() : powers{make_powers()} {}
+};
+
+const Powers& powers_of_ten() {
+    static const MadePowers made;
+    return made.powers;
+}
+
+#else
+
+constexpr Powers table_of_powers = make_powers();
+
+constexpr const Powers& powers_of_ten() { return table_of_powers; }
+
+#endif
 
 // ---- The search
 
@@ -130,7 +149,7 @@ ShortestDigits nearest_digits(uint64_t c, int q, bool lowest) {
     const uint64_t odd = c & 1U;
     const int k = lowest ? floor_log10_of_3_quarters_of_2_to(q) : floor_log10_of_2_to(q);
     const auto shift = static_cast<unsigned>(q + floor_log2_of_10_to(-k) + 1);
-    const Power& power = powers_of_ten[static_cast<std::size_t>(-k - lowest_power)];
+    const Power& power = powers_of_ten()[static_cast<std::size_t>(-k - lowest_power)];
     const uint64_t value = scaled(power, (4 * c) << shift);
     const uint64_t low = scaled(power, (4 * c - (lowest ? 1U : 2U)) << shift) + odd;
     const uint64_t high = scaled(power, (4 * c + 2) << shift) - odd;

@@ -31,8 +31,6 @@ int first_flagged(const HostCallContext* context, std::int32_t count) {
 
 }  // namespace
 
-Argument Argument::missing() { return Argument{missing_value}; }
-
 // Destroyed from the last to the first: the module's blocks go back before the memory goes, all before its code.
 struct EmbeddedHost::State {
     State(SharedObject object, EntryPoint entry, ColumnsEntry columns_, const std::string& name,

@@ -8,7 +8,6 @@
 // copies of this library the process has.
 #pragma once
 
-#include <concepts>
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
@@ -21,60 +20,9 @@
 #include <vector>
 
 #include "abi/zelkovan.h"
+#include "host/evaluator.hpp"
 
 namespace finance::host {
-
-// An argument as a program has it. Texts are not copied: they must live until the call has ended.
-class Argument {
-public:
-    enum class Kind : std::uint8_t {
-        number,       // a double; NaN is missing
-        text,         // characters
-        absent,       // a numeric argument without a value: its slot's value pointer is null
-        absent_text,  // a character argument without a text: its slot's value pointer is null
-    };
-    constexpr Argument(double number) : number_{number} {}
-    template <std::integral Whole>
-    constexpr Argument(Whole number) : number_{static_cast<double>(number)} {}
-    // A view whose data() is null makes a character descriptor with a null text pointer.
-    constexpr Argument(std::string_view text) : text_{text}, kind_{Kind::text} {}
-    Argument(const std::string& text) : Argument{std::string_view{text}} {}
-    // A null pointer is absent_text.
-    constexpr Argument(const char* text)
-        : text_{text != nullptr ? std::string_view{text} : std::string_view{}},
-          kind_{text != nullptr ? Kind::text : Kind::absent_text} {}
-    static constexpr Argument absent() { return Argument{Kind::absent}; }
-    static constexpr Argument absent_text() { return Argument{Kind::absent_text}; }
-    static Argument missing();
-
-    [[nodiscard]] constexpr Kind kind() const { return kind_; }
-    [[nodiscard]] constexpr const double& number() const { return number_; }
-    [[nodiscard]] constexpr std::string_view text() const { return text_; }
-
-private:
-    explicit constexpr Argument(Kind kind) : kind_{kind} {}
-
-    double number_ = 0.0;
-    std::string_view text_;
-    Kind kind_ = Kind::number;
-};
-
-// A message of the host's catalogue that the module asked for.
-struct Note {
-    std::int32_t message_set = 0;
-    std::int32_t message_number = 0;
-    friend bool operator==(const Note&, const Note&) = default;
-};
-
-struct Evaluation {
-    std::uint32_t status = 0;      // 0 answered, 120836 refused
-    double value = 0.0;            // the missing value (a NaN) where there is no answer
-    int flagged = -1;              // first argument marked as invalid: 0 the name, 1 the first after it; -1 none
-    std::vector<std::string> log;  // lines, in order
-    std::vector<Note> notes;       // in order
-
-    [[nodiscard]] bool answered() const { return status == ZELKOVAN_STATUS_SUCCESS; }
-};
 
 struct Options {
     bool case_blind = true;          // the collating table folds case, so that "pmt" names PMT
@@ -114,21 +62,21 @@ struct Batch;        // host/batch.hpp
 class MemoryVector;  // host/memory_vector.hpp: allocation with accounting and faults
 class Toolkit;       // host/toolkit.hpp: pools with accounting and faults
 
-class EmbeddedHost {
+class EmbeddedHost final : public Evaluator {
 public:
     // Loads the shared object at that path (a relative one starts at the current folder, not on the library path);
     // throws LoadError with the reason.
     explicit EmbeddedHost(const std::filesystem::path& module, const Options& options = {});
     // Uses a module that is linked into the program; batches go through its entry for columns, where there is one.
     explicit EmbeddedHost(EntryPoint entry, const Options& options = {}, ColumnsEntry columns = nullptr);
-    ~EmbeddedHost();
+    ~EmbeddedHost() override;
     EmbeddedHost(const EmbeddedHost&) = delete;
     EmbeddedHost& operator=(const EmbeddedHost&) = delete;
 
     // FINANCE(name, arguments...). Safe from any thread. Allocates nothing where the module logs nothing and the call
     // has no more arguments than an earlier one of the same thread (or 32). std::length_error: a text of 4 GiB or more,
     // or more than 2^31 - 2 arguments.
-    [[nodiscard]] Evaluation evaluate(std::string_view name, std::span<const Argument> arguments) const;
+    [[nodiscard]] Evaluation evaluate(std::string_view name, std::span<const Argument> arguments) const override;
     [[nodiscard]] Evaluation evaluate(std::string_view name, std::initializer_list<Argument> arguments) const;
 
     // The same for a call record of the caller's own, handed over as it is: no junk is added, *result is not preset.

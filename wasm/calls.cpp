@@ -1,33 +1,18 @@
 // What JavaScript calls. It writes into the room (wasm/memory.hpp), tells where what it wrote begins, and reads the outcome;
-// the records of a call are made here.
-//
-//  (1) An argument is a word of 8 bytes and a kind of one: a number; a text, the place of its first byte and their count,
-//      32 bits each; or nothing. Argument 0 is the name of the calculation.
-//  (2) In rows an argument may be a column, the place of its first number and the bytes to the next one, 32 bits each.
-//  (3) Where there is no memory, nothing is called: the answer says so.
+// the records of a call are made here. // Where there is no memory, nothing is called: the answer says so.
 #include <cstdint>
 #include <new>
 
 #include "abi/zelkovan.h"
 #include "wasm/host.hpp"
 #include "wasm/memory.hpp"
+#include "wasm/words.hpp"
 
 namespace finance::wasm {
 
 namespace {
 
-enum Kind : std::uint8_t { number = 0, text = 1, absent = 2, absent_text = 3, column = 4 };
-
 constexpr std::uint32_t no_memory = 1;  // instead of a status
-
-union Word {
-    double number;
-    struct {
-        std::uint32_t place;
-        std::uint32_t size;  // of a text its bytes, of a column those from a number to the next
-    } span;
-};
-static_assert(sizeof(Word) == 8);
 
 struct Outcome {
     double value = 0.0;
@@ -37,8 +22,6 @@ struct Outcome {
 Outcome outcome;
 
 constexpr double missing = __builtin_bit_cast(double, ZELKOVAN_MISSING_VALUE_BITS);
-
-void* at(std::uint32_t place) { return reinterpret_cast<void*>(std::uintptr_t{place}); }
 
 class Call {
 public:
@@ -94,10 +77,15 @@ private:
 
 using namespace finance::wasm;
 
-#define EXPORT(name) extern "C" __attribute__((export_name(name)))
+// The linker's: what must run before a program. Where nobody calls it, it runs with every call from outside, and after each
+// what ends a program.
+extern "C" void __wasm_call_ctors();  // NOLINT(bugprone-reserved-identifier): the linker's name
 
 // Before anything else.
-EXPORT("begin") void zelkovan_begin() { set_up(); }
+EXPORT("begin") void zelkovan_begin() {
+    __wasm_call_ctors();
+    set_up();
+}
 
 // Where that many bytes may be written; 0: no memory. What was written before is lost where it did not fit.
 EXPORT("room") void* zelkovan_room(std::uint32_t bytes) { return room(bytes); }

@@ -35,9 +35,11 @@ void* room(std::uint64_t bytes) {
     const std::size_t end = behind(begin(), bytes);
     if (end == none || !grow_to(end)) return nullptr;
     if (end > room_end) room_end = end;
-    top = room_end;
+    give_back();
     return reinterpret_cast<void*>(begin());
 }
+
+void give_back() { top = room_end; }
 
 void* allocate(std::uint64_t bytes) {
     const std::size_t end = behind(top, bytes);

@@ -14,6 +14,9 @@ void* room(std::uint64_t bytes);
 // For the call: bytes on a word of 8; null where there is no memory.
 void* allocate(std::uint64_t bytes);
 
+// Gives back all that was.
+void give_back();
+
 // Gives back what was allocated while it lived.
 class Workspace {
 public:

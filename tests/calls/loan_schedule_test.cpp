@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "host/embedded_host.hpp"
 #include "tests/support/call.hpp"
 
 namespace finance::test {

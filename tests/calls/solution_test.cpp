@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "calls/answer.hpp"
+#include "host/embedded_host.hpp"
 #include "tests/support/call.hpp"
 
 namespace finance::test {
@@ -156,6 +157,15 @@ TEST(Solution, DealsListedNewestFirst) {
     EXPECT_GT(right, 1000);
     EXPECT_GT(found_out, 1000);
     std::printf("of 5000: %d right, %d do not solve\n", right, found_out);
+}
+
+// A count of periods is the low 32 bits: 2^32 - 52 below 0 is 52 periods, and no plan of so many payments.
+TEST(Solution, APlanWithACountFarBelow0IsNotListed) {
+    const Drawn drawn{"RATE", {-4294967244.0, 380.0, -37178.0142610451, -37000.0, 1.0}, 0.0};
+    const host::Evaluation evaluation = linked_host().evaluate(drawn.name, drawn.arguments);
+    const calls::Answer answer = answer_of(drawn, evaluation);
+    EXPECT_EQ(answer.verdict(), Verdict::does_not_solve);
+    EXPECT_EQ(answer.remedy(), "");
 }
 
 // ---- Answers by a rule, and ends of the range

@@ -1,11 +1,14 @@
 // Numbers as text.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <random>
+#include <string>
 
 #include "catalogue/text.hpp"
 
@@ -70,6 +73,40 @@ TEST(NumberText, ReadsBackToTheSameBits) {
         }
     }
     EXPECT_EQ(checked, 19990);
+}
+
+// The library's shortest form, which is found in another way (Ryu); of a NaN and of -0 there is none here.
+std::string library_text(double value) {
+    std::array<char, 64> buffer;
+    return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
+}
+
+TEST(NumberText, ShortestAsTheLibrary) {
+    int checked = 0;
+    const auto check = [&](double value) {
+        if (value != value || value == 0.0) return;
+        ++checked;
+        ASSERT_EQ(catalogue::shortest_text(value), library_text(value));
+    };
+    for (int exponent = -1074; exponent < 1024; ++exponent) {
+        const double power = std::ldexp(1.0, exponent);
+        for (const double value :
+             {power, std::nextafter(power, 0.0), std::nextafter(power, infinity), -power, 3 * power})
+            check(value);
+    }
+    std::mt19937_64 draw{19991231};
+    for (int i = 0; i < 200'000; ++i) check(std::bit_cast<double>(draw()));
+    // Where one form gives way to the other: few and many digits, around 1e-5 and between 1e5 and 1e23.
+    for (int i = 0; i < 500'000; ++i) {
+        const double digits =
+            std::round(std::ldexp(static_cast<double>(draw() >> 11U), -static_cast<int>(draw() % 53)));
+        const auto power = static_cast<int>(draw() % 33);
+        const double text = read_back(library_text(digits) + "e" + std::to_string(power - 22));
+        check(text);
+        check(std::trunc(text));
+        check(std::ldexp(digits, power));
+    }
+    EXPECT_GT(checked, 1'000'000);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // The arguments of a call: from what was given, in order or by name, to words in the order in which calculations take them.
 //
-//  (1) null and undefined are left out. What is left out at the end is not in the call, where it is optional; anywhere else
-//      it keeps its place, and the calculation says whether it can do without.
+//  (1) null and undefined are left out. What is left out at the end is not in the call; anywhere else it keeps its place,
+//      and the calculation says whether it can do without.
 //  (2) A list is one argument. Its values stand one after the other in the call; two lists have equally many.
 //  (3) Kinds of values are looked at here. What a value must be is the calculation's business.
 import { absent } from './core.js';
@@ -101,7 +101,7 @@ export function unrolled(calculation, given, toWord = wordOf) {
   const isThere = (i) => (isList(parameters[i]) ? values[i].length > 0 : !isLeftOut(values[i]));
   checkPairs(calculation, values.map((value) => value?.length));
   let end = parameters.length;
-  while (end > 0 && parameters[end - 1].need === 'optional' && !isThere(end - 1)) --end;
+  while (end > 0 && !isThere(end - 1)) --end;
   const words = [];
   const places = [];
   const add = (parameter, element, value) => {

@@ -1,4 +1,5 @@
-// Calls into core.wasm: arguments are written into its room, the outcome is read from there (wasm/calls.cpp).
+// Calls into core.wasm or zelkovan.wasm: arguments are written into its room, the outcome is read from there
+// (wasm/calls.cpp, wasm/explanations.cpp).
 
 export const SUCCESS = 0;
 export const INVALID_ARGUMENT = 120836;
@@ -8,7 +9,7 @@ const NO_MEMORY = 1;
 export const absent = Symbol('absent');
 export const absentText = Symbol('absent text');
 
-// What an argument is, as wasm/calls.cpp counts.
+// What an argument is, as wasm/words.hpp counts.
 const KIND = { number: 0, text: 1, absent: 2, absentText: 3, column: 4 };
 
 const WORD = 8; // bytes of an argument
@@ -25,7 +26,7 @@ export class Core {
   #wasm;
   #view;
 
-  /** @param {WebAssembly.Instance} instance of core.wasm, which imports nothing */
+  /** @param {WebAssembly.Instance} instance of core.wasm or zelkovan.wasm, which import nothing */
   constructor(instance) {
     this.#wasm = instance.exports;
     this.#wasm.begin();
@@ -105,6 +106,48 @@ export class Core {
       flagged: memory.getInt32(outcome + 12, LITTLE_ENDIAN),
       note: memory.getInt32(log + 4, LITTLE_ENDIAN),
       log: bytesOfLog === 0 ? [] : lines.trimEnd().split('\n'),
+    };
+  }
+
+  /** Whether there is `explain`: in zelkovan.wasm. */
+  get explains() {
+    return this.#wasm.explain !== undefined;
+  }
+
+  /**
+   * FINANCE(name, args...) as front ends for people make it: not where a value cannot be meant (a day outside the years 1
+   * to 9999, half a code of a basis), and with what is to be said where there is no answer. Of zelkovan.wasm only.
+   * @param {string} name
+   * @param {(number|bigint|string|symbol)[]} args as of `call`
+   * @returns {{verdict: 'answered'|'missing'|'does not solve'|'too large'|'refused', value: number, status: number,
+   *   position: number, label: string, reason: string, sentence: string, namedSentence: string, remedy: string}}
+   *   value: NaN where there is none; position: of the argument at fault, 1 the first after the name, each value of a list
+   *   counted, 0 none; label: that argument, "argument 2 (nper)"; reason: the rule that is broken, or why there is no
+   *   answer; sentence: both in one line; namedSentence: with the calculation's name before it; remedy: the call that has
+   *   the answer, as it is typed, "" where none is known. Texts are "" where there is nothing to say.
+   */
+  explain(name, args) {
+    if (!this.explains) throw new TypeError('core.wasm has no sentences: zelkovan.wasm has');
+    const { place, kinds, count } = this.#write(name, args, 0);
+    if (this.#wasm.explain(place, kinds, count) === 0)
+      throw new RangeError(`there is no memory for the explanation of ${name} with ${args.length} arguments`);
+    const explanation = this.#wasm.explanation(); // value; status, position; texts
+    const memory = this.#memory;
+    const textAt = (at) => {
+      const bytes = memory.getUint32(at + 4, LITTLE_ENDIAN);
+      return bytes === 0 ? '' : decoder.decode(new Uint8Array(memory.buffer, memory.getUint32(at, LITTLE_ENDIAN), bytes));
+    };
+    const [verdict, label, reason, sentence, namedSentence, remedy] = [2, 3, 4, 5, 6, 7].map((i) => textAt(explanation + WORD * i));
+    return {
+      verdict,
+      value: memory.getFloat64(explanation, LITTLE_ENDIAN),
+      status: memory.getUint32(explanation + 8, LITTLE_ENDIAN),
+      position: memory.getInt32(explanation + 12, LITTLE_ENDIAN),
+      label,
+      reason,
+      sentence,
+      namedSentence,
+      remedy,
     };
   }
 
