@@ -40,6 +40,13 @@ test('a refusal says what the command says, names the argument and its rule', ()
   }
 });
 
+// finance FV 0.05 10; finance PMT 0.05
+test('what is left out at the end is not in the call', () => {
+  assert.equal(error(() => finance.fv(0.05, 10)).message, 'FV: too few arguments: no pmt');
+  assert.equal(error(() => finance.fv({ rate: 0.05, nper: 10, pmt: null })).message, 'FV: too few arguments: no pmt');
+  assert.equal(error(() => finance.pmt(0.05)).message, 'PMT: too few arguments: no nper, pv');
+});
+
 test('a search whose answer does not solve is refused, with its value and a call that has the answer', () => {
   const thrown = error(() => finance.rate(120, -200, 0, 30000));
   assert.equal(thrown.verdict, 'does not solve');
