@@ -5,7 +5,6 @@
 #include <span>
 
 #include "catalogue/layout.hpp"
-#include "catalogue/text.hpp"
 
 namespace finance::calls {
 
@@ -30,12 +29,11 @@ void add_names(std::string& names, Parameters parameters) {
     }
 }
 
-std::string too_few(const std::string& names) { return names.empty() ? "" : "too few arguments: no " + names; }
+std::string too_few(const std::string& names) { return names.empty() ? "" : too_few_words(names); }
 
 std::string fault_without_lists(Parameters parameters, Arguments arguments) {
     if (arguments.size() > parameters.size()) {
-        const std::string first = as_typed(arguments[parameters.size()]);
-        return "too many arguments, from " + catalogue::in_quotes(first) + " on";
+        return too_many_words(as_typed(arguments[parameters.size()]));
     }
     std::string names;
     add_names(names, parameters.subspan(arguments.size()));
@@ -60,10 +58,14 @@ std::string fault_with_lists(const Calculation& calculation, std::size_t given) 
     if (left <= scalars) add_names(names, after);
     if (!names.empty()) return too_few(names);
     if (lists == 1 || (left - scalars) % 2 == 0) return {};
-    return std::string{parameters[first].name} + " and " + std::string{parameters[first + 1].name} + " do not pair up";
+    return unpaired_words(names_of_two(parameters[first], parameters[first + 1]));
 }
 
 }  // namespace
+
+std::string names_of_two(const Parameter& first, const Parameter& second) {
+    return std::string{first.name} + " and " + std::string{second.name};
+}
 
 std::string count_fault(const Calculation& calculation, Arguments arguments) {
     if (list_count(calculation) > 0) return fault_with_lists(calculation, arguments.size());

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 
+#include "calls/counts.hpp"
 #include "calls/diagnosis.hpp"
 #include "calls/lists.hpp"
 #include "command/formulas/written_value.hpp"
@@ -136,7 +137,7 @@ void Assignment::take_positional(Tokens tokens) {
 void Assignment::give_lists(Tokens tokens) {
     std::vector<std::size_t> lists = unnamed(0, texts_.size());
     std::erase_if(lists, [&](std::size_t i) { return !list(i); });
-    if (lists.empty()) fail(calculation_, "too many arguments, from " + in_quotes(tokens.front()) + " on");
+    if (lists.empty()) fail(calculation_, calls::too_many_words(tokens.front()));
     if (lists.size() == 2) {
         give_two_lists(tokens);
         return;
@@ -152,11 +153,11 @@ void Assignment::give_two_lists(Tokens tokens) {
         give(last, tokens.back());
         tokens = tokens.first(tokens.size() - 1);
     }
-    const std::string names = std::string{parameter(first).name} + " and " + std::string{parameter(first + 1).name};
+    const std::string names = calls::names_of_two(parameter(first), parameter(first + 1));
     if (std::ranges::any_of(tokens, has_comma) && tokens.size() != 2) {
         fail(calculation_, names + " are two arguments where they are separated by commas");
     }
-    if (tokens.size() % 2 == 1) fail(calculation_, names + " do not pair up");
+    if (tokens.size() % 2 == 1) fail(calculation_, calls::unpaired_words(names));
     const std::size_t half = tokens.size() / 2;
     for (const std::string_view token : tokens.first(half)) give(first, token);
     for (const std::string_view token : tokens.last(half)) give(first + 1, token);
@@ -182,7 +183,7 @@ void Assignment::check_completeness(std::size_t end) const {
         if (parameter(i).need == Need::optional || (i < end && !empty_list)) continue;
         lacking.append(lacking.empty() ? "" : ", ").append(parameter(i).name);
     }
-    if (!lacking.empty()) fail(calculation_, "too few arguments: no " + lacking);
+    if (!lacking.empty()) fail(calculation_, calls::too_few_words(lacking));
 }
 
 void Assignment::check_pairs() const {
