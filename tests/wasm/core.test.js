@@ -3,17 +3,7 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { INVALID_ARGUMENT, SUCCESS } from '../../wasm/javascript/core.js';
 import { module, newCore } from './core.js';
-import { callsOf, names } from './corpus.js';
-
-const MISSING = 0xfffffe0000000000n;
-const isNaNOf = (bits) => (bits & 0x7fffffffffffffffn) > 0x7ff0000000000000n;
-
-// What arithmetic makes of a NaN (its sign) is the processor's own; a missing value is not.
-function sameResult(expected, bits) {
-  if (expected === 'untouched') return bits === MISSING;
-  const wanted = BigInt(`0x${expected}`);
-  return wanted === bits || (isNaNOf(wanted) && isNaNOf(bits) && wanted !== MISSING && bits !== MISSING);
-}
+import { callsOf, names, sameResult } from './corpus.js';
 
 test('imports nothing', () => {
   assert.deepEqual(WebAssembly.Module.imports(module), []);
