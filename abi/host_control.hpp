@@ -2,6 +2,7 @@
 // All but the toolkit handle are read anew at every use; the block and all it points to belong to the host.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 
 #include "abi/zelkovan.h"
@@ -32,7 +33,7 @@ inline const std::uint64_t* gcb_word(GcbWord word) {
 
 template <typename T>
 T* gcb_pointer(GcbWord word) {
-    return reinterpret_cast<T*>(static_cast<std::uintptr_t>(*gcb_word(word)));
+    return std::bit_cast<T*>(static_cast<std::uintptr_t>(*gcb_word(word)));
 }
 
 inline const unsigned char* collating_table() { return gcb_pointer<const unsigned char>(GcbWord::collating_table); }

@@ -1,11 +1,13 @@
 #include "cashflow/work_pool.hpp"
 
+#include <bit>
+
 namespace finance {
 
 namespace {
 
 Toolkit* host_toolkit() {
-    auto* toolkit = reinterpret_cast<Toolkit*>(static_cast<std::uintptr_t>(Exported_KXHandle));
+    auto* toolkit = std::bit_cast<Toolkit*>(static_cast<std::uintptr_t>(Exported_KXHandle));
     const bool creates_pools =
         toolkit != nullptr && toolkit->operations != nullptr && toolkit->operations->create_pool != nullptr;
     return creates_pools ? toolkit : nullptr;
