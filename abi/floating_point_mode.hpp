@@ -84,22 +84,17 @@ template <typename Result, typename... Parameters>
     return routine(arguments...);
 }
 
+#endif
+
 // ---- routine(arguments...)
 
 template <typename Result, typename... Parameters>
 Result in_usual_mode(Result (*routine)(Parameters...), std::type_identity_t<Parameters>... arguments) {
+#ifdef __SSE2__
     if (exceptions_trap() || !sums_are_usual()) [[unlikely]]
         return call_in_usual_mode(routine, arguments...);
-    return routine(arguments...);
-}
-
-#else
-
-template <typename Result, typename... Parameters>
-Result in_usual_mode(Result (*routine)(Parameters...), std::type_identity_t<Parameters>... arguments) {
-    return routine(arguments...);
-}
-
 #endif
+    return routine(arguments...);
+}
 
 }  // namespace finance

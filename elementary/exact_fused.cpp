@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "elementary/error_free.hpp"
+#include "elementary/number.hpp"
 
 namespace finance::elementary {
 
@@ -101,13 +102,6 @@ double odd_sum(double a, double b) {
     return std::bit_cast<double>((sum.error > 0.0) == (sum.value > 0.0) ? bits + 1 : bits - 1);
 }
 
-// 2^low <= |x| < 2^high
-bool is_within(double x, int low, int high) {
-    constexpr int bias = 1023;
-    const auto biased = static_cast<int>(std::bit_cast<std::uint64_t>(x) >> 52 & 0x7FF);
-    return biased >= low + bias && biased < high + bias;
-}
-
 // Boldo and Melquiond, Emulation of FMA and correctly rounded sums: proved algorithms using rounding to odd (2008).
 double fused_in_doubles(double a, double b, double c) {
     const Rounded product = two_product(a, b);
@@ -120,7 +114,9 @@ double fused_in_doubles(double a, double b, double c) {
 
 // In those ranges a product's last digit is above 2^-907, and everything below 2^901.
 double exact_fused(double a, double b, double c) {
-    const bool in_range = is_within(a, -400, 400) && is_within(b, -400, 400) && (c == 0.0 || is_within(c, -900, 900));
+    const auto is_factor = [](double x) { return is_between(exponent_field(x), 0x1p-400, 0x1p400); };
+    const bool in_range =
+        is_factor(a) && is_factor(b) && (c == 0.0 || is_between(exponent_field(c), 0x1p-900, 0x1p900));
     return in_range ? fused_in_doubles(a, b, c) : fused_in_whole_numbers(a, b, c);
 }
 

@@ -75,9 +75,7 @@ double scaled_far(const Exponential<N>& e) {
 }
 
 // Of the size of x: from 2^-54 to below 512. What is smaller adds to 1 alone.
-constexpr bool is_plain_exponent(std::uint64_t field) {
-    return field - exponent_field(0x1p-54) < exponent_field(512.0) - exponent_field(0x1p-54);
-}
+constexpr bool is_plain_exponent(std::uint64_t field) { return is_between(field, 0x1p-54, 512.0); }
 
 template <typename N>
 double exp(double x) {

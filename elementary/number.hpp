@@ -15,6 +15,11 @@ constexpr std::uint64_t bits_of(double x) { return std::bit_cast<std::uint64_t>(
 // Of the size alone
 constexpr std::uint64_t exponent_field(double x) { return bits_of(x) >> 52 & 0x7FF; }
 
+// Of the exponent's field of a number: low <= |x| < high, both powers of two.
+constexpr bool is_between(std::uint64_t field, double low, double high) {
+    return field - exponent_field(low) < exponent_field(high) - exponent_field(low);
+}
+
 constexpr bool is_normal_positive(std::uint64_t bits) {
     return bits - bits_of(0x1p-1022) < bits_of(infinity) - bits_of(0x1p-1022);
 }

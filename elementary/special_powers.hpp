@@ -8,9 +8,7 @@
 namespace finance::elementary {
 
 // From 2^-65 to below 2^63 in size: no other makes a power that is neither 1 nor beyond all doubles.
-constexpr bool is_plain_power(double y) {
-    return exponent_field(y) - exponent_field(0x1p-65) < exponent_field(0x1p63) - exponent_field(0x1p-65);
-}
+constexpr bool is_plain_power(double y) { return is_between(exponent_field(y), 0x1p-65, 0x1p63); }
 
 struct SpecialPower {
     bool is_known;

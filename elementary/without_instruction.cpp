@@ -55,8 +55,7 @@ double exp_if_certain(Long<Rough> x) {
 }  // namespace
 
 double exp(double x) {
-    const double power =
-        is_plain_exponent(exponent_field(x)) ? rounded_if_certain(exponential(reduced(Rough{x}))) : uncertain;
+    const double power = exp_if_certain({{x}, {0.0}});
     return std::isnan(power) ? elementary::exp<Exact>(x) : power;
 }
 

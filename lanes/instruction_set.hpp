@@ -74,42 +74,9 @@ struct InstructionSet {
 using OneVector = InstructionSet;
 using TwoVectors = Twice<InstructionSet>;
 
-#elif defined(__x86_64__)
-
-// Two lanes; four of them are two of these (twice.hpp), so that the steps of four rows overlap.
-struct Sse2 {
-    static constexpr int width = 2;
-    static constexpr unsigned all_lanes = 3;
-    static constexpr bool has_fused = false;
-    using Doubles = double __attribute__((vector_size(16)));
-    using Words = std::uint64_t __attribute__((vector_size(16)));
-
-    static Doubles broadcast(double x) { return Doubles(_mm_set1_pd(x)); }
-    static Doubles load(const double* from) { return Doubles(_mm_loadu_pd(from)); }
-    static void store(double* to, Doubles x) { _mm_storeu_pd(to, __m128d(x)); }
-    static unsigned signs(Words bits) { return static_cast<unsigned>(_mm_movemask_pd(__m128d(bits))); }
-    static Doubles select(Words truth, Doubles yes, Doubles no) {
-        return Doubles((truth & Words(yes)) | (~truth & Words(no)));
-    }
-    static Doubles square_root(Doubles x) { return Doubles(_mm_sqrt_pd(__m128d(x))); }
-    static Doubles truncated(Doubles x) { return Doubles(_mm_cvtepi32_pd(_mm_cvttpd_epi32(__m128d(x)))); }
-    static Words lane_bits(unsigned lanes) {
-        return Words{std::uint64_t{0} - (lanes & 1), std::uint64_t{0} - (lanes >> 1 & 1)};
-    }
-    static double lane(Doubles x, int lane) { return x[lane]; }
-    template <typename Take>
-    static void each_pair(Doubles a, Doubles b, Take take) {
-        take(Pair(_mm_unpacklo_pd(__m128d(a), __m128d(b))));
-        take(Pair(_mm_unpackhi_pd(__m128d(a), __m128d(b))));
-    }
-};
-using OneVector = Sse2;
-using InstructionSet = Twice<Sse2>;
-using TwoVectors = InstructionSet;
-
 #else
 
-// Two lanes in the compiler's own words, for processors that it knows better.
+// Two lanes in the compiler's own words. Four of them are two of these (twice.hpp), so that the steps of four rows overlap.
 struct TwoLanes {
     static constexpr int width = 2;
     static constexpr unsigned all_lanes = 3;
@@ -136,8 +103,32 @@ struct TwoLanes {
         take(Pair{a[1], b[1]});
     }
 };
+
+#ifdef __x86_64__
+
+// With the instructions that it does not find by itself.
+struct Sse2 : TwoLanes {
+    static Doubles broadcast(double x) { return Doubles(_mm_set1_pd(x)); }
+    static Doubles load(const double* from) { return Doubles(_mm_loadu_pd(from)); }
+    static void store(double* to, Doubles x) { _mm_storeu_pd(to, __m128d(x)); }
+    static unsigned signs(Words bits) { return static_cast<unsigned>(_mm_movemask_pd(__m128d(bits))); }
+    static Doubles square_root(Doubles x) { return Doubles(_mm_sqrt_pd(__m128d(x))); }
+    static Doubles truncated(Doubles x) { return Doubles(_mm_cvtepi32_pd(_mm_cvttpd_epi32(__m128d(x)))); }
+    template <typename Take>
+    static void each_pair(Doubles a, Doubles b, Take take) {
+        take(Pair(_mm_unpacklo_pd(__m128d(a), __m128d(b))));
+        take(Pair(_mm_unpackhi_pd(__m128d(a), __m128d(b))));
+    }
+};
+using OneVector = Sse2;
+
+#else
+
 using OneVector = TwoLanes;
-using InstructionSet = Twice<TwoLanes>;
+
+#endif
+
+using InstructionSet = Twice<OneVector>;
 using TwoVectors = InstructionSet;
 
 #endif
