@@ -1,0 +1,80 @@
+// Pages of docs/ from their Markdown: links between them go to the pages made here, those into the sources to none.
+import { Marked } from 'marked';
+import { html, raw } from './html.js';
+
+/** A heading's fragment, as Markdown's readers make it. */
+export const slug = (text) =>
+  text
+    .toLowerCase()
+    .replace(/<[^>]*>/g, '')
+    .replace(/[^\p{L}\p{N} _-]/gu, '')
+    .replace(/ /g, '-');
+
+/**
+ * The page that a link of the Markdown means; undefined: it has none here.
+ * @param {string} target "solvers.md#what-is-checked" @param {Set<string>} documents names without .md
+ */
+export function pageOf(target, documents) {
+  const [, path, fragment] = /^([^#]*)(#.*)?$/.exec(target);
+  if (path === '') return fragment;
+  if (path === 'reference/README.md') return 'index.html';
+  const calculation = /^reference\/(\w+)\.md$/.exec(path);
+  if (calculation) return `${calculation[1]}.html${fragment ?? ''}`;
+  const document = /^([\w-]+)\.md$/.exec(path);
+  return document && documents.has(document[1]) ? `${document[1]}.html${fragment ?? ''}` : undefined;
+}
+
+function markdown(documents) {
+  const marked = new Marked();
+  marked.use({
+    renderer: {
+      heading({ tokens, depth }) {
+        const text = this.parser.parseInline(tokens);
+        return `<h${depth} id="${slug(text)}">${text}</h${depth}>\n`;
+      },
+      link({ href, tokens }) {
+        const text = this.parser.parseInline(tokens);
+        const page = pageOf(href, documents);
+        return page === undefined ? text : `<a href="${page}">${text}</a>`;
+      },
+      code({ text }) {
+        return `<pre tabindex="0">${html`${text}`}</pre>\n`;
+      },
+      table({ header, rows }) {
+        const cell = (element) => (token) => `<${element}>${this.parser.parseInline(token.tokens)}</${element}>`;
+        const row = (cells, element) => `<tr>${cells.map(cell(element)).join('')}</tr>`;
+        const body = rows.map((cells) => row(cells, 'td')).join('');
+        return `<div class="table" tabindex="0" role="region" aria-label="Table"><table><thead>${row(header, 'th')}</thead><tbody>${body}</tbody></table></div>\n`;
+      },
+    },
+  });
+  return marked;
+}
+
+const TITLE = /^# (.+)$/m;
+
+const plain = (text) => text.replace(/\[([^\]]*)\]\([^)]*\)/g, '$1').replace(/[`*]/g, '').replace(/\s+/g, ' ').trim();
+
+// The first sentence below the title.
+function leadOf(text) {
+  const paragraph = text.replace(/^<!--[\s\S]*?-->\s*/, '').replace(/^# .*\n+/, '').split(/\n\s*\n/)[0];
+  return /^.*?[.:](?=\s|$)/.exec(plain(paragraph))?.[0].replace(/:$/, '.') ?? '';
+}
+
+/** @returns {{name, title, lead, headings: {title, slug, words}[], content}} of a page of docs; words: what stands below it */
+export function readDocument(name, text, documents) {
+  const title = TITLE.exec(text)?.[1].replace(/`/g, '') ?? name;
+  const sections = text.split(/^#{2,} /m).map((part, i) => {
+    const [heading, ...rest] = part.split('\n');
+    const own = i === 0 ? title : heading.replace(/`/g, '');
+    return { title: own, slug: i === 0 ? '' : slug(own), words: rest.join(' ') };
+  });
+  return { name, title, lead: leadOf(text), headings: sections, content: raw(markdown(documents).parse(text)) };
+}
+
+export const documentPage = ({ content }) => html`<article class="document">${content}</article>`;
+
+export const documentList = (documents) => html`
+  <h1>Docs</h1>
+  <ul class="jobs">${documents.map(({ name, title, lead }) => html`
+    <li><a href="${name}.html"><strong>${title}</strong> <span>${lead}</span></a></li>`)}</ul>`;

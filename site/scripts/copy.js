@@ -1,0 +1,122 @@
+// The same call as it is typed in a shell, in SQL, in Python and in JavaScript.
+import { isBasis, isDated, isList, isOptional } from '../pages/parameters.js';
+import { copyText } from './form.js';
+import { digits, Unreadable, valuesOf } from './values.js';
+import { isoOfDay } from './days.js';
+
+// What languages keep for themselves.
+const IN_PYTHON = { yield: 'yield_' };
+const IN_JAVASCRIPT = { yield: 'yield_' };
+
+const quoted = (text) => `'${text.replace(/'/g, "''")}'`;
+const inShell = (text) => (/^[\w.,:;%+/=@-]*$/.test(text) ? text : `'${text.replace(/'/g, "'\\''")}'`);
+
+function literal(parameter, value, missing) {
+  if (Number.isNaN(value)) return missing;
+  if (isDated(parameter) && Number.isInteger(value)) return quoted(isoOfDay(value) ?? digits(value));
+  return typeof value === 'string' ? quoted(value) : digits(value);
+}
+
+// Given arguments: as [parameter, value], what is left out at the end or has a default left out where names are used.
+const given = (calculation, values) =>
+  calculation.arguments.map((parameter) => [parameter, values[parameter.name]]).filter(([, value]) => value !== null);
+
+function shell(calculation, texts) {
+  const words = calculation.arguments
+    .map(({ name, ...parameter }) => [name, isList(parameter) ? texts[name].trim().split(/[\s,;]+/).join(',') : texts[name].trim()])
+    .filter(([, text]) => text !== '')
+    .map(([name, text]) => inShell(`${name}=${text}`));
+  return ['finance', calculation.calculation, ...words].join(' ');
+}
+
+// Arguments in order: what is left out before another one is what it then is.
+function inOrder(calculation, values) {
+  const all = calculation.arguments.map((parameter) => [parameter, values[parameter.name]]);
+  while (all.length > 0 && all.at(-1)[1] === null) all.pop();
+  return all.map(([parameter, value]) => [parameter, value ?? defaultOf(parameter)]);
+}
+
+function defaultOf(parameter) {
+  if (isBasis(parameter)) return parameter.default;
+  return isOptional(parameter) && parameter.default !== 'none' ? Number(parameter.default) : NaN;
+}
+
+const array = (parameter, values) =>
+  `ARRAY[${values.map((value) => literal(parameter, value, 'NULL')).join(', ')}]${parameter.kind === 'dates' ? '::date[]' : ''}`;
+
+function sql(calculation, values) {
+  const args = inOrder(calculation, values).map(([parameter, value]) =>
+    isList(parameter) ? array(parameter, value ?? []) : literal(parameter, value, 'NULL'));
+  return `SELECT fin_${calculation.calculation.toLowerCase()}(${args.join(', ')});`;
+}
+
+// Lists are rows there.
+function sqlite(calculation, values) {
+  const lists = calculation.arguments.filter(isList);
+  const rows = (values[lists[0].name] ?? []).map((_, i) => `(${lists.map((parameter) => literal(parameter, values[parameter.name][i], 'NULL')).join(', ')})`);
+  const column = ({ name }) => `"${name}"`;
+  const args = inOrder(calculation, values).map(([parameter, value]) => (isList(parameter) ? column(parameter) : literal(parameter, value, 'NULL')));
+  return `WITH flow(${lists.map(column).join(', ')}) AS (VALUES ${rows.join(', ')})\nSELECT fin_${calculation.calculation.toLowerCase()}(${args.join(', ')}) FROM flow;`;
+}
+
+const listed = (parameter, value, missing) =>
+  isList(parameter) ? `[${value.map((one) => literal(parameter, one, missing)).join(', ')}]` : literal(parameter, value, missing);
+
+function python(calculation, values) {
+  const name = calculation.calculation.toLowerCase();
+  const args = given(calculation, values).map(([parameter, value]) => `${IN_PYTHON[parameter.name] ?? parameter.name}=${listed(parameter, value, 'None')}`);
+  return `import zelkovan\nzelkovan.${IN_PYTHON[name] ?? name}(${args.join(', ')})`;
+}
+
+function javascript(calculation, values) {
+  const name = calculation.calculation.toLowerCase();
+  const called = IN_JAVASCRIPT[name] ?? name;
+  const args = given(calculation, values).map(([parameter, value]) => `${parameter.name}: ${listed(parameter, value, 'NaN')}`);
+  return `import { ${called} } from 'zelkovan';\n${called}({ ${args.join(', ')} });`;
+}
+
+/**
+ * @param {object} calculation of the catalogue @param {object} texts by name @param {object} values by name, as
+ *   valuesOf of scripts/values.js gives them
+ * @returns {[string, string][]} where, and what is typed there
+ */
+export function copiesOf(calculation, texts, values) {
+  const lists = calculation.arguments.filter(isList);
+  const empty = lists.some(({ name }) => values[name] === null);
+  return [
+    ['Shell', shell(calculation, texts)],
+    ...(empty ? [] : [[lists.length > 0 ? 'SQL (PostgreSQL, DuckDB)' : 'SQL', sql(calculation, values)]]),
+    ...(empty || lists.length === 0 ? [] : [['SQL (SQLite)', sqlite(calculation, values)]]),
+    ['Python', python(calculation, values)],
+    ['JavaScript', javascript(calculation, values)],
+  ];
+}
+
+function snippet([where, text]) {
+  const part = document.createElement('div');
+  part.className = 'snippet';
+  const title = document.createElement('h3');
+  title.textContent = where;
+  const button = document.createElement('button');
+  button.type = 'button';
+  button.textContent = 'Copy';
+  button.setAttribute('aria-label', `Copy for ${where}`);
+  button.addEventListener('click', () => copyText(text, button));
+  const code = document.createElement('pre');
+  code.tabIndex = 0;
+  code.textContent = text;
+  part.append(title, button, code);
+  return part;
+}
+
+/** Shows them, unless what stands in the fields cannot be read. */
+export function showCopies(element, calculation, texts, reading) {
+  let copies = [];
+  try {
+    copies = copiesOf(calculation, texts, valuesOf(reading, calculation.arguments, texts));
+  } catch (error) {
+    if (!(error instanceof Unreadable)) throw error;
+  }
+  element.hidden = copies.length === 0;
+  element.querySelector('.snippets').replaceChildren(...copies.map(snippet));
+}

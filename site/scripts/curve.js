@@ -1,0 +1,180 @@
+// A calculation over one of its arguments, all others as they stand in the form: picture and table.
+import { isDated, isFlag, isList } from '../pages/parameters.js';
+import { isoOfDay } from './days.js';
+import { draw } from './picture.js';
+import { showTable } from './table.js';
+import { answerText, digits, scaleOf, short, Unreadable, valueOf, valuesOf } from './values.js';
+
+const POINTS = 101;
+const MOST_ELEMENTS = 24; // of a list that can be drawn over
+const YEAR = 365;
+
+const isOfList = ({ element }) => element !== null;
+
+/** What the curve may run over: a parameter, of a list one value. */
+export function axesOf(calculation, values) {
+  return calculation.arguments.flatMap((parameter) => {
+    if (!isList(parameter)) return [{ parameter, element: null, name: parameter.name }];
+    const list = values[parameter.name] ?? [];
+    return list.slice(0, MOST_ELEMENTS).map((_, i) => ({ parameter, element: i, name: `${parameter.name}-${i + 1}` }));
+  });
+}
+
+const valueAt = ({ parameter, element }, values) => (element === null ? values[parameter.name] : values[parameter.name]?.[element]);
+
+/** Where the curve begins and ends unless it is said: around the value that there is. */
+export function usualRange(axis, values) {
+  const value = valueAt(axis, values);
+  const number = typeof value === 'number' && Number.isFinite(value) ? value : 0;
+  const scale = scaleOf(axis.parameter);
+  if (isOfList(axis) && scale === 'number' && number !== 0) return [1.5 * number, 0.5 * number].sort((a, b) => a - b);
+  if (isFlag(axis.parameter)) return [0, 1];
+  if (scale === 'basis') return [0, 4];
+  if (scale === 'date') return [number - YEAR, number + YEAR];
+  if (scale === 'whole') return [1, Math.max(12, 2 * Math.abs(Math.trunc(number)))];
+  if (number === 0) return [-1, 1];
+  return number > 0 ? [0, 2 * number] : [2 * number, 0];
+}
+
+/** The places, ascending: whole ones where fractions are refused. */
+export function placesIn(axis, [from, to]) {
+  const scale = scaleOf(axis.parameter);
+  const [low, high] = from <= to ? [from, to] : [to, from];
+  if (scale === 'number') return Array.from({ length: POINTS }, (_, i) => Number((low + ((high - low) * i) / (POINTS - 1)).toPrecision(12)));
+  const [first, last] = [Math.ceil(low), Math.floor(high)];
+  const step = Math.max(1, Math.ceil((last - first) / (POINTS - 1)));
+  const places = [];
+  for (let at = first; at <= last; at += step) places.push(at);
+  return places;
+}
+
+/** With the place where the form stands, so that it can be marked. */
+const withPlace = (places, here) =>
+  typeof here === 'number' && here > places[0] && here < places.at(-1) && !places.includes(here)
+    ? [...places, here].sort((a, b) => a - b)
+    : places;
+
+/** The answers at all places: NaN where there is none. */
+export function answersAt(engine, calculation, axis, values, places) {
+  const column = Float64Array.from(places);
+  const columns = { ...values };
+  if (isOfList(axis)) columns[axis.parameter.name] = columns[axis.parameter.name].map((value, i) => (i === axis.element ? column : value));
+  else columns[axis.parameter.name] = column;
+  return engine.rows(calculation.calculation, columns);
+}
+
+const reads = (axis, engine) => {
+  const scale = scaleOf(axis.parameter);
+  if (scale === 'date') return (at) => isoOfDay(at) ?? digits(at);
+  return scale === 'basis' ? (at) => engine.catalogue.bases[at] : digits;
+};
+
+export class Curve {
+  #element;
+  #form;
+  #calculation;
+  #engine;
+  #keepAddress;
+  #texts = {};
+  #wanted = {};
+
+  constructor(element, calculation, engine, keepAddress) {
+    this.#element = element;
+    this.#form = element.querySelector('form');
+    this.#calculation = calculation;
+    this.#engine = engine;
+    this.#keepAddress = keepAddress;
+    const again = (event) => {
+      if (event.target === this.#form.elements.over) this.#wanted = { over: event.target.value };
+      else this.#wanted = { over: this.#form.elements.over.value, from: this.#form.elements.from.value, to: this.#form.elements.to.value };
+      this.draw(this.#texts);
+      this.#keepAddress();
+    };
+    this.#form.addEventListener('submit', (event) => event.preventDefault());
+    this.#form.addEventListener('input', again);
+  }
+
+  /** @param {{over?: string, from?: string, to?: string}} wanted */
+  choose({ over, from, to }) {
+    this.#wanted = { over, from, to };
+  }
+
+  chosen() {
+    const { over = '', from = '', to = '' } = this.#wanted;
+    return { over, from, to };
+  }
+
+  /** @param {object} texts of the calculation's form */
+  draw(texts) {
+    this.#texts = texts;
+    const fault = this.#element.querySelector('.fault');
+    fault.textContent = '';
+    this.#element.querySelector('.gaps').textContent = '';
+    try {
+      this.#show(valuesOf(this.#engine.reading, this.#calculation.arguments, texts));
+    } catch (error) {
+      if (!(error instanceof Unreadable) && error.name !== 'FinanceError') throw error;
+      fault.textContent = `No curve: ${error.argument ? `${error.argument}: ${error.reason ?? error.message}` : error.message}`;
+    }
+    this.#element.hidden = false;
+  }
+
+  #axis(axes, values) {
+    const wanted = axes.find(({ name }) => name === this.#wanted.over);
+    if (wanted) return wanted;
+    return axes.find((axis) => scaleOf(axis.parameter) === 'number' && valueAt(axis, values) !== null) ?? axes[0];
+  }
+
+  #range(axis, values) {
+    const usual = usualRange(axis, values);
+    const end = (name, otherwise) => {
+      const text = this.#wanted[name]?.trim() ?? '';
+      return text === '' ? otherwise : this.#readEnd(name, axis, text);
+    };
+    const [from, to] = [end('from', usual[0]), end('to', usual[1])];
+    if (from === to) throw new Unreadable(axis.name, 'from and to are the same');
+    return [from, to];
+  }
+
+  #readEnd(name, axis, text) {
+    const parameter = { name: `${axis.name}, ${name}`, kind: isDated(axis.parameter) ? 'date' : 'number' };
+    const value = valueOf(this.#engine.reading, parameter, text);
+    if (typeof value === 'number' && Number.isFinite(value)) return value;
+    throw new Unreadable(parameter.name, `'${text}' is no place on the axis`);
+  }
+
+  #offer(axes, axis, [from, to], said) {
+    const { over, from: first, to: last } = this.#form.elements;
+    const names = axes.map(({ name }) => name);
+    if ([...over.options].map(({ value }) => value).join() !== names.join()) over.replaceChildren(...names.map((name) => new Option(name, name)));
+    over.value = axis.name;
+    if (document.activeElement !== first) first.value = this.#wanted.from || said(from);
+    if (document.activeElement !== last) last.value = this.#wanted.to || said(to);
+  }
+
+  #show(values) {
+    const axes = axesOf(this.#calculation, values);
+    const axis = this.#axis(axes, values);
+    const said = reads(axis, this.#engine);
+    const usual = usualRange(axis, values);
+    this.#offer(axes, axis, usual, scaleOf(axis.parameter) === 'basis' ? digits : said);
+    const here = valueAt(axis, values);
+    const places = withPlace(placesIn(axis, this.#range(axis, values)), here);
+    if (places.length === 0) throw new Unreadable(axis.name, 'there is no whole number between from and to');
+    const { values: answers, firstError } = answersAt(this.#engine, this.#calculation, axis, values, places);
+    const dated = this.#calculation.result === 'date';
+    const shown = (answer) => (Number.isNaN(answer) ? 'no answer' : answerText(dated ? (isoOfDay(answer) ?? answer) : answer));
+    const name = this.#calculation.calculation;
+    const row = places.indexOf(here);
+    draw(this.#element.querySelector('figure'), {
+      title: `${name} over ${axis.name} from ${said(places[0])} to ${said(places.at(-1))}`,
+      x: { label: axis.name, scale: scaleOf(axis.parameter), range: [places[0], places.at(-1)], ticks: scaleOf(axis.parameter) === 'basis' ? places.map((at) => ({ at, text: said(at) })) : undefined },
+      y: { scale: dated ? 'date' : 'number' },
+      series: [{ name, points: places.map((at, i) => [at, answers[i]]) }],
+      marks: row < 0 || Number.isNaN(answers[row]) ? [] : [{ at: [places[row], answers[row]] }],
+      read: (i) => `${axis.name} ${said(places[i])}: ${dated ? shown(answers[i]) : Number.isNaN(answers[i]) ? 'no answer' : short(answers[i])}`,
+    });
+    this.#element.querySelector('.gaps').textContent = firstError ? `There is no answer at some places: ${firstError.sentence}` : '';
+    showTable(this.#element.querySelector('.table'), [axis.name, name], places.map((at, i) => [said(at), shown(answers[i])]));
+  }
+}

@@ -1,0 +1,124 @@
+// The forms of the page of schedules: pictures, sums and tables as one types.
+import { scheduleParameters } from '../pages/schedules.js';
+import { isoOfDay } from './days.js';
+import { copyText, faultOf, fill, settled, showFault, textsIn, usualTexts } from './form.js';
+import { draw } from './picture.js';
+import { depreciationRows, loanRows, METHODS, NoSchedule } from './schedules.js';
+import { showTable } from './table.js';
+import { digits, grouped, short, Unreadable, valuesOf } from './values.js';
+
+const part = (parent, name, element = 'div') => {
+  const made = document.createElement(element);
+  made.className = name;
+  parent.append(made);
+  return made;
+};
+
+// A table with all digits to be copied from, rounded to be looked at.
+function showRows(parent, headings, rows, shown) {
+  const button = part(part(parent, 'actions', 'p'), 'copy-csv', 'button');
+  button.type = 'button';
+  button.textContent = 'Copy as CSV, all digits';
+  const lines = [headings, ...rows].map((row) => row.map((value) => (typeof value === 'number' ? (Number.isNaN(value) ? '' : digits(value)) : (value ?? ''))).join(','));
+  button.addEventListener('click', () => copyText(`${lines.join('\n')}\n`, button));
+  const table = part(parent, 'table tall');
+  table.tabIndex = 0;
+  table.setAttribute('role', 'region');
+  table.setAttribute('aria-label', 'All periods');
+  showTable(table, headings, rows.map((row) => row.map(shown)));
+}
+
+const amount = (value, i) => (typeof value !== 'number' ? (value ?? '') : i === 0 ? String(value) : grouped(value));
+
+// ---- A loan
+
+function showLoan(outcome, engine, terms) {
+  const rows = loanRows(engine, terms);
+  const dated = rows[0].date !== null;
+  const sum = (name) => rows.reduce((total, row) => total + row[name], 0);
+  part(outcome, 'sums', 'p').textContent =
+    `Each payment ${grouped(rows[0].payment)}; all ${rows.length}: ${grouped(sum('payment'))}, of which interest ${grouped(sum('interest'))}.` +
+    (dated ? ` The last one on ${isoOfDay(rows.at(-1).date)}.` : '');
+  const at = (row) => (dated ? row.date : row.period);
+  const x = { label: dated ? 'date' : 'period', scale: dated ? 'date' : 'whole' };
+  const read = (i) => `${dated ? isoOfDay(rows[i].date) : `period ${rows[i].period}`}: interest ${grouped(rows[i].interest)}, principal ${
+    grouped(rows[i].principal)}, balance ${grouped(rows[i].balance)}`;
+  const pictures = part(outcome, 'pictures');
+  draw(part(pictures, 'picture', 'figure'), {
+    title: 'Each payment: principal and interest',
+    x, y: {}, read,
+    series: [
+      { name: 'principal', kind: 'bars', points: rows.map((row) => [at(row), 0 - row.principal]) },
+      { name: 'interest', kind: 'bars', points: rows.map((row) => [at(row), 0 - row.principal - row.interest]) },
+    ],
+  });
+  draw(part(pictures, 'picture', 'figure'), {
+    title: 'The balance after each payment',
+    x, y: {}, read, zero: true,
+    series: [{ name: 'balance', points: rows.map((row) => [at(row), row.balance]) }],
+  });
+  const headings = ['period', ...(dated ? ['date'] : []), 'payment', 'interest', 'principal', 'balance'];
+  const cells = rows.map((row) => [row.period, ...(dated ? [isoOfDay(row.date)] : []), row.payment, row.interest, row.principal, row.balance]);
+  showRows(outcome, headings, cells, amount);
+}
+
+// ---- Depreciation
+
+function showDepreciation(outcome, engine, terms) {
+  const rows = depreciationRows(engine, terms);
+  const pictures = part(outcome, 'pictures');
+  const read = (i) => (i === 0 ? `cost ${grouped(terms.cost)}` : `after period ${i}: ${METHODS.map((method, k) => `${method} ${grouped(rows[i - 1].bookValues[k])}`).join(', ')}`);
+  draw(part(pictures, 'picture', 'figure'), {
+    title: 'Book values after each period, by method',
+    x: { label: 'period', scale: 'whole' }, y: {}, read, zero: true,
+    series: METHODS.map((name, k) => ({
+      name,
+      points: [[0, terms.cost], ...rows.map((row) => [row.period, Number.isNaN(row.amounts[k]) ? NaN : row.bookValues[k]])],
+    })),
+  });
+  draw(part(pictures, 'picture', 'figure'), {
+    title: 'What each method writes off in each period',
+    x: { label: 'period', scale: 'whole' }, y: {}, zero: true,
+    read: (i) => `period ${i + 1}: ${METHODS.map((method, k) => `${method} ${Number.isNaN(rows[i].amounts[k]) ? 'none' : short(rows[i].amounts[k])}`).join(', ')}`,
+    series: METHODS.map((name, k) => ({ name, points: rows.map((row) => [row.period, row.amounts[k]]) })),
+  });
+  const headings = ['period', ...METHODS, ...METHODS.map((method) => `${method} book value`)];
+  showRows(outcome, headings, rows.map((row) => [row.period, ...row.amounts, ...row.bookValues]), amount);
+}
+
+const SHOW = { loan: showLoan, depreciation: showDepreciation };
+
+/** @param {HTMLElement} element of pages/schedules.js */
+export function attachSchedule(element, engine, address) {
+  const kind = element.dataset.schedule;
+  const form = element.querySelector('form');
+  const parameters = scheduleParameters(engine.catalogue.calculations)[kind];
+  const outcome = element.querySelector('.outcome');
+  const refusal = element.querySelector('.refusal');
+  const usual = usualTexts(form, parameters);
+  const named = (texts) => Object.fromEntries(Object.entries(texts).map(([name, text]) => [`${kind}-${name}`, text]));
+  const show = () => {
+    outcome.replaceChildren();
+    refusal.textContent = '';
+    showFault(form, parameters, null);
+    try {
+      SHOW[kind](outcome, engine, valuesOf(engine.reading, parameters, textsIn(form, parameters)));
+    } catch (error) {
+      if (!(error instanceof Unreadable || error instanceof NoSchedule) && error.name !== 'FinanceError') throw error;
+      const known = parameters.some(({ name }) => name === error.argument);
+      refusal.textContent = known ? `no schedule: see ${error.argument}` : error.message;
+      if (known) showFault(form, parameters, faultOf(error));
+    }
+  };
+  const later = settled(show, 120);
+  const changed = () => {
+    address.write({ ...address.read(), ...named(textsIn(form, parameters)) }, named(usual));
+    later();
+  };
+  form.addEventListener('submit', (event) => event.preventDefault());
+  form.addEventListener('input', changed);
+  form.addEventListener('reset', () => setTimeout(changed));
+  const given = address.read();
+  fill(form, parameters, Object.fromEntries(parameters.map(({ name }) => [name, given[`${kind}-${name}`]])));
+  show();
+}
