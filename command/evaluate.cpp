@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "calls/meant.hpp"
-#include "command/argument_text.hpp"
 #include "command/json_report.hpp"
+#include "command/number_form.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "catalogue/text.hpp"
-#include "command/argument_text.hpp"
 #include "command/usage_error.hpp"
 
 namespace finance::command {
@@ -61,6 +60,14 @@ std::optional<int> take_digits(std::vector<std::string_view>& words) {
 void round_answer(Outcome& outcome, int decimals) {
     const bool printed = outcome.value && outcome.output == catalogue::plain_text(*outcome.value) + '\n';
     if (printed && std::isfinite(*outcome.value)) outcome.output = rounded_text(*outcome.value, decimals) + '\n';
+}
+
+void append_value(std::string& output, const catalogue::Calculation& calculation, double value) {
+    if (calculation.result == catalogue::ResultKind::date) {
+        output += catalogue::value_text(value, true);
+    } else {
+        catalogue::append_plain(output, value);
+    }
 }
 
 std::string value_text(const NumberForm& form, const catalogue::Calculation& calculation, double value) {

@@ -1,4 +1,4 @@
-// How an answer is printed where options ask for another form than all digits with a point.
+// How an answer is printed, and where options ask for another form than all digits with a point.
 #pragma once
 
 #include <optional>
@@ -42,6 +42,9 @@ std::optional<int> take_digits(std::vector<std::string_view>& words);
 
 // An answer that was printed with all its digits, and is no date, with so many decimals.
 void round_answer(Outcome& outcome, int decimals);
+
+// A value as the command prints it without options.
+void append_value(std::string& output, const catalogue::Calculation& calculation, double value);
 
 // Of a date the form changes nothing.
 std::string value_text(const NumberForm& form, const catalogue::Calculation& calculation, double value);

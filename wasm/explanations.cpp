@@ -12,9 +12,9 @@
 #include "calls/meant.hpp"
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
-#include "wasm/memory.hpp"
 #include "wasm/module_calls.hpp"
 #include "wasm/program_memory.hpp"
+#include "wasm/told.hpp"
 #include "wasm/words.hpp"
 
 namespace finance::wasm {
@@ -23,11 +23,6 @@ namespace {
 
 enum TextOf : std::uint8_t { verdict_word, label, reason, sentence, named_sentence, remedy, texts };
 
-struct Text {
-    const char* place;
-    std::uint32_t size;  // bytes, of UTF-8
-};
-
 struct Explanation {
     double value;
     std::uint32_t status;
@@ -35,14 +30,6 @@ struct Explanation {
     std::array<Text, texts> texts;
 };
 Explanation explanation;
-
-// It is given back with all else that the call asked for.
-Text kept(const std::string& text) {
-    auto* place = static_cast<char*>(allocate(text.size()));
-    if (place == nullptr) return {};
-    text.copy(place, text.size());
-    return {place, static_cast<std::uint32_t>(text.size())};
-}
 
 std::string_view text_of(const Word& word) { return {static_cast<const char*>(at(word.span.place)), word.span.size}; }
 

@@ -4,8 +4,8 @@
 #include <array>
 
 #include "catalogue/text.hpp"
-#include "command/argument_text.hpp"
 #include "command/formulas/formula_text.hpp"
+#include "reading/argument_text.hpp"
 
 namespace finance::command {
 
@@ -127,8 +127,8 @@ void FormulaTokens::read_number() {
     }
     token_.kind = Token::Kind::number;
     token_.text = text_.substr(token_.begin, end_of_number() - token_.begin);
-    const auto value = read_value(catalogue::Kind::number, token_.text);
-    if (!value) fail(unreadable(catalogue::Kind::number, token_.text) + ',');
+    const auto value = reading::read_value(catalogue::Kind::number, token_.text);
+    if (!value) fail(reading::unreadable(catalogue::Kind::number, token_.text) + ',');
     token_.value = value->number();
 }
 

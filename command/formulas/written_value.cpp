@@ -19,13 +19,13 @@ double calculated(Kind kind, std::string_view text, const VariableNames& names) 
 }  // namespace
 
 host::Argument read_written(Kind kind, std::string_view text, const Variables* variables) {
-    const auto value = read_value(kind, text);
+    const auto value = reading::read_value(kind, text);
     if (value && !is_keyword(*value)) return *value;
     const VariableNames names{variables};
     const bool named = names.find(text, NameForm::word).has_value();
     if (named || (!value && looks_like_formula(text))) return calculated(kind, text, names);
     if (value) return *value;
-    throw FormulaError{unreadable(kind, text) + names.near(text)};
+    throw FormulaError{reading::unreadable(kind, text) + names.near(text)};
 }
 
 }  // namespace finance::command

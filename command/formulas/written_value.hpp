@@ -1,6 +1,6 @@
 // One value of an argument, as it is written outside tables.
 //
-//  (1) What is a value as it stands (argument_text.hpp) is that value: a date, a number, a basis.
+//  (1) What is a value as it stands (reading/argument_text.hpp) is that value: a date, a number, a basis.
 //  (2) Else it is the variable of that name; else arithmetic, of values and variables.
 //  (3) A basis is never arithmetic: 30/360 is no division.
 //  (4) Arithmetic of dates is a date where dates are wanted, and refused elsewhere.
@@ -8,8 +8,8 @@
 
 #include <string_view>
 
-#include "command/argument_text.hpp"
 #include "command/formulas/variables.hpp"
+#include "reading/argument_text.hpp"
 
 namespace finance::command {
 

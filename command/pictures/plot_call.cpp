@@ -6,10 +6,10 @@
 
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
-#include "command/argument_text.hpp"
 #include "command/evaluate.hpp"
 #include "command/tables/call_plan.hpp"
 #include "command/usage_error.hpp"
+#include "reading/argument_text.hpp"
 
 namespace finance::command {
 
@@ -20,14 +20,14 @@ using catalogue::Kind;
 [[noreturn]] void fail(const std::string& message) { throw UsageError{"plot: " + message, "finance help plot"}; }
 
 bool is_value(std::string_view text) {
-    return read_value(Kind::date, text).has_value() ||
+    return reading::read_value(Kind::date, text).has_value() ||
            std::ranges::any_of(catalogue::basis_keywords,
                                [&](std::string_view keyword) { return catalogue::same_name(keyword, text); });
 }
 
 double end_of_range(Kind kind, std::string_view name, std::string_view text) {
-    const auto value = read_value(kind, text);
-    if (!value) fail(shown(name) + ": " + unreadable(kind, text));
+    const auto value = reading::read_value(kind, text);
+    if (!value) fail(shown(name) + ": " + reading::unreadable(kind, text));
     if (value->kind() != host::Argument::Kind::number || !std::isfinite(value->number())) {
         fail(shown(name) + ": a range goes from number to number, not " + in_quotes(text));
     }

@@ -8,7 +8,6 @@
 
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
-#include "command/argument_text.hpp"
 #include "command/direct_call.hpp"
 #include "command/jobs.hpp"
 #include "command/json_report.hpp"
@@ -17,6 +16,7 @@
 #include "command/tables/table_record.hpp"
 #include "command/usage_error.hpp"
 #include "command/words.hpp"
+#include "reading/argument_text.hpp"
 
 namespace finance::command {
 
@@ -183,7 +183,7 @@ std::string PromptSession::variable_lines() const {
 Outcome PromptSession::assign(const Assignment& assignment, const Settings& settings) {
     const std::string name{assignment.name};
     const std::string_view text = assignment.text;
-    const bool taken = name == last_answer_word || read_value(catalogue::Kind::number, name).has_value();
+    const bool taken = name == last_answer_word || reading::read_value(catalogue::Kind::number, name).has_value();
     if (taken) throw UsageError{shown(name) + " cannot be a variable: it is a value already", "?"};
     if (text.empty()) throw UsageError{shown(name) + " = needs a value, as in " + shown(name) + " = 6%/12", "?"};
     Outcome outcome = value_of(text, settings);
@@ -199,7 +199,7 @@ Outcome PromptSession::value_of(std::string_view text, const Settings& settings)
         Settings same = settings;
         return run_text(text, same);
     }
-    const auto value = read_value(catalogue::Kind::number, text);
+    const auto value = reading::read_value(catalogue::Kind::number, text);
     if (value) return {.value = value->number()};
     Outcome outcome = evaluate_formula(text, settings);
     outcome.error = relabelled(outcome.error, program_label, "");

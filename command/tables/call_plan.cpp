@@ -11,9 +11,9 @@
 #include "catalogue/text.hpp"
 #include "catalogue/wording.hpp"
 #include "command/argument_list.hpp"
-#include "command/argument_text.hpp"
 #include "command/evaluate.hpp"
 #include "command/usage_error.hpp"
+#include "reading/argument_text.hpp"
 
 namespace finance::command {
 
@@ -72,7 +72,7 @@ private:
 
 std::optional<host::Argument> Planner::constant(Kind kind, const Operand& operand) const {
     if (operand.kind == Operand::Kind::nothing) return host::Argument::absent();
-    const auto value = read_value(kind, operand.text);
+    const auto value = reading::read_value(kind, operand.text);
     if (operand.kind == Operand::Kind::text) return value;
     if (operand.kind == Operand::Kind::column || !value) return {};
     const bool text = value->kind() == host::Argument::Kind::text;
@@ -138,7 +138,8 @@ PlannedArgument Planner::argument(const Calculation& calculation, std::size_t pa
         }
         planned.constant = *value;
     } else if (operand.kind == Operand::Kind::text) {
-        fail(calculation, std::string{calculation.parameters[parameter].name} + ": " + unreadable(kind, operand.text));
+        fail(calculation,
+             std::string{calculation.parameters[parameter].name} + ": " + reading::unreadable(kind, operand.text));
     } else if (const auto column = header_.find(operand)) {
         planned.input = input({.column = *column, .kind = kind});
     } else {
@@ -215,8 +216,8 @@ const Operand& labelled(const CallExpression& expression, std::string_view label
 
 }  // namespace
 
-std::string unreadable(const FieldForm& form, const Input& input, std::string_view text) {
-    if (!input.in_formula) return unreadable(form, input.kind, text);
+std::string unreadable(const reading::FieldForm& form, const Input& input, std::string_view text) {
+    if (!input.in_formula) return reading::unreadable(form, input.kind, text);
     return in_quotes(text) + " is neither a number nor a date";
 }
 

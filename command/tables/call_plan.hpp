@@ -16,10 +16,10 @@
 
 #include "catalogue/catalogue.hpp"
 #include "command/tables/call_expression.hpp"
-#include "command/tables/field_form.hpp"
 #include "command/tables/table_format.hpp"
 #include "command/tables/table_formula.hpp"
 #include "host/embedded_host.hpp"
+#include "reading/field_form.hpp"
 
 namespace finance::command {
 
@@ -34,7 +34,7 @@ struct Input {
 };
 
 // Why a field is no value of that kind.
-std::string unreadable(const FieldForm& form, const Input& input, std::string_view text);
+std::string unreadable(const reading::FieldForm& form, const Input& input, std::string_view text);
 
 struct PlannedFormula {
     TableFormula text{};
@@ -66,7 +66,7 @@ struct CallPlan {
     std::vector<TableFormula> where{};  // the rows that are taken hold to all of them
     std::size_t columns = 0;            // that the table has
     std::size_t used_columns = 0;       // up to the last one that is read
-    FieldForm fields{};                 // how fields are read
+    reading::FieldForm fields{};        // how fields are read
 };
 
 // The first of the calls before whose result the call's formulas read and that is refused; null: none is.

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "catalogue/text.hpp"
-#include "command/argument_text.hpp"
 #include "command/tables/row_evaluator.hpp"
 
 namespace finance::command {

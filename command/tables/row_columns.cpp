@@ -1,13 +1,15 @@
 #include "command/tables/row_columns.hpp"
 
 #include "catalogue/text.hpp"
-#include "command/plain_decimal.hpp"
+#include "reading/plain_decimal.hpp"
 
 namespace finance::command {
 
 namespace {
 
 using catalogue::Kind;
+using reading::FieldForm;
+using reading::read_plain_decimal;
 
 // What read_field makes of fields that are empty, or no more than a plain number or a year-month-day; false: of any
 // other, or one that is not meant. Not of a basis.

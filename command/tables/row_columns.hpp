@@ -20,11 +20,11 @@
 
 #include "calls/meant.hpp"
 #include "catalogue/wording.hpp"
-#include "command/argument_text.hpp"
 #include "command/tables/call_plan.hpp"
 #include "command/tables/record_index.hpp"
 #include "command/tables/table_record.hpp"
 #include "host/batch.hpp"
+#include "reading/field_form.hpp"
 
 namespace finance::command {
 
@@ -33,12 +33,11 @@ inline constexpr host::Argument default_basis{catalogue::basis_keywords.front()}
 
 // A field as a value; an empty one is a missing value, or the basis of a call that leaves it out. Nothing where it
 // cannot be read, or is not meant.
-inline std::optional<host::Argument> read_field(const FieldForm& form, std::string_view raw, catalogue::Kind kind,
-                                                std::string& scratch) {
+inline std::optional<host::Argument> read_field(const reading::FieldForm& form, std::string_view raw,
+                                                catalogue::Kind kind, std::string& scratch) {
     const std::string_view text = trimmed(field_text(raw, scratch));
     if (text.empty()) return kind == catalogue::Kind::basis ? default_basis : host::Argument::missing();
-    const auto value = form.as_in_calls() ? read_value(kind, text) : read_text(form, kind, text);
-    return value && !calls::is_meant(kind, *value) ? std::nullopt : value;
+    return reading::read_meant(form, kind, text);
 }
 
 std::string field_count_words(std::size_t fields, std::size_t columns);

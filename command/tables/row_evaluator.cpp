@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "catalogue/text.hpp"
-#include "command/argument_text.hpp"
 
 namespace finance::command {
 

@@ -2,6 +2,7 @@
 
 #include "command/files/descriptors.hpp"
 #include "command/options.hpp"
+#include "command/tables/field_options.hpp"
 #include "command/tables/table_format.hpp"
 #include "command/usage_error.hpp"
 

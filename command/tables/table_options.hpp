@@ -11,7 +11,7 @@
 #include "command/files/descriptors.hpp"
 #include "command/number_form.hpp"
 #include "command/options.hpp"
-#include "command/tables/field_form.hpp"
+#include "reading/field_form.hpp"
 
 namespace finance::command {
 
@@ -22,7 +22,7 @@ struct TableOptions {
     std::optional<char> delimiter{};
     std::vector<std::string_view> by{};
     std::vector<std::string_view> where{};  // the rows that are taken hold to all of them
-    FieldForm fields{};
+    reading::FieldForm fields{};
     std::optional<int> digits{};  // decimals of results; none: all
     std::size_t skip = 0;         // lines before the table
     bool header = true;

@@ -18,7 +18,8 @@ const { bases, calculations } = JSON.parse(readFileSync(join(javascript, 'catalo
 
 rmSync(folder, { recursive: true, force: true });
 mkdirSync(folder, { recursive: true });
-cpSync(javascript, folder, { recursive: true });
+// Reading what is typed is the business of pages.
+cpSync(javascript, folder, { recursive: true, filter: (file) => !file.endsWith('/reading.js') });
 cpSync(join(root, 'wasm/packaging/README.md'), join(folder, 'README.md'));
 
 const files = {

@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace finance::command {
+namespace finance::reading {
 
 inline constexpr std::array<double, 23> exact_powers_of_ten{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                             1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
@@ -60,4 +60,4 @@ inline bool read_plain_decimal(std::string_view text, double& value) {
     return true;
 }
 
-}  // namespace finance::command
+}  // namespace finance::reading

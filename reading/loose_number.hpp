@@ -1,11 +1,11 @@
-// Numbers as sheets and statements show them, rewritten as a call takes them (command/argument_text.hpp).
+// Numbers as sheets and statements show them, rewritten as a call takes them (reading/argument_text.hpp).
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-namespace finance::command {
+namespace finance::reading {
 
 struct NumberSigns {
     char decimal = '.';
@@ -13,9 +13,9 @@ struct NumberSigns {
     bool money = false;   // a currency, and brackets for a minus
 };
 
-// "1.234,5 %" as "1234.5%". Nothing where the text has no digit or does not follow the rules of command/tables/field_form.hpp.
+// "1.234,5 %" as "1234.5%". Nothing where the text has no digit or does not follow the rules of reading/field_form.hpp.
 std::optional<std::string> rewritten_number(std::string_view text, const NumberSigns& signs);
 
 bool has_digit(std::string_view text);
 
-}  // namespace finance::command
+}  // namespace finance::reading

@@ -13,9 +13,9 @@
 #include <string_view>
 
 #include "catalogue/catalogue.hpp"
-#include "host/embedded_host.hpp"
+#include "host/evaluator.hpp"
 
-namespace finance::command {
+namespace finance::reading {
 
 // Nothing where the text is not a value of that kind. Of a list's kind: one value of the list. Texts are not copied.
 std::optional<host::Argument> read_value(catalogue::Kind kind, std::string_view text);
@@ -23,7 +23,4 @@ std::optional<host::Argument> read_value(catalogue::Kind kind, std::string_view 
 // Why read_value gave nothing.
 std::string unreadable(catalogue::Kind kind, std::string_view text);
 
-// A value as the command prints it.
-void append_value(std::string& output, const catalogue::Calculation& calculation, double value);
-
-}  // namespace finance::command
+}  // namespace finance::reading

@@ -1,5 +1,5 @@
 // Fields of tables that write numbers otherwise than a call takes them. Values are those that people read in the texts.
-#include "command/tables/field_form.hpp"
+#include "reading/field_form.hpp"
 
 #include <gtest/gtest.h>
 
@@ -9,14 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include "command/usage_error.hpp"
-#include "tests/command/run_command.hpp"
-
 namespace finance::test {
 namespace {
 
 using catalogue::Kind;
-using command::FieldForm;
+using reading::FieldForm;
 
 constexpr double refused = std::numeric_limits<double>::infinity();
 
@@ -115,7 +112,7 @@ const std::vector<NumberCase> numbers{
 };
 
 void expect_number(const FieldForm& form, std::string_view text, double expected, std::string_view id) {
-    const auto value = command::read_text(form, Kind::number, text);
+    const auto value = reading::read_text(form, Kind::number, text);
     EXPECT_EQ(value ? value->number() : refused, expected) << id << ": " << text;
 }
 
@@ -134,31 +131,28 @@ bool is_missing(const std::optional<host::Argument>& value) {
 }
 
 TEST(FieldForm, TextsThatAreMissingValues) {
-    FieldForm form;
-    command::add_missing(form, "NA, #N/A,,NULL");
-    command::add_missing(form, "-");
-    EXPECT_EQ(form.missing, (std::vector<std::string_view>{"NA", "#N/A", "NULL", "-"}));
+    const FieldForm form{.missing = {"NA", "#N/A", "NULL", "-"}};
     for (const Kind kind : {Kind::number, Kind::whole, Kind::date, Kind::basis, Kind::numbers}) {
         for (const std::string_view text : {"NA", "na", "#N/A", "null", "-", "."}) {
-            EXPECT_TRUE(is_missing(command::read_text(form, kind, text))) << text;
+            EXPECT_TRUE(is_missing(reading::read_text(form, kind, text))) << text;
         }
     }
-    EXPECT_FALSE(command::read_text(form, Kind::number, "N/A"));
-    EXPECT_FALSE(command::read_text({}, Kind::number, "NA"));
-    EXPECT_TRUE(is_missing(command::read_text({}, Kind::number, "nan")));
-    EXPECT_EQ(command::read_text(form, Kind::number, "7")->number(), 7.0);
+    EXPECT_FALSE(reading::read_text(form, Kind::number, "N/A"));
+    EXPECT_FALSE(reading::read_text({}, Kind::number, "NA"));
+    EXPECT_TRUE(is_missing(reading::read_text({}, Kind::number, "nan")));
+    EXPECT_EQ(reading::read_text(form, Kind::number, "7")->number(), 7.0);
 }
 
 TEST(FieldForm, DatesAndBasesStayWhatTheyAre) {
     const FieldForm both{.decimal_comma = true, .loose = true};
-    EXPECT_EQ(command::read_text(both, Kind::date, "1960-01-31")->number(), 30.0);
-    EXPECT_EQ(command::read_text(both, Kind::date_time, "30,5")->number(), 30.5);
-    EXPECT_FALSE(command::read_text(both, Kind::date, "(30)"));
-    EXPECT_FALSE(command::read_text(both, Kind::date, "01.02.2024"));
-    EXPECT_FALSE(command::read_text(both, Kind::date, "$30"));
-    EXPECT_EQ(command::read_text(both, Kind::basis, "30/360")->text(), "30/360");
-    EXPECT_EQ(command::read_text(both, Kind::basis, "ACTUAL")->text(), "ACTUAL");
-    EXPECT_EQ(command::read_text(both, Kind::basis, "3")->number(), 3.0);
+    EXPECT_EQ(reading::read_text(both, Kind::date, "1960-01-31")->number(), 30.0);
+    EXPECT_EQ(reading::read_text(both, Kind::date_time, "30,5")->number(), 30.5);
+    EXPECT_FALSE(reading::read_text(both, Kind::date, "(30)"));
+    EXPECT_FALSE(reading::read_text(both, Kind::date, "01.02.2024"));
+    EXPECT_FALSE(reading::read_text(both, Kind::date, "$30"));
+    EXPECT_EQ(reading::read_text(both, Kind::basis, "30/360")->text(), "30/360");
+    EXPECT_EQ(reading::read_text(both, Kind::basis, "ACTUAL")->text(), "ACTUAL");
+    EXPECT_EQ(reading::read_text(both, Kind::basis, "3")->number(), 3.0);
 }
 
 struct HintCase {
@@ -180,54 +174,10 @@ TEST(FieldForm, RefusalsNameTheOptionThatWouldRead) {
         {{}, "seven", "'seven' is not a number"},
     };
     for (const HintCase& row : hints) {
-        const std::string sentence = command::unreadable(row.form, Kind::number, row.text);
+        const std::string sentence = reading::unreadable(row.form, Kind::number, row.text);
         EXPECT_TRUE(sentence.ends_with(row.hint)) << sentence;
     }
     EXPECT_EQ(hints.size(), 9U);
-}
-
-// ---- Through the command
-
-const std::string dirty =
-    "<<'END'\ndeal;amount;n\nA;-1.000,00 EUR;4\nA;\"1.100,00 EUR\";#N/A\nB;(200);4\nB;300 EUR;4\nEND\n";
-
-// -1000 over 4 periods is -250; NPV at 100 % of -200, 300 is -100 + 75, of -1000, 1100 -500 + 275.
-TEST(FieldForm, MapAndFoldReadByOptions) {
-    const std::string options = " --quiet --decimal comma --numbers loose --missing '#N/A' ";
-    const CommandRun map = run_command("map 'SLN(amount, 0, n) as part'" + options + dirty);
-    EXPECT_EQ(map.output,
-              "deal;amount;n;part\nA;-1.000,00 EUR;4;-250\nA;\"1.100,00 EUR\";#N/A;\nB;(200);4;-50\nB;300 EUR;4;75\n");
-    EXPECT_EQ(map.exit_status, 0);
-    const CommandRun fold = run_command("fold 'NPV(100%, amount) as value' --by deal" + options + dirty);
-    EXPECT_EQ(fold.output, "deal;value\nA;-225\nB;-25\n");
-    const CommandRun refused_rows = run_command("fold 'NPV(100%, amount) as value' --by deal " + dirty);
-    EXPECT_EQ(refused_rows.exit_status, 1);
-    EXPECT_NE(refused_rows.error.find("'-1.000,00 EUR' is not a number; --decimal comma --numbers loose reads -1000"),
-              std::string::npos)
-        << refused_rows.error;
-}
-
-TEST(FieldForm, ResultsHaveTheDecimalSignOfTheTable) {
-    const std::string table = "<<'END'\na;b\n1,5;4\nEND\n";
-    EXPECT_EQ(run_command("map 'SLN(a, 0, b)' --quiet --decimal comma " + table).output, "a;b;sln\n1,5;4;0,375\n");
-    const std::string commas = "<<'END'\na,b\n\"1,5\",4\nEND\n";
-    EXPECT_EQ(run_command("map 'SLN(a, 0, b)' --quiet --decimal comma " + commas).output,
-              "a,b,sln\n\"1,5\",4,\"0,375\"\n");
-    const CommandRun json = run_command("map 'SLN(a, 0, b)' --quiet --json --decimal comma " + table);
-    EXPECT_NE(json.output.find("\"value\":0.375"), std::string::npos) << json.output;
-    const CommandRun date = run_command(
-        "map 'COUPNCD(a, b, 2)' --quiet --decimal comma <<'END'\n"
-        "a;b\n2008-02-15;2017-11-15\nEND\n");
-    EXPECT_EQ(date.output, "a;b;coupncd\n2008-02-15;2017-11-15;2008-05-15\n");
-}
-
-TEST(FieldForm, OptionsHaveTwoWordsEach) {
-    const CommandRun decimal = run_command("map 'SLN(a, 0, b)' --decimal semicolon </dev/null");
-    EXPECT_EQ(decimal.exit_status, 2);
-    EXPECT_EQ(decimal.error, "finance: --decimal is comma or point, not 'semicolon'\ntry: finance help map\n");
-    const CommandRun numbers_option = run_command("map 'SLN(a, 0, b)' --numbers strict </dev/null");
-    EXPECT_EQ(numbers_option.exit_status, 2);
-    EXPECT_EQ(numbers_option.error, "finance: --numbers is loose or plain, not 'strict'\ntry: finance help map\n");
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
-#include "command/tables/date_form.hpp"
+#include "reading/date_form.hpp"
 
 #include <algorithm>
-#include <charconv>
-#include <system_error>
 
 #include "catalogue/text.hpp"
+#include "reading/double_from.hpp"
 
-namespace finance::command {
+namespace finance::reading {
 
 namespace {
 
@@ -16,10 +15,8 @@ constexpr double serial_of_host_day_0 = 21916.0;  // 1960-01-01
 bool are_digits(std::string_view text) { return std::ranges::all_of(text, catalogue::is_digit); }
 
 std::optional<double> number_in(std::string_view text) {
-    double value = 0.0;
-    const char* end = text.data() + text.size();
-    const auto [stop, fault] = std::from_chars(text.data(), end, value);
-    return fault == std::errc{} && stop == end ? std::optional{value} : std::nullopt;
+    const ReadDouble number = double_from(text);
+    return number.good() ? std::optional{number.value} : std::nullopt;
 }
 
 std::optional<double> day_of(std::string_view year, std::string_view month, std::string_view day) {
@@ -81,4 +78,4 @@ std::string hint_on_dates(DateForm form, std::string_view text) {
     return hint;
 }
 
-}  // namespace finance::command
+}  // namespace finance::reading

@@ -1,4 +1,4 @@
-#include "command/tables/loose_number.hpp"
+#include "reading/loose_number.hpp"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 
 #include "catalogue/text.hpp"
 
-namespace finance::command {
+namespace finance::reading {
 
 namespace {
 
@@ -129,4 +129,4 @@ std::optional<std::string> rewritten_number(std::string_view text, const NumberS
     return number.append(percent ? "%" : "");
 }
 
-}  // namespace finance::command
+}  // namespace finance::reading

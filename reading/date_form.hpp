@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-namespace finance::command {
+namespace finance::reading {
 
 enum class DateForm : std::uint8_t { days, sheet, ymd, dmy, mdy };
 inline constexpr std::array<std::string_view, 5> date_form_words{"days", "sheet", "ymd", "dmy", "mdy"};
@@ -24,4 +24,4 @@ std::optional<double> read_date(DateForm form, std::string_view text);
 // "; --dates dmy reads 2024-01-15": the forms that read what `form` does not; "" where none does.
 std::string hint_on_dates(DateForm form, std::string_view text);
 
-}  // namespace finance::command
+}  // namespace finance::reading

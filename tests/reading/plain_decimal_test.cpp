@@ -1,5 +1,5 @@
 // Plain numbers against the library's reading of the same text.
-#include "command/plain_decimal.hpp"
+#include "reading/plain_decimal.hpp"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 namespace finance::test {
 namespace {
 
-using command::read_plain_decimal;
+using reading::read_plain_decimal;
 
 std::uint64_t bits_of(double x) { return std::bit_cast<std::uint64_t>(x); }
 

@@ -1,5 +1,5 @@
 // Values as text.
-#include "command/argument_text.hpp"
+#include "reading/argument_text.hpp"
 
 #include <gtest/gtest.h>
 
@@ -53,7 +53,7 @@ constexpr NumberCase numbers[] = {
 
 TEST(ArgumentText, Numbers) {
     for (const NumberCase& row : numbers) {
-        const auto given = command::read_value(Kind::number, row.text);
+        const auto given = reading::read_value(Kind::number, row.text);
         ASSERT_TRUE(given && given->kind() == Argument::Kind::number) << row.text;
         EXPECT_EQ(bits_of(given->number()), bits_of(row.expected)) << row.text;
     }
@@ -67,10 +67,10 @@ TEST(ArgumentText, DividingAPercentageWouldMiss) {
 TEST(ArgumentText, MissingAndAbsentOfEveryKind) {
     for (const Kind kind : {Kind::number, Kind::whole, Kind::date, Kind::date_time, Kind::basis, Kind::flag,
                             Kind::numbers, Kind::dates}) {
-        const auto missing = command::read_value(kind, ".");
+        const auto missing = reading::read_value(kind, ".");
         ASSERT_TRUE(missing && missing->kind() == Argument::Kind::number);
         EXPECT_EQ(bits_of(missing->number()), ZELKOVAN_MISSING_VALUE_BITS);
-        const auto absent = command::read_value(kind, "");
+        const auto absent = reading::read_value(kind, "");
         EXPECT_TRUE(absent && absent->kind() == Argument::Kind::absent);
     }
 }
@@ -78,14 +78,14 @@ TEST(ArgumentText, MissingAndAbsentOfEveryKind) {
 // The module tells bit patterns of NaNs apart.
 TEST(ArgumentText, EveryNanIsTheMissingValue) {
     for (const char* text : {"nan", "-nan", "NaN"}) {
-        const auto value = command::read_value(Kind::number, text);
+        const auto value = reading::read_value(Kind::number, text);
         ASSERT_TRUE(value) << text;
         EXPECT_EQ(bits_of(value->number()), ZELKOVAN_MISSING_VALUE_BITS) << text;
     }
 }
 
-double number(Kind kind, const char* text) { return command::read_value(kind, text)->number(); }
-std::string_view text(Kind kind, const char* text) { return command::read_value(kind, text)->text(); }
+double number(Kind kind, const char* text) { return reading::read_value(kind, text)->number(); }
+std::string_view text(Kind kind, const char* text) { return reading::read_value(kind, text)->text(); }
 
 TEST(ArgumentText, Dates) {
     EXPECT_EQ(number(Kind::date, "2008-02-15"), 17577.0);
@@ -93,7 +93,7 @@ TEST(ArgumentText, Dates) {
     EXPECT_EQ(number(Kind::date_time, "1960-01-02"), 1.0);
     EXPECT_EQ(number(Kind::date, "17577"), 17577.0);
     EXPECT_EQ(number(Kind::date, "-21915"), -21915.0);
-    EXPECT_FALSE(command::read_value(Kind::number, "2008-02-15")) << "a date is no number";
+    EXPECT_FALSE(reading::read_value(Kind::number, "2008-02-15")) << "a date is no number";
 }
 
 TEST(ArgumentText, BasesAreNumbersOrTexts) {
@@ -139,8 +139,8 @@ constexpr UnreadableCase unreadable[] = {
 
 TEST(ArgumentText, Unreadable) {
     for (const UnreadableCase& row : unreadable) {
-        EXPECT_FALSE(command::read_value(row.kind, row.text)) << row.text;
-        EXPECT_EQ(command::unreadable(row.kind, row.text), row.expected);
+        EXPECT_FALSE(reading::read_value(row.kind, row.text)) << row.text;
+        EXPECT_EQ(reading::unreadable(row.kind, row.text), row.expected);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "command/argument_text.hpp"
+#include "reading/argument_text.hpp"
 
 #include <charconv>
 #include <cmath>
@@ -8,36 +8,24 @@
 
 #include "calls/meant.hpp"
 #include "catalogue/text.hpp"
-#include "command/plain_decimal.hpp"
+#include "reading/double_from.hpp"
+#include "reading/plain_decimal.hpp"
 
-namespace finance::command {
+namespace finance::reading {
 
 namespace {
 
 using catalogue::Kind;
-
-struct Reading {
-    double value = 0.0;
-    std::errc fault{};
-    [[nodiscard]] bool good() const { return fault == std::errc{}; }
-};
 
 constexpr std::string_view without_plus(std::string_view text) {
     const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+';
     return plus ? text.substr(1) : text;
 }
 
-Reading read_plain(std::string_view text) {
-    const std::string_view number = without_plus(text);
-    const char* end = number.data() + number.size();
-    Reading reading;
-    const auto [stop, fault] = std::from_chars(number.data(), end, reading.value);
-    reading.fault = fault == std::errc{} && stop != end ? std::errc::invalid_argument : fault;
-    return reading;
-}
+ReadDouble read_plain(std::string_view text) { return double_from(without_plus(text)); }
 
 // The decimal point moves in the text, before anything is rounded.
-Reading read_percentage(std::string_view number) {
+ReadDouble read_percentage(std::string_view number) {
     constexpr int places = 2;
     const std::size_t e = number.find_first_of("eE");
     if (e == std::string_view::npos) return read_plain(std::string{number} + "e-" + std::to_string(places));
@@ -52,8 +40,8 @@ Reading read_percentage(std::string_view number) {
     return read_plain(std::string{number.substr(0, e + 1)} + std::to_string(exponent - places));
 }
 
-Reading read_number(std::string_view text) {
-    if (Reading plain; read_plain_decimal(text, plain.value)) return plain;
+ReadDouble read_number(std::string_view text) {
+    if (ReadDouble plain; read_plain_decimal(text, plain.value)) return plain;
     return text.ends_with('%') ? read_percentage(text.substr(0, text.size() - 1)) : read_plain(text);
 }
 
@@ -66,7 +54,7 @@ std::optional<host::Argument> read_value(Kind kind, std::string_view text) {
     if (catalogue::is_dated(kind)) {
         if (const auto date = catalogue::host_date(text)) return *date;
     }
-    const Reading reading = read_number(text);
+    const ReadDouble reading = read_number(text);
     if (reading.good() && !std::isnan(reading.value)) return reading.value;
     if (reading.good()) return host::Argument::missing();
     if (kind == Kind::basis) return host::Argument{text};
@@ -75,7 +63,7 @@ std::optional<host::Argument> read_value(Kind kind, std::string_view text) {
 
 std::string unreadable(Kind kind, std::string_view text) {
     const std::string shown = catalogue::in_quotes(text);
-    const Reading reading = read_number(text);
+    const ReadDouble reading = read_number(text);
     if (reading.good() && !calls::is_meant(kind, reading.value)) return calls::unmeant_words(kind, reading.value);
     if (reading.fault == std::errc::result_out_of_range) {
         return shown + " is beyond what a double can hold";
@@ -86,12 +74,4 @@ std::string unreadable(Kind kind, std::string_view text) {
     return shown + " is not a number";
 }
 
-void append_value(std::string& output, const catalogue::Calculation& calculation, double value) {
-    if (calculation.result == catalogue::ResultKind::date) {
-        output += catalogue::value_text(value, true);
-    } else {
-        catalogue::append_plain(output, value);
-    }
-}
-
-}  // namespace finance::command
+}  // namespace finance::reading

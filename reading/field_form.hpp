@@ -11,16 +11,23 @@
 //      decimal sign is another.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "calls/meant.hpp"
 #include "catalogue/catalogue.hpp"
-#include "command/tables/date_form.hpp"
-#include "host/embedded_host.hpp"
+#include "host/evaluator.hpp"
+#include "reading/argument_text.hpp"
+#include "reading/date_form.hpp"
 
-namespace finance::command {
+namespace finance::reading {
+
+// What other programs write where there is no value.
+inline constexpr std::array<std::string_view, 10> usual_missing{"NA",   "N/A",   "#N/A",    "NULL", "none",
+                                                                "null", "#NUM!", "#VALUE!", "-",    "--"};
 
 struct FieldForm {
     std::vector<std::string_view> missing{};  // texts
@@ -31,17 +38,24 @@ struct FieldForm {
     [[nodiscard]] bool as_in_calls() const { return missing.empty() && !decimal_comma && !loose && !dates; }
 };
 
-// UsageError. texts: "NA,NULL"; decimal: "comma" or "point"; numbers: "loose" or "plain"; dates: one of
-// date_form_words.
-void add_missing(FieldForm& form, std::string_view texts);
-void set_decimal(FieldForm& form, std::string_view decimal);
-void set_numbers(FieldForm& form, std::string_view numbers);
-void set_dates(FieldForm& form, std::string_view dates);
-
 // A text that is not empty, without blanks around it, as a value. Nothing where it cannot be read. Texts are not copied.
 std::optional<host::Argument> read_text(const FieldForm& form, catalogue::Kind kind, std::string_view text);
 
-// Why read_text gave nothing, and which option would read it.
+// The same, but nothing either where the value is one that nobody can mean (calls/meant.hpp).
+inline std::optional<host::Argument> read_meant(const FieldForm& form, catalogue::Kind kind, std::string_view text) {
+    const auto value = form.as_in_calls() ? read_value(kind, text) : read_text(form, kind, text);
+    return value && !calls::is_meant(kind, *value) ? std::nullopt : value;
+}
+
+struct Refusal {
+    std::string reason;
+    std::string hint;  // "; --dates dmy reads 2024-01-15": the options of tables that would read it; "" where none does
+};
+
+// Why read_text or read_meant gave nothing.
+Refusal refusal_of(const FieldForm& form, catalogue::Kind kind, std::string_view text);
+
+// The same in one sentence.
 std::string unreadable(const FieldForm& form, catalogue::Kind kind, std::string_view text);
 
-}  // namespace finance::command
+}  // namespace finance::reading
