@@ -1,9 +1,9 @@
 // What JavaScript calls. It writes into the room (wasm/memory.hpp), tells where what it wrote begins, and reads the outcome;
-// the records of a call are made here. // Where there is no memory, nothing is called: the answer says so.
+// the records of calls are made here. Where there is no memory, nothing is called: the answer says so.
 #include <cstdint>
-#include <new>
 
 #include "abi/zelkovan.h"
+#include "wasm/call_record.hpp"
 #include "wasm/host.hpp"
 #include "wasm/memory.hpp"
 #include "wasm/words.hpp"
@@ -21,55 +21,31 @@ struct Outcome {
 };
 Outcome outcome;
 
-constexpr double missing = __builtin_bit_cast(double, ZELKOVAN_MISSING_VALUE_BITS);
-
-class Call {
-public:
-    // False where there is no memory.
-    bool make(const Word* arguments, const std::uint8_t* kinds, std::uint32_t count) {
-        context_ =
-            static_cast<HostCallContext*>(allocate(sizeof(HostCallContext) + std::uint64_t{count} * sizeof(ArgSlot)));
-        if (context_ == nullptr) return false;
-        *context_ = {};
-        context_->count = count;
-        for (std::uint32_t i = 0; i < count; ++i) {
-            if (!set(i, arguments[i], kinds[i])) return false;
-        }
-        return true;
+// False where there is no memory.
+bool set(CallRecord& record, std::uint32_t i, const Word& word, std::uint8_t kind) {
+    switch (kind) {
+        case number:
+            record.set_number(i, &word.number);
+            return true;
+        case text:
+            return record.set_text(i, static_cast<const char*>(at(word.span.place)), word.span.size);
+        case absent_text:
+            record.set_absent_text(i);
+            return true;
+        default:  // columns have a number once there is a row
+            record.set_absent(i);
+            return true;
     }
+}
 
-    [[nodiscard]] ArgSlot& slot(std::uint32_t i) const { return reinterpret_cast<ArgSlot*>(context_ + 1)[i]; }
-
-    [[nodiscard]] std::int32_t flagged() const {
-        for (std::uint32_t i = 0; i < static_cast<std::uint32_t>(context_->count); ++i) {
-            if ((slot(i).flags & ZELKOVAN_FLAG_INVALID) != 0) return static_cast<std::int32_t>(i);
-        }
-        return -1;
+// False where there is no memory.
+bool set_all(CallRecord& record, const Word* words, const std::uint8_t* kinds, std::uint32_t count) {
+    if (!record) return false;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (!set(record, i, words[i], kinds[i])) return false;
     }
-
-    std::uint32_t evaluate(double& value) const {
-        value = missing;
-        return fncfin(context_, &value);
-    }
-
-private:
-    bool set(std::uint32_t i, const Word& argument, std::uint8_t kind) {
-        slot(i) = {};
-        slot(i).type = kind == text || kind == absent_text ? ZELKOVAN_TYPE_CHARACTER : ZELKOVAN_TYPE_NUMERIC;
-        if (kind == number) slot(i).value = const_cast<double*>(&argument.number);
-        if (kind == column) slot(i).value = at(argument.span.place);
-        if (kind != text) return true;
-        auto* descriptor = static_cast<CharacterDescriptor*>(allocate(sizeof(CharacterDescriptor)));
-        if (descriptor == nullptr) return false;
-        *descriptor = {};
-        descriptor->text = static_cast<char*>(at(argument.span.place));
-        descriptor->length = argument.span.size;
-        slot(i).value = descriptor;
-        return true;
-    }
-
-    HostCallContext* context_ = nullptr;
-};
+    return true;
+}
 
 }  // namespace
 
@@ -96,14 +72,13 @@ EXPORT("log") const void* zelkovan_log() { return &logged; }
 
 // The status of FINANCE, or 1: no memory.
 EXPORT("call") std::uint32_t zelkovan_call(const Word* arguments, const std::uint8_t* kinds, std::uint32_t count) {
-    logged.length = 0;
-    logged.note = 0;
+    forget_log();
     outcome = {.value = missing, .status = no_memory, .flagged = -1};
     const Workspace workspace;
-    Call call;
-    if (call.make(arguments, kinds, count)) {
-        outcome.status = call.evaluate(outcome.value);
-        outcome.flagged = call.flagged();
+    CallRecord record{count};
+    if (set_all(record, arguments, kinds, count)) {
+        outcome.status = record.evaluate(outcome.value);
+        outcome.flagged = record.flagged();
     }
     return outcome.status;
 }
@@ -114,16 +89,17 @@ EXPORT("rows")
 std::int32_t zelkovan_rows(const Word* arguments, const std::uint8_t* kinds, std::uint32_t count, std::uint32_t rows,
                            double* results, std::uint8_t* answered) {
     const Workspace workspace;
-    Call call;
-    if (!call.make(arguments, kinds, count)) return -1;
+    CallRecord record{count};
+    if (!set_all(record, arguments, kinds, count)) return -1;
     std::int32_t number_answered = 0;
     for (std::uint32_t row = 0; row < rows; ++row) {
         const Workspace workspace_of_row;
-        logged.length = 0;
+        forget_log();
         for (std::uint32_t i = 0; i < count; ++i) {
-            if (kinds[i] == column) call.slot(i).value = at(arguments[i].span.place + row * arguments[i].span.size);
+            const auto [place, step] = arguments[i].span;
+            if (kinds[i] == column) record.set_number(i, static_cast<const double*>(at(place + row * step)));
         }
-        answered[row] = call.evaluate(results[row]) == ZELKOVAN_STATUS_SUCCESS ? 1 : 0;
+        answered[row] = record.evaluate(results[row]) == ZELKOVAN_STATUS_SUCCESS ? 1 : 0;
         number_answered += answered[row];
     }
     return number_answered;

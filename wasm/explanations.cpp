@@ -12,6 +12,7 @@
 #include "calls/meant.hpp"
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
+#include "wasm/call_record.hpp"
 #include "wasm/module_calls.hpp"
 #include "wasm/program_memory.hpp"
 #include "wasm/told.hpp"
@@ -100,7 +101,7 @@ EXPORT("explanation") const void* zelkovan_explanation() { return &explanation; 
 EXPORT("explain")
 std::uint32_t zelkovan_explain(const Word* words, const std::uint8_t* kinds, std::uint32_t count) {
     using finance::host::Argument;
-    explanation = {.value = Argument::missing().number(), .status = ZELKOVAN_STATUS_INVALID_ARGUMENT};
+    explanation = {.value = missing, .status = ZELKOVAN_STATUS_INVALID_ARGUMENT};
     begin_program_memory();
     if (count == 0 || kinds[0] != text) return 0;
     std::uint64_t bytes_of_texts = 0;

@@ -16,6 +16,12 @@ struct Logged {
 };
 extern Logged logged;
 
+// Before a call.
+inline void forget_log() {
+    logged.length = 0;
+    logged.note = 0;
+}
+
 // Before the first call.
 void set_up();
 

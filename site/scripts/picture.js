@@ -91,7 +91,7 @@ function drawn(series, scales) {
 
 function axes({ x, y }, scales) {
   const { plot } = scales;
-  const most = Math.max(2, Math.floor((plot.right - plot.left) / PIXELS_OF_TICK));
+  const most = Math.max(3, Math.floor((plot.right - plot.left) / PIXELS_OF_TICK));
   const across = x.ticks ?? (x.scale === 'date' ? dateTicks(scales.low, scales.high, most) : numberTicks(scales.low, scales.high, most, x.scale === 'whole'));
   const up = y.scale === 'date' ? dateTicks(scales.bottom, scales.top, 5) : numberTicks(scales.bottom, scales.top, 6);
   const yOf = ({ at }) => place(scales.y(at));

@@ -1,4 +1,5 @@
 // Values as they are typed and shown: read as the command reads them, shown as it prints them.
+import { absent } from '../../wasm/javascript/core.js';
 import { isBasis, isDated, isFlag, isList } from '../pages/parameters.js';
 
 const BETWEEN_VALUES = /[\s,;]+/;
@@ -16,7 +17,7 @@ export class Unreadable extends Error {
 function read(reading, parameter, text, element) {
   const { value, reason } = reading.read(parameter.kind, text);
   if (reason !== undefined) throw new Unreadable(parameter.name, reason, element);
-  return value;
+  return value === absent ? null : value;
 }
 
 /**

@@ -4,6 +4,11 @@
 //     NAME  n:BITS ...  STATUS  FLAG  BITS
 //
 //     call_lines COUNT [SEED] [MODULE]
+//
+// A last period whose coupons have no months between them is walked for a tenth of a second: in eleven draws of a hundred
+// calls of ODDLPRICE and ODDLYIELD, which took nine tenths of all time. One call in fifty may be such a one.
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cinttypes>
 #include <cstdio>
@@ -18,6 +23,12 @@ using namespace finance;
 using namespace finance::hostile;
 
 constexpr Reach reach{.periods = 1e4, .list = 60, .far = 0.0};  // a call takes microseconds
+
+bool may_walk_long(const Call& call) {
+    const std::size_t frequency = catalogue::find_parameter(*call.calculation, "frequency");
+    if (catalogue::find_parameter(*call.calculation, "lastInterest") == call.given.size()) return false;
+    return std::ranges::count(std::array{1.0, 2.0, 4.0, 6.0, 12.0}, call.given[frequency].front()) == 0;
+}
 
 void print_bits(double x) { std::printf("%016" PRIx64, std::bit_cast<std::uint64_t>(x)); }
 
@@ -47,7 +58,9 @@ int main(int argc, char** argv) {
     for (std::uint64_t i = 0; i < count; ++i) {
         Random random{seed * count + i};
         const Draw draw{random, reach, [&](const Call& asked) { return evaluate(asked).value; }};
-        const Call call = drawn(calculations[i % calculations.size()], draw);
+        const catalogue::Calculation& calculation = calculations[i % calculations.size()];
+        Call call = drawn(calculation, draw);
+        while (may_walk_long(call) && random.below(50) != 0) call = drawn(calculation, draw);
         print(call, evaluate(call));
     }
 }

@@ -1,19 +1,17 @@
-// One call in ten of the corpus through the package's functions: what they answer has the bits that it must have in every build, and what it
-// says is refused has no answer. Calls that no function makes are left out: with
-// too many arguments, a text for a number, or a place at the end that has nothing in it.
+// One call in ten of the corpus through the package's functions: what they answer has the bits that it must have in every
+// build, and what it says is refused has no answer. Calls that no function makes are left out: with too many arguments, a
+// text for a number, or a place at the end that has nothing in it.
 import assert from 'node:assert/strict';
-import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
 import { Finance } from '../../wasm/javascript/finance.js';
-import { absent, absentText, Core, SUCCESS } from '../../wasm/javascript/core.js';
+import { absent, absentText, SUCCESS } from '../../wasm/javascript/core.js';
 import { toDay } from '../../wasm/javascript/dates.js';
 import { FinanceError } from '../../wasm/javascript/errors.js';
-import { root } from './core.js';
+import { newCoreWithSentences } from './core.js';
 import { callsOf } from './corpus.js';
 import { catalogue } from './packed.js';
 
-const wasm = await WebAssembly.instantiate(readFileSync(new URL('build/wasm/bin/zelkovan.wasm', root)));
-const finance = new Finance(new Core(wasm.instance), catalogue);
+const finance = new Finance(newCoreWithSentences(), catalogue);
 const toDouble = (bits) => new Float64Array(BigUint64Array.of(bits).buffer)[0];
 
 const valueOf = (word) => {

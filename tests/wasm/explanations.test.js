@@ -151,7 +151,7 @@ test('long lists and long texts', () => {
   const flows = Array.from({ length: size }, (_, i) => (i === 0 ? -100 : 0.01));
   const days = flows.map((_, i) => i);
   assert.match(core.explain('IRR', flows).reason, /40000 flows/);
-  assert.equal(core.explain('XNPV', [0.1, ...flows, ...days.with(-1, 0.5)]).label, `argument 3 (dates, value ${size})`);
+  assert.equal(core.explain('XNPV', [0.1, ...flows, ...days.slice(0, -1), 0.5]).label, `argument 3 (dates, value ${size})`);
   assert.notEqual(core.explain('XIRR', [...flows, ...days]).verdict, '');
   const text = 'x'.repeat(1_000_000);
   assert.equal(core.explain('YEARFRAC', [0, 1, text]).label, 'argument 3 (basis)');

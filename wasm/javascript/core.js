@@ -48,6 +48,10 @@ export class Core {
     return place;
   }
 
+  #text(place, bytes) {
+    return bytes === 0 ? '' : decoder.decode(new Uint8Array(this.#memory.buffer, place, bytes));
+  }
+
   // Words, then kinds, then texts. Gives where each begins and where all end.
   #write(name, args, moreBytes) {
     const words = [name, ...args];
@@ -97,7 +101,6 @@ export class Core {
     const log = this.#wasm.log();
     const memory = this.#memory;
     const bytesOfLog = memory.getUint32(log, LITTLE_ENDIAN);
-    const lines = decoder.decode(new Uint8Array(memory.buffer, log + WORD, bytesOfLog));
     const bits = memory.getBigUint64(outcome, LITTLE_ENDIAN);
     return {
       status,
@@ -105,7 +108,7 @@ export class Core {
       bits,
       flagged: memory.getInt32(outcome + 12, LITTLE_ENDIAN),
       note: memory.getInt32(log + 4, LITTLE_ENDIAN),
-      log: bytesOfLog === 0 ? [] : lines.trimEnd().split('\n'),
+      log: bytesOfLog === 0 ? [] : this.#text(log + WORD, bytesOfLog).trimEnd().split('\n'),
     };
   }
 
@@ -133,10 +136,7 @@ export class Core {
       throw new RangeError(`there is no memory for the explanation of ${name} with ${args.length} arguments`);
     const explanation = this.#wasm.explanation(); // value; status, position; texts
     const memory = this.#memory;
-    const textAt = (at) => {
-      const bytes = memory.getUint32(at + 4, LITTLE_ENDIAN);
-      return bytes === 0 ? '' : decoder.decode(new Uint8Array(memory.buffer, memory.getUint32(at, LITTLE_ENDIAN), bytes));
-    };
+    const textAt = (at) => this.#text(memory.getUint32(at, LITTLE_ENDIAN), memory.getUint32(at + 4, LITTLE_ENDIAN));
     const [verdict, label, reason, sentence, namedSentence, remedy] = [2, 3, 4, 5, 6, 7].map((i) => textAt(explanation + WORD * i));
     return {
       verdict,

@@ -6,7 +6,7 @@ export const manifest = (version) => ({
   description: 'More than fifty financial calculations: bonds, annuities, internal rates, depreciation. WebAssembly, no dependencies',
   keywords: ['finance', 'bond', 'yield', 'annuity', 'irr', 'xirr', 'npv', 'depreciation', 'wasm'],
   type: 'module',
-  engines: { node: '>=20' },
+  engines: { node: '>=18' },
   types: './index.d.ts',
   exports: {
     '.': { types: './index.d.ts', node: './node.js', default: './browser.js' },
