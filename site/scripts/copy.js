@@ -1,7 +1,7 @@
 // The same call as it is typed in a shell, in SQL, in Python and in JavaScript.
 import { isBasis, isDated, isList, isOptional } from '../pages/parameters.js';
 import { copyText } from './form.js';
-import { digits, Unreadable, valuesOf } from './values.js';
+import { digits, Unreadable, valuesOf, wordsOfList } from './values.js';
 import { isoOfDay } from './days.js';
 
 // What languages keep for themselves.
@@ -21,9 +21,11 @@ function literal(parameter, value, missing) {
 const given = (calculation, values) =>
   calculation.arguments.map((parameter) => [parameter, values[parameter.name]]).filter(([, value]) => value !== null);
 
+const typed = (parameter, text) => (isList(parameter) ? wordsOfList(text).join(',') : text.trim());
+
 function shell(calculation, texts) {
   const words = calculation.arguments
-    .map(({ name, ...parameter }) => [name, isList(parameter) ? texts[name].trim().split(/[\s,;]+/).join(',') : texts[name].trim()])
+    .map((parameter) => [parameter.name, typed(parameter, texts[parameter.name] ?? '')])
     .filter(([, text]) => text !== '')
     .map(([name, text]) => inShell(`${name}=${text}`));
   return ['finance', calculation.calculation, ...words].join(' ');

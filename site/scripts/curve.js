@@ -163,6 +163,7 @@ export class Curve {
     if (places.length === 0) throw new Unreadable(axis.name, 'there is no whole number between from and to');
     const { values: answers, firstError } = answersAt(this.#engine, this.#calculation, axis, values, places);
     const dated = this.#calculation.result === 'date';
+    const drawable = (answer) => (dated && isoOfDay(answer) === undefined ? NaN : answer); // some days are in no calendar
     const shown = (answer) => (Number.isNaN(answer) ? 'no answer' : answerText(dated ? (isoOfDay(answer) ?? answer) : answer));
     const name = this.#calculation.calculation;
     const row = places.indexOf(here);
@@ -170,8 +171,8 @@ export class Curve {
       title: `${name} over ${axis.name} from ${said(places[0])} to ${said(places.at(-1))}`,
       x: { label: axis.name, scale: scaleOf(axis.parameter), range: [places[0], places.at(-1)], ticks: scaleOf(axis.parameter) === 'basis' ? places.map((at) => ({ at, text: said(at) })) : undefined },
       y: { scale: dated ? 'date' : 'number' },
-      series: [{ name, points: places.map((at, i) => [at, answers[i]]) }],
-      marks: row < 0 || Number.isNaN(answers[row]) ? [] : [{ at: [places[row], answers[row]] }],
+      series: [{ name, points: places.map((at, i) => [at, drawable(answers[i])]) }],
+      marks: row < 0 || Number.isNaN(drawable(answers[row])) ? [] : [{ at: [places[row], answers[row]] }],
       read: (i) => `${axis.name} ${said(places[i])}: ${dated ? shown(answers[i]) : Number.isNaN(answers[i]) ? 'no answer' : short(answers[i])}`,
     });
     this.#element.querySelector('.gaps').textContent = firstError ? `There is no answer at some places: ${firstError.sentence}` : '';

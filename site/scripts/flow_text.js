@@ -79,7 +79,8 @@ function layoutOf(reading, rows, split, dates, decimal, fixed) {
   const amount = bestColumn(fields, layout.readAmount, date.count > 0 ? date.column : -1);
   if (amount.count === 0) return undefined;
   Object.assign(layout, { date: date.count > 0 ? date.column : -1, amount: amount.column });
-  return { ...layout, count: fields.filter((row) => readsBoth(row, layout)).length };
+  const dated = date.count > 0 && 2 * date.count >= amount.count;
+  return { ...layout, dated, count: fields.filter((row) => readsBoth(row, layout)).length };
 }
 
 function layouts(reading, rows, { dates, decimal }) {
@@ -91,8 +92,8 @@ function layouts(reading, rows, { dates, decimal }) {
   return found.filter((layout) => layout !== undefined);
 }
 
-// Most rows; with dates rather than without; else the first that was tried.
-const better = (a, b) => (b.count - a.count) || Number(b.date >= 0) - Number(a.date >= 0);
+// Rows with dates rather than without, though some may be faulty; then most rows; else the first that was tried.
+const better = (a, b) => Number(b.dated) - Number(a.dated) || b.count - a.count;
 
 const sameValues = (a, b) => a.length === b.length && a.every(({ date, amount }, i) => date === b[i].date && amount === b[i].amount);
 

@@ -4,7 +4,7 @@ import { digits } from './values.js';
 
 const MANTISSAS = [1, 2, 5, 10];
 const STEPS_OF_MONTHS = [1, 3, 6, 12, 24, 60, 120, 240, 600, 1200, 2400, 6000, 12000];
-const DAYS_OF_MONTH = 30.4;
+const DAYS_OF_MONTH = 30.436875;
 const FEWEST_MONTHS = 2.5; // shown as days below
 
 function roundStep(span, most) {

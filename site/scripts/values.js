@@ -2,7 +2,8 @@
 import { absent } from '../../wasm/javascript/core.js';
 import { isBasis, isDated, isFlag, isList } from '../pages/parameters.js';
 
-const BETWEEN_VALUES = /[\s,;]+/;
+/** The values of a list as they are typed, between commas, semicolons or blanks. */
+export const wordsOfList = (text) => text.split(/[\s,;]+/).filter((word) => word !== '');
 
 /** What a field holds cannot be read. */
 export class Unreadable extends Error {
@@ -27,7 +28,7 @@ function read(reading, parameter, text, element) {
 export function valueOf(reading, parameter, text) {
   const trimmed = text.trim();
   if (!isList(parameter)) return read(reading, parameter, trimmed, null);
-  const words = trimmed.split(BETWEEN_VALUES).filter((word) => word !== '');
+  const words = wordsOfList(trimmed);
   return words.length === 0 ? null : words.map((word, i) => read(reading, parameter, word, i + 1));
 }
 
