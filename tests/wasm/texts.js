@@ -43,10 +43,18 @@ export function drawnTexts(count, seed) {
     const value = bits.getFloat64(0);
     return Number.isFinite(value) ? value.toPrecision(1 + random(21)) : String(random(2 ** 31));
   };
+  // Halfway between two doubles in all its digits, small, large or below the smallest power of 2 that has all its bits; and
+  // a little above it.
   const middle = () => {
-    const whole = (1n << 53n) + BigInt(random(2 ** 31)) * 2n + 1n;
-    const scale = BigInt(random(200));
-    return `${whole << scale}${one(['', '.0', `.${'0'.repeat(random(900))}1`])}`;
+    const above = one(['', '', '.', '.0', `.${'0'.repeat(random(900))}1`]);
+    const odd = BigInt(random(2 ** 31)) * 2n + 1n;
+    const whole = (1n << 53n) + odd;
+    const places = BigInt(random(1100));
+    return one([
+      () => `${whole << BigInt(random(980))}${above}`,
+      () => `${whole * 5n ** places}${above}e-${places}`, // a whole number over 2^places
+      () => `${odd * 5n ** 1075n}${above}e-1075`,
+    ])();
   };
   const grouped = () => {
     const mark = one(MARKS);
