@@ -4,6 +4,8 @@ const DATES = [undefined, 'days', 'sheet', 'ymd', 'dmy', 'mdy'];
 
 const bits = new DataView(new ArrayBuffer(8));
 
+const wellFormed = (text) => new TextDecoder().decode(new TextEncoder().encode(text));
+
 // A linear congruential generator modulo 2^64 (Knuth's multiplier); its upper 32 bits.
 function generator(seed) {
   let state = BigInt(seed);
@@ -81,6 +83,6 @@ export function drawnTexts(count, seed) {
     const text = one(shapes)();
     // One in two is read as a call reads it or by a single option; a lone surrogate is no text that is the same elsewhere.
     const form = random(2) === 0 ? one([0, 1, 2, 4, 8, 16, 24, 32, 40]) : random(48);
-    return { kind: one(KINDS), form: formOf(form), text: (random(6) === 0 ? damaged(text) : text).toWellFormed() };
+    return { kind: one(KINDS), form: formOf(form), text: wellFormed(random(6) === 0 ? damaged(text) : text) };
   });
 }
