@@ -4,6 +4,8 @@ const DATES = [undefined, 'days', 'sheet', 'ymd', 'dmy', 'mdy'];
 
 const bits = new DataView(new ArrayBuffer(8));
 
+const wellFormed = (text) => new TextDecoder().decode(new TextEncoder().encode(text));
+
 // A linear congruential generator modulo 2^64 (Knuth's multiplier); its upper 32 bits.
 function generator(seed) {
   let state = BigInt(seed);
@@ -43,10 +45,18 @@ export function drawnTexts(count, seed) {
     const value = bits.getFloat64(0);
     return Number.isFinite(value) ? value.toPrecision(1 + random(21)) : String(random(2 ** 31));
   };
+  // Halfway between two doubles in all its digits, small, large or below the smallest power of 2 that has all its bits; and
+  // a little above it.
   const middle = () => {
-    const whole = (1n << 53n) + BigInt(random(2 ** 31)) * 2n + 1n;
-    const scale = BigInt(random(200));
-    return `${whole << scale}${one(['', '.0', `.${'0'.repeat(random(900))}1`])}`;
+    const above = one(['', '', '.', '.0', `.${'0'.repeat(random(900))}1`]);
+    const odd = BigInt(random(2 ** 31)) * 2n + 1n;
+    const whole = (1n << 53n) + odd;
+    const places = BigInt(random(1100));
+    return one([
+      () => `${whole << BigInt(random(980))}${above}`,
+      () => `${whole * 5n ** places}${above}e-${places}`, // a whole number over 2^places
+      () => `${odd * 5n ** 1075n}${above}e-1075`,
+    ])();
   };
   const grouped = () => {
     const mark = one(MARKS);
@@ -73,6 +83,6 @@ export function drawnTexts(count, seed) {
     const text = one(shapes)();
     // One in two is read as a call reads it or by a single option; a lone surrogate is no text that is the same elsewhere.
     const form = random(2) === 0 ? one([0, 1, 2, 4, 8, 16, 24, 32, 40]) : random(48);
-    return { kind: one(KINDS), form: formOf(form), text: (random(6) === 0 ? damaged(text) : text).toWellFormed() };
+    return { kind: one(KINDS), form: formOf(form), text: wellFormed(random(6) === 0 ? damaged(text) : text) };
   });
 }
