@@ -54,7 +54,7 @@ const reference = (calculation) => html`
   <section aria-labelledby="arguments">
     <h2 id="arguments">Arguments</h2>
     <p><code class="signature">${signature(calculation)}</code></p>
-    <div class="table" tabindex="0" role="region" aria-label="Arguments"><table>
+    <div class="table" tabindex="0" role="region" aria-label="Table of arguments"><table>
       <thead><tr><th scope="col">name</th><th scope="col">kind</th><th scope="col">unit</th><th scope="col">need</th>
         <th scope="col">what it is</th><th scope="col">rule</th></tr></thead>
       <tbody>${calculation.arguments.map(argumentRow)}</tbody>

@@ -26,6 +26,7 @@ export function pageOf(target, documents) {
 
 function markdown(documents) {
   const marked = new Marked();
+  let tables = 0; // each is named, for those who hear the page
   marked.use({
     renderer: {
       heading({ tokens, depth }) {
@@ -41,10 +42,14 @@ function markdown(documents) {
         return `<pre tabindex="0">${html`${text}`}</pre>\n`;
       },
       table({ header, rows }) {
-        const cell = (element) => (token) => `<${element}>${this.parser.parseInline(token.tokens)}</${element}>`;
+        const cell = (element) => (token) => {
+          const text = this.parser.parseInline(token.tokens);
+          return element === 'th' && text !== '' ? `<th scope="col">${text}</th>` : `<td>${text}</td>`;
+        };
         const row = (cells, element) => `<tr>${cells.map(cell(element)).join('')}</tr>`;
         const body = rows.map((cells) => row(cells, 'td')).join('');
-        return `<div class="table" tabindex="0" role="region" aria-label="Table"><table><thead>${row(header, 'th')}</thead><tbody>${body}</tbody></table></div>\n`;
+        const region = `class="table" tabindex="0" role="region" aria-label="Table ${++tables}"`;
+        return `<div ${region}><table><thead>${row(header, 'th')}</thead><tbody>${body}</tbody></table></div>\n`;
       },
     },
   });

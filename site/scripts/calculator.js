@@ -15,9 +15,9 @@ function readingOf(calculation, answer) {
   return calculation.result === 'amount' && digits(answer).length > SHORT_ANSWER ? `about ${grouped(answer)}` : '';
 }
 
-// "finance RATE nper=60 pmt=-400", which a refusal proposes.
+// "RATE nper=60 pmt=-400", which a refusal proposes.
 function proposal(remedy) {
-  const [, name, words] = /^finance (\w+) (.*)$/.exec(remedy) ?? [];
+  const [, name, words] = /^(\w+) (.*)$/.exec(remedy) ?? [];
   if (!name || !words.split(' ').every((word) => word.includes('='))) return undefined;
   return { name, fragment: words.split(' ').map((word) => word.split(/=(.*)/s, 2).map((part) => encodeURIComponent(part)).join('=')).join('&') };
 }

@@ -100,9 +100,9 @@ function clipped(points) {
 function showAnswers(parent, answers, rates) {
   const table = part(parent, 'div', '', 'table');
   const rowOf = ([name, what, { value, sentence }]) => [name, what, value === undefined ? sentence : digits(value), value === undefined ? '' : percentage(value)];
-  showTable(table, ['calculation', 'rate', 'answer', ''], answers.map(rowOf));
+  showTable(table, ['calculation', 'rate', 'answer', 'in percent'], answers.map(rowOf));
   const first = answers[0];
-  return rates.map(({ rate, falls }) => [percentage(rate), digits(rate), falls ? 'falls' : 'rises', Math.abs(rate - first[2].value) <= SAME * Math.max(1, Math.abs(rate)) ? `${first[0]}'s answer` : '']);
+  return rates.map(({ rate, falls }) => [percentage(rate), digits(rate), falls ? 'falls' : 'rises', Math.abs(rate - first[2].value) <= SAME * Math.max(1, Math.abs(rate)) ? first[0] : '']);
 }
 
 function show(element, engine, form) {
@@ -129,7 +129,7 @@ function showRates(outcome, engine, flows, dated) {
   const rows = showAnswers(outcome, answersOf(engine, flows, dated), rates);
   part(outcome, 'h3', 'All rates');
   part(outcome, 'p', howMany(rates.length, changesOfSign(inTime)), 'count');
-  if (rates.length > 0) showTable(part(outcome, 'div', '', 'table'), [dated ? 'rate a year' : 'rate a period', 'all digits', 'the present value', ''], rows);
+  if (rates.length > 0) showTable(part(outcome, 'div', '', 'table'), [dated ? 'rate a year' : 'rate a period', 'all digits', 'the present value', 'found by'], rows);
   showPicture(part(outcome, 'figure', '', 'picture'), inTime, rates);
   const details = part(outcome, 'details');
   part(details, 'summary', 'The flows as they were read');

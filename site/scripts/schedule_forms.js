@@ -15,7 +15,7 @@ const part = (parent, name, element = 'div') => {
 };
 
 // A table with all digits to be copied from, rounded to be looked at.
-function showRows(parent, headings, rows, shown) {
+function showRows(parent, name, headings, rows) {
   const button = part(part(parent, 'actions', 'p'), 'copy-csv', 'button');
   button.type = 'button';
   button.textContent = 'Copy as CSV, all digits';
@@ -24,8 +24,8 @@ function showRows(parent, headings, rows, shown) {
   const table = part(parent, 'table tall');
   table.tabIndex = 0;
   table.setAttribute('role', 'region');
-  table.setAttribute('aria-label', 'All periods');
-  showTable(table, headings, rows.map((row) => row.map(shown)));
+  table.setAttribute('aria-label', name);
+  showTable(table, headings, rows.map((row) => row.map(amount)));
 }
 
 const amount = (value, i) => (typeof value !== 'number' ? (value ?? '') : i === 0 ? String(value) : grouped(value));
@@ -59,7 +59,7 @@ function showLoan(outcome, engine, terms) {
   });
   const headings = ['period', ...(dated ? ['date'] : []), 'payment', 'interest', 'principal', 'balance'];
   const cells = rows.map((row) => [row.period, ...(dated ? [isoOfDay(row.date)] : []), row.payment, row.interest, row.principal, row.balance]);
-  showRows(outcome, headings, cells, amount);
+  showRows(outcome, 'All payments', headings, cells);
 }
 
 // ---- Depreciation
@@ -83,7 +83,7 @@ function showDepreciation(outcome, engine, terms) {
     series: METHODS.map((name, k) => ({ name, points: rows.map((row) => [row.period, row.amounts[k]]) })),
   });
   const headings = ['period', ...METHODS, ...METHODS.map((method) => `${method} book value`)];
-  showRows(outcome, headings, rows.map((row) => [row.period, ...row.amounts, ...row.bookValues]), amount);
+  showRows(outcome, 'All periods of the methods', headings, rows.map((row) => [row.period, ...row.amounts, ...row.bookValues]));
 }
 
 const SHOW = { loan: showLoan, depreciation: showDepreciation };

@@ -21,11 +21,13 @@ async function violations(page) {
 for (const colorScheme of ['light', 'dark']) {
   test(`axe finds nothing, ${colorScheme}`, async (t) => {
     const page = await browser.open('index.html', { colorScheme, bypassCSP: true });
+    const found = [];
     for (const file of files) {
       await page.goto(new URL(file, page.url()).href);
       await page.waitForSelector('html[data-ready]', { state: 'attached' });
-      assert.deepEqual(await violations(page), [], file);
+      found.push(...(await violations(page)).map((violation) => `${file}: ${violation}`));
     }
+    assert.deepEqual(found, []);
     await browser.leave(page);
     t.diagnostic(`${files.length} pages`);
   });

@@ -32,7 +32,7 @@ test('an address brings back what was typed, the curve too', async () => {
 
 test('a search that fails says what to call instead, and leads there', async () => {
   const page = await browser.open('RATE.html#nper=5&pmt=-100&pv=-1000&fv=1800');
-  assert.match(await text(page, '.refusal'), /the search starts at -pmt \/ pv.*Instead: finance IRR flows=-1000,-100,-100,-100,-100,1700$/);
+  assert.match(await text(page, '.refusal'), /the search starts at -pmt \/ pv.*Instead: IRR flows=-1000,-100,-100,-100,-100,1700$/);
   await page.locator('.refusal a').click();
   await page.waitForURL(/IRR\.html/);
   await page.waitForSelector('html[data-ready]', { state: 'attached' });
