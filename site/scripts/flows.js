@@ -4,7 +4,7 @@ import { readFlows } from './flow_text.js';
 import { settled } from './form.js';
 import { draw } from './picture.js';
 import { changesOfSign, howMany, presentValue, ratesOf } from './rates.js';
-import { showTable } from './table.js';
+import { showTable, tableRegion } from './table.js';
 import { digits, grouped, percentage } from './values.js';
 
 const YEAR = 365; // days, as XIRR counts years
@@ -98,9 +98,8 @@ function clipped(points) {
 }
 
 function showAnswers(parent, answers, rates) {
-  const table = part(parent, 'div', '', 'table');
   const rowOf = ([name, what, { value, sentence }]) => [name, what, value === undefined ? sentence : digits(value), value === undefined ? '' : percentage(value)];
-  showTable(table, ['calculation', 'rate', 'answer', 'in percent'], answers.map(rowOf));
+  showTable(tableRegion(parent, 'Answers'), ['calculation', 'rate', 'answer', 'in percent'], answers.map(rowOf));
   const first = answers[0];
   return rates.map(({ rate, falls }) => [percentage(rate), digits(rate), falls ? 'falls' : 'rises', Math.abs(rate - first[2].value) <= SAME * Math.max(1, Math.abs(rate)) ? first[0] : '']);
 }
@@ -129,15 +128,11 @@ function showRates(outcome, engine, flows, dated) {
   const rows = showAnswers(outcome, answersOf(engine, flows, dated), rates);
   part(outcome, 'h3', 'All rates');
   part(outcome, 'p', howMany(rates.length, changesOfSign(inTime)), 'count');
-  if (rates.length > 0) showTable(part(outcome, 'div', '', 'table'), [dated ? 'rate a year' : 'rate a period', 'all digits', 'the present value', 'found by'], rows);
+  if (rates.length > 0) showTable(tableRegion(outcome, 'All rates'), [dated ? 'rate a year' : 'rate a period', 'all digits', 'the present value', 'found by'], rows);
   showPicture(part(outcome, 'figure', '', 'picture'), inTime, rates);
   const details = part(outcome, 'details');
   part(details, 'summary', 'The flows as they were read');
-  const table = part(details, 'div', '', 'table tall');
-  table.tabIndex = 0;
-  table.setAttribute('role', 'region');
-  table.setAttribute('aria-label', 'Flows');
-  showTable(table, ['line', dated ? 'date' : 'period', 'amount'], flows.map(({ line, date, amount }, i) => [String(line), dated ? isoOfDay(date) : String(i), digits(amount)]));
+  showTable(tableRegion(details, 'Flows', { tall: true }), ['line', dated ? 'date' : 'period', 'amount'], flows.map(({ line, date, amount }, i) => [String(line), dated ? isoOfDay(date) : String(i), digits(amount)]));
 }
 
 /** @param {HTMLElement} element of pages/flows.js */

@@ -4,7 +4,7 @@ import { isoOfDay } from './days.js';
 import { copyText, faultOf, fill, settled, showFault, textsIn, usualTexts } from './form.js';
 import { draw } from './picture.js';
 import { depreciationRows, loanRows, METHODS, NoSchedule } from './schedules.js';
-import { showTable } from './table.js';
+import { showTable, tableRegion } from './table.js';
 import { digits, grouped, short, Unreadable, valuesOf } from './values.js';
 
 const part = (parent, name, element = 'div') => {
@@ -21,11 +21,7 @@ function showRows(parent, name, headings, rows) {
   button.textContent = 'Copy as CSV, all digits';
   const lines = [headings, ...rows].map((row) => row.map((value) => (typeof value === 'number' ? (Number.isNaN(value) ? '' : digits(value)) : (value ?? ''))).join(','));
   button.addEventListener('click', () => copyText(`${lines.join('\n')}\n`, button));
-  const table = part(parent, 'table tall');
-  table.tabIndex = 0;
-  table.setAttribute('role', 'region');
-  table.setAttribute('aria-label', name);
-  showTable(table, headings, rows.map((row) => row.map(amount)));
+  showTable(tableRegion(parent, name, { tall: true }), headings, rows.map((row) => row.map(amount)));
 }
 
 const amount = (value, i) => (typeof value !== 'number' ? (value ?? '') : i === 0 ? String(value) : grouped(value));

@@ -1,7 +1,18 @@
-// Tables made of rows.
+// Tables made of rows, in regions that scroll.
 import { html } from '../pages/html.js';
 
 const FIGURE = /^[-+\d.,:e %]*$/;
+
+/** A place for a table, which a keyboard can scroll. @param {string} name for those who hear the page */
+export function tableRegion(parent, name, { tall = false } = {}) {
+  const region = document.createElement('div');
+  region.className = tall ? 'table tall' : 'table';
+  region.tabIndex = 0;
+  region.setAttribute('role', 'region');
+  region.setAttribute('aria-label', name);
+  parent.append(region);
+  return region;
+}
 
 /** @param {HTMLElement} element @param {string[]} headings @param {string[][]} rows the first text of each is its heading */
 export function showTable(element, headings, rows) {
