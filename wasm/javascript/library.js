@@ -2,6 +2,7 @@
 import catalogue from './catalogue.js';
 import { Core } from './core.js';
 import { Finance } from './finance.js';
+import { shortWay } from './short_way.js';
 
 let finance;
 
@@ -9,7 +10,9 @@ let finance;
 export async function start(bytes) {
   if (finance !== undefined) return;
   const { instance } = await WebAssembly.instantiate(bytes);
-  finance ??= new Finance(new Core(instance), catalogue);
+  if (finance !== undefined) return;
+  const core = new Core(instance);
+  finance = new Finance(core, catalogue, shortWay(core, catalogue));
 }
 
 export const evaluate = (name, args) => finance.evaluate(name, args);
