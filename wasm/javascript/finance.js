@@ -29,11 +29,11 @@ export class Finance {
     return found;
   }
 
-  /** The calculation as a function: its arguments in order, or by name in one object. */
-  functionOf(name) {
+  /** The calculation of what a function is given: arguments in order, or one object with them by name. */
+  callOf(name) {
     const calculation = this.#calculation(name);
     const shortWay = this.#shortWays.get(calculation);
-    return (...args) => this.#value(calculation, shortWay, args.length === 1 && isByName(args[0]) ? args[0] : args);
+    return (args) => this.#value(calculation, shortWay, args.length === 1 && isByName(args[0]) ? args[0] : args);
   }
 
   /**

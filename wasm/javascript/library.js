@@ -20,8 +20,8 @@ export const rows = (name, columns) => finance.rows(name, columns);
 
 /** A calculation as a function, which may be made before anything has started. */
 export function functionOf(name) {
-  let made;
-  return (...args) => (made ??= finance.functionOf(name))(...args);
+  let call;
+  return (...args) => (call ??= finance.callOf(name))(args);
 }
 
 export { catalogue };

@@ -94,8 +94,9 @@ export const shortWay = (core, { bases }) => (calculation) => {
   }
 
   return (args) => {
-    if (isByName(args) && !Object.keys(args).every((key) => names.includes(key))) return undefined;
-    const given = isByName(args) ? names.map((key) => args[key]) : args;
+    const byName = isByName(args);
+    if (byName && !Object.keys(args).every((key) => names.includes(key))) return undefined;
+    const given = byName ? names.map((key) => args[key]) : args;
     let end = given.length;
     while (end > 0 && isLeftOut(given[end - 1])) --end;
     if (end < fewest || end > names.length) return undefined;
