@@ -2,6 +2,7 @@
 // catalogue's examples, which the slow model in Python agrees with, and the text of short_way.js.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
+import { SUCCESS } from '../../wasm/javascript/core.js';
 import { toDay } from '../../wasm/javascript/dates.js';
 import { Finance } from '../../wasm/javascript/finance.js';
 import { shortWay } from '../../wasm/javascript/short_way.js';
@@ -14,6 +15,8 @@ const numberOf = (calculation) => {
   const result = resultOf(calculation);
   return calculation.result === 'date' ? toDay(result) : result;
 };
+
+const withBasis = (args, place, basis) => [...args.slice(0, place), basis];
 
 test('every example goes the short way, in order and by name', () => {
   const core = newCoreWithSentences();
@@ -42,6 +45,26 @@ test('dates, bases, flags, typed arrays and what is left out at the end go the s
   const pmt = shortWayOf(named('PMT'));
   assert.equal(pmt([0.005, 360, 200000, 0, true]), pmt([0.005, 360, 200000, 0, 1]));
   assert.equal(shortWayOf(named('NPV'))([0.1, Float64Array.of(-1000, 300, 400, 500, 200)]), 105.05988786160907);
+});
+
+// A word goes by its code there.
+test('a basis is the same by its code and by its word', () => {
+  const core = newCoreWithSentences();
+  let compared = 0;
+  for (const calculation of calculations) {
+    const place = calculation.arguments.findIndex(({ kind }) => kind === 'day-count basis');
+    const example = exampleInOrder(calculation);
+    if (place < 0 || example.length < place) continue;
+    const words = example.map((value) => (typeof value === 'string' ? toDay(value) ?? value : value));
+    for (const basis of catalogue.bases) {
+      const { status, bits } = core.call(calculation.calculation, withBasis(words, place, basis));
+      const short = shortWay(core, catalogue)(calculation)(withBasis(example, place, basis));
+      assert.equal(short === undefined, status !== SUCCESS, `${calculation.calculation} ${basis}`);
+      if (short !== undefined) assert.equal(new BigUint64Array(Float64Array.of(short).buffer)[0], bits, `${calculation.calculation} ${basis}`);
+      ++compared;
+    }
+  }
+  assert.ok(compared > 80, `${compared} compared`);
 });
 
 // What has no answer, has to be said more of, or is not plainly what a calculation takes.
