@@ -13,6 +13,7 @@ inline constexpr double missing = __builtin_bit_cast(double, ZELKOVAN_MISSING_VA
 
 class CallRecord {
 public:
+    CallRecord() = default;
     // With nothing in its slots. There is none where there is no memory for it.
     explicit CallRecord(std::uint32_t slots)
         : context_{static_cast<HostCallContext*>(
@@ -59,8 +60,8 @@ private:
     }
     [[nodiscard]] ArgSlot& slot(std::uint32_t i) const { return reinterpret_cast<ArgSlot*>(context_ + 1)[i]; }
 
-    HostCallContext* context_;
-    std::uint32_t slots_;
+    HostCallContext* context_ = nullptr;
+    std::uint32_t slots_ = 0;
 };
 
 }  // namespace finance::wasm

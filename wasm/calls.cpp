@@ -21,6 +21,10 @@ struct Outcome {
 };
 Outcome outcome;
 
+// Of a call that is made again and again, its numbers in the same places. It lasts as long as nothing is asked for that
+// gives back what calls had.
+CallRecord laid_out;
+
 // False where there is no memory.
 bool set(CallRecord& record, std::uint32_t i, const Word& word, std::uint8_t kind) {
     switch (kind) {
@@ -81,6 +85,20 @@ EXPORT("call") std::uint32_t zelkovan_call(const Word* arguments, const std::uin
         outcome.flagged = record.flagged();
     }
     return outcome.status;
+}
+
+// 1, or 0: no memory. Until the next one, the room or an explanation is asked for, `call_laid_out` makes that call, with the
+// numbers that are in its words then.
+EXPORT("lay_out") std::uint32_t zelkovan_lay_out(const Word* words, const std::uint8_t* kinds, std::uint32_t count) {
+    give_back();
+    laid_out = CallRecord{count};
+    return set_all(laid_out, words, kinds, count) ? 1 : 0;
+}
+
+// Its status. Of the outcome only the value counts.
+EXPORT("call_laid_out") std::uint32_t zelkovan_call_laid_out() {
+    forget_log();
+    return laid_out.evaluate(outcome.value);
 }
 
 // The same calculation over rows: results of each, the missing value where there is none; answered: 1 or 0 of each.

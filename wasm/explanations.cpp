@@ -10,6 +10,7 @@
 #include "calls/answer.hpp"
 #include "calls/counts.hpp"
 #include "calls/meant.hpp"
+#include "calls/solution.hpp"
 #include "catalogue/catalogue.hpp"
 #include "catalogue/text.hpp"
 #include "wasm/call_record.hpp"
@@ -102,6 +103,7 @@ EXPORT("explain")
 std::uint32_t zelkovan_explain(const Word* words, const std::uint8_t* kinds, std::uint32_t count) {
     using finance::host::Argument;
     explanation = {.value = missing, .status = ZELKOVAN_STATUS_INVALID_ARGUMENT};
+    give_back();
     begin_program_memory();
     if (count == 0 || kinds[0] != text) return 0;
     std::uint64_t bytes_of_texts = 0;
@@ -118,4 +120,17 @@ std::uint32_t zelkovan_explain(const Word* words, const std::uint8_t* kinds, std
     for (std::uint32_t i = 1; i < count; ++i) arguments.push_back(argument_of(words[i], kinds[i]));
     explain(*calculation, arguments);
     return 1;
+}
+
+// Of a call of numbers, its name in capitals, that came to that value: 1 where it is finite and, if it was searched, solves its
+// equation. 0: it does not, or there is no memory to tell. A call that is laid out stays so.
+EXPORT("holds") std::uint32_t zelkovan_holds(const Word* words, std::uint32_t count, double value) {
+    const Workspace workspace;
+    begin_program_memory();
+    if (!there_is_memory_for(count, 0)) return 0;
+    std::vector<finance::host::Argument> arguments;
+    arguments.reserve(count - 1);
+    for (std::uint32_t i = 1; i < count; ++i) arguments.emplace_back(words[i].number);
+    const auto* calculation = finance::catalogue::find(text_of(words[0]));
+    return finance::calls::holds(ModuleCalls{}, *calculation, arguments, value) ? 1 : 0;
 }

@@ -16,11 +16,17 @@ std::size_t begin() { return (reinterpret_cast<std::size_t>(&__heap_base) + word
 std::size_t room_end = 0;  // 0: nobody has asked for anything yet
 std::size_t top = 0;
 
-// From that address on; false where memory does not reach so far.
+// Where memory is known to end: engines take their time over the question.
+std::size_t known_end = 0;
+
+// False where memory does not reach so far.
 bool grow_to(std::size_t end) {
-    const std::size_t there = __builtin_wasm_memory_size(0) * page;
-    if (end <= there) return true;
-    return __builtin_wasm_memory_grow(0, (end - there + page - 1) / page) != none;
+    if (end <= known_end) return true;
+    known_end = __builtin_wasm_memory_size(0) * page;
+    if (end <= known_end) return true;
+    if (__builtin_wasm_memory_grow(0, (end - known_end + page - 1) / page) == none) return false;
+    known_end = __builtin_wasm_memory_size(0) * page;
+    return true;
 }
 
 // The end of so many bytes behind an address; `none` where addresses end before.

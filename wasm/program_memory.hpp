@@ -8,7 +8,7 @@
 
 namespace finance::wasm {
 
-// All that calls have asked for is given back.
+// Before the first block: those of before are of memory that has been given back.
 void begin_program_memory();
 
 // For the words of a call with so many arguments.

@@ -7,11 +7,22 @@ import { Finance } from '../../wasm/javascript/finance.js';
 import { absent, absentText, SUCCESS } from '../../wasm/javascript/core.js';
 import { toDay } from '../../wasm/javascript/dates.js';
 import { FinanceError } from '../../wasm/javascript/errors.js';
+import { shortWay } from '../../wasm/javascript/short_way.js';
 import { newCoreWithSentences } from './core.js';
 import { callsOf } from './corpus.js';
 import { catalogue } from './packed.js';
 
-const finance = new Finance(newCoreWithSentences(), catalogue);
+const core = newCoreWithSentences();
+let short = 0;
+const counted = (calculation) => {
+  const answer = shortWay(core, catalogue)(calculation);
+  return (args) => {
+    const value = answer(args);
+    if (value !== undefined) ++short;
+    return value;
+  };
+};
+const finance = new Finance(core, catalogue, counted);
 const toDouble = (bits) => new Float64Array(BigUint64Array.of(bits).buffer)[0];
 
 const valueOf = (word) => {
@@ -56,6 +67,8 @@ test('the corpus by functions: the same bits, and errors where there is no answe
       assert.ok(Object.is(number, expected), `${call.line}\n  ${value}`);
     }
   }
-  t.diagnostic(JSON.stringify(counts));
+  t.diagnostic(JSON.stringify({ ...counts, short }));
+  // Those with words for a basis go the long way.
+  assert.ok(short > counts.answered / 2 && short <= counts.answered, `${short} the short way`);
   assert.ok(counts.answered > 10_000 && counts.refused > 5000 && counts['does not solve'] > 0, JSON.stringify(counts));
 });

@@ -8,7 +8,7 @@ import { absent } from './core.js';
 import { isDayOfCalendar, toDay } from './dates.js';
 import { usageError } from './errors.js';
 
-const isList = ({ kind }) => kind === 'numbers' || kind === 'dates';
+export const isList = ({ kind }) => kind === 'numbers' || kind === 'dates';
 export const isDated = ({ kind }) => kind.startsWith('date');
 export const isBasis = ({ kind }) => kind === 'day-count basis';
 export const isLeftOut = (value) => value === null || value === undefined;

@@ -1,5 +1,6 @@
 // Calls into core.wasm or zelkovan.wasm: arguments are written into its room, the outcome is read from there
-// (wasm/calls.cpp, wasm/explanations.cpp).
+// (wasm/calls.cpp, wasm/explanations.cpp). The room begins where it always did and never shrinks: it is asked for when more
+// is needed than before.
 
 export const SUCCESS = 0;
 export const INVALID_ARGUMENT = 120836;
@@ -11,6 +12,9 @@ export const absentText = Symbol('absent text');
 
 // What an argument is, as wasm/words.hpp counts.
 const KIND = { number: 0, text: 1, absent: 2, absentText: 3, column: 4 };
+
+// Where the texts of an explanation are, in words.
+const TEXT = { verdict: 2, label: 3, reason: 4, sentence: 5, namedSentence: 6, remedy: 7 };
 
 const WORD = 8; // bytes of an argument
 const MOST_BYTES = 2 ** 32 - 2 ** 16; // that addresses of 32 bits reach
@@ -25,11 +29,21 @@ const roundedUp = (bytes) => Math.ceil(bytes / WORD) * WORD;
 export class Core {
   #wasm;
   #view;
+  #outcome; // {value, status, flagged argument}
+  #explanation; // {value, status, position, {place, bytes} of each text}
+  #place;
+  #bytesOfRoom = 0;
+  #laidOut = { name: undefined, count: 0 };
+
+  /** The memory, word by word: numbers of a call that is laid out go there. */
+  numbers = new Float64Array(0);
 
   /** @param {WebAssembly.Instance} instance of core.wasm or zelkovan.wasm, which import nothing */
   constructor(instance) {
     this.#wasm = instance.exports;
     this.#wasm.begin();
+    this.#outcome = this.#wasm.outcome();
+    this.#explanation = this.#wasm.explanation?.();
   }
 
   // Growing memory leaves the old views without a buffer.
@@ -43,8 +57,11 @@ export class Core {
   }
 
   #room(bytes) {
+    if (bytes <= this.#bytesOfRoom) return this.#place;
     const place = bytes > MOST_BYTES ? 0 : this.#wasm.room(bytes) >>> 0;
     if (place === 0) throw new RangeError(`there is no memory for ${bytes} bytes`);
+    this.#bytesOfRoom = bytes;
+    this.#place = place;
     return place;
   }
 
@@ -54,6 +71,7 @@ export class Core {
 
   // Words, then kinds, then texts. Gives where each begins and where all end.
   #write(name, args, moreBytes) {
+    this.#laidOut.name = undefined;
     const words = [name, ...args];
     const texts = words.map((word) => (typeof word === 'string' ? encoder.encode(word) : undefined));
     const bytesOfTexts = texts.reduce((sum, text) => sum + (text?.length ?? 0), 0);
@@ -97,7 +115,7 @@ export class Core {
     const { place, kinds, count } = this.#write(name, args, 0);
     const status = this.#wasm.call(place, kinds, count);
     if (status === NO_MEMORY) throw new RangeError(`there is no memory for a call of ${name} with ${args.length} arguments`);
-    const outcome = this.#wasm.outcome();
+    const outcome = this.#outcome;
     const log = this.#wasm.log();
     const memory = this.#memory;
     const bytesOfLog = memory.getUint32(log, LITTLE_ENDIAN);
@@ -110,6 +128,51 @@ export class Core {
       note: memory.getInt32(log + 4, LITTLE_ENDIAN),
       log: bytesOfLog === 0 ? [] : this.#text(log + WORD, bytesOfLog).trimEnd().split('\n'),
     };
+  }
+
+  /**
+   * Lays out a call whose arguments are numbers, for `callLaidOut`. The same one again is laid out already.
+   * @param {Uint8Array} name in ASCII
+   * @param {number} count of arguments
+   * @returns {number} where in `numbers` they go
+   */
+  layOut(name, count) {
+    const laidOut = this.#laidOut;
+    if (laidOut.name !== name || laidOut.count !== count) this.#layOutAnew(name, count);
+    if (this.numbers.length === 0) this.#lookAgain();
+    return this.#place / WORD + 1;
+  }
+
+  #layOutAnew(name, count) {
+    const words = count + 1;
+    const kinds = this.#room(roundedUp(words * (WORD + 1) + name.length)) + WORD * words;
+    const memory = this.#memory;
+    const bytes = new Uint8Array(memory.buffer, kinds, words + name.length);
+    bytes.fill(KIND.number, 0, words);
+    bytes[0] = KIND.text;
+    bytes.set(name, words);
+    memory.setUint32(this.#place, kinds + words, LITTLE_ENDIAN);
+    memory.setUint32(this.#place + 4, name.length, LITTLE_ENDIAN);
+    if (this.#wasm.lay_out(this.#place, kinds, words) === 0)
+      throw new RangeError(`there is no memory for a call with ${count} arguments`);
+    this.#laidOut = { name, count };
+  }
+
+  // Memory that has grown leaves its old views empty.
+  #lookAgain() {
+    this.numbers = new Float64Array(this.#wasm.memory.buffer);
+  }
+
+  /** The value of the call that is laid out; NaN where there is none. */
+  callLaidOut() {
+    const answered = this.#wasm.call_laid_out() === SUCCESS;
+    if (this.numbers.length === 0) this.#lookAgain();
+    return answered ? this.numbers[this.#outcome / WORD] : NaN;
+  }
+
+  /** Whether it is finite and, if it was searched, solves its equation. Of zelkovan.wasm only. */
+  holds(value) {
+    return this.#wasm.holds(this.#place, this.#laidOut.count + 1, value) === 1;
   }
 
   /** Whether there is `explain`: in zelkovan.wasm. */
@@ -134,10 +197,10 @@ export class Core {
     const { place, kinds, count } = this.#write(name, args, 0);
     if (this.#wasm.explain(place, kinds, count) === 0)
       throw new RangeError(`there is no memory for the explanation of ${name} with ${args.length} arguments`);
-    const explanation = this.#wasm.explanation(); // value; status, position; texts
+    const explanation = this.#explanation;
     const memory = this.#memory;
     const textAt = (at) => this.#text(memory.getUint32(at, LITTLE_ENDIAN), memory.getUint32(at + 4, LITTLE_ENDIAN));
-    const [verdict, label, reason, sentence, namedSentence, remedy] = [2, 3, 4, 5, 6, 7].map((i) => textAt(explanation + WORD * i));
+    const [verdict, label, reason, sentence, namedSentence, remedy] = Object.values(TEXT).map((i) => textAt(explanation + WORD * i));
     return {
       verdict,
       value: memory.getFloat64(explanation, LITTLE_ENDIAN),

@@ -8,12 +8,19 @@ import { rowsOf } from './rows.js';
 export class Finance {
   #core;
   #calculations;
+  #shortWays;
 
-  /** @param {import('./core.js').Core} core @param {object} catalogue wasm/javascript/catalogue.json */
-  constructor(core, catalogue) {
+  /**
+   * @param {import('./core.js').Core} core
+   * @param {object} catalogue wasm/javascript/catalogue.json
+   * @param {(calculation: object) => (args: Array|object) => number|undefined} shortWayOf short_way.js; without it all
+   *   calls go the long way
+   */
+  constructor(core, catalogue, shortWayOf = () => () => undefined) {
     this.#core = core;
     this.catalogue = catalogue;
     this.#calculations = new Map(catalogue.calculations.map((calculation) => [calculation.calculation, calculation]));
+    this.#shortWays = new Map(catalogue.calculations.map((calculation) => [calculation, shortWayOf(calculation)]));
   }
 
   #calculation(name) {
@@ -22,10 +29,11 @@ export class Finance {
     return found;
   }
 
-  /** The calculation as a function: its arguments in order, or by name in one object. */
-  functionOf(name) {
+  /** The calculation of what a function is given: arguments in order, or one object with them by name. */
+  callOf(name) {
     const calculation = this.#calculation(name);
-    return (...args) => this.#value(calculation, args.length === 1 && isByName(args[0]) ? args[0] : args);
+    const shortWay = this.#shortWays.get(calculation);
+    return (args) => this.#value(calculation, shortWay, args.length === 1 && isByName(args[0]) ? args[0] : args);
   }
 
   /**
@@ -34,18 +42,19 @@ export class Finance {
    * @returns {number|string|null} a number, a date as ISO text; null: the answer is a missing value
    */
   evaluate(name, args) {
-    return this.#value(this.#calculation(name), args);
+    const calculation = this.#calculation(name);
+    return this.#value(calculation, this.#shortWays.get(calculation), args);
   }
 
-  #value(calculation, args) {
-    const { words, places } = unrolled(calculation, byParameter(calculation, args));
-    const value = this.#answer(calculation, words, places);
+  #value(calculation, shortWay, args) {
+    const value = shortWay(args) ?? this.#longWay(calculation, args);
     if (value === null || calculation.result !== 'date') return value;
     return toISODate(value) ?? String(value); // frequencies that give no coupon dates give days of no calendar
   }
 
   // Searches may end where nothing is solved. Of all others an answer that is a number is one.
-  #answer(calculation, words, places) {
+  #longWay(calculation, args) {
+    const { words, places } = unrolled(calculation, byParameter(calculation, args));
     const meant = words.every((word, i) => isMeant(calculation, places[i], word));
     if (meant && !calculation.searches) {
       const { status, value } = this.#core.call(calculation.calculation, words);

@@ -2,6 +2,7 @@
 import catalogue from './catalogue.js';
 import { Core } from './core.js';
 import { Finance } from './finance.js';
+import { shortWay } from './short_way.js';
 
 let finance;
 
@@ -9,7 +10,9 @@ let finance;
 export async function start(bytes) {
   if (finance !== undefined) return;
   const { instance } = await WebAssembly.instantiate(bytes);
-  finance ??= new Finance(new Core(instance), catalogue);
+  if (finance !== undefined) return;
+  const core = new Core(instance);
+  finance = new Finance(core, catalogue, shortWay(core, catalogue));
 }
 
 export const evaluate = (name, args) => finance.evaluate(name, args);
@@ -17,8 +20,8 @@ export const rows = (name, columns) => finance.rows(name, columns);
 
 /** A calculation as a function, which may be made before anything has started. */
 export function functionOf(name) {
-  let made;
-  return (...args) => (made ??= finance.functionOf(name))(...args);
+  let call;
+  return (...args) => (call ??= finance.callOf(name))(args);
 }
 
 export { catalogue };
