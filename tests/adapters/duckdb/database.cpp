@@ -62,7 +62,7 @@ Database::Database(const char* extension) {
                         duckdb_connect(database_, &connection_) == DuckDBSuccess;
     duckdb_destroy_config(&config);
     if (!opened) throw std::runtime_error{"DuckDB opens no database"};
-    run("LOAD '" + std::string{extension} + "'");
+    if (extension != nullptr) run("LOAD '" + std::string{extension} + "'");
 }
 
 Database::~Database() {

@@ -16,6 +16,7 @@ struct Table {
 
 class Database {
 public:
+    // extension: a file that is loaded; nullptr: none is.
     explicit Database(const char* extension = ZELKOVAN_DUCKDB_EXTENSION);
     ~Database();
     Database(const Database&) = delete;

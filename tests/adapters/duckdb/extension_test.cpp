@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -31,6 +32,19 @@ TEST(DuckdbExtension, EndsWithItsFooter) {
                                               "4"};
     for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(field_of(footer, i), expected[i]) << i;
     EXPECT_TRUE(std::all_of(footer.begin() + 256, footer.end(), [](char c) { return c == '\0'; }));
+}
+
+TEST(DuckdbExtension, IsInstalledFromItsFolder) {
+    const std::filesystem::path installed =
+        std::filesystem::temp_directory_path() / ("zelkovan-installed-" + std::to_string(getpid()));
+    const Database database{nullptr};
+    database.run("SET extension_directory = '" + installed.string() + "'");
+    database.run("INSTALL zelkovan FROM '" ZELKOVAN_DUCKDB_REPOSITORY "'");
+    database.run("LOAD zelkovan");
+    EXPECT_EQ(database.value("SELECT fin_sln(10000, 1000, 5)"), "1800.0");
+    EXPECT_EQ(database.value("SELECT installed_from FROM duckdb_extensions() WHERE extension_name = 'zelkovan'"),
+              ZELKOVAN_DUCKDB_REPOSITORY);
+    std::filesystem::remove_all(installed);
 }
 
 TEST(DuckdbExtension, IsListedWithItsVersion) {
