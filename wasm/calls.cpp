@@ -98,6 +98,7 @@ EXPORT("lay_out") std::uint32_t zelkovan_lay_out(const Word* words, const std::u
 // Its status. Of the outcome only the value counts.
 EXPORT("call_laid_out") std::uint32_t zelkovan_call_laid_out() {
     forget_log();
+    const Workspace workspace;
     return laid_out.evaluate(outcome.value);
 }
 

@@ -103,7 +103,6 @@ EXPORT("explain")
 std::uint32_t zelkovan_explain(const Word* words, const std::uint8_t* kinds, std::uint32_t count) {
     using finance::host::Argument;
     explanation = {.value = missing, .status = ZELKOVAN_STATUS_INVALID_ARGUMENT};
-    give_back();
     begin_program_memory();
     if (count == 0 || kinds[0] != text) return 0;
     std::uint64_t bytes_of_texts = 0;
@@ -126,7 +125,7 @@ std::uint32_t zelkovan_explain(const Word* words, const std::uint8_t* kinds, std
 // equation. 0: it does not, or there is no memory to tell. A call that is laid out stays so.
 EXPORT("holds") std::uint32_t zelkovan_holds(const Word* words, std::uint32_t count, double value) {
     const Workspace workspace;
-    begin_program_memory();
+    forget_free_blocks();
     if (!there_is_memory_for(count, 0)) return 0;
     std::vector<finance::host::Argument> arguments;
     arguments.reserve(count - 1);

@@ -34,7 +34,12 @@ Head* new_block(std::size_t order) {
 
 }  // namespace
 
-void begin_program_memory() { free_blocks = {}; }
+void begin_program_memory() {
+    give_back();
+    forget_free_blocks();
+}
+
+void forget_free_blocks() { free_blocks = {}; }
 
 bool there_is_memory_for(std::uint32_t arguments, std::uint64_t bytes_of_texts) {
     // Twice what calls were seen to take: half of this, 240 and 4.2 bytes.

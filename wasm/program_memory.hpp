@@ -8,8 +8,11 @@
 
 namespace finance::wasm {
 
-// Before the first block: those of before are of memory that has been given back.
+// All that calls have asked for is given back.
 void begin_program_memory();
+
+// Blocks of before are of memory that has been given back. What a call that goes on has is kept.
+void forget_free_blocks();
 
 // For the words of a call with so many arguments.
 bool there_is_memory_for(std::uint32_t arguments, std::uint64_t bytes_of_texts);

@@ -1,11 +1,11 @@
 // The npm package beside others: the same rows, one run, all in turn, one thread.
 //
 //     ./web && npm ci --ignore-scripts --prefix benchmarks/web
-//     node benchmarks/web/peers.js [ROUNDS]
+//     node --expose-gc benchmarks/web/peers.js [ROUNDS]
 //
-// Medians of so many rounds, microseconds a call; and how many times as long as ours that is. In brackets: to how many
-// digits answers agree with ours in the row where they agree least, rows without an answer, rows that differ by more than
-// a millionth. The last column: the fastest of the others, in times of ours.
+// Medians of so many rounds, microseconds a call. Before each turn young garbage is swept: nobody pays for what another
+// left. In brackets: to how many digits answers agree with ours in the row where they agree least, rows without an answer,
+// rows that differ by more than a millionth. The last column: the fastest of the others, in times of ours.
 import assert from 'node:assert/strict';
 import { cases } from './contenders.js';
 
@@ -24,6 +24,7 @@ function answerOf(call, row) {
 
 function round({ rows, call }) {
   const answers = new Float64Array(rows.length);
+  globalThis.gc({ type: 'minor' });
   const start = process.hrtime.bigint();
   for (let i = 0; i < rows.length; ++i) answers[i] = answerOf(call, rows[i]);
   return { microseconds: Number(process.hrtime.bigint() - start) / 1000 / rows.length, answers };

@@ -8,6 +8,7 @@ import { join } from 'node:path';
 import { after, test } from 'node:test';
 import { fileURLToPath, pathToFileURL } from 'node:url';
 import { promisify } from 'node:util';
+import { Utf8 } from 'apache-arrow';
 import { toISODate } from '../../wasm/javascript/dates.js';
 import { root } from './core.js';
 import { catalogue, exampleInOrder, exampleOf, installed, resultOf } from './packed.js';
@@ -79,6 +80,8 @@ test('many rows, of which some are missing', () => {
 test('what the bindings cannot do', () => {
   for (const argument of ["DATE '2025-01-20'", '0.05', '1::BIGINT', '[1.5]', 'NULL'])
     assert.match(saidTo(`SELECT zelkovan_sln(${argument})`), /^Invalid Error: Unsupported UDF argument type/, argument);
+  connection.createScalarFunction('word', new Utf8(), () => 'abc');
+  assert.deepEqual(rowsOf('SELECT word(1) AS word'), [['\0\0\0']]);
 });
 
 const TYPES = { js: 'text/javascript', mjs: 'text/javascript', wasm: 'application/wasm', html: 'text/html' };

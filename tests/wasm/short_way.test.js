@@ -75,7 +75,7 @@ const LONG = [
   ['IRR', []], ['IRR', [[]]], ['IRR', [-100, 60, 60]], ['IRR', [[-100, '60', 60]]], ['IRR', [[-100, null, 60]]], ['IRR', [[1, 2]]],
   ['RATE', [120, -200, 0, 30000]], ['XIRR', [[1, 2, 3], [1, 2]]], ['XIRR', [[1, 2, 3], [1, 2, 3]]],
   ['YEARFRAC', ['2024-01-15', '2024-07-31', 1.5]], ['YEARFRAC', ['2024-01-15', '2024-07-31', 'ACTUAL ']], ['YEARFRAC', [0, 1, -1]],
-  ['COUPNUM', [20250120, '2030-11-15', 2]], ['COUPNUM', ['2025-02-29', '2030-11-15', 2]], ['COUPNUM', [new Date(NaN), '2030-11-15', 2]],
+  ['COUPNUM', [0, 2936550, 2]], ['XNPV', [0.1, [-100, 110], [0, 3e6]]], ['COUPNUM', [20250120, '2030-11-15', 2]], ['COUPNUM', ['2025-02-29', '2030-11-15', 2]], ['COUPNUM', [new Date(NaN), '2030-11-15', 2]],
 ];
 
 test('all else goes the long way', () => {
@@ -115,5 +115,6 @@ test('memory grows by nothing', () => {
   all();
   const { bytesOfMemory } = core;
   for (let i = 0; i < 2000; ++i) all();
+  for (let i = 0; i < 20_000; ++i) finance.evaluate('IRR', [[-1000, 300, 400, 500, 200]]);
   assert.equal(core.bytesOfMemory, bytesOfMemory);
 });

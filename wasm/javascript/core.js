@@ -30,8 +30,12 @@ export class Core {
   #wasm;
   #view;
   #outcome; // {value, status, flagged argument}
+  #placeOfValue; // of the outcome, in `numbers`
   #explanation; // {value, status, position, {place, bytes} of each text}
+  #callLaidOut; // looked up once: engines take their time over exports
+  #holds;
   #place;
+  #first; // of the numbers of a call that is laid out
   #bytesOfRoom = 0;
   #laidOut = { name: undefined, count: 0 };
 
@@ -43,7 +47,9 @@ export class Core {
     this.#wasm = instance.exports;
     this.#wasm.begin();
     this.#outcome = this.#wasm.outcome();
+    this.#placeOfValue = this.#outcome / WORD;
     this.#explanation = this.#wasm.explanation?.();
+    ({ call_laid_out: this.#callLaidOut, holds: this.#holds } = this.#wasm);
   }
 
   // Growing memory leaves the old views without a buffer.
@@ -62,6 +68,7 @@ export class Core {
     if (place === 0) throw new RangeError(`there is no memory for ${bytes} bytes`);
     this.#bytesOfRoom = bytes;
     this.#place = place;
+    this.#first = place / WORD + 1;
     return place;
   }
 
@@ -140,7 +147,7 @@ export class Core {
     const laidOut = this.#laidOut;
     if (laidOut.name !== name || laidOut.count !== count) this.#layOutAnew(name, count);
     if (this.numbers.length === 0) this.#lookAgain();
-    return this.#place / WORD + 1;
+    return this.#first;
   }
 
   #layOutAnew(name, count) {
@@ -165,14 +172,14 @@ export class Core {
 
   /** The value of the call that is laid out; NaN where there is none. */
   callLaidOut() {
-    const answered = this.#wasm.call_laid_out() === SUCCESS;
+    const answered = this.#callLaidOut() === SUCCESS;
     if (this.numbers.length === 0) this.#lookAgain();
-    return answered ? this.numbers[this.#outcome / WORD] : NaN;
+    return answered ? this.numbers[this.#placeOfValue] : NaN;
   }
 
   /** Whether it is finite and, if it was searched, solves its equation. Of zelkovan.wasm only. */
   holds(value) {
-    return this.#wasm.holds(this.#place, this.#laidOut.count + 1, value) === 1;
+    return this.#holds(this.#place, this.#laidOut.count + 1, value) === 1;
   }
 
   /** Whether there is `explain`: in zelkovan.wasm. */
