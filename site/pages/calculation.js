@@ -16,10 +16,10 @@ const calculator = (calculation, bases) => html`
       <div class="result">
         <output class="answer">${calculation.example.result}</output>
         <p class="reading"></p>
-        <p class="refusal"></p>
-        <p class="actions"><button type="reset">Back to the example</button> <button type="button" class="share">Copy the address</button></p>
+        <p class="refusal" role="status"></p>
         <noscript><p class="note">This is the example's answer. To calculate here, the page needs JavaScript.</p></noscript>
       </div>
+      <p class="actions"><button type="reset">Back to the example</button> <button type="button" class="share">Copy the address</button></p>
     </form>
   </section>`;
 

@@ -34,8 +34,8 @@ export const flowsPage = html`
           currencies, brackets for a minus and titles above the rows are understood.</p>
       </div>
       <div class="row">
-        <p><label for="flows-dates">dates</label> <select id="flows-dates" name="dates">${DATES.map(option)}</select></p>
-        <p><label for="flows-decimal">decimal sign</label> <select id="flows-decimal" name="decimal">${DECIMALS.map(option)}</select></p>
+        <p><label for="flows-dates">dates</label> <select id="flows-dates" name="dates" autocomplete="off">${DATES.map(option)}</select></p>
+        <p><label for="flows-decimal">decimal sign</label> <select id="flows-decimal" name="decimal" autocomplete="off">${DECIMALS.map(option)}</select></p>
       </div>
     </form>
     <p class="understood" role="status"></p>

@@ -41,7 +41,7 @@ export function schedulesPage({ calculations, bases }) {
     <code>finance schedule loan rate=0.005 nper=360 pv=200000</code>.</p></noscript>
   ${schedule('loan', 'A loan, payment by payment', html`Payment, interest and principal of each period are
     <a href="PMT.html">PMT</a>, <a href="IPMT.html">IPMT</a> and <a href="PPMT.html">PPMT</a>. Money paid is negative; the
-    balance begins at pv and ends at -fv.`, loan, bases)}
+    balance begins at pv and ends at <code>-fv</code>.`, loan, bases)}
   ${schedule('depreciation', 'Five methods of depreciation', html`<a href="SLN.html">SLN</a>, <a href="SYD.html">SYD</a>,
     <a href="DB.html">DB</a>, <a href="DDB.html">DDB</a> and <a href="VDB.html">VDB</a> with its switch to straight line: what
     is written off in each period, and the book value that is left.`, depreciation, bases)}`;

@@ -31,6 +31,7 @@ export class Calculator {
   #usual;
   #curve;
   #drawn;
+  #refused = false;
 
   /**
    * @param {HTMLElement} element of pages/calculation.js @param {object} engine evaluate, rows, reading, catalogue
@@ -57,14 +58,17 @@ export class Calculator {
   #listen() {
     this.#form.addEventListener('submit', (event) => event.preventDefault());
     this.#form.addEventListener('input', () => this.#changed());
-    this.#form.addEventListener('reset', () => setTimeout(() => this.#changed()));
+    this.#form.addEventListener('reset', () => {
+      this.#curve.choose({});
+      setTimeout(() => this.#changed());
+    });
     const share = this.#element.querySelector('.share');
     share.addEventListener('click', () => copyText(location.href, share));
   }
 
   /** The address has changed under the page. */
   reread() {
-    this.#form.reset();
+    for (const element of this.#form.elements) if (element.name in this.#usual) element.value = this.#usual[element.name];
     const given = this.#address.read();
     fill(this.#form, this.#calculation.arguments, given);
     this.#curve.choose(given);
@@ -101,10 +105,11 @@ export class Calculator {
 
   #show({ answer = '', reading = '', error = null }) {
     const find = (name) => this.#form.querySelector(name);
+    this.#refused = error !== null;
     find('.answer').textContent = answer;
     find('.reading').textContent = reading;
     const refusal = find('.refusal');
-    refusal.textContent = error === null ? '' : error.argument ? `no answer: see ${error.argument}` : error.message;
+    refusal.textContent = error === null ? '' : error.argument ? `${error.argument}: ${faultOf(error).text}` : error.message;
     showFault(this.#form, this.#calculation.arguments, error?.argument ? faultOf(error) : null);
     if (error?.remedy) this.#propose(refusal, error.remedy);
   }
@@ -120,6 +125,6 @@ export class Calculator {
   // What takes longer than the answer.
   #showRest() {
     this.#curve.draw(this.#texts());
-    showCopies(this.#element.querySelector('.copy'), this.#calculation, this.#texts(), this.#engine.reading);
+    showCopies(this.#element.querySelector('.copy'), this.#calculation, this.#texts(), this.#engine.reading, this.#refused);
   }
 }

@@ -1,7 +1,7 @@
 // The same call as it is typed in a shell, in SQL, in Python and in JavaScript.
 import { isBasis, isDated, isList, isOptional } from '../pages/parameters.js';
 import { copyText } from './form.js';
-import { digits, Unreadable, valuesOf, wordsOfList } from './values.js';
+import { digits, Unreadable, valuesOf } from './values.js';
 import { isoOfDay } from './days.js';
 
 // What languages keep for themselves.
@@ -21,11 +21,20 @@ function literal(parameter, value, missing) {
 const given = (calculation, values) =>
   calculation.arguments.map((parameter) => [parameter, values[parameter.name]]).filter(([, value]) => value !== null);
 
-const typed = (parameter, text) => (isList(parameter) ? wordsOfList(text).join(',') : text.trim());
+// What was typed, of a list its values.
+function typed(parameter, text, value) {
+  if (!isList(parameter)) return text.trim();
+  return value === null ? '' : value.map((one) => inCall(parameter, one)).join(',');
+}
 
-function shell(calculation, texts) {
+function inCall(parameter, value) {
+  if (Number.isNaN(value)) return '.';
+  return isDated(parameter) ? (isoOfDay(value) ?? digits(value)) : digits(value);
+}
+
+function shell(calculation, texts, values) {
   const words = calculation.arguments
-    .map((parameter) => [parameter.name, typed(parameter, texts[parameter.name] ?? '')])
+    .map((parameter) => [parameter.name, typed(parameter, texts[parameter.name] ?? '', values[parameter.name])])
     .filter(([, text]) => text !== '')
     .map(([name, text]) => inShell(`${name}=${text}`));
   return ['finance', calculation.calculation, ...words].join(' ');
@@ -85,8 +94,10 @@ function javascript(calculation, values) {
 export function copiesOf(calculation, texts, values) {
   const lists = calculation.arguments.filter(isList);
   const empty = lists.some(({ name }) => values[name] === null);
+  const endless = Object.values(values).flat().some((value) => Math.abs(value) === Infinity); // languages write it in ways of their own
+  if (endless) return [['Shell', shell(calculation, texts, values)]];
   return [
-    ['Shell', shell(calculation, texts)],
+    ['Shell', shell(calculation, texts, values)],
     ...(empty ? [] : [[lists.length > 0 ? 'SQL (PostgreSQL, DuckDB)' : 'SQL', sql(calculation, values)]]),
     ...(empty || lists.length === 0 ? [] : [['SQL (SQLite)', sqlite(calculation, values)]]),
     ['Python', python(calculation, values)],
@@ -111,11 +122,11 @@ function snippet([where, text]) {
   return part;
 }
 
-/** Shows them, unless what stands in the fields cannot be read. */
-export function showCopies(element, calculation, texts, reading) {
+/** Shows them, unless the call is refused or what stands in the fields cannot be read. */
+export function showCopies(element, calculation, texts, reading, refused) {
   let copies = [];
   try {
-    copies = copiesOf(calculation, texts, valuesOf(reading, calculation.arguments, texts));
+    if (!refused) copies = copiesOf(calculation, texts, valuesOf(reading, calculation.arguments, texts));
   } catch (error) {
     if (!(error instanceof Unreadable)) throw error;
   }

@@ -14,6 +14,7 @@ const SAME = 1e-9; // rates that differ less are one
 const WORDS_OF_DATES = { ymd: 'year, month, day', dmy: 'day, month, year', mdy: 'month, day, year', sheet: "a sheet's serial numbers", days: 'days since 1960-01-01' };
 const WORDS_OF_DECIMALS = { point: 'decimal point', comma: 'decimal comma' };
 const MOST_FAULTS = 5;
+const MOST_SHOWN = 500; // rows of a table
 
 const part = (parent, element, text = '', name = '') => {
   const made = document.createElement(element);
@@ -23,11 +24,13 @@ const part = (parent, element, text = '', name = '') => {
   return made;
 };
 
-function understood({ flows, dates, decimal, otherDates, otherDecimal }) {
+function understood({ flows, titles, dates, decimal, column, otherColumns, otherDates, otherDecimal }) {
   const rows = `${flows.length} ${flows.length === 1 ? 'row' : 'rows'}`;
   const said = [dates === null ? `${rows} of amounts, ${WORDS_OF_DECIMALS[decimal]}, without dates: periods of equal length.` : `${rows}; dates as ${WORDS_OF_DATES[dates]}; amounts with a ${WORDS_OF_DECIMALS[decimal]}.`];
   const [first] = flows;
   said.push(`The first is ${dates === null ? '' : `${isoOfDay(first.date)}: `}${digits(first.amount)}.`);
+  if (titles.length > 0) said.push(`${titles.length === 1 ? `Line ${titles[0]} is taken for a title` : `Lines ${titles.join(', ')} are taken for titles`}.`);
+  if (otherColumns.length > 0) said.push(`Amounts are those of column ${column}; numbers in column ${otherColumns.join(', ')} are left out.`);
   if (otherDates.length > 0) said.push(`The dates could be ${otherDates.map((form) => WORDS_OF_DATES[form]).join(' or ')} as well: choose if they are.`);
   if (otherDecimal) said.push(`The amounts could be written with a ${WORDS_OF_DECIMALS[decimal === 'point' ? 'comma' : 'point']} as well: choose if they are.`);
   return said.join(' ');
@@ -52,9 +55,9 @@ function answerOf(engine, name, args) {
 
 function answersOf(engine, flows, dated) {
   const amounts = flows.map(({ amount }) => amount);
-  const answers = [['IRR', 'per period, rows as they stand', answerOf(engine, 'IRR', { flows: amounts })]];
-  if (!dated) return answers;
+  if (!dated) return [['IRR', 'per period, rows as they stand', answerOf(engine, 'IRR', { flows: amounts })]];
   const ordered = inOrder(flows);
+  const answers = [['IRR', 'per row, in the order of their dates', answerOf(engine, 'IRR', { flows: ordered.map(({ amount }) => amount) })]];
   const xirr = { values: ordered.map(({ amount }) => amount), dates: ordered.map(({ date }) => date) };
   return [['XIRR', 'per year, by the dates', answerOf(engine, 'XIRR', xirr)], ...answers];
 }
@@ -72,7 +75,7 @@ function rangeOf(rates) {
   if (rates.length === 0) return [-0.5, 1];
   const [low, high] = [Math.min(...rates), Math.max(...rates)];
   const margin = Math.max(high - low, 0.2);
-  return [Math.max(-0.95, low - margin), Math.min(high + margin, Math.max(20, 2 * low))];
+  return [Math.max(low - (1 + low) / 2, low - margin), Math.min(high + margin, Math.max(20, 2 * low))];
 }
 
 function showPicture(figure, flows, rates) {
@@ -101,7 +104,7 @@ function showAnswers(parent, answers, rates) {
   const rowOf = ([name, what, { value, sentence }]) => [name, what, value === undefined ? sentence : digits(value), value === undefined ? '' : percentage(value)];
   showTable(tableRegion(parent, 'Answers'), ['calculation', 'rate', 'answer', 'in percent'], answers.map(rowOf));
   const first = answers[0];
-  return rates.map(({ rate, falls }) => [percentage(rate), digits(rate), falls ? 'falls' : 'rises', Math.abs(rate - first[2].value) <= SAME * Math.max(1, Math.abs(rate)) ? first[0] : '']);
+  return rates.map(({ rate, falls }) => [percentage(rate), digits(rate), falls ? 'falls here' : 'rises here', Math.abs(rate - first[2].value) <= SAME * Math.max(1, Math.abs(rate)) ? first[0] : '']);
 }
 
 function show(element, engine, form) {
@@ -110,15 +113,18 @@ function show(element, engine, form) {
   const fault = element.querySelector('.fault');
   outcome.replaceChildren();
   fault.textContent = '';
+  form.elements.text.removeAttribute('aria-invalid');
   const read = readFlows(engine.reading, form.elements.text.value, { dates: form.elements.dates.value, decimal: form.elements.decimal.value });
   const { flows, faults } = read;
+  if (faults.length > 0) {
+    fault.textContent = faultsText(faults);
+    form.elements.text.setAttribute('aria-invalid', 'true');
+  }
   if (flows.length === 0) {
-    status.textContent = form.elements.text.value.trim() === '' ? 'No rows yet.' : 'No row of these can be read: an amount, or a date and an amount, are wanted.';
+    status.textContent = form.elements.text.value.trim() === '' ? 'No rows yet.' : 'No row of these can be read: an amount, or a date and an amount, are wanted. Years have four digits.';
     return;
   }
   status.textContent = understood(read);
-  fault.textContent = faultsText(faults);
-  form.elements.text.toggleAttribute('aria-invalid', faults.length > 0);
   if (faults.length === 0) showRates(outcome, engine, flows, read.dates !== null);
 }
 
@@ -132,7 +138,9 @@ function showRates(outcome, engine, flows, dated) {
   showPicture(part(outcome, 'figure', '', 'picture'), inTime, rates);
   const details = part(outcome, 'details');
   part(details, 'summary', 'The flows as they were read');
-  showTable(tableRegion(details, 'Flows', { tall: true }), ['line', dated ? 'date' : 'period', 'amount'], flows.map(({ line, date, amount }, i) => [String(line), dated ? isoOfDay(date) : String(i), digits(amount)]));
+  const table = tableRegion(details, 'Flows', { tall: true });
+  details.addEventListener('toggle', () => showTable(table, ['line', dated ? 'date' : 'period', 'amount'], flows.slice(0, MOST_SHOWN).map(({ line, date, amount }, i) => [String(line), dated ? isoOfDay(date) : String(i), digits(amount)])), { once: true });
+  if (flows.length > MOST_SHOWN) part(details, 'p', `The first ${MOST_SHOWN} of ${flows.length}.`, 'note');
 }
 
 /** @param {HTMLElement} element of pages/flows.js */

@@ -10,6 +10,7 @@ import { startEngine } from './engine.js';
 import { attachFlows } from './flows.js';
 import { attachSchedule } from './schedule_forms.js';
 import { attachSearch, entryOfCalculation } from './search.js';
+import { attachSkip } from './skip.js';
 import { attachTheme } from './theme.js';
 
 const PAGE = /^(\w+)\.html(?:#(.*))?$/;
@@ -17,26 +18,40 @@ const content = document.querySelector('main');
 
 async function run() {
   attachTheme(document.querySelector('.theme'));
+  attachSkip(document.querySelector('.skip'));
   const engine = await startEngine();
   const { calculations, bases } = engine.catalogue;
   const inPage = (name) => `#${name}`;
   const home = () => html`<h1>${calculations.length} financial calculations</h1>
     <p class="lead">All calculators in this one file: keep it, it needs nothing else.</p>${calculationList(calculations, inPage)}`;
+  const others = new Map([
+    ['schedules', { title: 'Schedules: loans and depreciation', page: () => schedulesPage(engine.catalogue) }],
+    ['flows', { title: 'Paste your flows: all their rates', page: () => flowsPage }],
+  ]);
   let shown;
 
   function show() {
     const name = location.hash.slice(1).split('?')[0];
-    if (name === 'content') return;
-    if (name === shown?.name) return void shown.calculator?.reread();
+    if (name === shown?.name) return void shown.forms.forEach((form) => form.reread());
     const calculation = calculations.find((one) => one.calculation === name);
-    const page = { schedules: () => schedulesPage(engine.catalogue), flows: () => flowsPage }[name] ?? home;
-    content.innerHTML = (calculation ? calculationPage(calculation, bases) : page()).text;
-    document.title = calculation ? `${name}: ${calculation.answers}` : 'zelkovan: financial calculations';
-    shown = { name, calculator: calculation && new Calculator(content.querySelector('article'), engine, addressBelow(name), linkTo) };
-    for (const schedule of content.querySelectorAll('[data-schedule]')) attachSchedule(schedule, engine, addressBelow(name));
-    for (const flows of content.querySelectorAll('.flows')) attachFlows(flows, engine);
+    const { title, page } = calculation
+      ? { title: `${name}: ${calculation.answers}`, page: () => calculationPage(calculation, bases) }
+      : (others.get(name) ?? { title: 'zelkovan: financial calculations', page: home });
+    content.innerHTML = page().text;
+    document.title = title;
+    const all = (selector, attach) => [...content.querySelectorAll(selector)].map(attach);
+    const address = addressBelow(name);
+    const forms = [
+      ...all('[data-calculation]', (element) => new Calculator(element, engine, address, linkTo)),
+      ...all('[data-schedule]', (element) => attachSchedule(element, engine, address)),
+    ];
+    all('.flows', (element) => attachFlows(element, engine));
     keepWithin(content);
-    scrollTo(0, 0);
+    if (shown !== undefined) {
+      scrollTo(0, 0);
+      content.focus({ preventScroll: true });
+    }
+    shown = { name, forms };
   }
 
   attachSearch(document.querySelector('.search'), calculations.map((calculation) => entryOfCalculation(calculation, inPage(calculation.calculation))));
@@ -52,7 +67,7 @@ const linkTo = (name, fragment) => `#${name}?${fragment}`;
 function keepWithin(element) {
   for (const link of element.querySelectorAll('a[href]')) {
     const [, name, fragment] = PAGE.exec(link.getAttribute('href')) ?? [];
-    if (name === 'docs') link.remove();
+    if (name === 'docs') (link.closest('li') ?? link).remove();
     else if (name !== undefined) link.setAttribute('href', name === 'index' ? '#' : linkTo(name, fragment ?? '').replace(/\?$/, ''));
   }
 }

@@ -4,7 +4,8 @@ import { dateTicks, numberTicks } from './ticks.js';
 
 const WIDEST = 640;
 const NARROWEST = 280;
-const ROOM = { left: 74, right: 18, top: 14, bottom: 46 };
+const ROOM = { left: 52, right: 18, top: 14, bottom: 46 };
+const PIXELS_OF_LETTER = 6.8;
 const PIXELS_OF_TICK = 75;
 const MANY_BARS = 100;
 const GAP = 0.04; // of the height, above and below what is drawn
@@ -89,17 +90,23 @@ function drawn(series, scales) {
   });
 }
 
-function axes({ x, y }, scales) {
+const ticksUp = ({ y }, { bottom, top }) => (y.scale === 'date' ? dateTicks(bottom, top, 5) : numberTicks(bottom, top, 6));
+
+// The last label ends with the picture.
+const anchorOf = (plot, x) => (x > plot.right - 2 * ROOM.right ? html` class="last"` : null);
+
+function axes(picture, scales) {
+  const { x } = picture;
   const { plot } = scales;
   const most = Math.max(3, Math.floor((plot.right - plot.left) / PIXELS_OF_TICK));
   const across = x.ticks ?? (x.scale === 'date' ? dateTicks(scales.low, scales.high, most) : numberTicks(scales.low, scales.high, most, x.scale === 'whole'));
-  const up = y.scale === 'date' ? dateTicks(scales.bottom, scales.top, 5) : numberTicks(scales.bottom, scales.top, 6);
+  const up = ticksUp(picture, scales);
   const yOf = ({ at }) => place(scales.y(at));
   const xOf = ({ at }) => place(scales.x(at));
   return html`<g class="grid">${up.map((tick) => html`<line x1="${plot.left}" x2="${plot.right}" y1="${yOf(tick)}" y2="${yOf(tick)}"${
     tick.at === 0 ? html` class="zero"` : null}/>`)}</g>
     <g class="ticks up">${up.map((tick) => html`<text x="${plot.left - 8}" y="${yOf(tick)}" dy="0.32em">${tick.text}</text>`)}</g>
-    <g class="ticks across">${across.map((tick) => html`<line x1="${xOf(tick)}" x2="${xOf(tick)}" y1="${plot.bottom}" y2="${plot.bottom + 5}"/><text x="${
+    <g class="ticks across">${across.map((tick) => html`<line x1="${xOf(tick)}" x2="${xOf(tick)}" y1="${plot.bottom}" y2="${plot.bottom + 5}"/><text${anchorOf(plot, scales.x(tick.at))} x="${
       xOf(tick)}" y="${plot.bottom + 18}">${tick.text}</text>`)}</g>
     <text class="axis" x="${(plot.left + plot.right) / 2}" y="${plot.height - 8}">${x.label}</text>`;
 }
@@ -119,12 +126,26 @@ const legend = (series) =>
  */
 export function draw(figure, picture) {
   const plot = plotOf(figure);
-  const scales = scalesOf(picture, plot);
+  let scales = scalesOf(picture, plot);
+  const letters = Math.max(...ticksUp(picture, scales).map(({ text }) => text.length), 0);
+  plot.left = Math.max(ROOM.left, Math.round(14 + PIXELS_OF_LETTER * letters));
+  scales = scalesOf(picture, plot);
   figure.innerHTML = html`<figcaption>${picture.title}</figcaption><svg viewBox="0 0 ${plot.width} ${plot.height}" role="img" aria-label="${picture.title}">
     ${axes(picture, scales)}${drawn(picture.series, scales)}${(picture.marks ?? []).map(mark(scales))}
     <line class="pointer" y1="${plot.top}" y2="${plot.bottom}" visibility="hidden"/></svg>
     <p class="readout" aria-hidden="true">${raw('&nbsp;')}</p>${legend(picture.series)}`.text;
   follow(figure, picture, scales);
+  drawAgain(figure, picture, plot.width);
+}
+
+const watched = new WeakMap();
+
+// Where there is more room, or less, than there was.
+function drawAgain(figure, picture, width) {
+  watched.get(figure)?.disconnect();
+  const watch = new ResizeObserver(() => figure.isConnected && plotOf(figure).width !== width && draw(figure, picture));
+  watched.set(figure, watch);
+  watch.observe(figure);
 }
 
 // The nearest point under the pointer.

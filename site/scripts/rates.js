@@ -15,20 +15,23 @@ export const changesOfSign = (flows) => {
 export const presentValue = (flows, rate) => flows.reduce((sum, { at, amount }) => sum + amount / (1 + rate) ** at, 0);
 
 // The present value's sign at u = ln(1 + rate): that of the sum times a positive power, so that no factor is above 1.
-function signedValue(flows, u) {
+function signedValue({ flows, largest }, u) {
   const last = flows.at(-1).at;
   const shift = u < 0 ? last : 0;
   let sum = 0;
-  for (const { at, amount } of flows) sum += amount * Math.exp(-u * (at - shift));
+  for (const { at, amount } of flows) sum += (amount / largest) * Math.exp(-u * (at - shift));
   return sum;
 }
 
-function bisected(flows, low, high) {
-  const falls = signedValue(flows, low) > 0;
+// Sums of amounts near the largest double would leave its range.
+const scaled = (flows) => ({ flows, largest: Math.max(...flows.map(({ amount }) => Math.abs(amount))) || 1 });
+
+function bisected(scaledFlows, low, high) {
+  const falls = signedValue(scaledFlows, low) > 0;
   for (;;) {
     const middle = low + (high - low) / 2;
     if (middle <= low || middle >= high) return middle;
-    const value = signedValue(flows, middle);
+    const value = signedValue(scaledFlows, middle);
     if (value === 0) return middle;
     if (value > 0 === falls) low = middle;
     else high = middle;
@@ -41,18 +44,19 @@ function bisected(flows, low, high) {
  */
 export function ratesOf(flows) {
   const rates = [];
-  let [before, sign] = [LOWEST, Math.sign(signedValue(flows, LOWEST))];
+  const scaledFlows = scaled(flows);
+  let [before, sign] = [LOWEST, Math.sign(signedValue(scaledFlows, LOWEST))];
   for (let k = 1; k <= STEPS; ++k) {
     const u = LOWEST + ((HIGHEST - LOWEST) * k) / STEPS;
-    const next = Math.sign(signedValue(flows, u));
+    const next = Math.sign(signedValue(scaledFlows, u));
     if (next === 0) continue; // the next point tells
-    if (sign !== 0 && next !== sign) rates.push({ rate: Math.expm1(bisected(flows, before, u)), falls: sign > 0 });
+    if (sign !== 0 && next !== sign) rates.push({ rate: Math.expm1(bisected(scaledFlows, before, u)), falls: sign > 0 });
     [before, sign] = [u, next];
   }
   return rates;
 }
 
-/** What can be said of how many there are. */
+/** What can be said of how many there are. @param {number} found rates @param {number} changes of sign */
 export function howMany(found, changes) {
   const rates = found === 1 ? '1 rate' : `${found === 0 ? 'no' : found} rates`;
   const range = 'between -99.9999 % and 100,000,000 %';

@@ -7,6 +7,8 @@ import { depreciationRows, loanRows, METHODS, NoSchedule } from './schedules.js'
 import { showTable, tableRegion } from './table.js';
 import { digits, grouped, short, Unreadable, valuesOf } from './values.js';
 
+const MOST_SHOWN = 500; // rows of a table
+
 const part = (parent, name, element = 'div') => {
   const made = document.createElement(element);
   made.className = name;
@@ -21,7 +23,8 @@ function showRows(parent, name, headings, rows) {
   button.textContent = 'Copy as CSV, all digits';
   const lines = [headings, ...rows].map((row) => row.map((value) => (typeof value === 'number' ? (Number.isNaN(value) ? '' : digits(value)) : (value ?? ''))).join(','));
   button.addEventListener('click', () => copyText(`${lines.join('\n')}\n`, button));
-  showTable(tableRegion(parent, name, { tall: true }), headings, rows.map((row) => row.map(amount)));
+  showTable(tableRegion(parent, name, { tall: true }), headings, rows.slice(0, MOST_SHOWN).map((row) => row.map(amount)));
+  if (rows.length > MOST_SHOWN) part(parent, 'note', 'p').textContent = `The first ${MOST_SHOWN} of ${rows.length}; the CSV has all.`;
 }
 
 const amount = (value, i) => (typeof value !== 'number' ? (value ?? '') : i === 0 ? String(value) : grouped(value));
@@ -32,9 +35,10 @@ function showLoan(outcome, engine, terms) {
   const rows = loanRows(engine, terms);
   const dated = rows[0].date !== null;
   const sum = (name) => rows.reduce((total, row) => total + row[name], 0);
+  const { nper } = terms; // rows may be one more, of interest alone
   part(outcome, 'sums', 'p').textContent =
-    `Each payment ${grouped(rows[0].payment)}; all ${rows.length}: ${grouped(sum('payment'))}, of which interest ${grouped(sum('interest'))}.` +
-    (dated ? ` The last one on ${isoOfDay(rows.at(-1).date)}.` : '');
+    `Each payment ${grouped(rows[0].payment)}; all ${nper}: ${grouped(sum('payment'))}. Interest ${grouped(sum('interest'))}.` +
+    (dated ? ` The last payment on ${isoOfDay(rows[nper - 1].date)}.` : '');
   const at = (row) => (dated ? row.date : row.period);
   const x = { label: dated ? 'date' : 'period', scale: dated ? 'date' : 'whole' };
   const read = (i) => `${dated ? isoOfDay(rows[i].date) : `period ${rows[i].period}`}: interest ${grouped(rows[i].interest)}, principal ${
@@ -84,7 +88,7 @@ function showDepreciation(outcome, engine, terms) {
 
 const SHOW = { loan: showLoan, depreciation: showDepreciation };
 
-/** @param {HTMLElement} element of pages/schedules.js */
+/** @param {HTMLElement} element of pages/schedules.js @returns {{reread: () => void}} for when the address has changed */
 export function attachSchedule(element, engine, address) {
   const kind = element.dataset.schedule;
   const form = element.querySelector('form');
@@ -114,7 +118,11 @@ export function attachSchedule(element, engine, address) {
   form.addEventListener('submit', (event) => event.preventDefault());
   form.addEventListener('input', changed);
   form.addEventListener('reset', () => setTimeout(changed));
-  const given = address.read();
-  fill(form, parameters, Object.fromEntries(parameters.map(({ name }) => [name, given[`${kind}-${name}`]])));
-  show();
+  const reread = () => {
+    const given = address.read();
+    fill(form, parameters, Object.fromEntries(parameters.map(({ name }) => [name, given[`${kind}-${name}`] ?? usual[name]])));
+    show();
+  };
+  reread();
+  return { reread };
 }

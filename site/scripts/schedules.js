@@ -1,7 +1,7 @@
 // The rows of schedules, all amounts from the calculations themselves.
 import { monthsLater } from './days.js';
 
-export const MOST_PERIODS = 12_000;
+export const MOST_PERIODS = { nper: 12_000, life: 1200 }; // some methods walk all periods before one
 
 /** A schedule that cannot be made, for a reason of its own. */
 export class NoSchedule extends Error {
@@ -15,7 +15,8 @@ export class NoSchedule extends Error {
 const counted = (last) => Float64Array.from({ length: last }, (_, i) => i + 1);
 
 function checkCount(argument, count) {
-  if (count > MOST_PERIODS) throw new NoSchedule(argument, `more than ${MOST_PERIODS} periods: finance schedule has no such bound`);
+  const most = MOST_PERIODS[argument];
+  if (count > most) throw new NoSchedule(argument, `more than ${most} periods: finance schedule has no such bound`);
 }
 
 // ---- Loans

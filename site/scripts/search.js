@@ -33,15 +33,17 @@ function fit(entry, word) {
   return someBegins(entry.words, word) ? WEIGHT.words : 0;
 }
 
-/** Entries that every word fits, the best first. */
+/** Entries that every word fits, or else some do, the best first. */
 export function found(entries, query) {
   const words = wordsOf(query);
   if (words.length === 0) return [];
   const rated = entries.map((entry) => {
     const fits = words.map((word) => fit(entry, word));
-    return { entry, rating: fits.includes(0) ? 0 : fits.reduce((sum, one) => sum + one, 0) };
+    return { entry, all: !fits.includes(0), rating: fits.reduce((sum, one) => sum + one, 0) };
   });
-  return rated.filter(({ rating }) => rating > 0).sort((a, b) => b.rating - a.rating).slice(0, MOST).map(({ entry }) => entry);
+  const whole = rated.filter(({ all }) => all);
+  const fitting = whole.length > 0 ? whole : rated.filter(({ rating }) => rating > 0);
+  return fitting.sort((a, b) => b.rating - a.rating).slice(0, MOST).map(({ entry }) => entry);
 }
 
 /** The field in the header: what is found below it, chosen with arrows and Enter. */
@@ -74,7 +76,8 @@ export function attachSearch(element, entries) {
   input.addEventListener('keydown', (event) => {
     if (event.key === 'ArrowDown' || event.key === 'ArrowUp') {
       event.preventDefault();
-      activate(active + (event.key === 'ArrowDown' ? 1 : -1));
+      if (list.hidden) show();
+      else activate(active + (event.key === 'ArrowDown' ? 1 : -1));
     } else if (event.key === 'Enter' && active >= 0) {
       event.preventDefault();
       options()[active].click();
@@ -92,7 +95,7 @@ function optionOf(entry, i) {
   option.setAttribute('role', 'option');
   const name = document.createElement('strong');
   name.textContent = entry.name;
-  option.append(name, ` ${entry.title}`);
+  option.append(name, entry.title === '' ? '' : ` ${entry.title}`);
   option.addEventListener('mousedown', (event) => event.preventDefault());
   option.addEventListener('click', () => location.assign(entry.address));
   return option;

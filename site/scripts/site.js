@@ -6,22 +6,24 @@ import { startEngine } from './engine.js';
 import { attachFlows } from './flows.js';
 import { attachSchedule } from './schedule_forms.js';
 import { attachSearch, entryOfCalculation, entryOfSection } from './search.js';
+import { attachSkip } from './skip.js';
 import { attachTheme } from './theme.js';
 
 async function run() {
   attachTheme(document.querySelector('.theme'));
+  attachSkip(document.querySelector('.skip'));
   const engine = await startEngine();
   attachSearch(document.querySelector('.search'), [
     ...engine.catalogue.calculations.map((calculation) => entryOfCalculation(calculation, `${calculation.calculation}.html`)),
     ...documents.map(entryOfSection),
   ]);
   const linkTo = (name, fragment) => `${name}.html#${fragment}`;
-  const calculation = document.querySelector('[data-calculation]');
-  if (calculation) {
-    const calculator = new Calculator(calculation, engine, ownAddress, linkTo);
-    addEventListener('hashchange', () => calculator.reread());
-  }
-  for (const schedule of document.querySelectorAll('[data-schedule]')) attachSchedule(schedule, engine, ownAddress);
+  const all = (selector, attach) => [...document.querySelectorAll(selector)].map(attach);
+  const forms = [
+    ...all('[data-calculation]', (element) => new Calculator(element, engine, ownAddress, linkTo)),
+    ...all('[data-schedule]', (element) => attachSchedule(element, engine, ownAddress)),
+  ];
+  addEventListener('hashchange', () => forms.forEach((form) => form.reread()));
   for (const flows of document.querySelectorAll('.flows')) attachFlows(flows, engine);
   document.documentElement.dataset.ready = '';
 }

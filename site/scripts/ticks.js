@@ -2,6 +2,8 @@
 import { dayOfISO, isoOfDay, monthsLater } from './days.js';
 import { digits } from './values.js';
 
+const CLOSEST = 1e-13; // ticks that lie closer, beside their own size, are not told apart
+const LARGE = 1e9;
 const MANTISSAS = [1, 2, 5, 10];
 const STEPS_OF_MONTHS = [1, 3, 6, 12, 24, 60, 120, 240, 600, 1200, 2400, 6000, 12000];
 const DAYS_OF_MONTH = 30.436875;
@@ -16,7 +18,8 @@ function roundStep(span, most) {
 /** @returns {{at: number, text: string}[]} round numbers from low to high, at most about `most` */
 export function numberTicks(low, high, most = 6, whole = false) {
   const step = whole ? Math.max(1, roundStep(high - low, most)) : roundStep(high - low, most);
-  if (!(step > 0) || !Number.isFinite(step)) return [];
+  const far = Math.max(Math.abs(low), Math.abs(high));
+  if (!(step > far * CLOSEST) || !Number.isFinite(step)) return [];
   const decimals = Math.max(0, -Math.floor(Math.log10(step) + 1e-9));
   const ticks = [];
   for (let k = Math.ceil(low / step - 1e-9); k * step <= high + step * 1e-9; ++k) {
@@ -25,10 +28,13 @@ export function numberTicks(low, high, most = 6, whole = false) {
   return ticks;
 }
 
-const LARGE = 1e9;
+
+// As many as tell ticks apart.
+const digitsOf = (far, span) => Math.min(15, Math.max(4, Math.ceil(Math.log10(far / span)) + 3));
 
 function tickText(value, decimals, high, low) {
-  if (decimals > 8 || Math.max(Math.abs(high), Math.abs(low)) >= LARGE) return digits(Number(value.toPrecision(4)));
+  const far = Math.max(Math.abs(high), Math.abs(low));
+  if (decimals > 8 || far >= LARGE) return digits(Number(value.toPrecision(digitsOf(far, high - low))));
   const text = value.toLocaleString('en-US', { minimumFractionDigits: decimals, maximumFractionDigits: decimals });
   return /^-0(\.0*)?$/.test(text) ? text.slice(1) : text;
 }

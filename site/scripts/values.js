@@ -1,9 +1,15 @@
-// Values as they are typed and shown: read as the command reads them, shown as it prints them.
+// Values as they are typed and shown. Each is read by the command's own code; an answer is shown with all its digits.
 import { absent } from '../../wasm/javascript/core.js';
 import { isBasis, isDated, isFlag, isList } from '../pages/parameters.js';
 
-/** The values of a list as they are typed, between commas, semicolons or blanks. */
-export const wordsOfList = (text) => text.split(/[\s,;]+/).filter((word) => word !== '');
+// A list is typed with commas, as in a call. What comes from a sheet has lines, tabs or semicolons between its values, and
+// then a comma may group digits.
+const BETWEEN_CELLS = /[\n\t;]+/;
+
+function listOf(text) {
+  const cells = BETWEEN_CELLS.test(text);
+  return { words: text.split(cells ? BETWEEN_CELLS : ',').map((word) => word.trim()), form: { loose: cells } };
+}
 
 /** What a field holds cannot be read. */
 export class Unreadable extends Error {
@@ -15,9 +21,18 @@ export class Unreadable extends Error {
   }
 }
 
-function read(reading, parameter, text, element) {
-  const { value, reason } = reading.read(parameter.kind, text);
-  if (reason !== undefined) throw new Unreadable(parameter.name, reason, element);
+// What would be read, where that is known.
+function advice(text, hint) {
+  const [, plain] = /--numbers loose reads ([^\s,;]+)/.exec(hint) ?? /--decimal comma reads ([^\s,;]+)/.exec(hint) ?? [];
+  if (plain !== undefined) return `: write ${plain}`;
+  if (text.startsWith('\u2212')) return ': its minus is another sign than -';
+  return /[\d)%] *[-+*/^] *[\d(]/.test(text) ? ' (formulas are worked out by the command finance)' : '';
+}
+
+function read(reading, parameter, text, element, form = {}) {
+  const { value, reason, hint } = reading.read(parameter.kind, text, form);
+  if (reason !== undefined) throw new Unreadable(parameter.name, reason + advice(text, hint), element);
+  if (element !== null && value === absent) throw new Unreadable(parameter.name, 'there is no value between two commas', element);
   return value === absent ? null : value;
 }
 
@@ -28,8 +43,9 @@ function read(reading, parameter, text, element) {
 export function valueOf(reading, parameter, text) {
   const trimmed = text.trim();
   if (!isList(parameter)) return read(reading, parameter, trimmed, null);
-  const words = wordsOfList(trimmed);
-  return words.length === 0 ? null : words.map((word, i) => read(reading, parameter, word, i + 1));
+  if (trimmed === '') return null;
+  const { words, form } = listOf(trimmed);
+  return words.map((word, i) => read(reading, parameter, word, i + 1, form));
 }
 
 /** All arguments by name. @throws {Unreadable} */

@@ -52,5 +52,55 @@ test('a row that cannot be read is a fault, with its line', () => {
 });
 
 test('nothing that can be read', () => {
-  for (const text of ['', '\n \n', 'hello\nworld\n']) assert.deepEqual(read(text).flows, []);
+  for (const text of ['', '\n \n']) assert.deepEqual([read(text).flows, read(text).faults], [[], []]);
+  assert.deepEqual(read('hello\nworld\n').faults, [{ line: 1, what: 'amount', text: 'hello' }]);
+});
+
+test('a first row with digits that cannot be read is no title', () => {
+  const firsts = ['2021-03-01\t-1000.0O', '2021-02-30\t-1000', '2021-03-01\t\u22121 000,50', '2021-03-01\t1000-', 'invested\t-1000'];
+  for (const first of firsts) {
+    const { flows, faults } = read(`${first}\n2022-03-01\t-50\n2023-03-01\t1300\n`);
+    assert.deepEqual([flows.length, faults.map(({ line }) => line)], [2, [1]], first);
+  }
+  assert.deepEqual(read('My fund\nday\tamount\n2021-03-01\t-5\n').titles, [1, 2]);
+});
+
+test('amounts are the column with signs, and other numbers are told', () => {
+  const cases = [
+    ['1\t2021-03-01\t-1000\n2\t2022-03-01\t1300\n', [-1000, 1300], 3, [1]],
+    ['0\t-1000\n1\t300\n2\t900\n', [-1000, 300, 900], 2, [1]],
+    ['0,-1000\n1,300\n2,900\n', [-1000, 300, 900], 2, [1]],
+    ['2020\t1000\n2021\t-300\n', [1000, -300], 2, [1]],
+    ['1\t500\n2\t700\n3\t900\n', [500, 700, 900], 2, [1]],
+    ['2021-03-01\t1001\t-1000\n2022-03-01\t1002\t1300\n', [-1000, 1300], 3, [2]],
+  ];
+  for (const [text, amounts, column, others] of cases) {
+    const got = read(text);
+    assert.deepEqual([got.flows.map(({ amount }) => amount), got.column, got.otherColumns], [amounts, column, others], text);
+  }
+});
+
+test('dates that do not read are faults, not rows without dates', () => {
+  for (const date of ['01/03/21', '1 Mar 2021', '2021-03-01 00:00:00']) {
+    const { flows, faults } = read(`${date}\t-1000\n${date}\t1300\n`);
+    assert.deepEqual([flows, faults.map(({ what, text }) => [what, text])], [[], [['date', date], ['date', date]]], date);
+  }
+  assert.equal(read('1\t-1000\n2\t1300\n', { dates: 'dmy' }).faults.length, 2);
+});
+
+test('amounts in two columns are not taken for one', () => {
+  const { faults } = read('2021-03-01\t1000\t\n2022-03-01\t\t1300\n');
+  assert.equal(faults.length, 1);
+});
+
+test('one line of amounts is a list', () => {
+  for (const text of ['-1000, 300, 400, 500', '-1000\t300\t400\t500\n', '-1000;300;400;500', '-1000 300 400 500'])
+    assert.deepEqual(flowsOf(read(text)), rows([null, -1000], [null, 300], [null, 400], [null, 500]), text);
+  assert.deepEqual(flowsOf(read('-1,000.50')), rows([null, -1000.5]));
+});
+
+test('rows beyond the first sixty decide, too', () => {
+  const text = Array.from({ length: 80 }, (_, i) => `${String((i % 12) + 1).padStart(2, '0')}/${i < 70 ? '01' : '15'}/20${10 + Math.floor(i / 12)}\t${i === 0 ? -100 : 2}`).join('\r\n');
+  const got = read(text);
+  assert.deepEqual([got.dates, got.flows.length, got.faults], ['mdy', 80, []]);
 });

@@ -41,6 +41,13 @@ test('long lists do not overflow', () => {
   assert.ok(Math.abs(rate - 0.01) < 1e-6, String(rate));
 });
 
+test('amounts near the largest double', () => {
+  // 1e308 * (1 + z - z^2 - z^3) = 1e308 * (1 + z)^2 (1 - z): the rate is 0
+  const [found, ...others] = ratesOf([1e308, 1e308, -1e308, -1e308].map((amount, at) => ({ at, amount })));
+  assert.deepEqual(others, []);
+  assert.ok(Math.abs(found.rate) < 1e-12, String(found.rate));
+});
+
 test('what is said of their number', () => {
   assert.equal(changesOfSign([{ amount: -1 }, { amount: 0 }, { amount: 2 }, { amount: -3 }]), 2);
   assert.equal(howMany(0, 0), 'The amounts do not change sign: there is no rate.');

@@ -30,6 +30,63 @@ test('an address brings back what was typed, the curve too', async () => {
   await browser.leave(other);
 });
 
+test('no address holds a page up, or throws', async () => {
+  const addresses = [
+    'PMT.html#nper=1e308&over=nper',
+    'PMT.html#over=nper&from=10000000000000000&to=10000000000000002',
+    'PMT.html#rate=1e308',
+    'SLN.html#cost=1e17&salvage=10&life=1&over=salvage',
+    'PRICE.html#over=rate&from=1%25&to=1.0000001%25',
+    'COUPNCD.html#settlement=9999-01-01&maturity=9999-12-31&over=settlement',
+    'ODDLPRICE.html#settlement=2025-01-20&maturity=2037-09-18&lastInterest=2024-11-15&frequency=3&over=yield',
+    'IRR.html#flows=1,2,3&over=flows-5&from=1&to=2',
+    'FVSCHEDULE.html#rates=&over=rates-1',
+    'XIRR.html#values=%00%zz&dates=<img src=x>',
+    'zelkovan.html#constructor',
+    'zelkovan.html#content',
+    'zelkovan.html#PMT?rate=<b>',
+  ];
+  for (const address of addresses) {
+    const page = await browser.open(address);
+    assert.ok((await page.locator('h1').count()) > 0, address);
+    assert.equal(await page.locator('img').count(), 0, address);
+    assert.deepEqual(page.complaints, [], address);
+    await browser.leave(page);
+  }
+});
+
+test('the link over the header leaves what was typed', async () => {
+  for (const address of ['PMT.html#nper=180', 'zelkovan.html#PMT?nper=180']) {
+    const page = await browser.open(address);
+    const answer = await text(page, '.answer');
+    assert.equal(answer, '-1687.7136560969022');
+    await page.keyboard.press('Tab');
+    await page.keyboard.press('Enter');
+    assert.equal(await text(page, '.answer'), answer);
+    assert.match(page.url(), /nper=180$/);
+    assert.equal(await page.evaluate(() => document.activeElement.tagName), 'MAIN');
+    await browser.leave(page);
+  }
+});
+
+test('pictures have the room that there is, and their letters their size', async () => {
+  const page = await browser.open('PMT.html', { viewport: { width: 320, height: 640 } });
+  const scale = () => page.evaluate(() => {
+    const svg = document.querySelector('.curve svg');
+    return svg.getBoundingClientRect().width / svg.viewBox.baseVal.width;
+  });
+  assert.ok((await scale()) > 0.95, String(await scale()));
+  await page.setViewportSize({ width: 700, height: 640 });
+  await page.waitForFunction(() => document.querySelector('.curve svg').viewBox.baseVal.width > 600);
+  const cut = await page.evaluate(() => {
+    const box = document.querySelector('.curve svg').getBoundingClientRect();
+    return [...document.querySelectorAll('.curve svg text')].filter((label) => label.getBoundingClientRect().left < box.left || label.getBoundingClientRect().right > box.right).length;
+  });
+  assert.equal(cut, 0);
+  assert.deepEqual(page.complaints, []);
+  await browser.leave(page);
+});
+
 test('a search that fails says what to call instead, and leads there', async () => {
   const page = await browser.open('RATE.html#nper=5&pmt=-100&pv=-1000&fv=1800');
   assert.match(await text(page, '.refusal'), /the search starts at -pmt \/ pv.*Instead: IRR flows=-1000,-100,-100,-100,-100,1700$/);
@@ -53,7 +110,7 @@ test('a loan: payments, pictures, a row a period', async () => {
   const page = await browser.open('schedules.html');
   const loan = page.locator('[data-schedule=loan]');
   // 200,000 at 0.5 % for 360 periods: 200000 * 0.005 / (1 - 1.005^-360) = 1199.10
-  assert.match(await loan.locator('.sums').textContent(), /Each payment -1,199\.10; all 360: -431,676\.38, of which interest -231,676\.38\. The last one on 2055-01-31\./);
+  assert.match(await loan.locator('.sums').textContent(), /Each payment -1,199\.10; all 360: -431,676\.38\. Interest -231,676\.38\. The last payment on 2055-01-31\./);
   assert.equal(await loan.locator('tbody tr').count(), 360);
   assert.equal(await loan.locator('svg').count(), 2);
   await loan.locator('[name=nper]').fill('2.5');

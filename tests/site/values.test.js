@@ -21,7 +21,9 @@ test('a field is read as the command reads an argument', () => {
     [number, '1e-3', 0.001],
     [{ name: 'd', kind: 'date' }, '2008-02-15', 17577],
     [{ name: 'b', kind: 'day-count basis' }, 'ACT/360', 'ACT/360'],
-    [list, '-1000, 300;400\n 50%', [-1000, 300, 400, 0.5]],
+    [list, '-1000, 300,400 , 50%', [-1000, 300, 400, 0.5]],
+    [list, '-1,000.00\n300.00\n(900)\n', [-1000, 300, -900]],
+    [list, '-1,000;300', [-1000, 300]],
     [list, ' \n', null],
     [{ name: 'dates', kind: 'dates' }, '1960-01-01,1960-01-02', [0, 1]],
   ];
@@ -40,6 +42,10 @@ test('what cannot be read is said of its argument, in a list of its value', () =
   };
   assert.deepEqual(fault(number, 'five'), ['x', null, "'five' is not a number"]);
   assert.deepEqual(fault(list, '1,2,x'), ['flows', 3, "'x' is not a number"]);
+  assert.deepEqual(fault(list, '1,,2'), ['flows', 2, 'there is no value between two commas']);
+  assert.deepEqual(fault(list, '1 2'), ['flows', 1, "'1 2' is not a number"]);
+  assert.deepEqual(fault(number, '200,000'), ['x', null, "'200,000' is not a number: write 200000"]);
+  assert.deepEqual(fault(number, '6%/12'), ['x', null, "'6%/12' is not a number (formulas are worked out by the command finance)"]);
 });
 
 test('the text of each example gives its answer', () => {
@@ -101,6 +107,7 @@ test('search finds names first, then titles, arguments and words', () => {
   assert.equal(names('PRICE')[0], 'PRICE');
   assert.deepEqual(names('bond equivalent'), ['TBILLEQ']);
   assert.ok(names('reinvestRate').includes('MIRR'));
+  assert.equal(names('irr zzz')[0], 'IRR');
   assert.deepEqual(names('zzz'), []);
   assert.deepEqual(names('  '), []);
   assert.equal(calculationNamed('TBILLEQ').calculation, 'TBILLEQ');
