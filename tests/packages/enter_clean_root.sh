@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# enter_clean_root.sh ROOT KEPT PACKAGES...: unpacks KEPT/root.tar into ROOT and runs in_clean_root.sh there. To be run as root
-# in namespaces of its own, with which mounts and servers go. What apt fetches is kept in KEPT/archives.
+# enter_clean_root.sh ROOT KEPT PACKAGES AND PAGE...: unpacks KEPT/root.tar into ROOT and runs in_clean_root.sh there, with the
+# files beside it. To be run as root in namespaces of its own, with which mounts and servers go. What apt fetches is kept in
+# KEPT/archives.
 set -euo pipefail
 root=$1 kept=$2
 shift 2

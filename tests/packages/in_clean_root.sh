@@ -30,6 +30,13 @@ mapfile -t files < <(dpkg -L "${names[@]}" | while read -r file; do [ -d "$file"
 [ ${#files[@]} -gt 30 ] || fail "only ${#files[@]} files are installed"
 echo "installed: ${names[*]}, ${#files[@]} files"
 
+# ---- What docs/install.md says is there
+
+mapfile -t told < <(grep -o '`/usr/[^`]*`' "$here/install.md" | tr -d '`')
+[ ${#told[@]} -gt 5 ] || fail "the page names ${#told[@]} paths"
+for path in "${told[@]}"; do [ -e "$path" ] || fail "$path of the page is not there"; done
+for name in "${names[@]}"; do grep -qF "apt install ./${name}_*.deb" "$here/install.md" || fail "the page does not install $name"; done
+
 # ---- The command, wherever it is called from
 
 same "finance" 1800 finance SLN 10000 1000 5
