@@ -25,6 +25,9 @@ if(GIT_FOUND)
     endif()
 endif()
 
+# The one line that packages, pages and programs say of the license; its text is in LICENSE.
+set(ZELKOVAN_LICENSE "Copyright 2026 the zelkovan authors. MIT license.")
+
 set(ZELKOVAN_SHORT_VERSION "${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}0")
 set(ZELKOVAN_RELEASE "${ZELKOVAN_SHORT_VERSION}.0${PROJECT_VERSION_PATCH}A0B000000" CACHE STRING "Release string")
 set(ZELKOVAN_BUILD_HOST "${build_host}" CACHE STRING "Build host name in the version record")

@@ -16,14 +16,21 @@ install(FILES completions/finance.bash DESTINATION "${CMAKE_INSTALL_DATADIR}/bas
         RENAME finance)
 install(FILES completions/_finance DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
 
-configure_package_config_file(cmake/zelkovanConfig.cmake.in "${CMAKE_BINARY_DIR}/generated/zelkovanConfig.cmake"
-    INSTALL_DESTINATION "${package_folder}"
-    PATH_VARS CMAKE_INSTALL_INCLUDEDIR library_folder)
-write_basic_package_version_file("${CMAKE_BINARY_DIR}/generated/zelkovanConfigVersion.cmake"
-    COMPATIBILITY SameMajorVersion)
+# zelkovan_development_files(MODULE_FOLDER PACKAGE_FOLDER PKGCONFIG_FOLDER OUTPUT): CMake package and pkg-config file of an
+# installation with these folders, all below its prefix, into OUTPUT.
+function(zelkovan_development_files module_folder package_folder pkgconfig_folder output)
+    configure_package_config_file(cmake/zelkovanConfig.cmake.in "${output}/zelkovanConfig.cmake"
+        INSTALL_DESTINATION "${package_folder}"
+        PATH_VARS CMAKE_INSTALL_INCLUDEDIR module_folder)
+    write_basic_package_version_file("${output}/zelkovanConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+    file(RELATIVE_PATH prefix_from_pkgconfig "/${pkgconfig_folder}" /)
+    string(REGEX REPLACE "/$" "" prefix_from_pkgconfig "${prefix_from_pkgconfig}")
+    configure_file(cmake/zelkovan.pc.in "${output}/zelkovan.pc" @ONLY)
+endfunction()
+zelkovan_development_files("${library_folder}" "${package_folder}" "${library_folder}/pkgconfig"
+                           "${CMAKE_BINARY_DIR}/generated")
+
 install(FILES "${CMAKE_BINARY_DIR}/generated/zelkovanConfig.cmake"
               "${CMAKE_BINARY_DIR}/generated/zelkovanConfigVersion.cmake"
         DESTINATION "${package_folder}")
-
-configure_file(cmake/zelkovan.pc.in "${CMAKE_BINARY_DIR}/generated/zelkovan.pc" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/generated/zelkovan.pc" DESTINATION "${library_folder}/pkgconfig")

@@ -14,7 +14,8 @@ namespace pages = finance::catalogue::pages;
 void write_pages(const char* folder) {
     const auto jobs = finance::command::jobs();
     const std::vector<pages::Word> words{jobs.begin(), jobs.end()};
-    std::vector<pages::PageFile> files = pages::page_files({words, finance::command::options(), FINANCE_VERSION});
+    std::vector<pages::PageFile> files =
+        pages::page_files({words, finance::command::options(), FINANCE_VERSION, FINANCE_LICENSE});
     files.push_back(
         {"wasm/javascript/catalogue.json", finance::command::json_catalogue(finance::catalogue::calculations())});
     pages::write_files(folder, files);

@@ -70,8 +70,10 @@ CommandLine read_command_line(int argc, const char* const* argv) {
 }
 
 Outcome version(bool json) {
-    if (!json) return {exit_answered, "finance " FINANCE_VERSION "\n", ""};
-    return {exit_answered, JsonText{}.object().member("version", FINANCE_VERSION).end_object().str() + '\n', ""};
+    if (!json) return {exit_answered, "finance " FINANCE_VERSION "\n" FINANCE_LICENSE "\n", ""};
+    JsonText text;
+    text.object().member("version", FINANCE_VERSION).member("license", FINANCE_LICENSE).end_object();
+    return {exit_answered, text.str() + '\n', ""};
 }
 
 Outcome run_words(const CommandLine& line) {

@@ -10,6 +10,7 @@ namespace finance::command {
 namespace {
 
 constexpr const char* module_file = "zelkovan.so";
+constexpr const char* packaged_folder = "lib/x86_64-linux-gnu/zelkovan";  // below /usr: cmake/DebianPackages.cmake
 constexpr std::size_t most_said = 1000;
 
 }  // namespace
@@ -23,11 +24,14 @@ std::filesystem::path find_module(const std::filesystem::path& told, const std::
     }
     const std::filesystem::path folder = program.parent_path();
     std::filesystem::path installed = folder.parent_path() / "lib" / module_file;
+    std::filesystem::path packaged = folder.parent_path() / packaged_folder / module_file;
     std::filesystem::path beside = folder / module_file;
     if (is_file(installed)) return installed;
+    if (is_file(packaged)) return packaged;
     if (is_file(beside)) return beside;
-    throw ModuleNotFound{"the module is neither at " + catalogue::shown(installed.string()) + " nor at " +
-                         catalogue::shown(beside.string()) + "; say where it is with --module PATH"};
+    throw ModuleNotFound{"the module is neither at " + catalogue::shown(installed.string()) + ", nor at " +
+                         catalogue::shown(packaged.string()) + ", nor at " + catalogue::shown(beside.string()) +
+                         "; say where it is with --module PATH"};
 }
 
 const host::EmbeddedHost& HostOnDemand::get() {

@@ -18,7 +18,8 @@ public:
 
 std::filesystem::path this_program();
 
-// told: may be empty. Otherwise ../lib/zelkovan.so from the program's folder, then zelkovan.so in it.
+// told: may be empty. Otherwise zelkovan.so in ../lib from the program's folder, in the folder of the distribution's packages
+// (../lib/x86_64-linux-gnu/zelkovan), or beside the program.
 std::filesystem::path find_module(const std::filesystem::path& told, const std::filesystem::path& program);
 
 class HostOnDemand {

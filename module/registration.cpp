@@ -95,7 +95,7 @@ const ImageInformation vi_mcn = {
     .release = ZELKOVAN_RELEASE,
     .build_date = ZELKOVAN_BUILD_DATE,
     .program_controls = mcn_pcns,
-    .notice = "zelkovan: financial calculations for the function FINANCE",
+    .notice = "zelkovan: financial calculations for the function FINANCE. " ZELKOVAN_LICENSE,
     .sequence = "001",
 };
 

@@ -60,6 +60,7 @@ struct CommandWords {
     std::span<const Word> words;
     std::span<const Option> options;  // before the first word
     std::string_view version;
+    std::string_view license;  // a line
 };
 
 // How a shell's script says what can be typed: "echo " LIST " ;;", and what stands in a list for names that it knows.

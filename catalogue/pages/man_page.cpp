@@ -177,12 +177,16 @@ std::string calculations(std::span<const Family> families) {
     return text;
 }
 
+std::string license(std::string_view line) {
+    return section("COPYRIGHT") + roff(line) + " There is no warranty, to the extent permitted by law.\n";
+}
+
 }  // namespace
 
 std::string man_page(std::span<const Family> families, const CommandWords& command) {
     return title(command.version) + section("NAME") + "finance \\- financial calculations\n" + synopsis(command) +
            description(command) + options(command) + arguments() + prompt() + exit_status() + files() + examples() +
-           calculations(families);
+           calculations(families) + license(command.license);
 }
 
 }  // namespace finance::catalogue::pages

@@ -21,5 +21,5 @@ done
 faults=$(groff -z -ww -man -Tutf8 "$work/docs/finance.1" 2>&1)
 [ -z "$faults" ] || { echo "$faults"; exit 1; }
 sections=$(grep '^\.SH ' "$work/docs/finance.1" | tr '\n' ' ')
-[ "$sections" = ".SH NAME .SH SYNOPSIS .SH DESCRIPTION .SH OPTIONS .SH ARGUMENTS .SH PROMPT AND SCRIPTS .SH EXIT STATUS .SH FILES .SH EXAMPLES .SH CALCULATIONS " ] ||
+[ "$sections" = ".SH NAME .SH SYNOPSIS .SH DESCRIPTION .SH OPTIONS .SH ARGUMENTS .SH PROMPT AND SCRIPTS .SH EXIT STATUS .SH FILES .SH EXAMPLES .SH CALCULATIONS .SH COPYRIGHT " ] ||
     { echo "sections: $sections"; exit 1; }

@@ -31,7 +31,7 @@ const std::vector<pages::Word> words{
     {"plot", "'CALL(...)' NAME=FIRST..LAST", "a picture", plot_option, {}, pages::Takes::variable},
 };
 const std::vector<pages::Option> options{{"--module", "PATH", "another module"}, {"--json", "", "for machines"}};
-const pages::CommandWords command{words, options, "9.8.7"};
+const pages::CommandWords command{words, options, "9.8.7", "Copyright of nobody."};
 
 bool contains(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
 
@@ -146,6 +146,7 @@ TEST(ManPage, WordsOptionsAndCalculations) {
     EXPECT_TRUE(contains(text, "\n.TP\n\\fB\\-\\-module\\fR \\fIPATH\\fR\nanother module\n"));
     EXPECT_TRUE(contains(text, "\n.SS \"After fold\"\n.TP\n\\fB\\-b\\fR, \\fB\\-\\-by\\fR \\fICOLUMN\\fR\n"));
     EXPECT_TRUE(contains(text, "\n.SS \"After plot\"\n.TP\n\\fB\\-\\-plot\\fR \\fIFILE\\fR\n"));
+    EXPECT_TRUE(contains(text, "\n.SH COPYRIGHT\nCopyright of nobody. "));
     EXPECT_TRUE(contains(text, "\n.TP\n\\fB\\&.\\fR\nA missing value.\n")) << "a dot alone is no request";
     for (const catalogue::Calculation& calculation : catalogue::calculations()) {
         EXPECT_TRUE(contains(text, "\n\\fB" + std::string{calculation.name} + "\\fR ")) << calculation.name;

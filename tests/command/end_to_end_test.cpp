@@ -377,6 +377,8 @@ TEST(Command, Version) {
     EXPECT_EQ(run.exit_status, 0);
     EXPECT_EQ(run.output.rfind("finance ", 0), 0U);
     EXPECT_GT(number(run.output.substr(8)), 0.0);
+    EXPECT_NE(run.output.find("\nCopyright 2026 the zelkovan authors. MIT license.\n"), std::string::npos)
+        << run.output;
 }
 
 TEST(Command, ToldModule) {

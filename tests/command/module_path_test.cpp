@@ -29,6 +29,9 @@ TEST_F(ModulePath, InstalledThenBeside) {
     EXPECT_THROW(command::find_module("", program()), command::ModuleNotFound);
     put("bin/zelkovan.so");
     EXPECT_EQ(command::find_module("", program()), root_ / "bin" / "zelkovan.so");
+    fs::create_directories(root_ / "lib/x86_64-linux-gnu/zelkovan");
+    put("lib/x86_64-linux-gnu/zelkovan/zelkovan.so");
+    EXPECT_EQ(command::find_module("", program()), root_ / "lib/x86_64-linux-gnu/zelkovan" / "zelkovan.so");
     put("lib/zelkovan.so");
     EXPECT_EQ(command::find_module("", program()), root_ / "lib" / "zelkovan.so");
 }
@@ -48,6 +51,8 @@ TEST_F(ModulePath, SaysWhereItLooked) {
     } catch (const command::ModuleNotFound& error) {
         const std::string text = error.what();
         EXPECT_NE(text.find((root_ / "lib" / "zelkovan.so").string()), std::string::npos) << text;
+        EXPECT_NE(text.find((root_ / "lib/x86_64-linux-gnu/zelkovan" / "zelkovan.so").string()), std::string::npos)
+            << text;
         EXPECT_NE(text.find((root_ / "bin" / "zelkovan.so").string()), std::string::npos) << text;
         EXPECT_NE(text.find("--module PATH"), std::string::npos) << text;
     }

@@ -2,6 +2,7 @@
 # use_installation.sh CMAKE BUILD_FOLDER CONSUMER_FOLDER C_COMPILER HOST_SOURCE
 set -euo pipefail
 cmake=$1 build=$2 consumer=$3 compiler=$4 host=$5
+here=$(dirname "$(readlink -f "$0")")
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -11,29 +12,5 @@ for file in lib/zelkovan.so bin/finance include/zelkovan/zelkovan.h share/man/ma
     share/bash-completion/completions/finance share/zsh/site-functions/_finance; do
     [ -f "$prefix/$file" ] || { echo "not installed: $file"; exit 1; }
 done
-
-echo "by CMake package:"
-"$cmake" -S "$consumer" -B "$work/consumer" -G Ninja -D CMAKE_PREFIX_PATH="$prefix" -D CMAKE_C_COMPILER="$compiler" \
-    >/dev/null
-"$cmake" --build "$work/consumer" >/dev/null
-"$work/consumer/consumer"
-
-echo "by pkg-config:"
-export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
-flags=$(pkg-config --cflags zelkovan)
-module=$(pkg-config --variable=module zelkovan)
-# shellcheck disable=SC2086
-"$compiler" -std=c11 $flags -DMODULE_FILE="\"$module\"" "$consumer/consumer.c" -o "$work/by-pkg-config" -ldl
-"$work/by-pkg-config"
-
-echo "a host of one's own:"
-# shellcheck disable=SC2086
-"$compiler" -std=c11 $flags "$host" -o "$work/c_host" -ldl
-"$work/c_host" "$module"
-
-echo "the command, moved and from another folder:"
-mv "$prefix" "$work/moved"
-cd /
-answer=$("$work/moved/bin/finance" PMT rate=1 nper=1 pv=100)
-[ "$answer" = "-200" ] || { echo "got $answer instead of -200"; exit 1; }
-echo "$answer"
+if [ -e "$prefix/share/doc" ]; then echo "files of Debian packages are installed"; exit 1; fi
+"$here/use_prefix.sh" "$cmake" "$prefix" lib "$consumer" "$compiler" "$host"

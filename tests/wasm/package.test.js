@@ -139,9 +139,10 @@ test('the package holds what it must and nothing of the build', () => {
   const folder = join(packed.project, 'node_modules/zelkovan');
   const manifest = JSON.parse(readFileSync(join(folder, 'package.json'), 'utf8'));
   assert.equal(manifest.dependencies, undefined);
+  assert.equal(manifest.license, 'MIT');
   const files = readdirSync(folder, { recursive: true });
-  for (const file of ['README.md', 'zelkovan.wasm', 'catalogue.json', 'index.d.ts', 'worker/thread.js']) assert.ok(files.includes(file), file);
-  assert.ok(files.every((file) => file === 'worker' || /\.(js|json|d\.ts|md|wasm)$/.test(file)), files.join(' '));
+  for (const file of ['LICENSE', 'README.md', 'zelkovan.wasm', 'catalogue.json', 'index.d.ts', 'worker/thread.js']) assert.ok(files.includes(file), file);
+  assert.ok(files.every((file) => ['worker', 'LICENSE'].includes(file) || /\.(js|json|d\.ts|md|wasm)$/.test(file)), files.join(' '));
 });
 
 // "expression; // value" in its blocks, and "const name = ...;".

@@ -21,6 +21,7 @@ mkdirSync(folder, { recursive: true });
 // Reading what is typed is the business of pages.
 cpSync(javascript, folder, { recursive: true, filter: (file) => !file.endsWith('/reading.js') });
 cpSync(join(root, 'wasm/packaging/README.md'), join(folder, 'README.md'));
+cpSync(join(root, 'LICENSE'), join(folder, 'LICENSE'));
 
 const files = {
   'package.json': `${JSON.stringify(manifest(version), null, 2)}\n`,

@@ -5,6 +5,8 @@ export const manifest = (version) => ({
   version,
   description: 'More than fifty financial calculations: bonds, annuities, internal rates, depreciation. WebAssembly, no dependencies',
   keywords: ['finance', 'bond', 'yield', 'annuity', 'irr', 'xirr', 'npv', 'depreciation', 'wasm'],
+  license: 'MIT',
+  author: 'the zelkovan authors',
   type: 'module',
   engines: { node: '>=18' },
   types: './index.d.ts',
