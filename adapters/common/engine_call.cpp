@@ -1,6 +1,7 @@
 #include "adapters/common/engine_call.hpp"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -22,7 +23,23 @@ const host::EmbeddedHost& shared_host() {
 
 // ---- Functions
 
-std::string function_name(const Calculation& calculation) { return "fin_" + catalogue::lower_case(calculation.name); }
+std::string function_name(const Calculation& calculation) { return way_name(calculation, Way::answer); }
+
+std::string way_name(const Calculation& calculation, Way way) {
+    constexpr std::array<const char*, 3> prefixes{"fin_", "fin_try_", "fin_why_"};
+    return catalogue::item_of<Way::reason>(prefixes, way) + catalogue::lower_case(calculation.name);
+}
+
+std::string way_remark(const Calculation& calculation, Way way) {
+    switch (way) {
+        case Way::attempt:
+            return "As " + function_name(calculation) + ", but NULL where that is an error.";
+        case Way::reason:
+            return "Why " + function_name(calculation) + " has no value, in a sentence; NULL where it has one.";
+        default:
+            return {};
+    }
+}
 
 std::size_t fewest_parameters(const Calculation& calculation) {
     return static_cast<std::size_t>(std::ranges::count_if(
@@ -86,14 +103,34 @@ host::Argument basis_argument(std::string_view text) {
 
 // ---- Calls
 
-std::optional<double> value_of(const calls::Answer& answer) {
-    if (answer.verdict() == calls::Verdict::refused) throw calls::CallRefused{answer.named_sentence()};
+namespace {
+
+calls::Answer answer_to(const Calculation& calculation, calls::Arguments arguments,
+                        const host::Evaluation& evaluation) {
+    return calls::answer_of(shared_host(), calculation, arguments, evaluation);
+}
+
+}  // namespace
+
+std::optional<double> value_of(const calls::Answer& answer, Way way) {
+    if (way == Way::answer && answer.verdict() == calls::Verdict::refused) {
+        throw calls::CallRefused{answer.named_sentence()};
+    }
     return answer.verdict() == calls::Verdict::answered ? std::optional{answer.value()} : std::nullopt;
 }
 
-std::optional<double> call(const Calculation& calculation, calls::Arguments arguments) {
+std::optional<double> call(const Calculation& calculation, calls::Arguments arguments, Way way) {
     const host::Evaluation evaluation = calls::evaluate(shared_host(), calculation, arguments);
-    return value_of(calls::answer_of(shared_host(), calculation, arguments, evaluation));
+    return value_of(answer_to(calculation, arguments, evaluation), way);
+}
+
+std::string why_no_value(const calls::Answer& answer) {
+    return answer.verdict() == calls::Verdict::answered ? std::string{} : answer.named_sentence();
+}
+
+std::string why_no_value(const Calculation& calculation, calls::Arguments arguments) {
+    const host::Evaluation evaluation = calls::evaluate(shared_host(), calculation, arguments);
+    return why_no_value(answer_to(calculation, arguments, evaluation));
 }
 
 }  // namespace finance::adapters

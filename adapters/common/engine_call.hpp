@@ -17,6 +17,7 @@
 #include <string_view>
 
 #include "adapters/common/kinds_of_values.hpp"
+#include "adapters/common/ways.hpp"
 #include "calls/answer.hpp"
 #include "catalogue/catalogue.hpp"
 #include "host/batch.hpp"
@@ -29,7 +30,9 @@ const host::EmbeddedHost& shared_host();
 
 // ---- Functions
 
-std::string function_name(const catalogue::Calculation& calculation);  // "fin_price"
+std::string function_name(const catalogue::Calculation& calculation);        // "fin_price"
+std::string way_name(const catalogue::Calculation& calculation, Way way);    // "fin_try_price"
+std::string way_remark(const catalogue::Calculation& calculation, Way way);  // "", or what it gives beside fin_price
 
 inline bool is_scalar(const catalogue::Calculation& calculation) { return catalogue::list_count(calculation) == 0; }
 
@@ -56,9 +59,14 @@ inline bool all_speak_for_themselves(const catalogue::Calculation& calculation, 
     return !calculation.searches && all_finite(values);
 }
 
-// The value of an answer, nothing where it is missing or none that holds. CallRefused, the sentence naming the
-// calculation.
-std::optional<double> value_of(const calls::Answer& answer);
-std::optional<double> call(const catalogue::Calculation& calculation, calls::Arguments arguments);
+// The value of an answer, nothing where it is missing or none that holds. In the way of an answer CallRefused, the
+// sentence naming the calculation.
+std::optional<double> value_of(const calls::Answer& answer, Way way = Way::answer);
+std::optional<double> call(const catalogue::Calculation& calculation, calls::Arguments arguments,
+                           Way way = Way::answer);
+
+// The sentence of a call, naming the calculation, where it has no value; "" where it has one.
+std::string why_no_value(const calls::Answer& answer);
+std::string why_no_value(const catalogue::Calculation& calculation, calls::Arguments arguments);
 
 }  // namespace finance::adapters

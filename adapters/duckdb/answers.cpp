@@ -1,6 +1,7 @@
 #include <cmath>
 #include <string>
 
+#include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/date_values.hpp"
 #include "adapters/duckdb/functions.hpp"
 
@@ -11,32 +12,68 @@ using catalogue::ResultKind;
 
 namespace {
 
-std::int32_t date_of_answer(const Calculation& calculation, double answer) {
-    if (const auto date = date_of_host_days(answer)) return *date;
-    throw calls::CallRefused{std::string{calculation.name} + ": the answer, day " + std::to_string(answer) +
-                             " since 1960-01-01, is no date of DuckDB's"};
+std::string no_date_words(const Calculation& calculation, double answer) {
+    return std::string{calculation.name} + ": the answer, day " + std::to_string(answer) +
+           " since 1960-01-01, is no date of DuckDB's";
 }
 
 }  // namespace
 
-Answers::Answers(const Calculation& calculation, duckdb_vector result, std::size_t rows)
-    : calculation_{calculation}, result_{result} {
-    if (calculation.result == ResultKind::date) {
-        days_.resize(rows);
-        values_ = days_;
+void put_text(duckdb_vector column, std::size_t row, std::string_view text) {
+    duckdb_vector_assign_string_element_len(column, row, text.data(), text.size());
+}
+
+Answers::Answers(const Signature& signature, duckdb_vector result, RowMask& rows, Way way)
+    : calculation_{*signature.calculation},
+      result_{result},
+      rows_{rows},
+      way_{way},
+      given_{way == Way::reason ? rows : RowMask{0}} {
+    if (calculation_.result == ResultKind::date || way == Way::reason) {
+        buffer_.resize(rows.rows());
+        values_ = buffer_;
     } else {
-        values_ = {static_cast<double*>(duckdb_vector_get_data(result)), rows};
+        values_ = {static_cast<double*>(duckdb_vector_get_data(result)), rows.rows()};
     }
 }
 
-void Answers::finish(RowMask& rows) {
-    if (!days_.empty()) {
-        auto* dates = static_cast<std::int32_t*>(duckdb_vector_get_data(result_));
-        for (std::size_t row = rows.next(0); row < rows.rows(); row = rows.next(row + 1)) {
-            dates[row] = date_of_answer(calculation_, values_[row]);
+void Answers::write_dates() {
+    auto* dates = static_cast<std::int32_t*>(duckdb_vector_get_data(result_));
+    for (std::size_t row = rows_.next(0); row < rows_.rows(); row = rows_.next(row + 1)) {
+        const auto date = date_of_host_days(values_[row]);
+        if (!date && way_ == Way::answer) throw calls::CallRefused{no_date_words(calculation_, values_[row])};
+        if (!date) {
+            rows_.drop(row);
+        } else {
+            dates[row] = *date;
         }
     }
-    rows.write_nulls(result_);
+}
+
+// A row that is left has a value, unless that is no date.
+void Answers::write_reasons(const std::function<std::string(std::size_t)>& why) {
+    const bool dated = calculation_.result == ResultKind::date;
+    std::size_t next_valued = rows_.next(0);
+    for (std::size_t row = given_.next(0); row < given_.rows(); row = given_.next(row + 1)) {
+        if (next_valued < row) next_valued = rows_.next(row);
+        if (row != next_valued) {
+            put_text(result_, row, why(row));
+        } else if (dated && !date_of_host_days(values_[row])) {
+            put_text(result_, row, no_date_words(calculation_, values_[row]));
+        } else {
+            given_.drop(row);
+        }
+    }
+}
+
+void Answers::finish(const std::function<std::string(std::size_t)>& why) {
+    rows_.drop_missing(values_);
+    if (way_ == Way::reason) {
+        write_reasons(why);
+        return given_.write_nulls(result_);
+    }
+    if (calculation_.result == ResultKind::date) write_dates();
+    rows_.write_nulls(result_);
 }
 
 }  // namespace finance::adapters::duckdb

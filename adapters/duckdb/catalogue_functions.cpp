@@ -18,10 +18,6 @@ using catalogue::Calculation;
 
 namespace {
 
-void put_text(duckdb_vector column, std::size_t row, std::string_view text) {
-    duckdb_vector_assign_string_element_len(column, row, text.data(), text.size());
-}
-
 // What a group's rows are put in order by: "dates, values", or "day, flows" where the day is a column of the user's own.
 // Flows of one day go by their values, so that two lists stay in step however many threads there are.
 std::string order_words(const Calculation& calculation) {

@@ -20,7 +20,7 @@ void keep(const duckdb_ext_api_v1& functions) {
 void register_all(duckdb_connection connection) {
     (void)shared_host();  // a module that does not load is told now, not by the first query
     for (const catalogue::Calculation& calculation : catalogue::calculations()) {
-        register_scalar(connection, calculation);
+        for (const Way way : ways) register_scalar(connection, calculation, way);
     }
     register_catalogue(connection);
 }

@@ -1,7 +1,7 @@
 //  (1) A list with a NULL or a NaN in it is missing, and so is the result.
 //  (2) Two lists of one call must have equally many values.
-//  (3) Rows are called together where each list begins at the end of the one before, as DuckDB mostly lays them. Where one
-//      of them is refused they are called again one by one, for the sentence of the first.
+//  (3) Rows are called together where each list begins at the end of the one before, as DuckDB mostly lays them. Those
+//      that are refused are called again one by one, for the sentence of the first, where that ends the query.
 //
 // Rows of a group are gathered by DuckDB's own list(). Where a query sorts the rows of an aggregate function, f(x ORDER BY
 // y), the C interface hands its update one state for a whole chunk and not one a row, without a sign that it does (seen in
@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "abi/zelkovan.h"
 #include "adapters/common/engine_call.hpp"
 #include "adapters/duckdb/chunk_columns.hpp"
 #include "adapters/duckdb/functions.hpp"
@@ -101,15 +102,6 @@ private:
     std::vector<const ListColumn*> of_parameter_;
 };
 
-std::optional<double> call_of_lists(const Calculation& calculation, std::span<const host::Argument> scalars,
-                                    std::span<const std::span<const double>> lists) {
-    const auto sizes = [&](std::size_t i) { return lists[i].size(); };
-    if (const auto fault = calls::unpaired(calculation, lists.size(), sizes)) {
-        throw calls::CallRefused{calls::named_pairing_words(calculation, *fault)};
-    }
-    return call(calculation, calls::unrolled(calculation, scalars, lists));
-}
-
 // The call of one row.
 class RowCall {
 public:
@@ -121,9 +113,17 @@ public:
           scalars_(parameters, host::Argument::absent()),
           lists_(parameters) {}
 
-    std::optional<double> answer(std::size_t row) {
+    std::optional<double> answer(std::size_t row, Way way) {
         take(row);
-        return call_of_lists(calculation_, scalars_, lists_);
+        const auto fault = unpaired();
+        if (fault && way == Way::answer) throw calls::CallRefused{calls::named_pairing_words(calculation_, *fault)};
+        return fault ? std::nullopt : call(calculation_, calls::unrolled(calculation_, scalars_, lists_), way);
+    }
+
+    std::string why(std::size_t row) {
+        take(row);
+        if (const auto fault = unpaired()) return calls::named_pairing_words(calculation_, *fault);
+        return why_no_value(calculation_, calls::unrolled(calculation_, scalars_, lists_));
     }
 
     bool holds(std::size_t row, double answer) {
@@ -134,10 +134,14 @@ public:
 
     [[nodiscard]] bool is_paired(std::size_t row) {
         take(row);
-        return !calls::unpaired(calculation_, lists_.size(), [&](std::size_t i) { return lists_[i].size(); });
+        return !unpaired();
     }
 
 private:
+    [[nodiscard]] std::optional<calls::Unpaired> unpaired() const {
+        return calls::unpaired(calculation_, lists_.size(), [&](std::size_t i) { return lists_[i].size(); });
+    }
+
     void take(std::size_t row) {
         columns_.fill(scalars_, row);
         list_columns_.fill(lists_, row);
@@ -166,10 +170,10 @@ bool add_lists(const Calculation& calculation, const ListColumns& list_columns, 
     return true;
 }
 
-// The rows of one run in one batch; what is missing or does not hold is a NaN. False where they have to be called one by
-// one.
+// The rows of one run in one batch; what is refused, missing or does not hold is a NaN. False where they have to be
+// called one by one.
 bool answer_together(const Calculation& calculation, const ChunkColumns& chunk, const ListColumns& list_columns,
-                     Run run, RowCall& row_call, std::span<double> answers) {
+                     Run run, RowCall& row_call, std::span<double> answers, Way way) {
     std::vector<host::Column> columns = chunk.columns_from(run.first);
     std::deque<std::vector<std::int64_t>> starts;
     const std::size_t rows = run.last - run.first;
@@ -178,8 +182,16 @@ bool answer_together(const Calculation& calculation, const ChunkColumns& chunk, 
     for (std::size_t row = run.first; row < run.last; ++row) {
         if (!row_call.is_paired(row)) return false;
     }
-    const host::Batch batch{.name = calculation.name, .columns = columns, .rows = rows, .results = &answers[run.first]};
-    if (shared_host().evaluate_rows(batch) != 0) return false;
+    std::vector<std::uint32_t> statuses(rows);
+    const host::Batch batch{.name = calculation.name,
+                            .columns = columns,
+                            .rows = rows,
+                            .results = &answers[run.first],
+                            .statuses = statuses.data()};
+    const bool refused = shared_host().evaluate_rows(batch) > 0 && way == Way::answer;
+    for (std::size_t i = 0; refused && i < rows; ++i) {
+        if (statuses[i] != ZELKOVAN_STATUS_SUCCESS) (void)row_call.answer(run.first + i, way);
+    }
     for (std::size_t row = run.first; row < run.last; ++row) {
         if (!std::isnan(answers[row]) && !row_call.holds(row, answers[row])) answers[row] = std::nan("");
     }
@@ -188,7 +200,7 @@ bool answer_together(const Calculation& calculation, const ChunkColumns& chunk, 
 
 }  // namespace
 
-void answer_lists(const Signature& signature, duckdb_data_chunk chunk, duckdb_vector result) {
+void answer_lists(const Signature& signature, duckdb_data_chunk chunk, duckdb_vector result, Way way) {
     const Calculation& calculation = *signature.calculation;
     const std::size_t parameters = signature.types.size();
     ChunkColumns columns{chunk};
@@ -204,16 +216,15 @@ void answer_lists(const Signature& signature, duckdb_data_chunk chunk, duckdb_ve
     for (std::size_t row = rows.next(0); row < rows.rows(); row = rows.next(row + 1)) {
         if (!list_columns.complete(row)) rows.drop(row);
     }
-    Answers answers{calculation, result, rows.rows()};
+    Answers answers{signature, result, rows, way};
     RowCall row_call{calculation, columns, list_columns, parameters};
     for (Run run = rows.next_run(0); !run.empty(); run = rows.next_run(run.last)) {
-        if (answer_together(calculation, columns, list_columns, run, row_call, answers.values())) continue;
+        if (answer_together(calculation, columns, list_columns, run, row_call, answers.values(), way)) continue;
         for (std::size_t row = run.first; row < run.last; ++row) {
-            answers.values()[row] = row_call.answer(row).value_or(std::nan(""));
+            answers.values()[row] = row_call.answer(row, way).value_or(std::nan(""));
         }
     }
-    rows.drop_missing(answers.values());
-    answers.finish(rows);
+    answers.finish([&](std::size_t row) { return row_call.why(row); });
 }
 
 }  // namespace finance::adapters::duckdb

@@ -57,29 +57,35 @@ Outcome refused(const Calculation& calculation, const std::string& sentence) {
     return {.trouble = Trouble::argument, .sentence = kept(sentence), .usage = kept(sql_usage(calculation))};
 }
 
-Outcome outcome_of(const Calculation& calculation, const host::Evaluation& evaluation, const Row& row) {
+Outcome outcome_of(const Calculation& calculation, const host::Evaluation& evaluation, const Row& row, Way way) {
     if (evaluation.answered() && speaks_for_itself(calculation, evaluation.value)) {
         return {.verdict = Verdict::answered, .value = evaluation.value};
     }
+    const bool valued = evaluation.answered() && std::isfinite(evaluation.value);
+    if (way == Way::attempt && !valued) return {.verdict = Verdict::missing};
     const std::vector<host::Argument> arguments = arguments_of(calculation, row);
     const calls::Answer answer = calls::answer_of(shared_host(), calculation, arguments, evaluation);
     if (answer.verdict() == Verdict::answered) return {.verdict = Verdict::answered, .value = evaluation.value};
-    if (answer.verdict() != Verdict::refused) return {.verdict = Verdict::missing};
+    if (way == Way::attempt || (way == Way::answer && answer.verdict() != Verdict::refused)) {
+        return {.verdict = Verdict::missing};
+    }
     const bool at_fault = answer.position() > 0 || !evaluation.log.empty();
     if (at_fault) return refused(calculation, answer.named_sentence());
     return {.trouble = Trouble::no_answer, .sentence = kept(answer.named_sentence())};
 }
 
-Outcome call_with_lists(const Calculation& calculation, const Row& row) {
+Outcome call_with_lists(const Calculation& calculation, const Row& row, Way way) {
     const auto lists = calls::unpaired(calculation, row.count, [&](std::size_t i) { return row.lists[i].size; });
+    if (lists && way == Way::attempt) return {.verdict = Verdict::missing};
     if (lists) return refused(calculation, std::string{calculation.name} + ": " + pairing_words(*lists, snake_case));
-    return outcome_of(calculation, calls::evaluate(shared_host(), calculation, arguments_of(calculation, row)), row);
+    const host::Evaluation made = calls::evaluate(shared_host(), calculation, arguments_of(calculation, row));
+    return outcome_of(calculation, made, row, way);
 }
 
 }  // namespace
 
-Outcome call(const Calculation& calculation, const Row& row) noexcept {
-    return guarded([&] { return call_with_lists(calculation, row); });
+Outcome call(const Calculation& calculation, const Row& row, Way way) noexcept {
+    return guarded([&] { return call_with_lists(calculation, row, way); });
 }
 
 // The position of the first number that is not meant; 0: all are.
@@ -119,8 +125,8 @@ PreparedCall* prepared_call(const Calculation& calculation) noexcept {
     }
 }
 
-Outcome call(PreparedCall& prepared, const Row& row) noexcept {
-    return guarded([&] { return outcome_of(prepared.calculation, prepared.make(row), row); });
+Outcome call(PreparedCall& prepared, const Row& row, Way way) noexcept {
+    return guarded([&] { return outcome_of(prepared.calculation, prepared.make(row), row, way); });
 }
 
 }  // namespace finance::adapters::postgresql

@@ -66,13 +66,14 @@ static_assert(std::is_trivial_v<Row> && std::is_trivially_destructible_v<Outcome
 // The calculations in the catalogue's order: entries are made from the same table.
 const catalogue::Calculation& calculation_at(std::size_t index) noexcept;
 
-// A call of lists.
-Outcome call(const catalogue::Calculation& calculation, const Row& row) noexcept;
+// A call of lists. In the way of an attempt nothing is refused, but missing instead; in that of a reason nothing is
+// missing, but refused with its sentence.
+Outcome call(const catalogue::Calculation& calculation, const Row& row, Way way = Way::answer) noexcept;
 
 // A call without lists, again and again. The prepared one lives as long as the process; null where there is no memory.
 struct PreparedCall;
 PreparedCall* prepared_call(const catalogue::Calculation& calculation) noexcept;
-Outcome call(PreparedCall& prepared, const Row& row) noexcept;
+Outcome call(PreparedCall& prepared, const Row& row, Way way) noexcept;
 
 // A copy in the server's memory, ended by a 0; null where there is no memory. Never jumps.
 char* kept(std::string_view text) noexcept;

@@ -9,7 +9,7 @@
 namespace finance::adapters::postgresql {
 
 // One call of the calculation at that index; the letters are kind_letters of signatures.hpp.
-Datum answer(FunctionCallInfo call, std::size_t index, std::string_view letters, bool coded_basis);
+Datum answer(FunctionCallInfo call, std::size_t index, std::string_view letters, bool coded_basis, Way way);
 
 }  // namespace finance::adapters::postgresql
 
@@ -22,9 +22,9 @@ Datum answer(FunctionCallInfo call, std::size_t index, std::string_view letters,
     }                                                  \
     }
 
-#define ZELKOVAN_FUNCTION(name, index, letters)               \
-    ZELKOVAN_ENTRY(name, answer(call, index, letters, false)) \
-    ZELKOVAN_ENTRY(name##_coded, answer(call, index, letters, true))
+#define ZELKOVAN_FUNCTION(name, index, letters, way)                    \
+    ZELKOVAN_ENTRY(name, answer(call, index, letters, false, Way::way)) \
+    ZELKOVAN_ENTRY(name##_coded, answer(call, index, letters, true, Way::way))
 
 // A step for each order of flows, and the result.
 #define ZELKOVAN_AGGREGATE(name, index)                                            \

@@ -64,7 +64,7 @@ Datum answer_of_flows(FunctionCallInfo call, std::size_t index) {
     aggregate_context(call);
     const Calculation& calculation = calculation_at(index);
     const FlowState* state = state_of(call->args[0]);
-    if (state == nullptr || state->missing) return answer_of(calculation, {.verdict = Verdict::missing}, call);
+    if (state == nullptr || state->missing) return null_of(call);
     if (state->infinite_date) report_infinite_date(calculation, position_of_dates(calculation));
     if (state->differing) report_differing(calculation);
     if (!std::is_sorted(state->flows, state->flows + state->count, before)) {

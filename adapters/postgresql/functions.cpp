@@ -18,18 +18,31 @@ PreparedCall& prepared_for(FunctionCallInfo call, const catalogue::Calculation& 
     return *prepared;
 }
 
+// Of a call that is not made.
+Datum unmade(FunctionCallInfo call, const catalogue::Calculation& calculation, const GivenArguments& given, Way way) {
+    if (way == Way::reason) {
+        const char* words =
+            given.too_long() ? long_list_words() : infinite_date_words(calculation, given.infinite_date());
+        return text_of(words);
+    }
+    if (way == Way::attempt) return null_of(call);
+    if (given.too_long()) report_long_list();
+    report_infinite_date(calculation, given.infinite_date());
+}
+
 }  // namespace
 
-Datum answer(FunctionCallInfo call, std::size_t index, std::string_view letters, bool coded_basis) {
+Datum answer(FunctionCallInfo call, std::size_t index, std::string_view letters, bool coded_basis, Way way) {
     CHECK_FOR_INTERRUPTS();
     const catalogue::Calculation& calculation = calculation_at(index);
     const GivenArguments given{call, letters, coded_basis};
-    if (given.missing()) return answer_of(calculation, {.verdict = Verdict::missing}, call);
-    if (given.infinite_date() > 0) report_infinite_date(calculation, given.infinite_date());
+    if (given.too_long()) return unmade(call, calculation, given, way);
+    if (given.missing()) return null_of(call);
+    if (given.infinite_date() > 0) return unmade(call, calculation, given, way);
     const Row& row = given.row();
-    const Outcome outcome =
-        row.lists_given ? postgresql::call(calculation, row) : postgresql::call(prepared_for(call, calculation), row);
-    return answer_of(calculation, outcome, call);
+    const Outcome outcome = row.lists_given ? postgresql::call(calculation, row, way)
+                                            : postgresql::call(prepared_for(call, calculation), row, way);
+    return answer_of(calculation, outcome, call, way);
 }
 
 }  // namespace finance::adapters::postgresql

@@ -45,8 +45,11 @@ std::string result_type(const Calculation& calculation) {
     return calculation.result == catalogue::ResultKind::date ? "date" : "float8";
 }
 
-std::string comment(const Calculation& calculation) {
-    return in_marks(std::string{calculation.answers} + ".\n" + std::string{calculation.formula}, '\'');
+std::string comment(const Calculation& calculation, Way way = Way::answer) {
+    const std::string remark = way_remark(calculation, way);
+    return in_marks(std::string{calculation.answers} + ".\n" + (remark.empty() ? "" : remark + '\n') +
+                        std::string{calculation.formula},
+                    '\'');
 }
 
 std::string in_c(const std::string& entry) { return "    AS 'MODULE_PATHNAME', '" + entry + "' LANGUAGE C "; }
@@ -55,12 +58,13 @@ std::string described(const std::string& what, const std::string& text) {
     return "COMMENT ON " + what + " IS " + text + ";\n\n";
 }
 
-std::string overload_script(const Calculation& calculation, const Signature& signature) {
-    const std::string name = function_name(calculation);
-    const std::string entry = entry_name(calculation) + (signature.coded_basis ? "_coded" : "");
-    return "CREATE FUNCTION " + name + '(' + declared(signature.arguments) + ") RETURNS " + result_type(calculation) +
-           '\n' + in_c(entry) + "IMMUTABLE STRICT PARALLEL SAFE COST " + std::to_string(sql_cost(calculation)) + ";\n" +
-           described("FUNCTION " + name + '(' + types(signature.arguments) + ')', comment(calculation));
+std::string overload_script(const Calculation& calculation, const Signature& signature, Way way) {
+    const std::string name = way_name(calculation, way);
+    const std::string entry = entry_name(calculation, way) + (signature.coded_basis ? "_coded" : "");
+    const std::string result = way == Way::reason ? "text" : result_type(calculation);
+    return "CREATE FUNCTION " + name + '(' + declared(signature.arguments) + ") RETURNS " + result + '\n' +
+           in_c(entry) + "IMMUTABLE STRICT PARALLEL SAFE COST " + std::to_string(sql_cost(calculation)) + ";\n" +
+           described("FUNCTION " + name + '(' + types(signature.arguments) + ')', comment(calculation, way));
 }
 
 // ---- Aggregates
@@ -106,11 +110,18 @@ constexpr std::string_view head =
     "    AS 'MODULE_PATHNAME', 'zelkovan_fin_flows_deserialize' LANGUAGE C IMMUTABLE STRICT PARALLEL SAFE;\n"
     "COMMENT ON FUNCTION fin_flows_deserialize(bytea, internal) IS 'flows that a parallel worker has sent';\n\n";
 
+std::string function_entry(const Calculation& calculation, const std::string& indexed, Way way) {
+    constexpr std::array<std::string_view, 3> words{"answer", "attempt", "reason"};
+    std::string line = "ZELKOVAN_FUNCTION(" + entry_name(calculation, way) + indexed;
+    line.append(", \"").append(kind_letters(calculation)).append("\", ");
+    return line.append(catalogue::item_of<Way::reason>(words, way)).append(")\n");
+}
+
 }  // namespace
 
-std::string function_script(const Calculation& calculation) {
+std::string function_script(const Calculation& calculation, Way way) {
     std::string text;
-    for (const Signature& signature : signatures(calculation)) text += overload_script(calculation, signature);
+    for (const Signature& signature : signatures(calculation)) text += overload_script(calculation, signature, way);
     return text;
 }
 
@@ -130,7 +141,8 @@ std::string aggregate_script(const Calculation& calculation) {
 std::string whole_script() {
     std::string text{head};
     for (const Calculation& calculation : catalogue::calculations()) {
-        text += function_script(calculation) + aggregate_script(calculation);
+        for (const Way way : ways) text += function_script(calculation, way);
+        text += aggregate_script(calculation);
     }
     return text;
 }
@@ -140,9 +152,9 @@ std::string entry_list() {
     std::size_t index = 0;
     for (const Calculation& calculation : catalogue::calculations()) {
         if (calculation.parameters.size() > most_parameters) throw std::length_error{"too many parameters"};
-        const std::string named = '(' + entry_name(calculation) + ", " + std::to_string(index++);
-        text += "ZELKOVAN_FUNCTION" + named + ", \"" + kind_letters(calculation) + "\")\n";
-        if (has_aggregate(calculation)) text += "ZELKOVAN_AGGREGATE" + named + ")\n";
+        const std::string indexed = ", " + std::to_string(index++);
+        for (const Way way : ways) text += function_entry(calculation, indexed, way);
+        if (has_aggregate(calculation)) text += "ZELKOVAN_AGGREGATE(" + entry_name(calculation) + indexed + ")\n";
     }
     return text;
 }

@@ -17,6 +17,7 @@ extern "C" {
 #include <fmgr.h>
 #include <miscadmin.h>
 #include <utils/array.h>
+#include <utils/builtins.h>
 #include <utils/date.h>
 #include <utils/memutils.h>
 }

@@ -23,7 +23,7 @@ std::string snake_case(std::string_view name) {
     return catalogue::lower_case(snake);
 }
 
-std::string entry_name(const Calculation& calculation) { return "zelkovan_" + function_name(calculation); }
+std::string entry_name(const Calculation& calculation, Way way) { return "zelkovan_" + way_name(calculation, way); }
 
 std::string kind_letters(const Calculation& calculation) {
     std::string letters;

@@ -8,6 +8,7 @@
 //  (4) A basis may be float8 too, its code, for the same reason.
 //  (5) A calculation of a list is also an aggregate, a row a flow: where no list of dates puts the flows in order, by one
 //      more argument, `at`, or by ORDER BY.
+//  (6) fin_try_ and fin_why_ of a function have its arguments.
 #pragma once
 
 #include <cstddef>
@@ -15,16 +16,20 @@
 #include <string>
 #include <vector>
 
+#include "adapters/common/ways.hpp"
 #include "catalogue/catalogue.hpp"
 
 namespace finance::adapters::postgresql {
 
+using adapters::Way;
+
 // No calculation may have more parameters: calls are laid out on the stack.
 inline constexpr std::size_t most_parameters = 16;
 
-std::string snake_case(std::string_view name);          // "financeRate" -> "finance_rate"
-std::string entry_name(const catalogue::Calculation&);  // of the C function: "zelkovan_fin_price"
-std::string sql_usage(const catalogue::Calculation&);   // "fin_mirr(flows, finance_rate, reinvest_rate)"
+std::string snake_case(std::string_view name);  // "financeRate" -> "finance_rate"
+// Of the C function: "zelkovan_fin_price", "zelkovan_fin_try_price".
+std::string entry_name(const catalogue::Calculation& calculation, Way way = Way::answer);
+std::string sql_usage(const catalogue::Calculation&);  // "fin_mirr(flows, finance_rate, reinvest_rate)"
 
 // What an entry reads, a letter a parameter: n a number, d a date, b a basis, N a list of numbers, D a list of dates. One
 // word beside the call itself, where the catalogue has its parameters far apart.
@@ -64,11 +69,11 @@ std::vector<AggregateSignature> aggregate_signatures(const catalogue::Calculatio
 
 // ---- The extension's script and the list of its C functions, from the catalogue
 
-std::string function_script(const catalogue::Calculation& calculation);
+std::string function_script(const catalogue::Calculation& calculation, Way way = Way::answer);
 std::string aggregate_script(const catalogue::Calculation& calculation);  // empty where there is none
 std::string whole_script();
 
-// One line for each calculation, in C++.
+// A line for each function and each aggregate, in C++.
 std::string entry_list();
 
 }  // namespace finance::adapters::postgresql

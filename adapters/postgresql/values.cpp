@@ -73,7 +73,7 @@ void GivenArguments::read_list(std::size_t i, char letter, Datum value) {
     row_.lists_given = true;
     row_.lists[i] = {nullptr, 0};
     values_in_lists_ += length_of(array);
-    if (values_in_lists_ > longest_list) report_long_list();
+    if (too_long()) return;
     if (array_contains_nulls(array)) {
         missing_ = true;
         return;
@@ -96,6 +96,11 @@ std::span<const double> GivenArguments::list_of_dates(std::size_t i, const Array
 
 namespace {
 
+bool has_sentence(const Outcome& outcome) {
+    const bool told = outcome.trouble == Trouble::argument || outcome.trouble == Trouble::no_answer;
+    return told && outcome.sentence != nullptr;
+}
+
 [[noreturn]] void report(const Outcome& outcome) {
     const char* sentence = outcome.sentence != nullptr ? outcome.sentence : "a call failed, and no memory to say why";
     switch (outcome.trouble) {
@@ -112,42 +117,62 @@ namespace {
     pg_unreachable();
 }
 
-Datum date_of(const Calculation& calculation, double day) {
+bool is_date(double date) {
+    return date == std::trunc(date) && date >= DATETIME_MIN_JULIAN - POSTGRES_EPOCH_JDATE &&
+           date < DATE_END_JULIAN - POSTGRES_EPOCH_JDATE;
+}
+
+char* no_date_words(const Calculation& calculation, double day) {
+    return psprintf("%.*s: the answer, day %.17g since 1960-01-01, is out of the range of dates",
+                    static_cast<int>(calculation.name.size()), calculation.name.data(), day);
+}
+
+Datum date_of(const Calculation& calculation, double day, FunctionCallInfo call, Way way) {
     const double date = day - server_day_0;
-    const bool whole = date == std::trunc(date);
-    if (!whole ||
-        !(date >= DATETIME_MIN_JULIAN - POSTGRES_EPOCH_JDATE && date < DATE_END_JULIAN - POSTGRES_EPOCH_JDATE)) {
-        ereport(ERROR, (errcode(ERRCODE_DATETIME_FIELD_OVERFLOW),
-                        errmsg("%.*s: the answer, day %.17g since 1960-01-01, is out of the range of dates",
-                               static_cast<int>(calculation.name.size()), calculation.name.data(), day)));
-    }
-    return DateADTGetDatum(static_cast<DateADT>(date));
+    if (is_date(date)) return way == Way::reason ? null_of(call) : DateADTGetDatum(static_cast<DateADT>(date));
+    if (way == Way::attempt) return null_of(call);
+    const char* words = no_date_words(calculation, day);
+    if (way == Way::reason) return text_of(words);
+    ereport(ERROR, (errcode(ERRCODE_DATETIME_FIELD_OVERFLOW), errmsg("%s", words)));
+    pg_unreachable();
 }
 
 }  // namespace
 
-Datum answer_of(const Calculation& calculation, const Outcome& outcome, FunctionCallInfo call) {
-    if (outcome.verdict == Verdict::missing) {
-        call->isnull = true;
-        return Datum{0};
+Datum null_of(FunctionCallInfo call) {
+    call->isnull = true;
+    return Datum{0};
+}
+
+Datum text_of(const char* words) { return PointerGetDatum(cstring_to_text(words)); }
+
+Datum answer_of(const Calculation& calculation, const Outcome& outcome, FunctionCallInfo call, Way way) {
+    if (outcome.verdict == Verdict::missing) return null_of(call);
+    if (outcome.verdict != Verdict::answered) {
+        if (way == Way::reason && has_sentence(outcome)) return text_of(outcome.sentence);
+        report(outcome);
     }
-    if (outcome.verdict != Verdict::answered) report(outcome);
-    if (calculation.result == catalogue::ResultKind::date) return date_of(calculation, outcome.value);
-    return Float8GetDatum(outcome.value);
+    if (calculation.result == catalogue::ResultKind::date) return date_of(calculation, outcome.value, call, way);
+    return way == Way::reason ? null_of(call) : Float8GetDatum(outcome.value);
+}
+
+char* infinite_date_words(const Calculation& calculation, std::size_t position) {
+    const std::string_view name = calculation.parameters[position - 1].name;
+    return psprintf("%.*s: argument %zu (%.*s): an infinite date is no day", static_cast<int>(calculation.name.size()),
+                    calculation.name.data(), position, static_cast<int>(name.size()), name.data());
 }
 
 void report_infinite_date(const Calculation& calculation, std::size_t position) {
-    const std::string_view name = calculation.parameters[position - 1].name;
-    ereport(ERROR,
-            (errcode(ERRCODE_INVALID_PARAMETER_VALUE),
-             errmsg("%.*s: argument %zu (%.*s): an infinite date is no day", static_cast<int>(calculation.name.size()),
-                    calculation.name.data(), position, static_cast<int>(name.size()), name.data())));
+    const char* words = infinite_date_words(calculation, position);
+    ereport(ERROR, (errcode(ERRCODE_INVALID_PARAMETER_VALUE), errmsg("%s", words)));
     pg_unreachable();
 }
 
+char* long_list_words() { return psprintf("a calculation takes no more than %zu values in its lists", longest_list); }
+
 void report_long_list() {
-    ereport(ERROR, (errcode(ERRCODE_PROGRAM_LIMIT_EXCEEDED),
-                    errmsg("a calculation takes no more than %zu values in its lists", longest_list)));
+    const char* words = long_list_words();
+    ereport(ERROR, (errcode(ERRCODE_PROGRAM_LIMIT_EXCEEDED), errmsg("%s", words)));
     pg_unreachable();
 }
 

@@ -29,6 +29,7 @@ public:
 
     [[nodiscard]] bool missing() const { return missing_; }
     [[nodiscard]] std::size_t infinite_date() const { return infinite_date_; }  // its position, 1 the first; 0: none
+    [[nodiscard]] bool too_long() const { return values_in_lists_ > longest_list; }  // more were not read
     [[nodiscard]] const Row& row() const { return row_; }
 
 private:
@@ -52,10 +53,17 @@ private:
 
 static_assert(std::is_trivially_destructible_v<GivenArguments>);
 
-// A calculation's answer in SQL: NULL, a number, a date; every other outcome is reported. CALL is for NULL.
-Datum answer_of(const catalogue::Calculation& calculation, const Outcome& outcome, FunctionCallInfo call);
+// A calculation's answer in SQL: NULL, a number, a date, or in the way of a reason text; every other outcome is
+// reported. CALL is for NULL.
+Datum answer_of(const catalogue::Calculation& calculation, const Outcome& outcome, FunctionCallInfo call,
+                Way way = Way::answer);
+Datum null_of(FunctionCallInfo call);
+Datum text_of(const char* words);
 
+// Their words are in the server's memory.
+char* infinite_date_words(const catalogue::Calculation& calculation, std::size_t position);
 [[noreturn]] void report_infinite_date(const catalogue::Calculation& calculation, std::size_t position);
+char* long_list_words();
 [[noreturn]] void report_long_list();
 
 }  // namespace finance::adapters::postgresql

@@ -13,9 +13,17 @@ using catalogue::Calculation;
 
 namespace {
 
-const Calculation& calculation_of(sqlite3_context* context) {
-    return *static_cast<const Calculation*>(sqlite3_user_data(context));
+// What SQLite keeps for a registered function.
+struct AggregateFunction {
+    const Calculation& calculation;
+    Way way;
+};
+
+const AggregateFunction& function_of(sqlite3_context* context) {
+    return *static_cast<const AggregateFunction*>(sqlite3_user_data(context));
 }
+
+void forget(void* function) { std::default_delete<AggregateFunction>{}(static_cast<AggregateFunction*>(function)); }
 
 // What SQLite keeps for the group, all zero before the first row.
 struct Group {
@@ -27,10 +35,10 @@ Group* group_of(sqlite3_context* context, int bytes = 0) {
     return static_cast<Group*>(sqlite3_aggregate_context(context, bytes));
 }
 
-FlowWindow* made_window(const Calculation& calculation, std::size_t arguments) {
+FlowWindow* made_window(const AggregateFunction& function, std::size_t arguments) {
     FlowWindow* const block = Allocator<FlowWindow>{}.allocate(1);
     try {
-        return std::construct_at(block, calculation, arguments);
+        return std::construct_at(block, function.calculation, arguments, function.way);
     } catch (...) {
         Allocator<FlowWindow>{}.deallocate(block, 1);
         throw;
@@ -40,7 +48,7 @@ FlowWindow* made_window(const Calculation& calculation, std::size_t arguments) {
 FlowWindow& window_of(sqlite3_context* context, std::size_t arguments) {
     Group* const group = group_of(context, sizeof(Group));
     if (group == nullptr) throw std::bad_alloc{};
-    if (group->window == nullptr) group->window = made_window(calculation_of(context), arguments);
+    if (group->window == nullptr) group->window = made_window(function_of(context), arguments);
     return *group->window;
 }
 
@@ -62,7 +70,10 @@ void value(sqlite3_context* context) {
     or_error(context, [&] {
         const Group* const group = group_of(context);
         if (group == nullptr || group->window == nullptr) return;
-        give_answer(context, calculation_of(context), group->window->answer());
+        const FlowAnswer& answer = group->window->answer();
+        const auto& [calculation, way] = function_of(context);
+        if (way != Way::reason) return give_answer(context, calculation, answer.value);
+        give_sentence(context, answer.sentence);
     });
 }
 
@@ -78,15 +89,16 @@ void finish(sqlite3_context* context) {
 
 }  // namespace
 
-int register_aggregate(sqlite3* database, const Calculation& calculation) {
-    const std::string name = function_name(calculation);
+int register_aggregate(sqlite3* database, const Calculation& calculation, Way way) {
+    const std::string name = way_name(calculation, way);
     constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-    auto* row = const_cast<Calculation*>(&calculation);  // handed back as it is
     int status = SQLITE_OK;
     for (std::size_t count = fewest_arguments(calculation); count <= calculation.parameters.size(); ++count) {
         if (status != SQLITE_OK) return status;
-        status = sqlite3_create_window_function(database, name.c_str(), static_cast<int>(count), flags, row, step,
-                                                finish, value, inverse, nullptr);
+        // SQLite forgets it, also where it does not register the function.
+        auto function = std::make_unique<AggregateFunction>(AggregateFunction{calculation, way});
+        status = sqlite3_create_window_function(database, name.c_str(), static_cast<int>(count), flags,
+                                                function.release(), step, finish, value, inverse, forget);
     }
     return status;
 }

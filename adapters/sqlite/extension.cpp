@@ -1,4 +1,4 @@
-// The entry point: one function or aggregate for each row of the catalogue, and the tables.
+// The entry point: the functions or aggregates of each row of the catalogue, and the tables.
 #include <exception>
 #include <mutex>
 #include <new>
@@ -25,7 +25,11 @@ void keep_routines(const sqlite3_api_routines* routines) {
 }
 
 int register_calculation(sqlite3* database, const catalogue::Calculation& calculation) {
-    return is_scalar(calculation) ? register_scalar(database, calculation) : register_aggregate(database, calculation);
+    const auto add = is_scalar(calculation) ? register_scalar : register_aggregate;
+    for (const Way way : ways) {
+        if (const int status = add(database, calculation, way); status != SQLITE_OK) return status;
+    }
+    return SQLITE_OK;
 }
 
 template <typename Rows>

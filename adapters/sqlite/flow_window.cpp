@@ -60,11 +60,20 @@ std::string FlowWindow::changed_scalar() const {
 
 // ---- Rows
 
-void FlowWindow::read(std::span<sqlite3_value*> row) {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-        if (read_argument(calculation_.parameters[i], row[i], row_[i])) continue;
-        throw std::invalid_argument{unreadable(calculation_, i, row[i])};
+std::size_t FlowWindow::read(std::span<sqlite3_value*> row) {
+    std::size_t i = 0;
+    while (i < row.size() && read_argument(calculation_.parameters[i], row[i], row_[i])) ++i;
+    return i;
+}
+
+void FlowWindow::count_unreadable(std::size_t argument, sqlite3_value* value) {
+    if (way_ == Way::attempt) {
+        unreadable_.emplace_back();
+        return;
     }
+    const std::string sentence = unreadable(calculation_, argument, value);
+    if (way_ == Way::answer) throw std::invalid_argument{sentence};
+    unreadable_.emplace_back(std::string_view{sentence});
 }
 
 void FlowWindow::enter(std::span<sqlite3_value*> row) {
@@ -73,8 +82,9 @@ void FlowWindow::enter(std::span<sqlite3_value*> row) {
     whole_ = false;
     if (std::ranges::any_of(row, is_null)) {
         ++rows_with_null_;
+    } else if (const std::size_t at_fault = read(row); at_fault < row.size()) {
+        count_unreadable(at_fault, row[at_fault]);
     } else {
-        read(row);
         count_in_run();
         for (std::size_t i = 0; i < row.size(); ++i) {
             if (is_list(i)) lists_[i].push(row_[i].number());
@@ -90,6 +100,7 @@ void FlowWindow::leave(std::span<sqlite3_value*> row) {
         --rows_with_null_;
         return;
     }
+    if (!unreadable_.empty() && read(row) < row.size()) return unreadable_.pop_front();
     for (std::size_t i = 0; i < row.size(); ++i) {
         if (is_list(i)) lists_[i].pop();
     }
@@ -98,21 +109,30 @@ void FlowWindow::leave(std::span<sqlite3_value*> row) {
 
 // ---- Answers
 
-std::optional<double> FlowWindow::answer() {
+const FlowAnswer& FlowWindow::answer() {
     if (!answer_) answer_ = calculated();
     return *answer_;
 }
 
-std::optional<double> FlowWindow::calculated() const {
-    if (!whole_ || rows_with_null_ > 0 || runs_.empty()) return {};
-    if (runs_.size() > 1) throw calls::CallRefused{changed_scalar()};
+FlowAnswer FlowWindow::refused(std::string sentence) const {
+    if (way_ == Way::answer) throw calls::CallRefused{sentence};
+    return {.sentence = std::move(sentence)};
+}
+
+FlowAnswer FlowWindow::calculated() const {
+    if (!whole_ || rows_with_null_ > 0) return {};
+    if (!unreadable_.empty()) return refused(std::string{unreadable_.front()});
+    if (runs_.empty()) return {};
+    if (runs_.size() > 1) return refused(changed_scalar());
     std::vector<host::Argument> scalars;
     std::vector<std::span<const double>> lists;
     for (std::size_t i = 0; i < row_.size(); ++i) {
         scalars.push_back(runs_.front().scalars[i].argument());
         lists.push_back(lists_[i].values());
     }
-    return call(calculation_, calls::unrolled(calculation_, scalars, lists));
+    const std::vector<host::Argument> arguments = calls::unrolled(calculation_, scalars, lists);
+    if (way_ == Way::reason) return {.sentence = why_no_value(calculation_, arguments)};
+    return {.value = call(calculation_, arguments, way_)};
 }
 
 }  // namespace finance::adapters::sqlite

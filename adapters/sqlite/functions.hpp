@@ -6,14 +6,15 @@
 #include <cstddef>
 #include <string>
 
+#include "adapters/common/ways.hpp"
 #include "adapters/sqlite/sqlite_api.hpp"
 #include "catalogue/catalogue.hpp"
 
 namespace finance::adapters::sqlite {
 
 // SQLITE_OK, or what SQLite says.
-int register_scalar(sqlite3* database, const catalogue::Calculation& calculation);
-int register_aggregate(sqlite3* database, const catalogue::Calculation& calculation);
+int register_scalar(sqlite3* database, const catalogue::Calculation& calculation, Way way);
+int register_aggregate(sqlite3* database, const catalogue::Calculation& calculation, Way way);
 
 // Arguments that a call must have; a list is always given, since rows without any values make no call.
 std::size_t fewest_arguments(const catalogue::Calculation& calculation);

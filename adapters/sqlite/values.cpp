@@ -163,6 +163,10 @@ void give_error(sqlite3_context* context, std::string_view sentence) {
     sqlite3_result_error(context, sentence.data(), static_cast<int>(std::min(sentence.size(), longest)));
 }
 
+void give_sentence(sqlite3_context* context, std::string_view sentence) {
+    if (!sentence.empty()) give_text(context, sentence);
+}
+
 void give_answer(sqlite3_context* context, const catalogue::Calculation& calculation, std::optional<double> value) {
     if (!value) return sqlite3_result_null(context);
     if (calculation.result == catalogue::ResultKind::date) return give_date(context, *value);

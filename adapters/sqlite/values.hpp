@@ -49,6 +49,7 @@ std::string unreadable(const catalogue::Calculation& calculation, std::size_t pa
 
 void give_text(sqlite3_context* context, std::string_view text);
 void give_error(sqlite3_context* context, std::string_view sentence);
+void give_sentence(sqlite3_context* context, std::string_view sentence);  // null where it is empty
 
 // The value, or null; a date is ISO text where it has one.
 void give_answer(sqlite3_context* context, const catalogue::Calculation& calculation, std::optional<double> value);

@@ -15,6 +15,8 @@ const catalogue::Calculation& named(std::string_view name) { return *catalogue::
 
 TEST(Functions, NamesAndUsage) {
     EXPECT_EQ(function_name(named("PRICE")), "fin_price");
+    EXPECT_EQ(way_name(named("PRICE"), Way::attempt), "fin_try_price");
+    EXPECT_EQ(way_name(named("PRICE"), Way::reason), "fin_why_price");
     EXPECT_EQ(usage(named("PRICE")), "fin_price(settlement, maturity, rate, yield, redemption, frequency [, basis])");
     EXPECT_EQ(usage(named("SLN")), "fin_sln(cost, salvage, life)");
     EXPECT_EQ(usage(named("PMT")), "fin_pmt(rate, nper, pv [, fv [, type]])");
@@ -82,6 +84,15 @@ TEST(Calls, Refusals) {
               "IRR: no answer: the flows do not change sign: a rate needs money paid and money received");
     const std::string too_few = refusal("SLN", {100.0});
     EXPECT_EQ(too_few.find("SLN: "), 0U) << too_few;
+}
+
+TEST(Calls, AreTriedAndExplained) {
+    const std::array<host::Argument, 3> bad{100.0, 10.0, 0.0};
+    EXPECT_EQ(call(named("SLN"), bad, Way::attempt), std::nullopt);
+    EXPECT_EQ(why_no_value(named("SLN"), bad), "SLN: argument 3 (life): 0 is not above 0");
+    const std::array<host::Argument, 3> good{100.0, 10.0, 9.0};  // 90 in 9 years
+    EXPECT_EQ(call(named("SLN"), good, Way::attempt), 10.0);
+    EXPECT_EQ(why_no_value(named("SLN"), good), "");
 }
 
 }  // namespace

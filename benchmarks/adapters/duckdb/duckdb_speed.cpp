@@ -1,7 +1,8 @@
 // What a row of fin_price costs in DuckDB beside the embedded host's batch call on as many threads, the sum of the prices
 // as the answer. Once with a column of yields and the rest constant, once with a column for each argument. The goal is
 // 1.5 of the batch. Then as many flows in lists of ten beside single calls of the host, which read nothing from a table.
-// Best of 11 runs each, in turn.
+// Then fin_try_price over the same columns, over as many rows that are refused, and over a table in which every fiftieth is;
+// beside it DuckDB's own TRY of a tenth of the refused rows. Best of 11 runs each, in turn.
 //
 //     duckdb_speed [ROWS [THREADS]]     a million rows and one thread where they are not given
 #include <duckdb.h>
@@ -141,6 +142,12 @@ void report(const char* what, const Measured& host, const Measured& duckdb, std:
                 std::abs(host.answer / duckdb.answer - 1) < 1e-9 ? "" : ", SUMS DIFFER");
 }
 
+void report_try(const char* what, const Measured& measured, const Measured& plain, std::size_t calls) {
+    const double nanoseconds = 1e9 * measured.best / static_cast<double>(calls);
+    std::printf("%-26s %7.1f ns a row, %.2f of fin_price; %.0f answers\n", what, nanoseconds,
+                nanoseconds / (1e9 * plain.best / plain.answer), measured.answer);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -157,7 +164,12 @@ int main(int argc, char** argv) {
     duckdb.value("CREATE TABLE deals AS SELECT [(i + k)::DOUBLE FOR k IN range(10)] flows FROM range(" +
                  std::to_string(rows / flows_a_list) + ") rows(i)");
     Bonds bonds = make_bonds(rows, static_cast<unsigned>(std::stoul(threads)));
+    const std::string columns = "price(settlement, maturity, rate, yield, redemption, frequency, basis)";
+    const std::string refused = "price(settlement, maturity, rate, yield, redemption, frequency + 0.5, basis)";
+    const std::string some =
+        "price(settlement, maturity, rate, yield, redemption, IF(rowid % 50 = 7, 2.5, frequency), basis)";
     std::array<Measured, 6> measured;
+    std::array<Measured, 6> tried;
     for (int run = 0; run < runs; ++run) {
         measured[0].measure([&] { return batch_of_yields(bonds); });
         measured[1].measure([&] {
@@ -170,6 +182,13 @@ int main(int argc, char** argv) {
             return duckdb.value(
                 "SELECT sum(fin_price(settlement, maturity, rate, yield, redemption, frequency, basis)) FROM bonds");
         });
+        tried[0].measure([&] { return duckdb.value("SELECT count(fin_" + columns + ") FROM bonds"); });
+        tried[1].measure([&] { return duckdb.value("SELECT count(fin_try_" + columns + ") FROM bonds"); });
+        tried[2].measure([&] { return duckdb.value("SELECT count(fin_try_" + refused + ") FROM bonds"); });
+        tried[3].measure([&] { return duckdb.value("SELECT count(fin_try_" + some + ") FROM bonds"); });
+        tried[4].measure([&] { return duckdb.value("SELECT count(fin_why_" + refused + ") FROM bonds"); });
+        tried[5].measure(
+            [&] { return duckdb.value("SELECT count(TRY(fin_" + refused + ")) FROM bonds WHERE rowid % 10 = 0"); });
         measured[4].measure([&] { return calls_of_lists(rows); });
         measured[5].measure([&] { return duckdb.value("SELECT sum(fin_npv(0.1, flows)) FROM deals"); });
     }
@@ -177,4 +196,10 @@ int main(int argc, char** argv) {
     report("PRICE, seven columns", measured[2], measured[3], rows);
     std::printf("(goal: %.2f)\n", goal);
     report("NPV of lists of ten", measured[4], measured[5], rows / flows_a_list);
+    report_try("fin_price", tried[0], tried[0], rows);
+    report_try("fin_try_price", tried[1], tried[0], rows);
+    report_try("the same, rows refused", tried[2], tried[0], rows);
+    report_try("the same, one in fifty", tried[3], tried[0], rows);
+    report_try("fin_why_price, refused", tried[4], tried[0], rows);
+    report_try("TRY, rows refused", tried[5], tried[0], rows / 10);
 }

@@ -1,6 +1,8 @@
 // What a row costs: PRICE over a table of a million bonds, beside what cannot be saved: a function of seven arguments that
 // only adds them up, and the embedded host's calls of PRICE over the same rows, a call each, as SQLite hands them over. Goal:
-// fin_price takes no more than 1.3 times the sum of the two. Dates stand in the table as days; once more as text. Best of five runs each, in turn.
+// fin_price takes no more than 1.3 times the sum of the two. Dates stand in the table as days; once more as text. Then
+// fin_try_price, over the same rows and over rows that are all refused, for a number of coupons that is not whole or a date
+// that is none. Best of five runs each, in turn.
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -113,22 +115,33 @@ int main() try {
     const Database database = prepared();
     const std::string arguments = "(settlement, maturity, rate, yield, redemption, frequency, basis)";
     Bonds bonds;
-    std::array<double, 4> best{};
+    const std::string refused = "(settlement, maturity, rate, yield, redemption, 2.5, basis)";
+    const std::string unreadable = "('none', maturity, rate, yield, redemption, frequency, basis)";
+    std::array<double, 8> best{};
     best.fill(std::numeric_limits<double>::infinity());
-    std::array<double, 4> sums{};
+    std::array<double, 8> sums{};
     const auto keep = [&](std::size_t i, auto once) { best[i] = std::min(best[i], nanoseconds_a_row(once, sums[i])); };
     for (int i = 0; i < runs; ++i) {
         keep(0, [&] { return run(database, "add_up" + arguments, "bond"); });
         keep(1, [&] { return bonds.calls(); });
         keep(2, [&] { return run(database, "fin_price" + arguments, "bond"); });
         keep(3, [&] { return run(database, "fin_price" + arguments, "dated"); });
+        keep(4, [&] { return run(database, "fin_try_price" + arguments, "bond"); });
+        keep(5, [&] { return run(database, "fin_try_price" + refused, "bond"); });
+        keep(6, [&] { return run(database, "fin_try_price" + unreadable, "bond"); });
+        keep(7, [&] { return run(database, "length(fin_why_price" + refused + ")", "bond"); });
     }
     const double least = best[0] + best[1];
     std::printf("adding up seven arguments   %6.1f ns a row\n", best[0]);
     std::printf("calls of PRICE              %6.1f\n", best[1]);
     std::printf("fin_price                   %6.1f   %.2f of the sum, goal %.2f\n", best[2], best[2] / least, goal);
     std::printf("fin_price, dates as text    %6.1f   %.2f\n", best[3], best[3] / least);
-    const bool same = sums[1] == sums[2] && sums[2] == sums[3];
+    std::printf("fin_try_price               %6.1f   %.2f of fin_price\n", best[4], best[4] / best[2]);
+    std::printf("the same, rows refused      %6.1f   %.2f\n", best[5], best[5] / best[2]);
+    std::printf("the same, no dates          %6.1f   %.2f\n", best[6], best[6] / best[2]);
+    std::printf("fin_why_price, refused      %6.1f   %.2f\n", best[7], best[7] / best[2]);
+    const bool same =
+        sums[1] == sums[2] && sums[2] == sums[3] && sums[4] == sums[2] && sums[5] == 0.0 && sums[6] == 0.0;
     if (!same) std::printf("the sums differ: %.17g %.17g %.17g\n", sums[1], sums[2], sums[3]);
     return same ? 0 : 1;
 } catch (const std::exception& fault) {

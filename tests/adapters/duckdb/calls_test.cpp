@@ -69,6 +69,27 @@ void expect_bits_kept(const Database& database, const CallTable& table) {
     }
 }
 
+// fin_price(...) -> fin_try_price(...)
+std::string in_way(const std::string& way, const std::string& call) { return "fin_" + way + '_' + call.substr(4); }
+
+// NULL where there is an answer; of one that is missing no more is known than how the sentence begins.
+void expect_reasons(const Database& database, const CallTable& table, const std::string& call) {
+    const Table reasons = database.query("SELECT " + call + " FROM calls ORDER BY id");
+    ASSERT_EQ(reasons.error, "") << call;
+    ASSERT_EQ(reasons.rows.size(), table.calls().size()) << call;
+    for (std::size_t i = 0; i < reasons.rows.size(); ++i) {
+        const EngineCall& made = table.calls()[i];
+        const auto& reason = reasons.rows[i].at(0);
+        ASSERT_EQ(reason.has_value(), made.verdict != "answered") << call << " row " << i;
+        if (!reason) continue;
+        if (made.sentence.empty()) {
+            EXPECT_TRUE(reason->starts_with(std::string{made.calculation->name} + ": ")) << *reason;
+        } else {
+            EXPECT_EQ(*reason, made.sentence) << call;
+        }
+    }
+}
+
 // Answered and missing calls of one function, in one query.
 std::size_t compare_answers(const Database& database, std::vector<EngineCall> calls, bool dates_as_date) {
     if (calls.empty()) return 0;
@@ -81,6 +102,9 @@ std::size_t compare_answers(const Database& database, std::vector<EngineCall> ca
     const auto answers = database.doubles(sql);
     EXPECT_EQ(answers.size(), table.calls().size()) << sql;
     for (std::size_t i = 0; i < answers.size(); ++i) expect_answer(table.calls()[i], answers[i], sql);
+    const std::string differ = in_way("try", call) + " IS DISTINCT FROM " + call;
+    EXPECT_EQ(database.value("SELECT count(*) FILTER (WHERE " + differ + ") FROM calls"), "0") << call;
+    expect_reasons(database, table, in_way("why", call));
     return answers.size();
 }
 
@@ -97,6 +121,8 @@ std::size_t compare_refusals(const Database& database, std::vector<EngineCall> c
     if (calls.empty()) return 0;
     const CallTable table{database, std::move(calls)};
     EXPECT_EQ(database.value("SELECT count(TRY(" + table.call() + ")) FROM calls"), "0") << table.call();
+    EXPECT_EQ(database.value("SELECT count(" + in_way("try", table.call()) + ") FROM calls"), "0") << table.call();
+    expect_reasons(database, table, in_way("why", table.call()));
     std::string parameters;
     for (const std::string& type : sql_types(table.calls()[0])) {
         parameters.append(parameters.empty() ? "" : ", ").append("?::" + type);
@@ -171,6 +197,8 @@ TEST(DuckdbCalls, AnswersBeyondDuckdbsDatesAreRefused) {
         const CallTable table{database, {call}};
         const std::string said = database.value("SELECT " + table.call() + " FROM calls");
         EXPECT_NE(said.find("since 1960-01-01, is no date of DuckDB's"), said.npos) << said;
+        EXPECT_EQ(database.value("SELECT " + in_way("try", table.call()) + " FROM calls"), "NULL");
+        EXPECT_EQ(database.value("SELECT " + in_way("why", table.call()) + " FROM calls"), said);
     }
 }
 

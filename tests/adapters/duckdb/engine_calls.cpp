@@ -19,7 +19,7 @@ EngineCall call_of(const CallLine& line) {
     for (const std::string& parameter : line.parameters) call.entries.push_back(entry_of(parameter));
     call.verdict = line.verdict;
     if (call.verdict == "answered") call.value = number_of_bits(line.answer);
-    if (call.verdict == "refused") call.sentence = line.answer;
+    if (call.verdict != "answered" && call.verdict != "missing") call.sentence = line.answer;
     return call;
 }
 

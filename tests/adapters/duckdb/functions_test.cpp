@@ -117,6 +117,13 @@ TEST(DuckdbFunctions, AreListedAndExplained) {
     EXPECT_EQ(database.value("SELECT count(DISTINCT f.name) FROM fin_functions() f "
                              "JOIN duckdb_functions() d ON d.function_name = f.name AND d.function_type = 'scalar'"),
               std::to_string(catalogue::calculations().size()));
+    for (const std::string way : {"try", "why"}) {
+        EXPECT_EQ(
+            database.value("SELECT count(DISTINCT function_name) FROM duckdb_functions() WHERE function_name LIKE "
+                           "'fin\\_" +
+                           way + "\\_%' ESCAPE '\\'"),
+            std::to_string(catalogue::calculations().size()));
+    }
     for (const char* name : {"PMT", "pmt", "fin_pmt", "FIN_PMT"}) {
         const std::string text = database.value("SELECT fin_help('" + std::string{name} + "')");
         EXPECT_TRUE(text.starts_with("fin_pmt(rate, nper, pv [, fv [, type]])")) << text;

@@ -151,6 +151,26 @@ TEST(DuckdbLists, ManyTogether) {
               "XNPV: argument 3 (dates, value 2): 20240115 is");
 }
 
+// Row i: 2 at 100 % is worth 1; a rate of 0 is refused, lists of two lengths are none of a call, a NULL is missing.
+TEST(DuckdbLists, AreTriedAndExplained) {
+    const Database database;
+    const std::string from = " FROM range(5000) rows(i)";
+    const std::string npv = "_npv(IF(i % 3 = 0, 0.0, 1.0), IF(i % 3 = 1, [2.0, NULL], [2.0]))";
+    EXPECT_EQ(database.value("SELECT count(v) || ' ' || min(v) || ' ' || max(v) FROM (SELECT fin_try" + npv + " v" +
+                             from + ")"),
+              "1666 1.0 1.0");
+    EXPECT_EQ(database.value("SELECT count(s) || ' ' || min(s) FROM (SELECT fin_why" + npv + " s" + from + ")"),
+              "1667 NPV: argument 1 (rate): 0 is not above 0");
+    const std::string xnpv = "_xnpv(1, [2.0, 4.0], IF(i % 5 = 0, [0.0], IF(i % 5 = 1, [0.0, 2e7], [0.0, 365.0])))";
+    EXPECT_EQ(database.value("SELECT count(v) || ' ' || min(v) || ' ' || max(v) FROM (SELECT fin_try" + xnpv + " v" +
+                             from + ")"),
+              "3000 4.0 4.0");  // 2 + 4 / 2
+    EXPECT_EQ(database.value("SELECT count(s) || ' ' || max(s) FROM (SELECT fin_why" + xnpv + " s" + from + ")"),
+              "2000 XNPV: argument 3 (dates, value 2): 20000000 is no day of the years 1 to 9999, counted from "
+              "1960-01-01");
+    EXPECT_EQ(database.value("SELECT fin_why_xnpv(1, [2.0, 4.0], [0.0])"), "XNPV: 2 values, but 1 dates");
+}
+
 // Flows of 1 at 100 % come to 1 - 2^-n, and the call has a million arguments.
 TEST(DuckdbLists, MayBeLong) {
     const Database database;

@@ -92,6 +92,34 @@ TEST(DuckdbValues, BasesMayDifferFromRowToRow) {
     EXPECT_EQ(table.rows[4][2], std::nullopt);
 }
 
+// Rows of three chunks: an answer, a refusal, a day that nobody means, a NULL, and again.
+TEST(DuckdbValues, AreTriedAndExplained) {
+    const Database database;
+    database.run(
+        "CREATE TABLE loans AS SELECT i, IF(i % 4 = 3, NULL, DATE '2025-01-20') AS day, "
+        "IF(i % 4 = 2, DATE '12345-01-01', DATE '2030-11-15') AS last, IF(i % 4 = 1, 2.5, 2.0) AS frequency "
+        "FROM range(6000) rows(i)");
+    const auto shares = [&](const std::string& call) {
+        const Table table = database.query("SELECT i % 4, count(*), min(s), max(s) FROM (SELECT i, " + call +
+                                           "::VARCHAR AS s FROM loans) GROUP BY i % 4 ORDER BY i % 4");
+        EXPECT_EQ(table.error, "");
+        return table.rows;
+    };
+    using Row = std::vector<std::optional<std::string>>;
+    const auto all = [](const char* place, std::optional<std::string> text) { return Row{place, "1500", text, text}; };
+    const std::string not_whole = "COUPNUM: argument 3 (frequency): 2.5 is not a whole number";
+    // 25 times 400 years, 146,097 days each, after 2345-01-01, day 140619.
+    const std::string no_day =
+        "COUPNUM: argument 2 (maturity): 3793044 is no day of the years 1 to 9999, counted from 1960-01-01";
+    EXPECT_EQ(shares("fin_try_coupnum(day, last, frequency)"),
+              (std::vector<Row>{all("0", "12.0"), all("1", {}), all("2", {}), all("3", {})}));
+    EXPECT_EQ(shares("fin_why_coupnum(day, last, frequency)"),
+              (std::vector<Row>{all("0", {}), all("1", not_whole), all("2", no_day), all("3", {})}));
+    EXPECT_EQ(shares("fin_try_coupncd(day, last, frequency)"),
+              (std::vector<Row>{all("0", "2025-05-15"), all("1", {}), all("2", {}), all("3", {})}));
+    EXPECT_EQ(shares("fin_why_coupncd(day, last, frequency)")[0], all("0", {}));
+}
+
 struct Refused {
     const char* sql;
     const char* sentence;

@@ -5,6 +5,8 @@
 --  (2) What a date cannot be is skipped: a fraction of a day, a day that the server does not know.
 --  (3) A number goes as its shortest text, which must read back to its bits.
 --  (4) A calculation of lists is asked three times: as arrays, and as an aggregate over rows put in disorder.
+--  (5) fin_try_ and fin_why_ are asked the same: no error, the same bits; the sentence of the line, which of an answer
+--      that is missing is not known.
 \set QUIET on
 CREATE EXTENSION IF NOT EXISTS zelkovan;
 CREATE TABLE calls (number serial, line text);
@@ -131,6 +133,28 @@ BEGIN
                   'ORDER BY md5(o::text)) s', name, array_to_string(in_call, ', '), flows, days);
 END $$;
 
+-- The same bits but no error; a sentence where there is no answer.
+CREATE FUNCTION compared_ways(name text, arguments text, expected text) RETURNS text LANGUAGE plpgsql AS $$
+DECLARE
+    verdict text := split_part(expected, E'\t', 1);
+    said text := split_part(expected, E'\t', 2);
+    tried text;
+    reason text;
+    no_date bool;
+BEGIN
+    EXECUTE format('SELECT bits_of(%s(%s)), %s(%s)', replace(name, 'fin_', 'fin_try_'), arguments,
+                   replace(name, 'fin_', 'fin_why_'), arguments) INTO tried, reason;
+    no_date := coalesce(reason LIKE '%is out of the range of dates', false) AND verdict = 'answered';
+    IF tried IS DISTINCT FROM (CASE WHEN verdict = 'answered' AND NOT no_date THEN said END) THEN
+        RETURN format('fin_try_ of %s(%s) -> %s, not %s', name, arguments, tried, expected);
+    END IF;
+    IF no_date OR (CASE verdict WHEN 'answered' THEN reason IS NULL WHEN 'missing' THEN reason LIKE '%: %'
+                                ELSE reason IS NOT DISTINCT FROM said END) THEN
+        RETURN 'same';
+    END IF;
+    RETURN format('fin_why_ of %s(%s) -> %s, not %s', name, arguments, reason, expected);
+END $$;
+
 CREATE PROCEDURE compare_all() LANGUAGE plpgsql AS $$
 DECLARE
     entry record;
@@ -161,6 +185,8 @@ BEGIN
         SELECT typname INTO result_type FROM pg_proc JOIN pg_type ON pg_type.oid = prorettype WHERE proname = name LIMIT 1;
         query := format('SELECT bits_of(%s(%s))', name, array_to_string(arguments, ', '));
         INSERT INTO outcomes VALUES (entry.number, words[1], 'function', compared(query, expected, result_type));
+        INSERT INTO outcomes VALUES (entry.number, words[1], 'way',
+                                     compared_ways(name, array_to_string(arguments, ', '), expected));
         IF NOT 'double precision[]' = ANY (types) THEN CONTINUE; END IF;
         query := aggregate_query(name, arguments, ARRAY(SELECT sql_type(type) FROM unnest(types) type));
         INSERT INTO outcomes VALUES (entry.number, words[1], 'aggregate',

@@ -69,6 +69,11 @@ TEST(PostgresqlScript, AFunctionIsDeclaredAndDescribed) {
               "CREATE FUNCTION fin_sample(\"start_date\" date, \"type\" float8 DEFAULT 0) RETURNS float8\n"
               "    AS 'MODULE_PATHNAME', 'zelkovan_fin_sample' LANGUAGE C IMMUTABLE STRICT PARALLEL SAFE COST 20;\n"
               "COMMENT ON FUNCTION fin_sample(date, float8) IS 'What it''s for.\na + b';\n\n");
+    EXPECT_EQ(function_script(sample(parameters), Way::reason),
+              "CREATE FUNCTION fin_why_sample(\"start_date\" date, \"type\" float8 DEFAULT 0) RETURNS text\n"
+              "    AS 'MODULE_PATHNAME', 'zelkovan_fin_why_sample' LANGUAGE C IMMUTABLE STRICT PARALLEL SAFE COST 20;\n"
+              "COMMENT ON FUNCTION fin_why_sample(date, float8) IS 'What it''s for.\nWhy fin_sample has no value, in a "
+              "sentence; NULL where it has one.\na + b';\n\n");
 }
 
 // Order and argument types of each aggregate.
@@ -113,9 +118,11 @@ TEST(PostgresqlScript, EveryCalculationHasAnEntry) {
     const std::string list = entry_list();
     std::size_t index = 0;
     for (const Calculation& calculation : catalogue::calculations()) {
-        const std::string line = "ZELKOVAN_FUNCTION(" + entry_name(calculation) + ", " + std::to_string(index++) +
-                                 ", \"" + kind_letters(calculation) + "\")\n";
-        EXPECT_NE(list.find(line), std::string::npos) << line;
+        const std::string rest = ", " + std::to_string(index++) + ", \"" + kind_letters(calculation) + "\", ";
+        for (const auto& [way, word] : {std::pair{Way::answer, "answer"}, std::pair{Way::attempt, "attempt"}}) {
+            const std::string line = "ZELKOVAN_FUNCTION(" + entry_name(calculation, way) + rest + word + ")\n";
+            EXPECT_NE(list.find(line), std::string::npos) << line;
+        }
     }
 }
 

@@ -58,6 +58,26 @@ TEST(SqliteAggregates, AreNullWhereTheAnswerIsMissing) {
     EXPECT_EQ(database.value("SELECT fin_xirr(amount, day) FROM flow"), SqlValue{});
 }
 
+// 8 / 2 + 4 / 4 is 5. A row that cannot be read spoils the frames that it is in, and no other.
+TEST(SqliteAggregates, AreTriedAndExplained) {
+    const Database database = with_flows("(1, 1, 8, 1), (2, 1, 4, 1), (3, 1, 'x', 2), (4, 0, 4, 3), (5, 0, 4, 3)");
+    EXPECT_EQ(database.run("SELECT fin_try_npv(rate, amount) FROM flow GROUP BY day ORDER BY day").values,
+              (std::vector<SqlValue>{5.0, {}, {}}));
+    EXPECT_EQ(database.run("SELECT fin_why_npv(rate, amount) FROM flow GROUP BY day ORDER BY day").values,
+              (std::vector<SqlValue>{
+                  {}, "NPV: argument 2 (flows): 'x' is not a number", "NPV: argument 1 (rate): 0 is not above 0"}));
+    EXPECT_EQ(database.value("SELECT fin_why_npv(rate, id) FROM flow"),
+              SqlValue{"NPV: argument 1 (rate): must be the same in every row"});
+    EXPECT_EQ(database.value("SELECT fin_try_npv(rate, id) FROM flow"), SqlValue{});
+    EXPECT_EQ(database.value("SELECT fin_why_npv(NULL, 'x') FROM flow"), SqlValue{});
+    EXPECT_EQ(database.value("SELECT fin_why_npv(1, amount) FROM flow WHERE id > 5"), SqlValue{});
+    const std::string frames = "(1, amount) OVER (ORDER BY id ROWS 1 PRECEDING) FROM flow ORDER BY id";
+    EXPECT_EQ(database.run("SELECT fin_try_npv" + frames).values, (std::vector<SqlValue>{4.0, 5.0, {}, {}, 3.0}));
+    const SqlValue unreadable = "NPV: argument 2 (flows): 'x' is not a number";
+    EXPECT_EQ(database.run("SELECT fin_why_npv" + frames).values,
+              (std::vector<SqlValue>{{}, {}, unreadable, unreadable, {}}));
+}
+
 TEST(SqliteAggregates, RefuseInWords) {
     const Database database = with_flows("(1, 0.5, 8, '2023-01-01'), (2, 0.25, 'x', '2023-02-30')");
     constexpr std::array<std::array<const char*, 2>, 5> cases{{

@@ -10,6 +10,7 @@ namespace finance::test {
 
 namespace {
 
+using adapters::Way;
 using catalogue::Calculation;
 using catalogue::Kind;
 
@@ -71,7 +72,7 @@ bool CallRunner::fill(const CallLine& line, std::vector<SqlValue>& scalars, List
 }
 
 // "SELECT fin_xirr(a, b, ?1) FROM ..."
-Statement& CallRunner::statement_for(const CallLine& line) {
+Statement& CallRunner::statement_for(const CallLine& line, Way way) {
     constexpr std::array columns{"a", "b"};
     std::string arguments;
     std::size_t lists = 0;
@@ -85,7 +86,7 @@ Statement& CallRunner::statement_for(const CallLine& line) {
             arguments.append("?").append(std::to_string(++scalars));
         }
     }
-    std::string sql = "SELECT " + adapters::function_name(*line.calculation) + '(' + arguments + ')';
+    std::string sql = "SELECT " + adapters::way_name(*line.calculation, way) + '(' + arguments + ')';
     if (lists > 0) sql += " FROM (SELECT a, b FROM flows ORDER BY rowid)";
     return statements_.try_emplace(sql, database_.get(), sql).first->second;
 }
@@ -98,18 +99,21 @@ void CallRunner::put_rows(const Lists& lists) {
     }
 }
 
-std::optional<Outcome> CallRunner::run(const CallLine& line) {
+std::optional<Outcome> CallRunner::run(const CallLine& line, Way way) {
     std::vector<SqlValue> scalars;
     Lists lists;
     if (!fill(line, scalars, lists)) return {};
     if (!lists.empty()) put_rows(lists);
-    Statement& statement = statement_for(line);
+    Statement& statement = statement_for(line, way);
     for (std::size_t i = 0; i < scalars.size(); ++i) statement.bind(static_cast<int>(i) + 1, scalars[i]);
     return statement.run();
 }
 
-Outcome CallRunner::expected(const CallLine& line) {
-    if (line.verdict == "refused") return {.error = line.answer};
+Outcome CallRunner::expected(const CallLine& line, Way way) {
+    if (way == Way::reason && line.verdict == "missing")
+        return {.values = {std::string{line.calculation->name} + ": "}};
+    if (way == Way::reason) return {.values = {line.verdict == "answered" ? SqlValue{} : SqlValue{line.answer}}};
+    if (line.verdict == "refused" && way == Way::answer) return {.error = line.answer};
     if (line.verdict != "answered") return {.values = {Null{}}};
     return {.values = {answered(*line.calculation, number_of_bits(line.answer))}};
 }

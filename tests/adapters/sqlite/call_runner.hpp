@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "adapters/common/ways.hpp"
 #include "tests/adapters/call_lines.hpp"
 #include "tests/adapters/sqlite/database.hpp"
 
@@ -20,14 +21,14 @@ public:
     explicit CallRunner(const Database& database);
 
     // What SQLite gives; nothing where the line cannot be said.
-    std::optional<Outcome> run(const CallLine& line);
-    // What the line says that it should be.
-    static Outcome expected(const CallLine& line);
+    std::optional<Outcome> run(const CallLine& line, adapters::Way way = adapters::Way::answer);
+    // What the line says that it should be. Of the reason for a missing answer it says the beginning.
+    static Outcome expected(const CallLine& line, adapters::Way way = adapters::Way::answer);
 
 private:
     using Lists = std::vector<std::vector<SqlValue>>;  // one a list
     [[nodiscard]] static bool fill(const CallLine& line, std::vector<SqlValue>& scalars, Lists& lists);
-    Statement& statement_for(const CallLine& line);
+    Statement& statement_for(const CallLine& line, adapters::Way way);
     void put_rows(const Lists& lists);
 
     const Database& database_;

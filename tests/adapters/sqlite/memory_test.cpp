@@ -22,6 +22,8 @@ constexpr std::array statements{
     "SELECT fin_npv(0.1, v) OVER (ORDER BY id ROWS 1 PRECEDING) FROM flow",
     "SELECT fin_npv(1, value) FROM (SELECT 1 AS value UNION ALL SELECT 'x')",
     "SELECT fin_sln(1, 2, 'three')",
+    "SELECT fin_try_sln(1, 2, 'three'), fin_why_sln(1, 2, 'three'), fin_why_sln(1, 2, 0)",
+    "SELECT fin_try_npv(1, value), fin_why_npv(1, value) FROM (SELECT 1 AS value UNION ALL SELECT 'x')",
     "SELECT name, documentation FROM fin_functions WHERE kind = 'aggregate'",
     "SELECT sum(interest) FROM fin_schedule_loan(0.01, 12, 1000)",
     "SELECT * FROM fin_schedule_loan(0.01, 1.5, 1000)",

@@ -107,6 +107,34 @@ TEST(SqliteScalars, AreNullWhereTheAnswerIsMissing) {
     EXPECT_EQ(database.value("SELECT fin_nominal(-2, 12)"), SqlValue{});
 }
 
+// ---- Tried, and explained
+
+struct Tried {
+    const char* call;  // after fin_
+    SqlValue value;
+    SqlValue reason;
+};
+
+// (10000 - 1000) / 5 is 1800. NULL in an argument needs no reason.
+TEST(SqliteScalars, AreTriedAndExplained) {
+    const Database database;
+    const std::array<Tried, 7> cases{{
+        {"sln(10000, 1000, 5)", 1800.0, {}},
+        {"sln(10000, 1000, 0)", {}, "SLN: argument 3 (life): 0 is not above 0"},
+        {"sln(10000, 'abc', 5)", {}, "SLN: argument 2 (salvage): 'abc' is not a number"},
+        {"sln(10000, NULL, 'abc')", {}, {}},
+        {"coupncd(20240115, '2030-11-15', 2)",
+         {},
+         "COUPNCD: argument 1 (settlement): 17803180.5 is no day of the years 1 to 9999, counted from 1960-01-01"},
+        {"coupncd('2025-01-20', '2030-11-15', 2)", "2025-05-15", {}},
+        {"nominal(-2, 12)", {}, "NOMINAL: the answer is a missing value"},
+    }};
+    for (const auto& [call, value, reason] : cases) {
+        EXPECT_EQ(database.value(std::string{"SELECT fin_try_"} + call), value) << call;
+        EXPECT_EQ(database.value(std::string{"SELECT fin_why_"} + call), reason) << call;
+    }
+}
+
 // ---- Numbers of arguments
 
 TEST(SqliteScalars, HaveNoOtherNumberOfArguments) {
@@ -143,7 +171,8 @@ TEST(SqliteScalars, AreDeterministicAndInnocuous) {
     EXPECT_EQ(database.value(all + " AND flags & " + flags + " = " + flags), SqlValue{registered});
     EXPECT_EQ(database.value("SELECT count(DISTINCT name) FROM pragma_function_list WHERE name LIKE 'fin\\_%' ESCAPE "
                              "'\\'"),
-              SqlValue{std::ssize(catalogue::calculations())});
+              SqlValue{3 * std::ssize(catalogue::calculations())})
+        << "fin_try_ and fin_why_ of each";
 }
 
 TEST(SqliteScalars, StandInGeneratedColumnsIndexesAndViews) {

@@ -40,16 +40,16 @@ UPDATE lists SET flows[2] = 4;
 SELECT fin_npv(1, flows) AS filled FROM lists;
 
 -- What the server knows of them.
-SELECT count(DISTINCT proname) = current_setting('test.calculations')::int AS every_calculation,
+SELECT count(DISTINCT proname) = 3 * current_setting('test.calculations')::int AS every_calculation,
        bool_and(provolatile = 'i') AS immutable, bool_and(proisstrict) AS strict,
        bool_and(proparallel = 's') AS parallel_safe, min(procost) AS least_cost, max(procost) AS most,
        bool_and(obj_description(oid, 'pg_proc') IS NOT NULL) AS described
-FROM pg_proc WHERE proname ~ '^fin_' AND prokind = 'f' AND prosrc ~ '^zelkovan_fin_[a-z]+(_coded)?$' AND prosrc !~ 'flows';
+FROM pg_proc WHERE proname ~ '^fin_' AND prokind = 'f' AND prosrc ~ '^zelkovan_fin_(try_|why_)?[a-z]+(_coded)?$' AND prosrc !~ 'flows';
 -- What takes an array, and nothing else, is an aggregate, too.
 SELECT array_agg(DISTINCT proname ORDER BY proname) FILTER (WHERE prokind = 'a')
      = array_agg(DISTINCT proname ORDER BY proname) FILTER (WHERE 'float8[]'::regtype = ANY (proargtypes)) AS every_list,
        bool_and(proparallel = 's') AS parallel_safe, bool_and(obj_description(oid, 'pg_proc') IS NOT NULL) AS described
-FROM pg_proc WHERE proname ~ '^fin_';
+FROM pg_proc WHERE proname ~ '^fin_' AND proname !~ '^fin_(try|why)_';
 SELECT obj_description('fin_sln(float8, float8, float8)'::regprocedure);
 SELECT count(*) AS without_comment FROM pg_depend JOIN pg_proc ON pg_proc.oid = objid
 WHERE refobjid = (SELECT oid FROM pg_extension WHERE extname = 'zelkovan') AND deptype = 'e'

@@ -41,6 +41,19 @@ SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, repeat('x', 1000000));
 SELECT length(:'LAST_ERROR_MESSAGE') < 300 AS "its beginning";
 SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, E'a\nb\x1b[2Jc\u009b\u202e');
 
+-- NULL instead of each of these, and the sentence as text; neither ends a query. What has an answer has no reason.
+SELECT given, fin_try_sln(10000, 1000, given) AS tried, fin_why_sln(10000, 1000, given) AS reason
+FROM unnest(ARRAY[5, 0, NULL, 'NaN', -1]::float8[]) given;
+SELECT basis, fin_try_coupnum('2025-01-20', '2030-11-15', 2, basis) AS tried, fin_why_coupnum('2025-01-20', '2030-11-15', 2, basis) AS reason
+FROM unnest(ARRAY['ACTUAL', 'monthly', NULL, '7']) basis;
+SELECT fin_why_coupnum('2025-01-20', 'infinity', 2.5), fin_try_coupnum('2025-01-20', 'infinity', 2.5);
+SELECT fin_why_coupncd('2025-01-20', '2030-11-15', 3), fin_try_coupncd('2025-01-20', '2030-11-15', 3);
+SELECT fin_why_xnpv(0.1, ARRAY[1, 2, 3], ARRAY['2025-01-01']::date[]), fin_try_xnpv(0.1, ARRAY[1, 2, 3], ARRAY['2025-01-01']::date[]);
+SELECT fin_why_npv(0.1, array_fill(1::float8, ARRAY[4194305])), fin_try_npv(0.1, array_fill(1::float8, ARRAY[4194305]));
+SELECT fin_why_nper(0.005, -4, 20000), fin_try_nper(0.005, -4, 20000);
+SELECT fin_why_xirr(ARRAY[1, 2], ARRAY['2025-01-01', '2026-01-01']::date[]), fin_try_xirr(ARRAY[1, 2], ARRAY['2025-01-01', '2026-01-01']::date[]);
+SELECT fin_why_coupncd('2025-01-20', '2030-11-15', 2), fin_try_coupncd('2025-01-20', '2030-11-15', 2);
+
 -- Parts of aggregates are not to be called.
 SELECT fin_npv_result(NULL); \echo :LAST_ERROR_SQLSTATE
 
