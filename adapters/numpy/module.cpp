@@ -182,6 +182,7 @@ PyObject* make_module() {
     (void)shared_host();  // what cannot be loaded is said at the import
     const auto refused_bits = std::bit_cast<std::uint64_t>(refused_answer);
     if (!put(module, "calculations", catalogue_of(module.get())) || !put(module, "basis_words", basis_words()) ||
+        !put(module, "version", python_text(ZELKOVAN_VERSION)) ||
         !put(module, "refused_bits", Owned{PyLong_FromUnsignedLongLong(refused_bits)})) {
         return nullptr;
     }

@@ -18,6 +18,7 @@ for _entry in _CATALOGUE.values():
 del _entry, _made
 
 basis_words = tuple(_zelkovan.basis_words)
+__version__ = _zelkovan.version
 
 __all__ = [
     "ListFunction",

@@ -62,6 +62,7 @@ def geterr() -> _Setting: ...
     + _FUNCTION.format("ListFunction")
     + '''functions: Mapping[str, Any]
 basis_words: tuple[str, ...]
+__version__: str
 '''
 )
 
