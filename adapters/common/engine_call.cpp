@@ -112,10 +112,15 @@ calls::Answer answer_to(const Calculation& calculation, calls::Arguments argumen
 
 }  // namespace
 
+bool is_refusal(const calls::Answer& answer) {
+    if (answer.verdict() != calls::Verdict::refused) return false;
+    const Calculation& calculation = answer.calculation();
+    const bool at_fault = answer.position() > 0 || !answer.evaluation().log.empty();
+    return at_fault || !(calculation.searches || catalogue::list_count(calculation) > 0);
+}
+
 std::optional<double> value_of(const calls::Answer& answer, Way way) {
-    if (way == Way::answer && answer.verdict() == calls::Verdict::refused) {
-        throw calls::CallRefused{answer.named_sentence()};
-    }
+    if (way == Way::answer && is_refusal(answer)) throw calls::CallRefused{answer.named_sentence()};
     return answer.verdict() == calls::Verdict::answered ? std::optional{answer.value()} : std::nullopt;
 }
 

@@ -80,10 +80,21 @@ std::string refusal(std::string_view name, std::initializer_list<host::Argument>
 
 TEST(Calls, Refusals) {
     EXPECT_EQ(refusal("SLN", {100.0, 10.0, 0.0}), "SLN: argument 3 (life): 0 is not above 0");
-    EXPECT_EQ(refusal("IRR", {100.0, 10.0}),
-              "IRR: no answer: the flows do not change sign: a rate needs money paid and money received");
     const std::string too_few = refusal("SLN", {100.0});
     EXPECT_EQ(too_few.find("SLN: "), 0U) << too_few;
+}
+
+// Money that is only received has no rate, and a price of nearly nothing no yield; a payment of less than the interest brings
+// no loan to its end.
+TEST(Calls, SearchesAndListsWithoutAnAnswerAreMissing) {
+    const std::array<host::Argument, 2> received{100.0, 10.0};
+    EXPECT_EQ(call(named("IRR"), received), std::nullopt);
+    EXPECT_EQ(why_no_value(named("IRR"), received),
+              "IRR: no answer: the flows do not change sign: a rate needs money paid and money received");
+    const std::array<host::Argument, 4> no_loss{100.0, 10.0, 0.1, 0.1};
+    EXPECT_EQ(call(named("MIRR"), no_loss), std::nullopt);
+    EXPECT_EQ(refusal("MIRR", {-100.0, 110.0, 0.0, 0.1}), "MIRR: argument 2 (financeRate): 0 is not above 0");
+    EXPECT_EQ(refusal("NPER", {0.005, -4.0, 20000.0}).substr(0, 17), "NPER: no answer: ");
 }
 
 TEST(Calls, AreTriedAndExplained) {

@@ -11,7 +11,11 @@ SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, ''); \echo :LAST_ERROR_SQLSTAT
 SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, 'täglich'); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_mirr(ARRAY[-1, 2], 0, 0.1); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_nper(0.005, -4, 20000); \echo :LAST_ERROR_SQLSTATE
-SELECT fin_irr(ARRAY[1, 2]); \echo :LAST_ERROR_SQLSTATE
+-- A search without a rate is no refusal, nor are flows of one sign: one group of many must not end a query.
+SELECT fin_irr(ARRAY[1, 2]), fin_mirr(ARRAY[1, 2], 0.1, 0.1), fin_rate(10, 1, 1), fin_why_irr(ARRAY[1, 2]);
+SELECT deal, fin_irr(flow, at), fin_mirr(flow, 0.5, 0.5, at) FROM (VALUES (1, -1, 1), (1, 2, 2), (2, 1, 1), (2, 2, 2)) flows(deal, flow, at)
+GROUP BY deal ORDER BY deal;
+SELECT fin_mirr(flow, 0, 0.1, flow) FROM generate_series(-1, 1) flow; \echo :LAST_ERROR_SQLSTATE
 
 -- Infinity is a date and no day. Dates without end of either sign; the first one is named.
 SELECT fin_coupnum('-infinity', '2030-11-15', 2); \echo :LAST_ERROR_SQLSTATE
