@@ -28,6 +28,8 @@ constexpr ListCase cases[] = {
     {"npv/faulty rate", "fin_npv(0, [2, 4])", "NPV: argument 1 (rate): 0 is not above 0"},
     {"irr/a tenth", "round(fin_irr([-100, 110]), 12)", "0.1"},
     {"irr/no flows", "fin_irr([]::DOUBLE[])", "IRR: "},
+    {"mirr/a list is one argument", "fin_mirr(range(-1, 999)::DOUBLE[], -5, 0.1)",
+     "MIRR: argument 2 (financeRate): -5 is not above 0"},
     {"mirr/list first", "round(fin_mirr([-100, 110], 0.5, 0.5), 12)", "0.1"},  // one period: no reinvesting
     {"fvschedule", "fin_fvschedule(1000, [1, 0.5])", "3000.0"},                // 1000 * 2 * 1.5
     // 2021 and 2022 have 365 days.

@@ -93,6 +93,16 @@ TEST(SqliteAggregates, AreTriedAndExplained) {
               (std::vector<SqlValue>{{}, {}, unreadable, unreadable, {}}));
 }
 
+TEST(SqliteAggregates, CountAListAsOneArgument) {
+    const std::string thousand =
+        " FROM (WITH RECURSIVE n(i) AS (SELECT -1 UNION ALL SELECT i + 1 FROM n WHERE i < 998) SELECT i FROM n)";
+    const Database database;
+    EXPECT_EQ(database.error("SELECT fin_mirr(i, -5, 0.1)" + thousand),
+              "MIRR: argument 2 (financeRate): -5 is not above 0");
+    EXPECT_EQ(database.error("SELECT fin_xnpv(0.1, i, i + 0.5 * (i = 1))" + thousand),
+              "XNPV: argument 3 (dates, value 3): 1.5 is not a whole number");
+}
+
 TEST(SqliteAggregates, RefuseInWords) {
     const Database database = with_flows("(1, 0.5, 8, '2023-01-01'), (2, 0.25, 'x', '2023-02-30')");
     constexpr std::array<std::array<const char*, 2>, 4> cases{{

@@ -26,6 +26,10 @@ SELECT fin_xnpv(0.1, ARRAY[1, 2], ARRAY['2025-01-01', 'infinity']::date[]); \ech
 SELECT fin_xnpv(0.1, ARRAY[1, 2, 3], ARRAY['2025-01-01']::date[]); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_xirr(ARRAY[-1, 2, 3], ARRAY['2025-01-01', '2026-01-01']::date[]); \echo :LAST_ERROR_SQLSTATE
 
+-- A list counts as one argument, in which a value has its own place.
+SELECT fin_mirr(array_agg(n), -5, 0.1) FROM generate_series(-1, 998) n;
+SELECT fin_mirr(n, -5, 0.1, n) FROM generate_series(-1, 998) n;
+
 -- Too many, too few, the wrong types.
 SELECT fin_sln(10000, 1000); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_sln(10000, 1000, 5, 1); \echo :LAST_ERROR_SQLSTATE
@@ -42,7 +46,7 @@ SELECT fin_npv(1, array_fill(1::float8, ARRAY[4194304])) AS "1/2 + 1/4 + ...";
 \set VERBOSITY sqlstate
 SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, repeat('x', 1000000));
 \set VERBOSITY default
-SELECT length(:'LAST_ERROR_MESSAGE') < 300 AS "its beginning";
+SELECT length(:'LAST_ERROR_MESSAGE') < 300 AS "its beginning", strpos(:'LAST_ERROR_MESSAGE', repeat('x', 57) || '...') > 0 AS cut;
 SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, E'a\nb\x1b[2Jc\u009b\u202e');
 
 -- NULL instead of each of these, and the sentence as text; neither ends a query. What has an answer has no reason.
