@@ -41,7 +41,23 @@ TEST(Functions, DocumentationSaysAllOfTheRow) {
             EXPECT_NE(text.find(part), text.npos) << calculation.name << ": " << part;
         }
         for (const catalogue::Parameter& parameter : calculation.parameters) {
-            EXPECT_NE(text.find(parameter.meaning), text.npos) << calculation.name << ": " << parameter.name;
+            const std::string_view meaning = parameter.kind == catalogue::Kind::basis
+                                                 ? std::string_view{"how days and years are counted; "}
+                                                 : parameter.meaning;
+            EXPECT_NE(text.find(meaning), text.npos) << calculation.name << ": " << parameter.name;
+        }
+    }
+}
+
+// The module takes a missing basis for ACTUAL and a missing payment for 0. An engine makes no call with either.
+TEST(Functions, DocumentationSaysWhatEnginesDoWithMissingValues) {
+    const std::string price = documentation(named("PRICE"));
+    EXPECT_NE(price.find("  basis: how days and years are counted; default 30/360\n"), price.npos) << price;
+    for (const catalogue::Calculation& calculation : catalogue::calculations()) {
+        const std::string text = documentation(calculation);
+        EXPECT_NE(text.find("\nWhere an argument is missing, the result is.\n"), text.npos) << calculation.name;
+        for (const std::string_view said : {"given as a missing value", "is ACTUAL", "; . is 0"}) {
+            EXPECT_EQ(text.find(said), text.npos) << calculation.name << ": " << said;
         }
     }
 }
