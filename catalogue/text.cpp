@@ -180,7 +180,7 @@ std::string shown(std::string_view text, std::size_t most) {
 
 std::string in_quotes(std::string_view text) {
     std::string result = "'";
-    return result.append(shown(text)).append("'");
+    return result.append(shown(text, most_quoted)).append("'");
 }
 
 }  // namespace finance::catalogue

@@ -29,7 +29,8 @@ constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // ---- Texts of others: cells, names of files, words of a command line, what other programs say
 
-inline constexpr std::size_t most_shown = 80;  // characters
+inline constexpr std::size_t most_shown = 80;   // characters: a file's name, or a column's
+inline constexpr std::size_t most_quoted = 60;  // what stands where a value should: its beginning is enough
 
 // The length of the UTF-8 character at the front of a text that is not empty; 0 where none is well formed.
 std::size_t character_length(std::string_view text);
@@ -44,7 +45,7 @@ bool is_control(std::string_view character);
 //  (3) What has been shown shows as it is.
 std::string shown(std::string_view text, std::size_t most = most_shown);
 
-// The same between quotation marks: 'rate'.
+// The same between quotation marks, most_quoted at most: 'rate'.
 std::string in_quotes(std::string_view text);
 
 // ---- Numbers as people read them

@@ -69,11 +69,21 @@ std::string joined(std::string text, std::string_view more) {
     return text.append(text.empty() ? "" : "; ").append(more);
 }
 
+// What a missing value would stand for is of no matter here: it makes the result missing (2).
+std::string meaning_in_engines(const Parameter& parameter) {
+    if (parameter.kind != catalogue::Kind::basis) return std::string{parameter.meaning};
+    return "how days and years are counted";
+}
+
+std::string need_in_engines(const Parameter& parameter) {
+    return parameter.need == Need::may_be_missing ? "required" : need_words(parameter);
+}
+
 std::string parameter_lines(const Parameter& parameter) {
-    std::string text = "  " + std::string{parameter.name} + ": " + std::string{parameter.meaning};
+    std::string text = "  " + std::string{parameter.name} + ": " + meaning_in_engines(parameter);
     text = joined(std::move(text), parameter.unit);
     text = joined(std::move(text), rule_words(parameter));
-    return joined(std::move(text), need_words(parameter)) + '\n';
+    return joined(std::move(text), need_in_engines(parameter)) + '\n';
 }
 
 std::string paragraph(std::string_view title, std::string_view text) {
@@ -86,6 +96,7 @@ std::string paragraph(std::string_view title, std::string_view text) {
 std::string documentation(const Calculation& calculation) {
     std::string text = usage(calculation) + "\n\n" + std::string{calculation.answers} + ".\n\n";
     for (const Parameter& parameter : calculation.parameters) text += parameter_lines(parameter);
+    text += paragraph("", "Where an argument is missing, the result is.");
     text += paragraph("Formula:\n", calculation.formula);
     text += paragraph("", calculation.remarks);
     return text + paragraph("No answer: ", calculation.failure);
@@ -112,10 +123,15 @@ calls::Answer answer_to(const Calculation& calculation, calls::Arguments argumen
 
 }  // namespace
 
+bool is_refusal(const calls::Answer& answer) {
+    if (answer.verdict() != calls::Verdict::refused) return false;
+    const Calculation& calculation = answer.calculation();
+    const bool at_fault = answer.position() > 0 || !answer.evaluation().log.empty();
+    return at_fault || !(calculation.searches || catalogue::list_count(calculation) > 0);
+}
+
 std::optional<double> value_of(const calls::Answer& answer, Way way) {
-    if (way == Way::answer && answer.verdict() == calls::Verdict::refused) {
-        throw calls::CallRefused{answer.named_sentence()};
-    }
+    if (way == Way::answer && is_refusal(answer)) throw calls::CallRefused{answer.named_sentence()};
     return answer.verdict() == calls::Verdict::answered ? std::optional{answer.value()} : std::nullopt;
 }
 

@@ -6,7 +6,9 @@
 //      call is made.
 //  (3) An answer that is itself missing (a search without a rate), that does not solve its equation or is infinite is
 //      missing in the engine too.
-//  (4) Everything else without an answer is a refusal: one sentence that names the argument and its rule.
+//  (4) So is one that is not there, although no argument is at fault, where a calculation searches or has lists: one group
+//      of flows without a rate must not end a query of many, nor one price that no yield has.
+//  (5) Everything else without an answer is a refusal: one sentence that names the argument and its rule.
 #pragma once
 
 #include <cmath>
@@ -58,6 +60,9 @@ inline bool speaks_for_itself(const catalogue::Calculation& calculation, double 
 inline bool all_speak_for_themselves(const catalogue::Calculation& calculation, std::span<const double> values) {
     return !calculation.searches && all_finite(values);
 }
+
+// Whether a call without an answer is a refusal, by (4) and (5).
+bool is_refusal(const calls::Answer& answer);
 
 // The value of an answer, nothing where it is missing or none that holds. In the way of an answer CallRefused, the
 // sentence naming the calculation.

@@ -52,7 +52,8 @@ std::string help(std::string_view name) {
         calculation = catalogue::find(name.substr(prefix.size()));
     }
     if (calculation == nullptr)
-        throw std::invalid_argument{"fin_help: there is no calculation " + catalogue::shown(name)};
+        throw std::invalid_argument{"fin_help: there is no calculation " +
+                                    catalogue::shown(name, catalogue::most_quoted)};
     std::string text = documentation(*calculation);
     if (is_scalar(*calculation)) return text;
     return text + "\nOver the rows of a group: " + usage_over_rows(*calculation) + '\n';

@@ -74,7 +74,8 @@ const Calculation* calculation_named(PyObject* name) {
     if (text == nullptr) return nullptr;
     const Calculation* calculation = catalogue::find(text);
     if (calculation == nullptr)
-        PyErr_Format(PyExc_ValueError, "no calculation is called %s", catalogue::shown(text).c_str());
+        PyErr_Format(PyExc_ValueError, "no calculation is called %s",
+                     catalogue::shown(text, catalogue::most_quoted).c_str());
     return calculation;
 }
 

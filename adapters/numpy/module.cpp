@@ -53,7 +53,7 @@ PyObject* shown(PyObject*, PyObject* given) {
     return guarded([&]() -> PyObject* {
         std::string_view text;
         if (!text_of(given, text)) return nullptr;
-        return python_text(catalogue::shown(text)).release();
+        return python_text(catalogue::shown(text, catalogue::most_quoted)).release();
     });
 }
 

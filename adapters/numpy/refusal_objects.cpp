@@ -42,15 +42,19 @@ struct OneCall {
     }
 };
 
+// (sentence, position, argument, element): as help counts, a list as one; None where there is none.
 PyObject* described(const Calculation& calculation, const std::string& sentence, int position, std::size_t values) {
     const Owned text = python_text(sentence);
     if (!text) return nullptr;
     const auto at = static_cast<std::size_t>(std::max(position, 0));
-    const std::size_t index = catalogue::place_of(calculation, at, values).parameter;
-    if (position < 1 || index >= calculation.parameters.size())
-        return Py_BuildValue("OOO", text.get(), Py_None, Py_None);
-    const Owned name = python_text(calculation.parameters[index].name);
-    return name ? Py_BuildValue("OiO", text.get(), position, name.get()) : nullptr;
+    const catalogue::Place place = catalogue::place_of(calculation, at, values);
+    if (position < 1 || place.parameter >= calculation.parameters.size())
+        return Py_BuildValue("OOOO", text.get(), Py_None, Py_None, Py_None);
+    const Owned name = python_text(calculation.parameters[place.parameter].name);
+    if (!name) return nullptr;
+    const auto parameter = static_cast<Py_ssize_t>(place.parameter) + 1;
+    if (place.element == 0) return Py_BuildValue("OnOO", text.get(), parameter, name.get(), Py_None);
+    return Py_BuildValue("OnOn", text.get(), parameter, name.get(), static_cast<Py_ssize_t>(place.element));
 }
 
 }  // namespace

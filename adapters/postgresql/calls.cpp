@@ -66,7 +66,7 @@ Outcome outcome_of(const Calculation& calculation, const host::Evaluation& evalu
     const std::vector<host::Argument> arguments = arguments_of(calculation, row);
     const calls::Answer answer = calls::answer_of(shared_host(), calculation, arguments, evaluation);
     if (answer.verdict() == Verdict::answered) return {.verdict = Verdict::answered, .value = evaluation.value};
-    if (way == Way::attempt || (way == Way::answer && answer.verdict() != Verdict::refused)) {
+    if (way == Way::attempt || (way == Way::answer && !is_refusal(answer))) {
         return {.verdict = Verdict::missing};
     }
     const bool at_fault = answer.position() > 0 || !evaluation.log.empty();

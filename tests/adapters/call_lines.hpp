@@ -13,7 +13,7 @@ struct CallLine {
     std::size_t number = 0;  // of the line, from 0
     const catalogue::Calculation* calculation = nullptr;
     std::vector<std::string> parameters{};  // as they stand: n:BITS, t:TEXT, a list with commas, - for an empty one
-    std::string verdict{};                  // answered, missing, refused
+    std::string verdict{};                  // answered, missing, no answer, refused, ...
     std::string answer{};                   // BITS, -, or the sentence
 };
 

@@ -41,7 +41,23 @@ TEST(Functions, DocumentationSaysAllOfTheRow) {
             EXPECT_NE(text.find(part), text.npos) << calculation.name << ": " << part;
         }
         for (const catalogue::Parameter& parameter : calculation.parameters) {
-            EXPECT_NE(text.find(parameter.meaning), text.npos) << calculation.name << ": " << parameter.name;
+            const std::string_view meaning = parameter.kind == catalogue::Kind::basis
+                                                 ? std::string_view{"how days and years are counted; "}
+                                                 : parameter.meaning;
+            EXPECT_NE(text.find(meaning), text.npos) << calculation.name << ": " << parameter.name;
+        }
+    }
+}
+
+// The module takes a missing basis for ACTUAL and a missing payment for 0. An engine makes no call with either.
+TEST(Functions, DocumentationSaysWhatEnginesDoWithMissingValues) {
+    const std::string price = documentation(named("PRICE"));
+    EXPECT_NE(price.find("  basis: how days and years are counted; default 30/360\n"), price.npos) << price;
+    for (const catalogue::Calculation& calculation : catalogue::calculations()) {
+        const std::string text = documentation(calculation);
+        EXPECT_NE(text.find("\nWhere an argument is missing, the result is.\n"), text.npos) << calculation.name;
+        for (const std::string_view said : {"given as a missing value", "is ACTUAL", "; . is 0"}) {
+            EXPECT_EQ(text.find(said), text.npos) << calculation.name << ": " << said;
         }
     }
 }
@@ -80,10 +96,21 @@ std::string refusal(std::string_view name, std::initializer_list<host::Argument>
 
 TEST(Calls, Refusals) {
     EXPECT_EQ(refusal("SLN", {100.0, 10.0, 0.0}), "SLN: argument 3 (life): 0 is not above 0");
-    EXPECT_EQ(refusal("IRR", {100.0, 10.0}),
-              "IRR: no answer: the flows do not change sign: a rate needs money paid and money received");
     const std::string too_few = refusal("SLN", {100.0});
     EXPECT_EQ(too_few.find("SLN: "), 0U) << too_few;
+}
+
+// Money that is only received has no rate, and a price of nearly nothing no yield; a payment of less than the interest brings
+// no loan to its end.
+TEST(Calls, SearchesAndListsWithoutAnAnswerAreMissing) {
+    const std::array<host::Argument, 2> received{100.0, 10.0};
+    EXPECT_EQ(call(named("IRR"), received), std::nullopt);
+    EXPECT_EQ(why_no_value(named("IRR"), received),
+              "IRR: no answer: the flows do not change sign: a rate needs money paid and money received");
+    const std::array<host::Argument, 4> no_loss{100.0, 10.0, 0.1, 0.1};
+    EXPECT_EQ(call(named("MIRR"), no_loss), std::nullopt);
+    EXPECT_EQ(refusal("MIRR", {-100.0, 110.0, 0.0, 0.1}), "MIRR: argument 2 (financeRate): 0 is not above 0");
+    EXPECT_EQ(refusal("NPER", {0.005, -4.0, 20000.0}).substr(0, 17), "NPER: no answer: ");
 }
 
 TEST(Calls, AreTriedAndExplained) {

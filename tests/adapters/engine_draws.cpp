@@ -10,8 +10,10 @@
 //
 // a parameter as n:BITS (16 hexadecimal digits of a double) or t:TEXT, a list's values separated by commas (an empty list
 // is "-"), one entry for each parameter given; the verdict is answered (then BITS), missing (then "-"), or does not solve, too
-// large or refused (then the sentence).
+// large, no answer or refused (then the sentence). No answer: no argument is at fault, and the calculation searches or has
+// lists.
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -82,6 +84,16 @@ std::string written(const catalogue::Calculation& calculation, const std::vector
     return next == values.size() ? line : "";
 }
 
+// By name, and not by what the adapters make of the catalogue.
+std::string_view verdict_word(const calls::Answer& answer) {
+    constexpr std::array<std::string_view, 9> may_have_none{"FVSCHEDULE", "IRR",  "MIRR", "NPV",  "ODDFYIELD",
+                                                            "RATE",       "XIRR", "XNPV", "YIELD"};
+    const bool refused = answer.verdict() == calls::Verdict::refused && answer.position() == 0;
+    if (!refused || !answer.evaluation().log.empty()) return word_of(answer.verdict());
+    const bool listed = std::ranges::find(may_have_none, answer.calculation().name) != may_have_none.end();
+    return listed ? "no answer" : word_of(answer.verdict());
+}
+
 void write_call(const test::Draw& draw) {
     const catalogue::Calculation* calculation = catalogue::find(draw.name);
     if (calculation == nullptr) return;
@@ -102,7 +114,7 @@ void write_call(const test::Draw& draw) {
     if (parameters.empty()) return;
     const host::Evaluation evaluation = calls::evaluate(shared_host(), *calculation, arguments);
     const calls::Answer answer = calls::answer_of(shared_host(), *calculation, arguments, evaluation);
-    std::cout << draw.name << parameters << '\t' << word_of(answer.verdict()) << '\t';
+    std::cout << draw.name << parameters << '\t' << verdict_word(answer) << '\t';
     if (answer.verdict() == calls::Verdict::answered) std::cout << bits_of(answer.value()) << '\n';
     if (answer.verdict() == calls::Verdict::missing) std::cout << "-\n";
     if (is_failure(answer.verdict())) std::cout << answer.named_sentence() << '\n';

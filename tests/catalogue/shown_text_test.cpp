@@ -42,10 +42,17 @@ TEST(ShownText, ControlsAreWrittenOut) {
         const std::string shown = catalogue::shown(row.text);
         EXPECT_EQ(shown, row.expected) << "row " << checked;
         EXPECT_EQ(catalogue::shown(shown), shown) << "row " << checked << ": shown once more";
-        EXPECT_EQ(catalogue::in_quotes(row.text), '\'' + row.expected + '\'') << "row " << checked;
+        if (row.text.size() <= catalogue::most_quoted) {
+            EXPECT_EQ(catalogue::in_quotes(row.text), '\'' + row.expected + '\'') << "row " << checked;
+        }
         ++checked;
     }
     EXPECT_EQ(checked, 16);
+}
+
+TEST(ShownText, InQuotesIsShorter) {
+    EXPECT_EQ(catalogue::in_quotes(long_text.substr(0, 60)), '\'' + long_text.substr(0, 60) + '\'');
+    EXPECT_EQ(catalogue::in_quotes(long_text.substr(0, 61)), '\'' + long_text.substr(0, 57) + "...'");
 }
 
 // Characters count, not bytes; what is written out is never cut.

@@ -131,9 +131,9 @@ class ListFunction(Function):
             argument.at(row, shape) if isinstance(argument, Rows) else float(np.broadcast_to(argument, shape)[row])
             for argument in arguments
         )
-        sentence, position, argument = _zelkovan.refusal(self.calculation, one)
+        sentence, position, argument, element = _zelkovan.refusal(self.calculation, one)
         words = None if row_words is None else row_words(row)
-        return _refusals.RefusedError(self.calculation, argument, position, row, sentence, words)
+        return _refusals.RefusedError(self.calculation, argument, position, element, row, sentence, words)
 
     # ---- Groups
 

@@ -17,15 +17,17 @@ class RefusedError(ValueError):
 
     calculation  its name: "PRICE"
     argument     the parameter at fault, or None where none is
-    position     of the argument at fault, 1 the first (in a list, each value counts), or None
+    position     of the argument at fault, 1 the first, a list being one; or None
+    element      in a list, of the value at fault, 1 the first; or None
     row          index of the first refused row, a tuple; () where there is one row only
     sentence     the reason, without the row
     """
 
-    def __init__(self, calculation, argument, position, row, sentence, row_words=None):
+    def __init__(self, calculation, argument, position, element, row, sentence, row_words=None):
         self.calculation = calculation
         self.argument = argument
         self.position = position
+        self.element = element
         self.row = row
         self.sentence = sentence
         self._row_words = _words_for(row) if row_words is None else row_words
@@ -36,6 +38,7 @@ class RefusedError(ValueError):
             self.calculation,
             self.argument,
             self.position,
+            self.element,
             self.row,
             self.sentence,
             self._row_words,

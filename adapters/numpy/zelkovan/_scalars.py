@@ -50,8 +50,8 @@ class ScalarFunction(Function):
             words = _convert.words_of(value) if converter is _convert.basis else None
             one = np.broadcast_to(array if words is None else words, shape)[row]
             arguments.append(float(one) if words is None else _convert.worded(one))
-        sentence, position, argument = _zelkovan.refusal(self.calculation, tuple(arguments))
-        return _refusals.RefusedError(self.calculation, argument, position, row, sentence)
+        sentence, position, argument, element = _zelkovan.refusal(self.calculation, tuple(arguments))
+        return _refusals.RefusedError(self.calculation, argument, position, element, row, sentence)
 
 
 def _only(out):

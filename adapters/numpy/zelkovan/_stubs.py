@@ -41,6 +41,7 @@ class RefusedError(ValueError):
     calculation: str
     argument: str | None
     position: int | None
+    element: int | None
     row: tuple[int, ...]
     sentence: str
 

@@ -27,7 +27,9 @@ constexpr ListCase cases[] = {
     {"npv/nan in list", "fin_npv(1, [2, 'nan'::DOUBLE, 8])", "NULL"},
     {"npv/faulty rate", "fin_npv(0, [2, 4])", "NPV: argument 1 (rate): 0 is not above 0"},
     {"irr/a tenth", "round(fin_irr([-100, 110]), 12)", "0.1"},
-    {"irr/no flows", "fin_irr([]::DOUBLE[]) IS NULL", "IRR: "},
+    {"irr/no flows", "fin_irr([]::DOUBLE[])", "IRR: "},
+    {"mirr/a list is one argument", "fin_mirr(range(-1, 999)::DOUBLE[], -5, 0.1)",
+     "MIRR: argument 2 (financeRate): -5 is not above 0"},
     {"mirr/list first", "round(fin_mirr([-100, 110], 0.5, 0.5), 12)", "0.1"},  // one period: no reinvesting
     {"fvschedule", "fin_fvschedule(1000, [1, 0.5])", "3000.0"},                // 1000 * 2 * 1.5
     // 2021 and 2022 have 365 days.
@@ -76,10 +78,26 @@ TEST(DuckdbLists, AreGatheredFromTheRowsOfAGroup) {
     EXPECT_EQ(table.rows[2], (Row{"3", std::nullopt, std::nullopt}));
     EXPECT_EQ(database.value("SELECT fin_irr(list(flow)) FROM flows WHERE deal = 4"), "NULL");
     EXPECT_EQ(database
-                  .value("SELECT fin_irr(list(flow ORDER BY day) FILTER (WHERE flow IS NOT NULL)) "
+                  .value("SELECT fin_why_irr(list(flow ORDER BY day) FILTER (WHERE flow IS NOT NULL)) "
                          "FROM flows WHERE deal = 3")
                   .substr(0, 14),
               "IRR: no answer");
+}
+
+// Of 6000 deals every third is only received; the others have 100 %.
+TEST(DuckdbLists, OneGroupWithoutARateEndsNoQuery) {
+    const Database database;
+    database.run("CREATE TABLE deals AS SELECT i, [IF(i % 3 = 0, 1.0, -1.0), 2.0] AS flows FROM range(6000) rows(i)");
+    for (const std::string call : {"fin_irr(flows)", "fin_mirr(flows, 0.1, 0.1)"}) {
+        EXPECT_EQ(
+            database.value("SELECT count(r) || ' ' || round(min(r), 12) || ' ' || count(*) FILTER (WHERE r IS NULL) "
+                           "FROM (SELECT " +
+                           call + " AS r FROM deals)"),
+            "4000 1.0 2000")
+            << call;
+    }
+    EXPECT_EQ(database.value("SELECT count(fin_mirr(flows, IF(i = 5000, 0, 0.1), 0.1)) FROM deals"),
+              "MIRR: argument 2 (financeRate): 0 is not above 0");
 }
 
 // Once written down as a macro, a list in order is used like an aggregate.

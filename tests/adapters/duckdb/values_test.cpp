@@ -49,6 +49,11 @@ constexpr ValueCase cases[] = {
     {"try/answered", "TRY(fin_sln(10000, 1000, 5))", "1800.0"},
     // ---- An answer that is itself missing: no rate makes two payments to one side worth nothing
     {"missing/no rate", "fin_xirr([1, 2], [0, 365])", "NULL"},
+    {"missing/no rate, periods", "fin_irr([1, 2])", "NULL"},
+    {"missing/no negative flow", "fin_mirr([1, 2], 0.1, 0.1)", "NULL"},
+    {"missing/no signs", "fin_rate(10, 1, 1)", "NULL"},
+    {"missing/why", "fin_why_irr([1, 2])",
+     "IRR: no answer: the flows do not change sign: a rate needs money paid and money received"},
     // ---- An answer that does not solve, or is infinite
     {"unsolved/rate", "fin_rate(120, -200, 0, 30000)", "NULL"},
     {"unsolved/yield", "fin_yield(DATE '2025-01-20', DATE '2030-11-15', 0.05, 1e9, 100, 2)", "NULL"},
@@ -129,7 +134,8 @@ constexpr Refused refusals[] = {
     {"fin_price(DATE '2008-02-15', DATE '2017-11-15', 0.0575, 0.065, 100, 2.5)",
      "PRICE: argument 6 (frequency): 2.5 is not a whole number"},
     {"fin_sln(10000, 1000, 0)", "SLN: argument 3 (life): 0 is not above 0"},
-    {"fin_irr([1, 2])", "IRR: no answer: the flows do not change sign: a rate needs money paid and money received"},
+    {"fin_mirr([1, 2], 0, 0.1)", "MIRR: argument 2 (financeRate): 0 is not above 0"},
+    {"fin_nominal(0.1, 0.5)", "NOMINAL: argument 2 (periodsPerYear): 0.5 is not a whole number"},
     {"fin_coupncd('infinity'::DATE, DATE '2030-11-15', 2)",
      "COUPNCD: argument 1 (settlement): inf is no day of the years 1 to 9999, counted from 1960-01-01"},
 };
@@ -156,7 +162,7 @@ TEST(DuckdbValues, SentencesHaveNoControlCharacters) {
     EXPECT_EQ(database.value("SELECT fin_help(" + hostile + ')'),
               R"(fin_help: there is no calculation a\nb\x1B[2Jc\u009B\u202E)");
     const std::string sentence = database.value("SELECT fin_help(repeat('x', 1000000))");
-    EXPECT_EQ(sentence, "fin_help: there is no calculation " + std::string(77, 'x') + "...");
+    EXPECT_EQ(sentence, "fin_help: there is no calculation " + std::string(57, 'x') + "...");
 }
 
 }  // namespace

@@ -32,12 +32,12 @@ def host_days(answer):
 class Call(typing.NamedTuple):
     name: str
     arguments: tuple
-    verdict: str  # answered, missing, does not solve, too large, refused
+    verdict: str  # answered, missing, does not solve, too large, no answer, refused
     answer: object  # a float, None, or the sentence
 
     def fails(self):
         """Whether a call that refuses is what comes of it here."""
-        return self.verdict in ("does not solve", "too large", "refused")
+        return self.verdict in ("does not solve", "too large", "no answer", "refused")
 
 
 def _value(word):

@@ -1,5 +1,6 @@
 """Calculations of lists: one, tables, ragged, groups."""
 
+import pickle
 import unittest
 
 import numpy as np
@@ -73,16 +74,20 @@ class Lists(unittest.TestCase):
 
     def test_refusals(self):
         faults = [
-            (lambda: zelkovan.npv(0, FLOWS), "rate", 1, ()),
-            (lambda: zelkovan.mirr([FLOWS, FLOWS], 0.1, [0.1, -1]), "reinvestRate", 7, (1,)),
-            (lambda: zelkovan.xnpv(0.1, [[1, 2], [3, 4]], [[1, 2], [3, 4.5]]), "dates", 5, (1,)),
-            (lambda: zelkovan.irr([[-1, 2], [1, 2]]), None, None, (1,)),
+            (lambda: zelkovan.npv(0, FLOWS), "rate", 1, None, ()),
+            (lambda: zelkovan.mirr([FLOWS, FLOWS], 0.1, [0.1, -1]), "reinvestRate", 3, None, (1,)),
+            (lambda: zelkovan.mirr(np.arange(-1.0, 999), -5, 0.1), "financeRate", 2, None, ()),
+            (lambda: zelkovan.xnpv(0.1, [[1, 2], [3, 4]], [[1, 2], [3, 4.5]]), "dates", 3, 2, (1,)),
+            (lambda: zelkovan.irr([[-1, 2], [1, 2]]), None, None, None, (1,)),
         ]
-        for call, argument, position, row in faults:
+        for call, argument, position, element, row in faults:
             with self.assertRaises(zelkovan.RefusedError) as caught:
                 call()
             error = caught.exception
-            self.assertEqual((error.argument, error.position, error.row), (argument, position, row), error)
+            place = (argument, position, element, row)
+            self.assertEqual((error.argument, error.position, error.element, error.row), place, error)
+            again = pickle.loads(pickle.dumps(error))
+            self.assertEqual((again.argument, again.position, again.element, again.row), place)
         with zelkovan.errstate(refused="nan"):
             self.assertEqual(np.isnan(zelkovan.irr([[-1, 2], [1, 2]])).tolist(), [False, True])
 

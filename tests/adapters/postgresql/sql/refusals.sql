@@ -11,7 +11,11 @@ SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, ''); \echo :LAST_ERROR_SQLSTAT
 SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, 'täglich'); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_mirr(ARRAY[-1, 2], 0, 0.1); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_nper(0.005, -4, 20000); \echo :LAST_ERROR_SQLSTATE
-SELECT fin_irr(ARRAY[1, 2]); \echo :LAST_ERROR_SQLSTATE
+-- A search without a rate is no refusal, nor are flows of one sign: one group of many must not end a query.
+SELECT fin_irr(ARRAY[1, 2]), fin_mirr(ARRAY[1, 2], 0.1, 0.1), fin_rate(10, 1, 1), fin_why_irr(ARRAY[1, 2]);
+SELECT deal, fin_irr(flow, at), fin_mirr(flow, 0.5, 0.5, at) FROM (VALUES (1, -1, 1), (1, 2, 2), (2, 1, 1), (2, 2, 2)) flows(deal, flow, at)
+GROUP BY deal ORDER BY deal;
+SELECT fin_mirr(flow, 0, 0.1, flow) FROM generate_series(-1, 1) flow; \echo :LAST_ERROR_SQLSTATE
 
 -- Infinity is a date and no day. Dates without end of either sign; the first one is named.
 SELECT fin_coupnum('-infinity', '2030-11-15', 2); \echo :LAST_ERROR_SQLSTATE
@@ -21,6 +25,10 @@ SELECT fin_xnpv(0.1, ARRAY[1, 2], ARRAY['2025-01-01', 'infinity']::date[]); \ech
 -- Lists that belong together and do not pair up; a date must not pass for a guess.
 SELECT fin_xnpv(0.1, ARRAY[1, 2, 3], ARRAY['2025-01-01']::date[]); \echo :LAST_ERROR_SQLSTATE
 SELECT fin_xirr(ARRAY[-1, 2, 3], ARRAY['2025-01-01', '2026-01-01']::date[]); \echo :LAST_ERROR_SQLSTATE
+
+-- A list counts as one argument, in which a value has its own place.
+SELECT fin_mirr(array_agg(n), -5, 0.1) FROM generate_series(-1, 998) n;
+SELECT fin_mirr(n, -5, 0.1, n) FROM generate_series(-1, 998) n;
 
 -- Too many, too few, the wrong types.
 SELECT fin_sln(10000, 1000); \echo :LAST_ERROR_SQLSTATE
@@ -38,7 +46,7 @@ SELECT fin_npv(1, array_fill(1::float8, ARRAY[4194304])) AS "1/2 + 1/4 + ...";
 \set VERBOSITY sqlstate
 SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, repeat('x', 1000000));
 \set VERBOSITY default
-SELECT length(:'LAST_ERROR_MESSAGE') < 300 AS "its beginning";
+SELECT length(:'LAST_ERROR_MESSAGE') < 300 AS "its beginning", strpos(:'LAST_ERROR_MESSAGE', repeat('x', 57) || '...') > 0 AS cut;
 SELECT fin_coupnum('2025-01-20', '2030-11-15', 2, E'a\nb\x1b[2Jc\u009b\u202e');
 
 -- NULL instead of each of these, and the sentence as text; neither ends a query. What has an answer has no reason.
