@@ -2,13 +2,13 @@
 // and docs/. Pages are files that need no server: script and style stand beside them, the calculations are in the script.
 // zelkovan.html is all calculators in one file.
 import { createHash } from 'node:crypto';
-import { cpSync, mkdirSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdirSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { join, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { wasmModule } from '../wasm/packaging/modules.js';
 import { bundle } from './bundle.js';
 import { calculationPage } from './pages/calculation.js';
-import { documentList, documentPage, readDocument } from './pages/document.js';
+import { documentList, documentPage, LEADS, readDocument } from './pages/document.js';
 import { flowsPage } from './pages/flows.js';
 import { frame } from './pages/frame.js';
 import { homePage } from './pages/home.js';
@@ -24,15 +24,9 @@ const made = join(build, 'site-modules');
 const catalogue = JSON.parse(readFileSync(join(build, 'package/catalogue.json'), 'utf8'));
 const style = readFileSync(join(site, 'style/site.css'), 'utf8');
 
-// ---- The pages of docs, those first that people look for first
+// ---- The pages of docs
 
-const FIRST = ['from-spreadsheets', 'command', 'sqlite', 'postgresql', 'duckdb', 'numpy', 'solvers', 'performance', 'reliability'];
-const rank = (name) => (FIRST.includes(name) ? FIRST.indexOf(name) : FIRST.length);
-
-const names = readdirSync(join(root, 'docs'))
-  .filter((file) => file.endsWith('.md'))
-  .map((file) => file.slice(0, -'.md'.length))
-  .sort((a, b) => rank(a) - rank(b) || (a < b ? -1 : 1));
+const names = Object.keys(LEADS);
 const documents = names.map((name) => readDocument(name, readFileSync(join(root, 'docs', `${name}.md`), 'utf8'), new Set(names)));
 
 const sections = documents.flatMap(({ name, title, headings }) =>

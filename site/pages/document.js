@@ -2,6 +2,26 @@
 import { Marked } from 'marked';
 import { html, raw } from './html.js';
 
+/** What each page is for, those first that people look for first. */
+export const LEADS = {
+  install: 'The command, packages for Debian and Python, extensions of databases, JavaScript',
+  'from-spreadsheets': 'Where answers differ from those of a sheet, and what to type instead',
+  command: 'Calls, tables, schedules, pictures, the prompt, answers for machines',
+  sqlite: 'The calculations as functions and aggregates of SQLite',
+  postgresql: 'The calculations as functions and aggregates of PostgreSQL',
+  duckdb: 'The calculations as functions of DuckDB, over columns',
+  'duckdb-wasm': 'The same where DuckDB runs in a page',
+  numpy: 'The calculations over arrays, with pandas and dask',
+  solvers: 'How rates are searched, how a search ends, and what is checked',
+  performance: 'What a call costs, measured',
+  columns: 'What a row of a column costs, beside other libraries',
+  web: 'What a row and a call cost in JavaScript, beside other packages',
+  reliability: 'What is tried on all of it, and what came of that',
+  hosting: 'Calls from a program of your own, in C',
+  names: 'Names and records that hosts and linkers rely on',
+  decisions: 'Where two ways were open, which one is taken, and why',
+};
+
 /** A heading's fragment, as Markdown's readers make it. */
 export const slug = (text) =>
   text
@@ -58,14 +78,6 @@ function markdown(documents) {
 
 const TITLE = /^# (.+)$/m;
 
-const plain = (text) => text.replace(/\[([^\]]*)\]\([^)]*\)/g, '$1').replace(/[`*]/g, '').replace(/\s+/g, ' ').trim();
-
-// The first sentence below the title.
-function leadOf(text) {
-  const paragraph = text.replace(/^<!--[\s\S]*?-->\s*/, '').replace(/^# .*\n+/, '').split(/\n\s*\n/)[0];
-  return /^.*?[.:](?=\s|$)/.exec(plain(paragraph))?.[0].replace(/:$/, '.') ?? '';
-}
-
 /** @returns {{name, title, lead, headings: {title, slug, words}[], content}} of a page of docs; words: what stands below it */
 export function readDocument(name, text, documents) {
   const title = TITLE.exec(text)?.[1].replace(/`/g, '') ?? name;
@@ -74,7 +86,7 @@ export function readDocument(name, text, documents) {
     const own = i === 0 ? title : heading.replace(/`/g, '');
     return { title: own, slug: i === 0 ? '' : slug(own), words: rest.join(' ') };
   });
-  return { name, title, lead: leadOf(text), headings: sections, content: raw(markdown(documents).parse(text)) };
+  return { name, title, lead: LEADS[name] ?? '', headings: sections, content: raw(markdown(documents).parse(text)) };
 }
 
 export const documentPage = ({ content }) => html`<article class="document">${content}</article>`;
