@@ -120,9 +120,9 @@ FlowAnswer FlowWindow::refused(std::string sentence) const {
 }
 
 FlowAnswer FlowWindow::calculated() const {
-    if (!whole_ || rows_with_null_ > 0) return {};
+    if (!whole_) return {};
     if (!unreadable_.empty()) return refused(std::string{unreadable_.front()});
-    if (runs_.empty()) return {};
+    if (rows_with_null_ > 0 || runs_.empty()) return {};
     if (runs_.size() > 1) return refused(changed_scalar());
     std::vector<host::Argument> scalars;
     std::vector<std::span<const double>> lists;

@@ -86,6 +86,8 @@ TEST(SqliteAggregates, AreTriedAndExplained) {
     EXPECT_EQ(database.value("SELECT fin_try_npv(rate, id) FROM flow"), SqlValue{});
     EXPECT_EQ(database.value("SELECT fin_why_npv(NULL, 'x') FROM flow"), SqlValue{});
     EXPECT_EQ(database.value("SELECT fin_why_npv(1, amount) FROM flow WHERE id > 5"), SqlValue{});
+    EXPECT_EQ(database.value("SELECT fin_why_npv(1, v) FROM (SELECT NULL v UNION ALL SELECT x'00')"),
+              SqlValue{"NPV: argument 2 (flows): a blob is not a number"});
     const std::string frames = "(1, amount) OVER (ORDER BY id ROWS 1 PRECEDING) FROM flow ORDER BY id";
     EXPECT_EQ(database.run("SELECT fin_try_npv" + frames).values, (std::vector<SqlValue>{4.0, 5.0, {}, {}, 3.0}));
     const SqlValue unreadable = "NPV: argument 2 (flows): 'x' is not a number";
