@@ -55,19 +55,24 @@ function defaultOf(parameter) {
 const array = (parameter, values) =>
   `ARRAY[${values.map((value) => literal(parameter, value, 'NULL')).join(', ')}]${parameter.kind === 'dates' ? '::date[]' : ''}`;
 
+// Where texts are no dates, these are said to be.
+const typedLiteral = (parameter, value) => `${isDated(parameter) && Number.isInteger(value) ? 'DATE ' : ''}${literal(parameter, value, 'NULL')}`;
+
 function sql(calculation, values) {
   const args = inOrder(calculation, values).map(([parameter, value]) =>
-    isList(parameter) ? array(parameter, value ?? []) : literal(parameter, value, 'NULL'));
+    isList(parameter) ? array(parameter, value ?? []) : typedLiteral(parameter, value));
   return `SELECT fin_${calculation.calculation.toLowerCase()}(${args.join(', ')});`;
 }
 
-// Lists are rows there.
+// Dates are texts there, and lists rows.
 function sqlite(calculation, values) {
   const lists = calculation.arguments.filter(isList);
+  const name = `fin_${calculation.calculation.toLowerCase()}`;
+  if (lists.length === 0) return `SELECT ${name}(${inOrder(calculation, values).map(([parameter, value]) => literal(parameter, value, 'NULL')).join(', ')});`;
   const rows = (values[lists[0].name] ?? []).map((_, i) => `(${lists.map((parameter) => literal(parameter, values[parameter.name][i], 'NULL')).join(', ')})`);
   const column = ({ name }) => `"${name}"`;
   const args = inOrder(calculation, values).map(([parameter, value]) => (isList(parameter) ? column(parameter) : literal(parameter, value, 'NULL')));
-  return `WITH flow(${lists.map(column).join(', ')}) AS (VALUES ${rows.join(', ')})\nSELECT fin_${calculation.calculation.toLowerCase()}(${args.join(', ')}) FROM flow;`;
+  return `WITH flow(${lists.map(column).join(', ')}) AS (VALUES ${rows.join(', ')})\nSELECT ${name}(${args.join(', ')}) FROM flow;`;
 }
 
 const listed = (parameter, value, missing) =>
@@ -86,6 +91,12 @@ function javascript(calculation, values) {
   return `import { ${called} } from 'zelkovan';\n${called}({ ${args.join(', ')} });`;
 }
 
+// One for all engines, where they agree.
+function inSQL(calculation, values) {
+  const [typed, bare] = [sql(calculation, values), sqlite(calculation, values)];
+  return typed === bare ? [['SQL', typed]] : [['SQL (PostgreSQL, DuckDB)', typed], ['SQL (SQLite)', bare]];
+}
+
 /**
  * @param {object} calculation of the catalogue @param {object} texts by name @param {object} values by name, as
  *   valuesOf of scripts/values.js gives them
@@ -98,8 +109,7 @@ export function copiesOf(calculation, texts, values) {
   if (endless) return [['Shell', shell(calculation, texts, values)]];
   return [
     ['Shell', shell(calculation, texts, values)],
-    ...(empty ? [] : [[lists.length > 0 ? 'SQL (PostgreSQL, DuckDB)' : 'SQL', sql(calculation, values)]]),
-    ...(empty || lists.length === 0 ? [] : [['SQL (SQLite)', sqlite(calculation, values)]]),
+    ...(empty ? [] : inSQL(calculation, values)),
     ['Python', python(calculation, values)],
     ['JavaScript', javascript(calculation, values)],
   ];

@@ -4,7 +4,7 @@ import { execFileSync } from 'node:child_process';
 import { existsSync } from 'node:fs';
 import { dirname } from 'node:path';
 import { test } from 'node:test';
-import { isList, textsOf } from '../../site/pages/parameters.js';
+import { textsOf } from '../../site/pages/parameters.js';
 import { copiesOf } from '../../site/scripts/copy.js';
 import { valuesOf } from '../../site/scripts/values.js';
 import { catalogue, engine, native } from './engine.js';
@@ -56,16 +56,16 @@ test('Python', { skip: missing(python) }, () => {
 const sqlite = native('lib/zelkovan_sqlite.so');
 const sqlite3 = '/usr/bin/sqlite3';
 test('SQL, in SQLite', { skip: missing(sqlite, sqlite3) }, () => {
-  const lines = copies.map(({ calculation, copies: all }) => (calculation.arguments.some(isList) ? all['SQL (SQLite)'] : all.SQL));
+  const lines = copies.map(({ copies: all }) => all.SQL ?? all['SQL (SQLite)']);
   // All digits of a double, which the shell itself rounds to 15.
   const exact = lines.map((text) => text.replace(/SELECT (fin_\w+\(.*\))( FROM flow)?;$/s, "SELECT CASE typeof($1) WHEN 'text' THEN $1 ELSE format('%!.20g', $1) END$2;"));
   const output = execFileSync(sqlite3, ['-bail', ':memory:'], { encoding: 'utf8', input: `.load ${sqlite}\n${exact.join('\n')}\n` });
   checkLines(output, copies.map(({ calculation }) => calculation));
 });
 
-test('lists are arrays elsewhere', () => {
-  const texts = copies.filter(({ calculation }) => calculation.arguments.some(isList)).map(({ copies: all }) => all['SQL (PostgreSQL, DuckDB)']);
-  assert.ok(texts.length > 0);
+test('dates are typed and lists are arrays elsewhere', () => {
+  const texts = copies.map(({ copies: all }) => all['SQL (PostgreSQL, DuckDB)']).filter((text) => text !== undefined);
+  assert.ok(texts.includes("SELECT fin_price(DATE '2025-01-20', DATE '2030-11-15', 0.05, 0.06, 100, 2);"));
   assert.ok(texts.includes('SELECT fin_irr(ARRAY[-1000, 300, 400, 500, 200]);'));
   assert.ok(texts.includes("SELECT fin_xirr(ARRAY[-1000, 600, 600], ARRAY['2023-01-01', '2024-01-01', '2025-01-01']::date[]);"));
 });
@@ -79,8 +79,8 @@ test('what is left out, missing, or odd to a shell', () => {
   assert.equal(pmt.Shell, 'finance PMT rate=0.5% nper=12 pv=100 type=1');
   assert.equal(pmt.SQL, 'SELECT fin_pmt(0.005, 12, 100, 0, 1);');
   assert.equal(pmt.Python, 'import zelkovan\nzelkovan.pmt(rate=0.005, nper=12, pv=100, type=1)');
-  assert.match(of('TBILLPRICE', { settlement: '20000.5', maturity: '20100', discount: '5%' }).SQL, /fin_tbillprice\(20000\.5, '2015-01-12', 0\.05\)/);
+  assert.match(of('TBILLPRICE', { settlement: '20000.5', maturity: '20100', discount: '5%' })['SQL (SQLite)'], /fin_tbillprice\(20000\.5, '2015-01-12', 0\.05\)/);
   const odd = of('YEARFRAC', { startDate: '2024-01-01', endDate: '2025-01-01', basis: "it's" });
   assert.equal(odd.Shell, "finance YEARFRAC startDate=2024-01-01 endDate=2025-01-01 'basis=it'\\''s'");
-  assert.match(odd.SQL, /'it''s'\);$/);
+  assert.match(odd['SQL (SQLite)'], /'it''s'\);$/);
 });
