@@ -1,8 +1,7 @@
 // What pages know of a parameter beside the catalogue's own words.
 
-export const isList = ({ kind }) => kind === 'numbers' || kind === 'dates';
-export const isDated = ({ kind }) => kind.startsWith('date');
-export const isBasis = ({ kind }) => kind === 'day-count basis';
+export { isBasis, isDated, isList } from '../../wasm/javascript/arguments.js';
+
 export const isFlag = ({ kind }) => kind === 'flag';
 export const isOptional = ({ need }) => need === 'optional';
 

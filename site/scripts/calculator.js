@@ -1,8 +1,9 @@
 // The live form of a calculation: an answer, or a refusal at its field, as one types.
 import { showCopies } from './copy.js';
 import { Curve } from './curve.js';
-import { copyText, faultOf, fill, settled, showFault, textsIn, usualTexts } from './form.js';
-import { answerText, digits, grouped, percentage, Unreadable, valuesOf } from './values.js';
+import { copyText } from './elements.js';
+import { faultOf, fill, isRefusal, settled, showFault, textsIn, usualTexts } from './form.js';
+import { answerText, digits, grouped, percentage, valuesOf } from './values.js';
 
 const SHORT_ANSWER = 9; // characters that are read at a glance
 const CURVE_WORDS = ['over', 'from', 'to'];
@@ -31,7 +32,8 @@ export class Calculator {
   #usual;
   #curve;
   #drawn;
-  #refused = false;
+  #error = null; // why there is no answer
+  #values = null; // as they were read last; null: they could not be
 
   /**
    * @param {HTMLElement} element of pages/calculation.js @param {object} engine evaluate, rows, reading, catalogue
@@ -47,12 +49,8 @@ export class Calculator {
     this.#usual = usualTexts(this.#form, this.#calculation.arguments);
     this.#curve = new Curve(element.querySelector('.curve'), this.#calculation, engine, () => this.#keepAddress());
     this.#drawn = settled(() => this.#showRest(), 60);
-    const given = address.read();
-    fill(this.#form, this.#calculation.arguments, given);
-    this.#curve.choose(given);
     this.#listen();
-    this.#calculate();
-    this.#showRest();
+    this.reread();
   }
 
   #listen() {
@@ -68,9 +66,8 @@ export class Calculator {
 
   /** The address has changed under the page. */
   reread() {
-    for (const element of this.#form.elements) if (element.name in this.#usual) element.value = this.#usual[element.name];
     const given = this.#address.read();
-    fill(this.#form, this.#calculation.arguments, given);
+    fill(this.#form, this.#calculation.arguments, { ...this.#usual, ...given });
     this.#curve.choose(given);
     this.#calculate();
     this.#showRest();
@@ -93,19 +90,20 @@ export class Calculator {
   }
 
   #calculate() {
+    this.#values = null;
     try {
-      const values = valuesOf(this.#engine.reading, this.#calculation.arguments, this.#texts());
-      const answer = this.#engine.evaluate(this.#calculation.calculation, values);
+      this.#values = valuesOf(this.#engine.reading, this.#calculation.arguments, this.#texts());
+      const answer = this.#engine.evaluate(this.#calculation.calculation, this.#values);
       this.#show({ answer: answerText(answer), reading: readingOf(this.#calculation, answer) });
     } catch (error) {
-      if (!(error instanceof Unreadable) && error.name !== 'FinanceError') throw error;
+      if (!isRefusal(error)) throw error;
       this.#show({ error });
     }
   }
 
   #show({ answer = '', reading = '', error = null }) {
     const find = (name) => this.#form.querySelector(name);
-    this.#refused = error !== null;
+    this.#error = error;
     find('.answer').textContent = answer;
     find('.reading').textContent = reading;
     const refusal = find('.refusal');
@@ -124,7 +122,7 @@ export class Calculator {
 
   // What takes longer than the answer.
   #showRest() {
-    this.#curve.draw(this.#texts());
-    showCopies(this.#element.querySelector('.copy'), this.#calculation, this.#texts(), this.#engine.reading, this.#refused);
+    this.#curve.draw(this.#values, this.#error);
+    showCopies(this.#element.querySelector('.copy'), this.#calculation, this.#texts(), this.#error === null ? this.#values : null);
   }
 }

@@ -1,12 +1,9 @@
 // The same call as it is typed in a shell, in SQL, in Python and in JavaScript.
 import { isBasis, isDated, isList, isOptional } from '../pages/parameters.js';
-import { copyText } from './form.js';
-import { digits, Unreadable, valuesOf } from './values.js';
+import { declared, lowerCase } from '../../wasm/packaging/names.js';
 import { isoOfDay } from './days.js';
-
-// What languages keep for themselves.
-const IN_PYTHON = { yield: 'yield_' };
-const IN_JAVASCRIPT = { yield: 'yield_' };
+import { copyButton, part } from './elements.js';
+import { digits } from './values.js';
 
 const quoted = (text) => `'${text.replace(/'/g, "''")}'`;
 const inShell = (text) => (/^[\w.,:;%+/=@-]*$/.test(text) ? text : `'${text.replace(/'/g, "'\\''")}'`);
@@ -61,32 +58,30 @@ const typedLiteral = (parameter, value) => `${isDated(parameter) && Number.isInt
 function sql(calculation, values) {
   const args = inOrder(calculation, values).map(([parameter, value]) =>
     isList(parameter) ? array(parameter, value ?? []) : typedLiteral(parameter, value));
-  return `SELECT fin_${calculation.calculation.toLowerCase()}(${args.join(', ')});`;
+  return `SELECT fin_${lowerCase(calculation)}(${args.join(', ')});`;
 }
 
 // Dates are texts there, and lists rows.
 function sqlite(calculation, values) {
   const lists = calculation.arguments.filter(isList);
-  const name = `fin_${calculation.calculation.toLowerCase()}`;
-  if (lists.length === 0) return `SELECT ${name}(${inOrder(calculation, values).map(([parameter, value]) => literal(parameter, value, 'NULL')).join(', ')});`;
-  const rows = (values[lists[0].name] ?? []).map((_, i) => `(${lists.map((parameter) => literal(parameter, values[parameter.name][i], 'NULL')).join(', ')})`);
   const column = ({ name }) => `"${name}"`;
   const args = inOrder(calculation, values).map(([parameter, value]) => (isList(parameter) ? column(parameter) : literal(parameter, value, 'NULL')));
-  return `WITH flow(${lists.map(column).join(', ')}) AS (VALUES ${rows.join(', ')})\nSELECT ${name}(${args.join(', ')}) FROM flow;`;
+  const call = `SELECT fin_${lowerCase(calculation)}(${args.join(', ')})`;
+  if (lists.length === 0) return `${call};`;
+  const rows = values[lists[0].name].map((_, i) => `(${lists.map((parameter) => literal(parameter, values[parameter.name][i], 'NULL')).join(', ')})`);
+  return `WITH flow(${lists.map(column).join(', ')}) AS (VALUES ${rows.join(', ')})\n${call} FROM flow;`;
 }
 
 const listed = (parameter, value, missing) =>
   isList(parameter) ? `[${value.map((one) => literal(parameter, one, missing)).join(', ')}]` : literal(parameter, value, missing);
 
 function python(calculation, values) {
-  const name = calculation.calculation.toLowerCase();
-  const args = given(calculation, values).map(([parameter, value]) => `${IN_PYTHON[parameter.name] ?? parameter.name}=${listed(parameter, value, 'None')}`);
-  return `import zelkovan\nzelkovan.${IN_PYTHON[name] ?? name}(${args.join(', ')})`;
+  const args = given(calculation, values).map(([parameter, value]) => `${declared(parameter.name)}=${listed(parameter, value, 'None')}`);
+  return `import zelkovan\nzelkovan.${declared(lowerCase(calculation))}(${args.join(', ')})`;
 }
 
 function javascript(calculation, values) {
-  const name = calculation.calculation.toLowerCase();
-  const called = IN_JAVASCRIPT[name] ?? name;
+  const called = declared(lowerCase(calculation));
   const args = given(calculation, values).map(([parameter, value]) => `${parameter.name}: ${listed(parameter, value, 'NaN')}`);
   return `import { ${called} } from 'zelkovan';\n${called}({ ${args.join(', ')} });`;
 }
@@ -115,31 +110,17 @@ export function copiesOf(calculation, texts, values) {
   ];
 }
 
-function snippet([where, text]) {
-  const part = document.createElement('div');
-  part.className = 'snippet';
-  const title = document.createElement('h3');
-  title.textContent = where;
-  const button = document.createElement('button');
-  button.type = 'button';
-  button.textContent = 'Copy';
-  button.setAttribute('aria-label', `Copy for ${where}`);
-  button.addEventListener('click', () => copyText(text, button));
-  const code = document.createElement('pre');
-  code.tabIndex = 0;
-  code.textContent = text;
-  part.append(title, button, code);
-  return part;
+function addSnippet(parent, [where, text]) {
+  const made = part(parent, 'div', { name: 'snippet' });
+  part(made, 'h3', { text: where });
+  copyButton(made, 'Copy', () => text).setAttribute('aria-label', `Copy for ${where}`);
+  part(made, 'pre', { text }).tabIndex = 0;
 }
 
-/** Shows them, unless the call is refused or what stands in the fields cannot be read. */
-export function showCopies(element, calculation, texts, reading, refused) {
-  let copies = [];
-  try {
-    if (!refused) copies = copiesOf(calculation, texts, valuesOf(reading, calculation.arguments, texts));
-  } catch (error) {
-    if (!(error instanceof Unreadable)) throw error;
-  }
-  element.hidden = copies.length === 0;
-  element.querySelector('.snippets').replaceChildren(...copies.map(snippet));
+/** Shows them. @param {object|null} values null: there is no such call */
+export function showCopies(element, calculation, texts, values) {
+  element.hidden = values === null;
+  const snippets = element.querySelector('.snippets');
+  snippets.replaceChildren();
+  if (values !== null) for (const copy of copiesOf(calculation, texts, values)) addSnippet(snippets, copy);
 }

@@ -1,9 +1,10 @@
 // A calculation over one of its arguments, all others as they stand in the form: picture and table.
 import { isDated, isFlag, isList } from '../pages/parameters.js';
 import { dayOfISO, isoOfDay } from './days.js';
+import { isRefusal } from './form.js';
 import { draw } from './picture.js';
 import { showTable } from './table.js';
-import { answerText, digits, scaleOf, short, Unreadable, valueOf, valuesOf } from './values.js';
+import { answerText, digits, scaleOf, short, Unreadable, valueOf } from './values.js';
 
 const POINTS = 101;
 const SLICE = 8; // places that are worked out before the clock is looked at
@@ -98,7 +99,8 @@ export class Curve {
   #calculation;
   #engine;
   #keepAddress;
-  #texts = {};
+  #values = null;
+  #fault = null;
   #wanted = {};
 
   constructor(element, calculation, engine, keepAddress) {
@@ -110,7 +112,7 @@ export class Curve {
     const again = (event) => {
       if (event.target === this.#form.elements.over) this.#wanted = { over: event.target.value };
       else this.#wanted = { over: this.#form.elements.over.value, from: this.#form.elements.from.value, to: this.#form.elements.to.value };
-      this.draw(this.#texts);
+      this.#draw();
       this.#keepAddress();
     };
     this.#form.addEventListener('submit', (event) => event.preventDefault());
@@ -127,16 +129,21 @@ export class Curve {
     return { over, from, to };
   }
 
-  /** @param {object} texts of the calculation's form */
-  draw(texts) {
-    this.#texts = texts;
+  /** @param {object|null} values of the calculation's arguments, by name; null: they cannot be read, for that fault */
+  draw(values, fault) {
+    [this.#values, this.#fault] = [values, fault];
+    this.#draw();
+  }
+
+  #draw() {
     const fault = this.#element.querySelector('.fault');
     fault.textContent = '';
     this.#element.hidden = false; // a picture takes the room that there is
     try {
-      this.#show(valuesOf(this.#engine.reading, this.#calculation.arguments, texts));
+      if (this.#values === null) throw this.#fault;
+      this.#show(this.#values);
     } catch (error) {
-      if (!(error instanceof Unreadable) && error.name !== 'FinanceError') throw error;
+      if (!isRefusal(error)) throw error;
       this.#clear();
       fault.textContent = `No curve: ${error.argument ? `${error.argument}: ${error.reason ?? error.message}` : error.message}`;
     }

@@ -1,10 +1,11 @@
 // The page of pasted flows: what was understood, IRR and XIRR, all rates, and the present value over the rate.
 import { isoOfDay } from './days.js';
+import { part } from './elements.js';
 import { readFlows } from './flow_text.js';
 import { settled } from './form.js';
 import { draw } from './picture.js';
 import { changesOfSign, howMany, presentValue, ratesOf } from './rates.js';
-import { showTable, tableRegion } from './table.js';
+import { showManyRows, showTable, tableRegion } from './table.js';
 import { digits, grouped, percentage } from './values.js';
 
 const YEAR = 365; // days, as XIRR counts years
@@ -14,15 +15,6 @@ const SAME = 1e-9; // rates that differ less are one
 const WORDS_OF_DATES = { ymd: 'year, month, day', dmy: 'day, month, year', mdy: 'month, day, year', sheet: "a sheet's serial numbers", days: 'days since 1960-01-01' };
 const WORDS_OF_DECIMALS = { point: 'decimal point', comma: 'decimal comma' };
 const MOST_FAULTS = 5;
-const MOST_SHOWN = 500; // rows of a table
-
-const part = (parent, element, text = '', name = '') => {
-  const made = document.createElement(element);
-  made.textContent = text;
-  if (name !== '') made.className = name;
-  parent.append(made);
-  return made;
-};
 
 function understood({ flows, titles, dates, decimal, column, otherColumns, otherDates, otherDecimal }) {
   const rows = `${flows.length} ${flows.length === 1 ? 'row' : 'rows'}`;
@@ -132,15 +124,15 @@ function showRates(outcome, engine, flows, dated) {
   const inTime = placed(flows, dated);
   const rates = ratesOf(inTime);
   const rows = showAnswers(outcome, answersOf(engine, flows, dated), rates);
-  part(outcome, 'h3', 'All rates');
-  part(outcome, 'p', howMany(rates.length, changesOfSign(inTime)), 'count');
+  part(outcome, 'h3', { text: 'All rates' });
+  part(outcome, 'p', { text: howMany(rates.length, changesOfSign(inTime)), name: 'count' });
   if (rates.length > 0) showTable(tableRegion(outcome, 'All rates'), [dated ? 'rate a year' : 'rate a period', 'all digits', 'the present value', 'found by'], rows);
-  showPicture(part(outcome, 'figure', '', 'picture'), inTime, rates);
+  showPicture(part(outcome, 'figure', { name: 'picture' }), inTime, rates);
   const details = part(outcome, 'details');
-  part(details, 'summary', 'The flows as they were read');
-  const table = tableRegion(details, 'Flows', { tall: true });
-  details.addEventListener('toggle', () => showTable(table, ['line', dated ? 'date' : 'period', 'amount'], flows.slice(0, MOST_SHOWN).map(({ line, date, amount }, i) => [String(line), dated ? isoOfDay(date) : String(i), digits(amount)])), { once: true });
-  if (flows.length > MOST_SHOWN) part(details, 'p', `The first ${MOST_SHOWN} of ${flows.length}.`, 'note');
+  part(details, 'summary', { text: 'The flows as they were read' });
+  const headings = ['line', dated ? 'date' : 'period', 'amount'];
+  const rowOf = ({ line, date, amount }, i) => [String(line), dated ? isoOfDay(date) : String(i), digits(amount)];
+  details.addEventListener('toggle', () => showManyRows(details, 'Flows', headings, flows.map(rowOf)), { once: true });
 }
 
 /** @param {HTMLElement} element of pages/flows.js */

@@ -1,7 +1,11 @@
 // A form's fields as texts by name, and faults at them.
+import { Unreadable } from './values.js';
 
 /** @param {HTMLFormElement} form */
 export const textsIn = (form, parameters) => Object.fromEntries(parameters.map(({ name }) => [name, form.elements[name].value]));
+
+/** Whether there is no answer for a reason that people are told; all else is a fault of ours. */
+export const isRefusal = (error) => error instanceof Unreadable || error.name === 'FinanceError';
 
 /** What the page came with, before anybody typed. */
 export function usualTexts(form, parameters) {
@@ -44,15 +48,4 @@ export function settled(action, milliseconds) {
     clearTimeout(timer);
     timer = setTimeout(action, milliseconds);
   };
-}
-
-export async function copyText(text, button) {
-  const said = button.textContent;
-  try {
-    await navigator.clipboard.writeText(text);
-    button.textContent = 'Copied';
-  } catch {
-    button.textContent = 'Not allowed here';
-  }
-  setTimeout(() => (button.textContent = said), 1500);
 }

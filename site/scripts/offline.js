@@ -5,10 +5,8 @@ import { calculationList } from '../pages/home.js';
 import { html } from '../pages/html.js';
 import { schedulesPage } from '../pages/schedules.js';
 import { addressBelow } from './address.js';
-import { Calculator } from './calculator.js';
+import { attachForms } from './attach.js';
 import { startEngine } from './engine.js';
-import { attachFlows } from './flows.js';
-import { attachSchedule } from './schedule_forms.js';
 import { attachSearch, entryOfCalculation } from './search.js';
 import { attachSkip } from './skip.js';
 import { attachTheme } from './theme.js';
@@ -39,13 +37,7 @@ async function run() {
       : (others.get(name) ?? { title: 'zelkovan: financial calculations', page: home });
     content.innerHTML = page().text;
     document.title = title;
-    const all = (selector, attach) => [...content.querySelectorAll(selector)].map(attach);
-    const address = addressBelow(name);
-    const forms = [
-      ...all('[data-calculation]', (element) => new Calculator(element, engine, address, linkTo)),
-      ...all('[data-schedule]', (element) => attachSchedule(element, engine, address)),
-    ];
-    all('.flows', (element) => attachFlows(element, engine));
+    const forms = attachForms(content, engine, addressBelow(name), linkTo);
     keepWithin(content);
     if (shown !== undefined) {
       scrollTo(0, 0);

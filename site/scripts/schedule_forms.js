@@ -1,30 +1,19 @@
 // The forms of the page of schedules: pictures, sums and tables as one types.
 import { scheduleParameters } from '../pages/schedules.js';
 import { isoOfDay } from './days.js';
-import { copyText, faultOf, fill, settled, showFault, textsIn, usualTexts } from './form.js';
+import { copyButton, part } from './elements.js';
+import { faultOf, fill, isRefusal, settled, showFault, textsIn, usualTexts } from './form.js';
 import { draw } from './picture.js';
 import { depreciationRows, loanRows, METHODS, NoSchedule } from './schedules.js';
-import { showTable, tableRegion } from './table.js';
-import { digits, grouped, short, Unreadable, valuesOf } from './values.js';
-
-const MOST_SHOWN = 500; // rows of a table
-
-const part = (parent, name, element = 'div') => {
-  const made = document.createElement(element);
-  made.className = name;
-  parent.append(made);
-  return made;
-};
+import { showManyRows } from './table.js';
+import { digits, grouped, short, valuesOf } from './values.js';
 
 // A table with all digits to be copied from, rounded to be looked at.
 function showRows(parent, name, headings, rows) {
-  const button = part(part(parent, 'actions', 'p'), 'copy-csv', 'button');
-  button.type = 'button';
-  button.textContent = 'Copy as CSV, all digits';
-  const lines = [headings, ...rows].map((row) => row.map((value) => (typeof value === 'number' ? (Number.isNaN(value) ? '' : digits(value)) : (value ?? ''))).join(','));
-  button.addEventListener('click', () => copyText(`${lines.join('\n')}\n`, button));
-  showTable(tableRegion(parent, name, { tall: true }), headings, rows.slice(0, MOST_SHOWN).map((row) => row.map(amount)));
-  if (rows.length > MOST_SHOWN) part(parent, 'note', 'p').textContent = `The first ${MOST_SHOWN} of ${rows.length}; the CSV has all.`;
+  const inCSV = (value) => (typeof value !== 'number' ? (value ?? '') : Number.isNaN(value) ? '' : digits(value));
+  const csv = () => `${[headings, ...rows].map((row) => row.map(inCSV).join(',')).join('\n')}\n`;
+  copyButton(part(parent, 'p', { name: 'actions' }), 'Copy as CSV, all digits', csv);
+  showManyRows(parent, name, headings, rows.map((row) => row.map(amount)), '; the CSV has all');
 }
 
 const amount = (value, i) => (typeof value !== 'number' ? (value ?? '') : i === 0 ? String(value) : grouped(value));
@@ -36,15 +25,16 @@ function showLoan(outcome, engine, terms) {
   const dated = rows[0].date !== null;
   const sum = (name) => rows.reduce((total, row) => total + row[name], 0);
   const { nper } = terms; // rows may be one more, of interest alone
-  part(outcome, 'sums', 'p').textContent =
+  const sums =
     `Each payment ${grouped(rows[0].payment)}; all ${nper}: ${grouped(sum('payment'))}. Interest ${grouped(sum('interest'))}.` +
     (dated ? ` The last payment on ${isoOfDay(rows[nper - 1].date)}.` : '');
+  part(outcome, 'p', { text: sums, name: 'sums' });
   const at = (row) => (dated ? row.date : row.period);
   const x = { label: dated ? 'date' : 'period', scale: dated ? 'date' : 'whole' };
   const read = (i) => `${dated ? isoOfDay(rows[i].date) : `period ${rows[i].period}`}: interest ${grouped(rows[i].interest)}, principal ${
     grouped(rows[i].principal)}, balance ${grouped(rows[i].balance)}`;
-  const pictures = part(outcome, 'pictures');
-  draw(part(pictures, 'picture', 'figure'), {
+  const pictures = part(outcome, 'div', { name: 'pictures' });
+  draw(part(pictures, 'figure', { name: 'picture' }), {
     title: 'Each payment: principal and interest',
     x, y: {}, read,
     series: [
@@ -52,7 +42,7 @@ function showLoan(outcome, engine, terms) {
       { name: 'interest', kind: 'bars', points: rows.map((row) => [at(row), 0 - row.principal - row.interest]) },
     ],
   });
-  draw(part(pictures, 'picture', 'figure'), {
+  draw(part(pictures, 'figure', { name: 'picture' }), {
     title: 'The balance after each payment',
     x, y: {}, read, zero: true,
     series: [{ name: 'balance', points: rows.map((row) => [at(row), row.balance]) }],
@@ -66,9 +56,9 @@ function showLoan(outcome, engine, terms) {
 
 function showDepreciation(outcome, engine, terms) {
   const rows = depreciationRows(engine, terms);
-  const pictures = part(outcome, 'pictures');
+  const pictures = part(outcome, 'div', { name: 'pictures' });
   const read = (i) => (i === 0 ? `cost ${grouped(terms.cost)}` : `after period ${i}: ${METHODS.map((method, k) => `${method} ${grouped(rows[i - 1].bookValues[k])}`).join(', ')}`);
-  draw(part(pictures, 'picture', 'figure'), {
+  draw(part(pictures, 'figure', { name: 'picture' }), {
     title: 'Book values after each period, by method',
     x: { label: 'period', scale: 'whole' }, y: {}, read, zero: true,
     series: METHODS.map((name, k) => ({
@@ -76,7 +66,7 @@ function showDepreciation(outcome, engine, terms) {
       points: [[0, terms.cost], ...rows.map((row) => [row.period, Number.isNaN(row.amounts[k]) ? NaN : row.bookValues[k]])],
     })),
   });
-  draw(part(pictures, 'picture', 'figure'), {
+  draw(part(pictures, 'figure', { name: 'picture' }), {
     title: 'What each method writes off in each period',
     x: { label: 'period', scale: 'whole' }, y: {}, zero: true,
     read: (i) => `period ${i + 1}: ${METHODS.map((method, k) => `${method} ${Number.isNaN(rows[i].amounts[k]) ? 'none' : short(rows[i].amounts[k])}`).join(', ')}`,
@@ -104,7 +94,7 @@ export function attachSchedule(element, engine, address) {
     try {
       SHOW[kind](outcome, engine, valuesOf(engine.reading, parameters, textsIn(form, parameters)));
     } catch (error) {
-      if (!(error instanceof Unreadable || error instanceof NoSchedule) && error.name !== 'FinanceError') throw error;
+      if (!isRefusal(error) && !(error instanceof NoSchedule)) throw error;
       const known = parameters.some(({ name }) => name === error.argument);
       refusal.textContent = known ? `no schedule: see ${error.argument}` : error.message;
       if (known) showFault(form, parameters, faultOf(error));
